@@ -1,0 +1,7 @@
+#include <cstdio>
+
+int main()
+{
+    std::puts("nuvostat " NUVO_VERSION);
+    return 0;
+}

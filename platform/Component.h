@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <QWidget>
+
+/// What a developer drops on a form: a widget only because the form designer places nothing else. It shows itself while
+/// a form is being designed and is never seen at run time. Its owner is its parent; the owner deletes it.
+class NUVO_EXPORT TComponent : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TComponent(QWidget *owner = nullptr);
+    ~TComponent() override;
+
+    /// The component's name, its objectName().
+    QString Name() const { return objectName(); }
+    void SetName(const QString &name) { setObjectName(name); }
+    QWidget *Owner() const { return parentWidget(); }
+
+    /// Whether a form designer shows this component on a form that is being edited.
+    bool Designing() const { return designing_; }
+    void SetDesigning(bool designing);
+
+    /// The component of that name and class nearest to this one: names are searched from the nearest ancestor
+    /// outwards, so that two copies of a form can be open. nullptr when there is none or the name is empty.
+    template <class T> T *FindComponent(const QString &name) const;
+
+    /// Shows a component only at design time.
+    void setVisible(bool visible) override;
+    QSize sizeHint() const override { return {32, 32}; }
+
+private:
+    bool designing_ = false;
+};
+
+template <class T> T *TComponent::FindComponent(const QString &name) const
+{
+    if (name.isEmpty())
+        return nullptr;
+    for (QObject *scope = parent(); scope != nullptr; scope = scope->parent()) {
+        if (T *found = scope->findChild<T *>(name))
+            return found;
+    }
+    return nullptr;
+}

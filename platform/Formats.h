@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <QString>
+
+#include <string_view>
+
+/// Text and numbers. All of them write and read a decimal point unless a locale's sign is handed in; NaN and the
+/// infinities are written "NAN", "INF" and "-INF", and read back from these (upper or lower case).
+
+/// Fixed notation. The value is rounded once, half away from zero on its exact decimal expansion, to at most
+/// `precision` significant digits (1..18) and `decimals` places, then padded with zeros to `decimals` places:
+/// 836424.0555 with precision 8 and 3 decimals is "836424.060". A value whose integer part needs more than
+/// `precision` digits is written in general form instead: at most `precision` significant digits, no trailing zeros,
+/// 'E', no plus sign ("1.2345679E8").
+NUVO_EXPORT QString FloatToStrFixed(double value, int precision, int decimals, QChar point = u'.');
+
+/// A number after a mask of up to three sections parted by ';' (positive, negative, zero). Understood are '0' and '#'
+/// digit places, '.', ',' for thousands, 'E+'/'E-'/'e+'/'e-' with exponent digits, text in quotes and any other
+/// character as it stands. Without a negative section a negative value takes the first one with a leading '-'; with one
+/// its sign is the section's own matter. Without a zero section zero takes the first one.
+/// " 0.00E+0;-0.00E+0" gives " 1.23E-2" and "-1.23E-2"; zero with "0.00E+0" is "0.00E+0".
+NUVO_EXPORT QString FormatFloat(QStringView mask, double value, QChar point = u'.');
+
+/// The shortest text that reads back as the same double ("0.1", "1E300").
+NUVO_EXPORT QString FloatToStr(double value, QChar point = u'.');
+
+/// Reads a floating-point number, blanks around it allowed, with a point or a comma as the decimal sign.
+/// \throws EConvertError naming the text: "\"abc\" is not a number".
+NUVO_EXPORT double StrToFloat(const QString &text);
+/// The same without raising: false when it does not convert; value is then unchanged.
+NUVO_EXPORT bool TryStrToFloat(QStringView text, double &value);
+
+/// Reads a decimal integer of 32 bits, a sign and blanks around it allowed; "2.0" is no integer.
+/// \throws EConvertError naming the text: "\"2.5\" is not an integer".
+NUVO_EXPORT int StrToInt(const QString &text);
+
+/// Elapsed or clock time as "hh:nn:ss" from days and a fraction of a day; whole days are not shown.
+NUVO_EXPORT QString FormatTime(double days);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/Dataset.h"
+
+/// The records of an SQL statement that reads: SELECT, WITH, VALUES or SHOW. Any other is refused.
+class NUVO_EXPORT TQuery : public TDataSet
+{
+    Q_OBJECT
+    Q_PROPERTY(QStringList SQL READ SQLLines WRITE SetSQLLines)
+
+public:
+    explicit TQuery(QWidget *owner = nullptr);
+    ~TQuery() override;
+
+    /// The statement, lines parted by "\n". Setting it closes the dataset and forgets the parameters.
+    QString SQL() const;
+    void SetSQL(const QString &text);
+    QStringList SQLLines() const;
+    void SetSQLLines(const QStringList &lines);
+
+    /// Value of a named parameter (:name in the statement, given without the colon); taken at the next Open().
+    QVariant Param(const QString &name) const;
+    void SetParam(const QString &name, const QVariant &value);
+    QStringList ParamNames() const;
+
+    QString Caption() const override;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/Dataset.h"
+
+/// The records of one table or view. They come in the order of IndexFieldNames, else of the primary key.
+class NUVO_EXPORT TTable : public TDataSet
+{
+    Q_OBJECT
+    Q_PROPERTY(QString TableName READ TableName WRITE SetTableName)
+    Q_PROPERTY(QString Filter READ Filter WRITE SetFilter)
+    Q_PROPERTY(bool Filtered READ Filtered WRITE SetFiltered)
+    Q_PROPERTY(QString IndexFieldNames READ IndexFieldNames WRITE SetIndexFieldNames)
+
+public:
+    explicit TTable(QWidget *owner = nullptr);
+    ~TTable() override;
+
+    /// The table's name as it is stored, of any characters; schema and table parted by a point where no table has the
+    /// whole text as its name. Setting it closes the dataset.
+    QString TableName() const;
+    void SetTableName(const QString &name);
+
+    /// An SQL condition, put after WHERE while Filtered() is set.
+    QString Filter() const;
+    void SetFilter(const QString &condition);
+    bool Filtered() const;
+    void SetFiltered(bool filtered);
+
+    /// Field names parted by ';' (or ','), the order of the records and the key of FindKey().
+    QString IndexFieldNames() const;
+    void SetIndexFieldNames(const QString &names);
+
+    /// Moves to the first record whose key fields (IndexFieldNames, else the primary key) begin with these values;
+    /// false and no move when there is none.
+    bool FindKey(const QVariantList &values);
+
+    /// Names of the tables and views of the database, sorted.
+    QStringList TableNames();
+
+    QString Caption() const override;
+};
