@@ -53,12 +53,13 @@ protected:
     TProgressDlg();
 
     bool Activated() const { return activated_; }
-    /// Puts the form on its window and says which of its controls are fed. Pixel ratio: that of the window's screen.
+    /// The controls of a form that are fed.
     struct Controls
     {
         TGauge *gauge = nullptr;
         QLabel *status = nullptr;
     };
+    /// Puts the form on its window.
     virtual Controls Build(QDialog &window) = 0;
     /// Paints when it is time again.
     void Changed();
