@@ -1,7 +1,17 @@
+#include "app/Options.h"
+#include "app/Usage.h"
+
 #include <cstdio>
 
-int main()
+int main(int argc, char **argv)
 {
-    std::puts("nuvostat " NUVO_VERSION);
+    try {
+        const nuvo::Command command = nuvo::parseCommandLine({argv + 1, argv + argc});
+        if (const auto *print = std::get_if<nuvo::PrintOptions>(&command))
+            std::fputs(print->text.toUtf8().constData(), stdout);
+    } catch (const nuvo::UsageError &error) {
+        std::fprintf(stderr, "nuvostat: %s\n", error.what());
+        return 2;
+    }
     return 0;
 }
