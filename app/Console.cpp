@@ -34,6 +34,7 @@ void endWith(int signal)
         return;
     action = {};
     action.sa_handler = onSignal;
+    action.sa_flags = SA_RESTART;
     ::sigaction(signal, &action, nullptr);
 }
 
@@ -84,7 +85,18 @@ void writeOutput(const QString &text)
 
 void writeErrorLine(const QString &line)
 {
-    writeAll(STDERR_FILENO, line.simplified().toUtf8() + '\n');
+    QString text = line;
+    text.replace(QStringLiteral("\n\r"), QStringLiteral(" ")).replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+    writeAll(STDERR_FILENO, withoutControls(text).toUtf8() + '\n');
+}
+
+QString withoutControls(QString text)
+{
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
+    }
+    return text;
 }
 
 int outputWidth()

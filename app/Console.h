@@ -16,6 +16,9 @@ void writeOutput(const QString &text);
 /// Writes one line to standard error, line breaks within it turned into blanks.
 void writeErrorLine(const QString &line);
 
+/// Control characters turned into blanks: names and texts of the user's own cannot steer the terminal.
+QString withoutControls(QString text);
+
 /// Columns of the terminal on standard output, at least 80; 80 where it is no terminal.
 int outputWidth();
 bool errorIsTerminal();

@@ -71,8 +71,8 @@ anything. The text is UTF-8, or Windows-1252 where it is no UTF-8.
 
 A column becomes whole numbers (64 bits) or floating-point numbers (with a
 decimal point) when all its cells are, and texts otherwise; leading zeros make a
-text, so that codes like 00123 stay as they are. An empty cell or NA is a null, in
-quotes or not. A row with too few or too many cells is an error, and so is a
+text, so that codes like 00123 stay as they are. An empty cell or NA is a null,
+in quotes or not. A row with too few or too many cells is an error, and so is a
 column without a name or with a name that is there already. The table is made
 whole or not at all.
 

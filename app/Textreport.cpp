@@ -1,5 +1,7 @@
 #include "app/Textreport.h"
 
+#include "app/Console.h"
+
 #include <algorithm>
 
 #include <wchar.h>
@@ -12,7 +14,7 @@ QStringList blockLines(const QString &block)
 {
     QStringList lines;
     for (const QString &line : block.split(QStringLiteral("\n\r"), Qt::SkipEmptyParts)) {
-        if (const QString text = line.trimmed(); !text.isEmpty())
+        if (const QString text = withoutControls(line.trimmed()); !text.isEmpty())
             lines.append(text);
     }
     return lines;
@@ -157,16 +159,6 @@ QString setMatrices(const QStringList &lines, int columns)
     return text;
 }
 
-/// Texts of the user's own cannot steer the terminal.
-QString withoutControls(QString text)
-{
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control && c != u'\n')
-            c = u' ';
-    }
-    return text;
-}
-
 } // namespace
 
 int displayWidth(const QString &text)
@@ -182,9 +174,9 @@ QString terminalReport(const ReportText &report, int columns)
     const QString indent(4, u' ');
     const QString title = QStringLiteral("Multiple Regression Analysis Report");
     QString text = title + rightAligned(report.dateTime, columns - displayWidth(title)) + u'\n';
-    text += QStringLiteral("Data: ") + report.source + u'\n';
+    text += QStringLiteral("Data: ") + withoutControls(report.source) + u'\n';
     if (!report.description.isEmpty())
-        text += report.description + u'\n';
+        text += withoutControls(report.description) + u'\n';
 
     const QStringList means = blockLines(report.means);
     const QStringList stdDevs = blockLines(report.stdDevs);
@@ -209,7 +201,7 @@ QString terminalReport(const ReportText &report, int columns)
                                    QStringLiteral("t* Values")});
     for (qsizetype i = 0; i < coeffs.size(); ++i) {
         const Labelled coefficient = labelled(coeffs[i], QStringLiteral(": "));
-        const QString term = i == 0 ? QStringLiteral("(constant)") : report.terms.value(i - 1);
+        const QString term = i == 0 ? QStringLiteral("(constant)") : withoutControls(report.terms.value(i - 1));
         coefficients.add(indent + rightAligned(coefficient.label, 3) + QStringLiteral(":  ") + term,
                          {coefficient.text, stdErrs.value(i), tValues.value(i)});
     }
@@ -230,8 +222,8 @@ QString terminalReport(const ReportText &report, int columns)
     text += setMatrices(report.matrices, columns);
     text += u'\n' + report.records + u'\n';
     if (!report.message.isEmpty())
-        text += u'\n' + report.message + u'\n';
-    return withoutControls(text);
+        text += u'\n' + withoutControls(report.message) + u'\n';
+    return text;
 }
 
 } // namespace nuvo

@@ -1,6 +1,7 @@
 #include "app/Csv.h"
 
 #include "platform/Errors.h"
+#include "support/Print.h"
 
 #include <gtest/gtest.h>
 

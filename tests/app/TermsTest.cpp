@@ -1,6 +1,7 @@
 #include "app/Terms.h"
 
 #include "app/Usage.h"
+#include "support/Print.h"
 
 #include <gtest/gtest.h>
 
