@@ -28,13 +28,30 @@ void writeFile(const QString &name, const QByteArray &bytes)
     ASSERT_EQ(file.write(bytes), bytes.size());
 }
 
-/// A file that takes the program a good while.
-void writeLongFile(const QString &name, int rows)
+/// A file that takes the program seconds.
+void writeLongFile(const QString &name, int rows = 1500000)
 {
     QByteArray bytes = "a,b,c,d\n";
     for (int i = 0; i < rows; ++i)
         bytes += QByteArray::number(i) + ",0.25,some text," + QByteArray::number(i * 0.5) + '\n';
     writeFile(name, bytes);
+}
+
+/// Waits until the program answers to Ctrl-C in its own way.
+void waitForSignalHandler(const QProcess &process)
+{
+    const QString name = u("/proc/%1/status").arg(process.processId());
+    for (int i = 0; i < 30000; ++i) {
+        QFile status(name);
+        ASSERT_TRUE(status.open(QIODevice::ReadOnly)) << name.toStdString();
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("SigCgt:") &&
+                (line.mid(7).trimmed().toULongLong(nullptr, 16) & (1U << (SIGINT - 1))) != 0)
+                return;
+        }
+        QThread::msleep(1);
+    }
+    FAIL() << "the program never installs a handler";
 }
 
 /// Imports into each kind of database.
@@ -214,10 +231,11 @@ TEST_P(Import, ARaggedRowLeavesTheOldTable)
 TEST_P(Import, CtrlCLeavesTheOldTableAndEndsWith130)
 {
     ASSERT_EQ(import("a\n1\n", u("t")).status, 0);
-    writeLongFile(files_.filePath(u("long.csv")), 400000);
-    for (const int delay : {20, 150, 300, 450}) {
+    writeLongFile(files_.filePath(u("long.csv")));
+    for (const int delay : {0, 150, 300, 450, 700}) {
         const auto process =
             startProgram(arguments(u("long.csv"), u("t")) + QStringList{u("--replace")}, files_.path());
+        waitForSignalHandler(*process);
         QThread::msleep(ulong(delay));
         ::kill(pid_t(process->processId()), SIGINT);
         const Outcome run = finish(*process);
@@ -230,7 +248,7 @@ TEST_P(Import, CtrlCLeavesTheOldTableAndEndsWith130)
 TEST_P(Import, AKilledProcessLeavesTheOldTable)
 {
     ASSERT_EQ(import("a\n1\n", u("t")).status, 0);
-    writeLongFile(files_.filePath(u("long.csv")), 400000);
+    writeLongFile(files_.filePath(u("long.csv")));
     for (const int delay : {150, 300, 450}) {
         const auto process =
             startProgram(arguments(u("long.csv"), u("t")) + QStringList{u("--replace")}, files_.path());
@@ -287,7 +305,7 @@ TEST_F(ImportIntoFile, AFileThatWasMadeIsRemovedWhenTheImportFails)
 
 TEST_F(ImportIntoFile, AFileThatWasMadeIsRemovedOnCtrlC)
 {
-    writeLongFile(path(u("long.csv")), 400000);
+    writeLongFile(path(u("long.csv")));
     const auto process = startProgram(
         {u("import"), u("long.csv"), u("--database"), u("new.db"), u("--table"), u("t")}, directory_.path());
     QElapsedTimer timer;
@@ -304,7 +322,7 @@ TEST_F(ImportIntoFile, ADatasetReadsTheOldTableAfterAKilledImport)
 {
     ASSERT_EQ(import(u("a.csv"), u("old.db")).status, 0);
     const qint64 size = QFile(path(u("old.db"))).size();
-    writeLongFile(path(u("long.csv")), 400000);
+    writeLongFile(path(u("long.csv")));
     const auto process =
         startProgram({u("import"), u("long.csv"), u("--database"), u("old.db"), u("--table"), u("t"), u("--replace")},
                      directory_.path());
