@@ -107,6 +107,34 @@ private:
             .toString();
     }
 
+    /// Finds the table: on a server the whole text is its name, or schema and table are parted at one of its points,
+    /// as a dataset reads it. A new table goes into a schema that is there.
+    /// \return what kind of thing is there already, as kindOf()
+    QString findTarget()
+    {
+        target_ = quoted(options_.table);
+        if (sqlite())
+            return kindOf(options_.table);
+        if (const QString kind = kindOf(target_); !kind.isEmpty())
+            return kind;
+        QString inSchema;
+        for (qsizetype point = options_.table.indexOf(u'.'); point >= 0;
+             point = options_.table.indexOf(u'.', point + 1)) {
+            const QString schema = options_.table.left(point);
+            const QString name = quoted(schema) + u'.' + quoted(options_.table.mid(point + 1));
+            if (const QString kind = kindOf(name); !kind.isEmpty()) {
+                target_ = name;
+                return kind;
+            }
+            if (inSchema.isEmpty() &&
+                ask(QStringLiteral("SELECT nspname FROM pg_namespace WHERE nspname = ?"), schema).isValid())
+                inSchema = name;
+        }
+        if (!inSchema.isEmpty())
+            target_ = inSchema;
+        return {};
+    }
+
     void undo()
     {
         connection_.newQuery().exec(QStringLiteral("ROLLBACK"));
@@ -129,7 +157,7 @@ private:
 
     void makeTable()
     {
-        const QString kind = kindOf(sqlite() ? options_.table : quoted(options_.table));
+        const QString kind = findTarget();
         if (!kind.isEmpty() && !options_.replace)
             throw EDatabaseError(
                 QStringLiteral("The %1 \"%2\" is there already in \"%3\"; --replace replaces a table.")
@@ -137,7 +165,6 @@ private:
         if (!kind.isEmpty() && kind != u"table")
             throw EDatabaseError(QStringLiteral("\"%1\" in \"%2\" is a %3, and only tables are replaced.")
                                      .arg(options_.table, options_.database, kind));
-        target_ = quoted(options_.table);
         if (!kind.isEmpty())
             execute(QStringLiteral("DROP TABLE ") + target_);
 

@@ -164,6 +164,31 @@ TEST_P(Import, TakesAnyNames)
               QStringList{u("1|2|3|6|7|8|9")});
 }
 
+TEST_P(Import, APointPartsSchemaAndTableWhereThereIsSuchASchema)
+{
+    if (GetParam() == TestDatabase::Sqlite) {
+        EXPECT_EQ(import("a\n1\n", u("main.t")).status, 0);
+        EXPECT_EQ(rows(u("SELECT a FROM \"main.t\"")), QStringList{u("1")});
+        return;
+    }
+    database_->exec(u("CREATE SCHEMA \"s.x\""));
+    EXPECT_EQ(import("a\n1\n", u("s.x.t.u")).status, 0);
+    EXPECT_EQ(rows(u("SELECT a FROM \"s.x\".\"t.u\"")), QStringList{u("1")});
+    EXPECT_EQ(import("a\n2\n", u("s.x.t.u")).status, 3);
+    EXPECT_EQ(import("a\n2\n", u("s.x.t.u"), {u("--replace")}).status, 0);
+    EXPECT_EQ(rows(u("SELECT a FROM \"s.x\".\"t.u\"")), QStringList{u("2")});
+    EXPECT_EQ(import("a\n3\n", u("y.t")).status, 0);
+    EXPECT_EQ(rows(u("SELECT a FROM \"y.t\"")), QStringList{u("3")});
+}
+
+TEST_P(Import, AColumnNameThatTheServerWouldCutIsRefused)
+{
+    const Outcome run =
+        import(QByteArray(40, 'x') + "\xC3\xA4\xC3\xB6\xC3\xBC" + QByteArray(20, 'y') + "\n1\n", u("t"));
+    EXPECT_EQ(run.status, GetParam() == TestDatabase::Sqlite ? 0 : 3);
+    EXPECT_EQ(run.err.contains(u("more than the 63 bytes")), GetParam() == TestDatabase::Postgres);
+}
+
 TEST_P(Import, ManyColumnsAndManyRowsArrive)
 {
     QByteArray bytes = "c0";
