@@ -87,7 +87,12 @@ void writeErrorLine(const QString &line)
 {
     QString text = line;
     text.replace(QStringLiteral("\n\r"), QStringLiteral(" ")).replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-    writeAll(STDERR_FILENO, withoutControls(text).toUtf8() + '\n');
+    writeErrorText(withoutControls(text) + u'\n');
+}
+
+void writeErrorText(const QString &text)
+{
+    writeAll(STDERR_FILENO, text.toUtf8());
 }
 
 QString withoutControls(QString text)

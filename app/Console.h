@@ -16,6 +16,9 @@ void writeOutput(const QString &text);
 /// Writes one line to standard error, line breaks within it turned into blanks.
 void writeErrorLine(const QString &line);
 
+/// Writes a text to standard error as it stands.
+void writeErrorText(const QString &text);
+
 /// Control characters turned into blanks: names and texts of the user's own cannot steer the terminal.
 QString withoutControls(QString text);
 

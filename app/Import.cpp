@@ -130,7 +130,9 @@ private:
                 ask(QStringLiteral("SELECT nspname FROM pg_namespace WHERE nspname = ?"), schema).isValid())
                 inSchema = name;
         }
-        if (!inSchema.isEmpty())
+        if (inSchema.isEmpty())
+            refuseLongName(options_.table);
+        else
             target_ = inSchema;
         return {};
     }
@@ -155,6 +157,14 @@ private:
             QFile::remove(made);
     }
 
+    void refuseLongName(const QString &name) const
+    {
+        // PostgreSQL would cut it, with no more than a notice.
+        if (!sqlite() && name.toUtf8().size() > 63)
+            throw EDatabaseError(
+                QStringLiteral("The name \"%1\" has more than the 63 bytes that PostgreSQL takes.").arg(name));
+    }
+
     void makeTable()
     {
         const QString kind = findTarget();
@@ -170,12 +180,7 @@ private:
 
         QStringList columns;
         for (const CsvColumn &column : survey_.columns) {
-            // PostgreSQL would cut the name, with no more than a notice.
-            if (!sqlite() && column.name.toUtf8().size() > 63)
-                throw EDatabaseError(
-                    QStringLiteral("The column name \"%1\" has more than the 63 bytes that PostgreSQL "
-                                   "takes.")
-                        .arg(column.name));
+            refuseLongName(column.name);
             columns.append(quoted(column.name) + u' ' + typeName(column.type, connection_.dialect()));
         }
         execute(QStringLiteral("CREATE TABLE %1 (%2)").arg(target_, columns.join(QStringLiteral(", "))));

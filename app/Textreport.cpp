@@ -13,8 +13,8 @@ namespace {
 QStringList blockLines(const QString &block)
 {
     QStringList lines;
-    for (const QString &line : block.split(QStringLiteral("\n\r"), Qt::SkipEmptyParts)) {
-        if (const QString text = withoutControls(line.trimmed()); !text.isEmpty())
+    for (const QStringView line : QStringView(block).split(kLineEnd, Qt::SkipEmptyParts)) {
+        if (const QString text = withoutControls(line.trimmed().toString()); !text.isEmpty())
             lines.append(text);
     }
     return lines;
@@ -171,6 +171,7 @@ int displayWidth(const QString &text)
 
 QString terminalReport(const ReportText &report, int columns)
 {
+    const ReportBlocks &blocks = report.blocks;
     const QString indent(4, u' ');
     const QString title = QStringLiteral("Multiple Regression Analysis Report");
     QString text = title + rightAligned(report.dateTime, columns - displayWidth(title)) + u'\n';
@@ -178,25 +179,25 @@ QString terminalReport(const ReportText &report, int columns)
     if (!report.description.isEmpty())
         text += withoutControls(report.description) + u'\n';
 
-    const QStringList means = blockLines(report.means);
-    const QStringList stdDevs = blockLines(report.stdDevs);
+    const QStringList means = blockLines(blocks.Means);
+    const QStringList stdDevs = blockLines(blocks.StdDevs);
     const auto ofVariable = [&](qsizetype i) {
         return QStringList{labelled(means.value(i), QStringLiteral(": ")).text, stdDevs.value(i)};
     };
-    const QStringList variables = blockLines(report.indepVars);
+    const QStringList variables = blockLines(blocks.IndepVars);
     Table data(QStringLiteral("Dependent Variable:"), {QStringLiteral("Mean:"), QStringLiteral("Std. Dev. (Data):")});
-    data.add(indent + QStringLiteral("  ") + blockLines(report.depVar).join(u' '), ofVariable(0));
+    data.add(indent + QStringLiteral("  ") + blockLines(blocks.DepVar).join(u' '), ofVariable(0));
     data.addCaption(QStringLiteral("Independent Variables:"));
     for (qsizetype i = 0; i < variables.size(); ++i) {
         const Labelled variable = labelled(variables[i], QStringLiteral(" = "));
         data.add(indent + rightAligned(variable.label, 3) + QStringLiteral(" = ") + variable.text, ofVariable(i + 1));
     }
     text += u'\n' + data.set(columns);
-    text += QStringLiteral("Number of observations: ") + report.dataCount + u'\n';
+    text += QStringLiteral("Number of observations: ") + blocks.DataCount + u'\n';
 
-    const QStringList stdErrs = blockLines(report.stdErrs);
-    const QStringList tValues = blockLines(report.tValues);
-    const QStringList coeffs = blockLines(report.coeffs);
+    const QStringList stdErrs = blockLines(blocks.StdErrs);
+    const QStringList tValues = blockLines(blocks.TValues);
+    const QStringList coeffs = blockLines(blocks.Coeffs);
     Table coefficients(QString(), {QStringLiteral("Coefficients:"), QStringLiteral("Std. Err. (Coeff):"),
                                    QStringLiteral("t* Values")});
     for (qsizetype i = 0; i < coeffs.size(); ++i) {
@@ -207,20 +208,21 @@ QString terminalReport(const ReportText &report, int columns)
     }
     text += u'\n' + coefficients.set(columns);
 
-    const QStringList dof = blockLines(report.dof);
-    const QStringList sums{QStringLiteral("Regression SSR : ") + report.ssr,
-                           QStringLiteral("Residual   SSE : ") + report.sse,
-                           QStringLiteral("Total      SST : ") + report.sst};
+    const QStringList dof = blockLines(blocks.DOF);
+    const QStringList sums{QStringLiteral("Regression SSR : ") + blocks.SSR,
+                           QStringLiteral("Residual   SSE : ") + blocks.SSE,
+                           QStringLiteral("Total      SST : ") + report.window.SST};
     const int half = 44;
     text += u'\n' + padded(QStringLiteral("Sum of Squares"), half) + QStringLiteral("Degrees of Freedom:") + u'\n';
     for (qsizetype i = 0; i < sums.size(); ++i)
         text += padded(indent + sums[i], half) + indent + dof.value(i) + u'\n';
-    text += u'\n' + padded(QStringLiteral("s² : ") + report.sSquared, 22) +
-            padded(QStringLiteral("R² : ") + report.rSquared, 22) + QStringLiteral("F Statistic") + report.fStat +
-            u'\n';
+    text += u'\n' + padded(QStringLiteral("s² : ") + blocks.SSquared, 22) +
+            padded(QStringLiteral("R² : ") + report.window.RSquared, 22) + QStringLiteral("F Statistic") +
+            blocks.FStat + u'\n';
 
-    text += setMatrices(report.matrices, columns);
-    text += u'\n' + report.records + u'\n';
+    if (report.matrices)
+        text += setMatrices(blocks.CovarianceLines + blocks.CorrelationLines, columns);
+    text += u'\n' + report.leftOut + u'\n';
     if (!report.message.isEmpty())
         text += u'\n' + withoutControls(report.message) + u'\n';
     return text;

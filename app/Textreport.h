@@ -1,35 +1,24 @@
 #pragma once
 
+#include "present/Report.h"
+
 #include <QString>
 #include <QStringList>
 
 namespace nuvo {
 
-/// The texts of a finished regression, as the report window has them; blocks keep their "\n\r".
+/// A finished regression as the report window has it, and what stands beside it on a terminal.
 struct ReportText
 {
-    QString source;      ///< the table's name or the first line of the statement
-    QString description; ///< left out when empty
+    QString source; ///< the table's name or the first line of the statement
+    QString description;
     QString dateTime;
-    QString message; ///< left out when empty
-    QString depVar;
-    QString indepVars;
-    QString dataCount;
-    QString dof;
-    QString coeffs;
-    QString sSquared;
-    QString sse;
-    QString ssr;
-    QString sst;
-    QString rSquared;
-    QString means;
-    QString stdDevs;
-    QString stdErrs;
-    QString tValues;
-    QString fStat;
-    QStringList matrices; ///< the covariance lines, then the correlation lines, or nothing
-    QStringList terms;    ///< of the coefficients but the constant, to stand beside them
-    QString records;      ///< the line that says what was left out
+    QString message;
+    ReportBlocks blocks;
+    WindowTexts window;
+    bool matrices = false;
+    QStringList terms; ///< of the coefficients but the constant, to stand beside them
+    QString leftOut;   ///< lines about the records and columns that count for nothing
 };
 
 /// The report window set for a terminal of that many columns (at least 80): each of its captions with its text,
