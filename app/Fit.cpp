@@ -45,7 +45,7 @@ private:
     TMessageHandler before_;
 };
 
-/// A bar on standard error. It is drawn when its text changes to the eye, and taken away at the end.
+/// A bar on standard error, drawn anew with every per cent and taken away at the end.
 class TerminalProgress : public LoadProgress
 {
 public:
@@ -60,13 +60,14 @@ public:
         draw();
     }
     bool Shown() const override { return shown_; }
-    void SetGaugeProgress(unsigned short progress) override
+    void SetGaugeProgress(unsigned short progress) override { progress_ = progress; }
+    /// Follows the percentage that it belongs to.
+    void SetGaugeText(const QString &text) override
     {
-        progress_ = progress;
+        text_ = text;
         if (progress_ != drawn_)
             draw();
     }
-    void SetGaugeText(const QString &text) override { text_ = text; }
     bool Stopped() const override { return false; }
 
 private:

@@ -179,6 +179,8 @@ QString terminalReport(const ReportText &report, int columns)
     if (!report.description.isEmpty())
         text += withoutControls(report.description) + u'\n';
 
+    text += QStringLiteral("Number of observations: ") + blocks.DataCount + u'\n';
+
     const QStringList means = blockLines(blocks.Means);
     const QStringList stdDevs = blockLines(blocks.StdDevs);
     const auto ofVariable = [&](qsizetype i) {
@@ -193,8 +195,6 @@ QString terminalReport(const ReportText &report, int columns)
         data.add(indent + rightAligned(variable.label, 3) + QStringLiteral(" = ") + variable.text, ofVariable(i + 1));
     }
     text += u'\n' + data.set(columns);
-    text += QStringLiteral("Number of observations: ") + blocks.DataCount + u'\n';
-
     const QStringList stdErrs = blockLines(blocks.StdErrs);
     const QStringList tValues = blockLines(blocks.TValues);
     const QStringList coeffs = blockLines(blocks.Coeffs);

@@ -37,23 +37,6 @@ void writeLongFile(const QString &name, int rows = 1500000)
     writeFile(name, bytes);
 }
 
-/// Waits until the program answers to Ctrl-C in its own way.
-void waitForSignalHandler(const QProcess &process)
-{
-    const QString name = u("/proc/%1/status").arg(process.processId());
-    for (int i = 0; i < 30000; ++i) {
-        QFile status(name);
-        ASSERT_TRUE(status.open(QIODevice::ReadOnly)) << name.toStdString();
-        for (const QByteArray &line : status.readAll().split('\n')) {
-            if (line.startsWith("SigCgt:") &&
-                (line.mid(7).trimmed().toULongLong(nullptr, 16) & (1U << (SIGINT - 1))) != 0)
-                return;
-        }
-        QThread::msleep(1);
-    }
-    FAIL() << "the program never installs a handler";
-}
-
 /// Imports into each kind of database.
 class Import : public testing::TestWithParam<TestDatabase::Backend>
 {

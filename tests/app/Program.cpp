@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QThread>
+
+#include <csignal>
+
 namespace {
 
 std::unique_ptr<QProcess> start(const QString &program, const QStringList &arguments, const QString &directory)
@@ -42,4 +47,20 @@ Outcome runProgram(const QStringList &arguments, const QString &directory)
 Outcome runShell(const QString &command, const QString &directory)
 {
     return finish(*start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command}, directory));
+}
+
+void waitForSignalHandler(const QProcess &process)
+{
+    const QString name = QStringLiteral("/proc/%1/status").arg(process.processId());
+    for (int i = 0; i < 30000; ++i) {
+        QFile status(name);
+        ASSERT_TRUE(status.open(QIODevice::ReadOnly)) << name.toStdString();
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("SigCgt:") &&
+                (line.mid(7).trimmed().toULongLong(nullptr, 16) & (1U << (SIGINT - 1))) != 0)
+                return;
+        }
+        QThread::msleep(1);
+    }
+    FAIL() << "the program never installs a handler";
 }

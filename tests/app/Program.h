@@ -17,6 +17,8 @@ struct Outcome
 
 /// The program that is tested, started with these arguments; an empty working directory is the test's own.
 std::unique_ptr<QProcess> startProgram(const QStringList &arguments, const QString &directory = {});
+/// Waits until the program answers to Ctrl-C in its own way.
+void waitForSignalHandler(const QProcess &process);
 Outcome finish(QProcess &process);
 Outcome runProgram(const QStringList &arguments, const QString &directory = {});
 /// A shell command in which $nuvostat stands for the program.
