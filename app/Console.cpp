@@ -70,8 +70,10 @@ void prepareProcess()
         endWith(signal);
     ::setenv("LC_ALL", "C.UTF-8", 1);
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
-        if (type == QtFatalMsg)
-            writeErrorLine(QStringLiteral("nuvostat: %1").arg(text));
+        if (type != QtFatalMsg)
+            return;
+        writeErrorLine(QStringLiteral("nuvostat: %1").arg(text));
+        ::_exit(3); // instead of abort()
     });
 }
 

@@ -115,14 +115,14 @@ private:
         target_ = quoted(options_.table);
         if (sqlite())
             return kindOf(options_.table);
-        if (const QString kind = kindOf(target_); !kind.isEmpty())
+        if (QString kind = kindOf(target_); !kind.isEmpty())
             return kind;
         QString inSchema;
         for (qsizetype point = options_.table.indexOf(u'.'); point >= 0;
              point = options_.table.indexOf(u'.', point + 1)) {
             const QString schema = options_.table.left(point);
             const QString name = quoted(schema) + u'.' + quoted(options_.table.mid(point + 1));
-            if (const QString kind = kindOf(name); !kind.isEmpty()) {
+            if (QString kind = kindOf(name); !kind.isEmpty()) {
                 target_ = name;
                 return kind;
             }

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <new>
 
 namespace {
@@ -31,33 +32,38 @@ int fail(const QString &sentence)
     return Failure;
 }
 
-int runFit(int argc, char **argv, const nuvo::FitOptions &options)
+/// How many arguments Qt gets to see: it would take "-platform" for its own where it is the value of an option.
+constexpr int nameAlone = 1;
+
+int runFit(char **argv, const nuvo::FitOptions &options)
 {
     wantsJson = options.format == nuvo::OutputFormat::Json;
     // Components are widgets, so there must be a QApplication; nothing is ever drawn. `minimal` starts 4 ms earlier
     // than `offscreen`, and a desktop's theme has nothing to say here.
     qputenv("QT_QPA_PLATFORM", "minimal");
     qunsetenv("QT_QPA_PLATFORMTHEME");
-    const QApplication application(argc, argv);
+    int count = nameAlone;
+    const QApplication application(count, argv);
     const nuvo::FitResult result = nuvo::fit(options);
     nuvo::writeOutput(result.output);
     return result.fitted ? Success : NoResult;
 }
 
-int runImport(int argc, char **argv, const nuvo::ImportOptions &options)
+int runImport(char **argv, const nuvo::ImportOptions &options)
 {
-    const QCoreApplication application(argc, argv);
+    int count = nameAlone;
+    const QCoreApplication application(count, argv);
     nuvo::writeOutput(nuvo::importCsv(options) + u'\n');
     return Success;
 }
 
 int run(int argc, char **argv)
 {
-    const nuvo::Command command = nuvo::parseCommandLine({argv + 1, argv + argc});
+    const nuvo::Command command = nuvo::parseCommandLine({argv + std::min(argc, 1), argv + argc});
     if (const auto *fit = std::get_if<nuvo::FitOptions>(&command))
-        return runFit(argc, argv, *fit);
+        return runFit(argv, *fit);
     if (const auto *import = std::get_if<nuvo::ImportOptions>(&command))
-        return runImport(argc, argv, *import);
+        return runImport(argv, *import);
     nuvo::writeOutput(std::get<nuvo::PrintOptions>(command).text);
     return Success;
 }

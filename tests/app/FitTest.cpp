@@ -389,6 +389,15 @@ TEST_P(Fit, AnEmptyControlIsNoColumn)
     EXPECT_EQ(json["terms"].dump(), R"(["a"])");
 }
 
+TEST_P(Fit, WhatQtWouldTakeForItsOwnIsAText)
+{
+    makeTable({u("3,1,2"), u("5,2,9"), u("8,4,1")});
+    for (const char *option : {"-platform", "-style", "-display", "-qwindowgeometry", "-stylesheet"}) {
+        const Json json = fitJson({u("--description"), u(option), u("--table"), u("t"), u("--response"), u("y")});
+        EXPECT_EQ(json["description"], option);
+    }
+}
+
 TEST_P(Fit, NoUsableRecordIsStatus1)
 {
     makeTable({u("3,1,NULL"), u("5,2,NULL")});
@@ -525,7 +534,7 @@ TEST_P(Fit, NamesCannotSteerTheTerminal)
 
 TEST_P(Fit, CtrlCEndsWith130)
 {
-    const QString slow = u("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000000000) "
+    const QString slow = u("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000000) "
                            "SELECT count(*) AS y FROM n");
     const auto process = startProgram(fitArguments(database_->name(), {u("--sql"), slow, u("--response"), u("y")}));
     waitForSignalHandler(*process);
