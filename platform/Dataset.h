@@ -6,10 +6,24 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 class QAbstractItemModel;
 class QItemSelectionModel;
+
+class TDataSet;
+
+namespace nuvo {
+class Connection;
+class DatasetModel;
+struct Column;
+struct ReadPosition;
+struct RecordLimits;
+struct Select;
+void setRecordLimits(TDataSet &dataset, const RecordLimits &limits);
+} // namespace nuvo
 
 /// A set of records with a cursor: what TTable and TQuery have in common.
 ///
@@ -30,8 +44,8 @@ public:
     ~TDataSet() override;
 
     /// A registered QSqlDatabase connection, the path of an SQLite file, or a URL: postgresql://user@host:port/name,
-    /// mysql://…, odbc:DSN. A file that is not there is an error when the dataset opens and is not created. Setting it
-    /// closes the dataset.
+    /// mysql://…, odbc:DSN. A file that is not there is an error when the dataset opens and is not created. Setting
+    /// it closes the dataset.
     QString DatabaseName() const;
     void SetDatabaseName(const QString &name);
 
@@ -54,16 +68,25 @@ public:
     void Last();
     /// Moves to the next record. On the last one the position stays and Eof() becomes true; an empty dataset is at
     /// its end as soon as it is open. When fetching fails the position is unchanged.
-    void Next();
+    void Next()
+    {
+        if (cursor_.row + 1 < cursor_.fastEnd) {
+            ++cursor_.row;
+            cursor_.cells += cursor_.stride;
+        } else {
+            NextSlow();
+        }
+    }
     void Prior();
     /// Moves by so many records, as far as there are any; returns how many it moved.
     qint64 MoveBy(qint64 distance);
     bool Bof() const;
-    bool Eof() const;
+    bool Eof() const { return active_ ? eof_ : EofSlow(); }
     bool IsEmpty() const;
     /// Number of the current record from 1; 0 on an empty dataset.
     qint64 RecNo() const;
-    /// The engine's count of all records, filter included, asked once per opening (not asked when the end was reached).
+    /// The engine's count of all records, filter included, asked once per opening (not asked when the end was
+    /// reached).
     qint64 RecordCount();
 
     int FieldCount();
@@ -95,4 +118,62 @@ Q_SIGNALS:
     void Opened();
     void Closed();
     void Scrolled();
+
+protected:
+    // What a kind of dataset says about itself. The connection is open; errors are thrown as EDatabaseError.
+
+    /// The columns in the order of the statement's result, those that it adds for its own use left out; none where
+    /// the statement itself has to tell.
+    virtual std::vector<nuvo::Column> Describe(const nuvo::Connection &connection) = 0;
+    /// The statement that reads from a position on; called after Describe().
+    virtual nuvo::Select SelectFrom(const nuvo::Connection &connection, const nuvo::ReadPosition &position) = 0;
+    /// The statement whose only value is the number of records; empty where that takes reading them.
+    virtual nuvo::Select CountStatement(const nuvo::Connection &connection) = 0;
+
+    /// Closes an open dataset and forgets the field definitions: what they came from has changed. A wish to be active
+    /// that was not carried out yet stays.
+    void Forget();
+    /// Opens where that is wished. \throws EDatabaseError on a dataset that is closed and not wished to be open.
+    void NeedRecords();
+    /// Calls with an open connection to the database, the dataset's own where it is open, else one for this call.
+    void WithConnection(const std::function<void(const nuvo::Connection &)> &use);
+    /// Moves to a record that exists, by number from 0; false and no move when there is no such record.
+    bool MoveToRow(qint64 row);
+    /// The first row of those kept from the beginning on for which test(row) holds, as far as they are kept; -1 when
+    /// there is none. complete tells whether these are all records.
+    qint64 FindKept(const std::function<bool(qint64)> &test, bool &complete) const;
+    /// Value of a field in a row that is kept.
+    QVariant KeptValue(qint64 row, int field) const;
+
+private:
+    class Private;
+    friend class TField;
+    friend class nuvo::DatasetModel;
+    friend void nuvo::setRecordLimits(TDataSet &dataset, const nuvo::RecordLimits &limits);
+
+    bool EofSlow() const;
+    void NextSlow();
+    QVariant FieldValue(const TField &field);
+
+    nuvo::RecordCursor cursor_;
+    bool active_ = false;
+    bool eof_ = true;
+    std::unique_ptr<Private> d_;
 };
+
+namespace nuvo {
+
+/// Keeps a dataset's controls disabled, also when an error passes through.
+class ControlsOff
+{
+public:
+    explicit ControlsOff(TDataSet &dataset) : dataset_(dataset) { dataset_.DisableControls(); }
+    ControlsOff(const ControlsOff &) = delete;
+    ControlsOff &operator=(const ControlsOff &) = delete;
+    ~ControlsOff() { dataset_.EnableControls(); }
+
+private:
+    TDataSet &dataset_;
+};
+
+} // namespace nuvo

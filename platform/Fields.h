@@ -6,13 +6,38 @@
 #include <QString>
 #include <QVariant>
 
+#include <cmath>
+#include <limits>
+
 class TDataSet;
+
+namespace nuvo {
+
+/// Where a dataset's current record stands in memory. The numbers of a record lie side by side; a number that is not
+/// finite is no number: null, or a value that has to be looked up.
+struct RecordCursor
+{
+    const double *cells = nullptr;
+    qint64 row = 0;     ///< from 0
+    qint64 fastEnd = 0; ///< the rows before it can be walked without asking anybody
+    qint64 stride = 0;  ///< numbers per record
+};
+
+} // namespace nuvo
 
 /// One column of a dataset, reading the dataset's current record. Fields belong to their dataset and live as long as
 /// its field definitions: until its DatabaseName, TableName or SQL changes.
 ///
 /// A field is null when the database says so, and also when its number is a NaN or an infinity. A null reads as 0, as
 /// an empty text or as an invalid date. On a dataset without records every field is null.
+///
+/// Reading a value of a closed dataset opens it where that was wished, else it throws EDatabaseError; a failed
+/// reading from the database is an EDatabaseError too.
+///
+/// Which class a column gets follows from its declared type. A column without one (an expression, an SQLite column
+/// without a type) goes by its first values: all whole numbers make it a TLargeintField, numbers a TFloatField, else
+/// the first text, date or binary value decides; without any value it is a TFloatField. A value that does not fit its
+/// class is kept as it is: AsString() and Value() show it, AsFloat() converts it or says why it cannot.
 class NUVO_EXPORT TField
 {
 public:
@@ -28,22 +53,45 @@ public:
     /// The type as the database calls it; empty for an expression.
     const QString &DeclaredType() const { return declaredType_; }
 
-    bool IsNull() const;
-    /// The value as a double. \throws EConvertError naming field, record and text where a text is no number;
-    /// EDatabaseError where the field holds dates or binary data.
-    double AsFloat() const;
-    /// \throws as AsFloat(), and EConvertError for a number outside 64 bits.
+    bool IsNull() const { return !(std::fabs(Cell()) <= kMaxFinite) && IsNullSlow(); }
+    /// The value as a double; a boolean is 1 or 0. \throws EConvertError naming field, record and text where a text
+    /// is no number; EDatabaseError where the field holds dates or binary data.
+    double AsFloat() const
+    {
+        const double cell = Cell();
+        return std::fabs(cell) <= kMaxFinite ? cell : AsFloatSlow();
+    }
+    /// Rounded to the nearest integer, halves away from zero. \throws as AsFloat(), and EConvertError for a number
+    /// outside 64 bits.
     qint64 AsInteger() const;
+    /// The value as text: numbers with a point and as many digits as they need, dates as in ISO 8601 with a blank
+    /// between date and time, "True" and "False".
     QString AsString() const;
+    /// Whether the number is not 0, or the text one of true, t, yes, y, on.
     bool AsBoolean() const;
+    /// SQLite's dates are texts in ISO 8601, whole seconds since 1970 (UTC) or Julian days with a fraction; anything
+    /// else gives an invalid date.
     QDateTime AsDateTime() const;
+    /// The value as the database gave it; invalid for a null.
     QVariant Value() const;
 
     /// Whether the class counts as numeric: floating point, integer of any width, currency.
     virtual bool IsNumeric() const { return false; }
 
 private:
+    friend class TDataSet;
+
+    static constexpr double kMaxFinite = std::numeric_limits<double>::max();
+
+    static const nuvo::RecordCursor *NoCursor();
+    double Cell() const { return cursor_->cells[slot_]; }
+    bool IsNullSlow() const;
+    double AsFloatSlow() const;
+    QString Place() const;
+
     TDataSet &dataset_;
+    const nuvo::RecordCursor *cursor_; // the dataset's own while this is a numeric column of it
+    qint64 slot_ = 0;
     int index_;
     QString name_;
     QString declaredType_;

@@ -24,4 +24,13 @@ public:
     QStringList ParamNames() const;
 
     QString Caption() const override;
+
+protected:
+    std::vector<nuvo::Column> Describe(const nuvo::Connection &connection) override;
+    nuvo::Select SelectFrom(const nuvo::Connection &connection, const nuvo::ReadPosition &position) override;
+    nuvo::Select CountStatement(const nuvo::Connection &connection) override;
+
+private:
+    QString sql_;
+    QVariantMap params_; // by name in lower case
 };

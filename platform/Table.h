@@ -38,4 +38,13 @@ public:
     QStringList TableNames();
 
     QString Caption() const override;
+
+protected:
+    std::vector<nuvo::Column> Describe(const nuvo::Connection &connection) override;
+    nuvo::Select SelectFrom(const nuvo::Connection &connection, const nuvo::ReadPosition &position) override;
+    nuvo::Select CountStatement(const nuvo::Connection &connection) override;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d_;
 };

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/Export.h"
+#include "platform/Sqltext.h"
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+#include <QVariantList>
+
+class QSqlError;
+
+namespace nuvo {
+
+/// What a DatabaseName leads to: a registered QSqlDatabase, used as it is, or a connection of its own to an SQLite
+/// file or a server, whose session only reads.
+class NUVO_EXPORT Connection
+{
+public:
+    Connection() = default;
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+    ~Connection();
+
+    /// \throws EDatabaseError with one sentence: no such file, no permission, no such driver or server …
+    void open(const QString &databaseName);
+    /// Removes a connection of its own; a registered one stays open.
+    void close();
+    bool isOpen() const { return open_; }
+    /// Whether this made the connection.
+    bool isOwn() const { return own_; }
+    Dialect dialect() const { return dialect_; }
+    const QSqlDatabase &database() const { return database_; }
+
+    /// The database as messages name it.
+    QString caption() const;
+
+    /// A statement that is read once, forward.
+    QSqlQuery newQuery() const;
+    /// Executes a short statement with values for its "?".
+    /// \throws EDatabaseError "Cannot read <what>: <reason>."
+    QSqlQuery query(const QString &sql, const QVariantList &values, const QString &what) const;
+
+    /// How a value stands in a statement: "?" with the value appended to values, or itself as a literal where the
+    /// driver cannot bind (a server's cursor).
+    QString bound(const QVariant &value, QVariantList &values) const;
+
+    /// What the driver says, as half a sentence: its first line, without its own decoration.
+    QString reason(const QSqlError &error) const;
+    /// \throws EDatabaseError "Cannot read <what>: <reason>."
+    [[noreturn]] void fail(const QSqlError &error, const QString &what) const;
+
+private:
+    void openSqlite(const QString &path);
+    void openServer(const QString &url);
+    void openOwn(const QString &driver, const QString &package);
+
+    QSqlDatabase database_;
+    QString name_;
+    Dialect dialect_ = Dialect::Other;
+    bool open_ = false;
+    bool own_ = false;
+};
+
+/// Names of the tables and views that a user of the database sees, sorted; with their schema where they need one.
+QStringList tableNames(const Connection &connection);
+
+} // namespace nuvo

@@ -1,0 +1,85 @@
+#include "support/Databases.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QUuid>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString uniqueName(const QString &stem)
+{
+    return stem + QUuid::createUuid().toString(QUuid::Id128);
+}
+
+class SqliteDatabase : public TestDatabase
+{
+public:
+    SqliteDatabase()
+    {
+        writer_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), uniqueName(QStringLiteral("writer")));
+        writer_.setDatabaseName(name());
+        EXPECT_TRUE(writer_.open()) << writer_.lastError().text().toStdString();
+    }
+    ~SqliteDatabase() override
+    {
+        const QString connection = writer_.connectionName();
+        writer_ = QSqlDatabase();
+        QSqlDatabase::removeDatabase(connection);
+    }
+
+    QString name() const override { return directory_.filePath(QStringLiteral("test.db")); }
+    Backend backend() const override { return Sqlite; }
+
+private:
+    QTemporaryDir directory_;
+};
+
+} // namespace
+
+std::unique_ptr<TestDatabase> TestDatabase::make(Backend backend)
+{
+    return backend == Sqlite ? std::make_unique<SqliteDatabase>() : nullptr;
+}
+
+void TestDatabase::exec(const QString &sql, const QVariantList &values)
+{
+    QSqlQuery query(writer_);
+    bool ok = query.prepare(sql);
+    for (const QVariant &value : values)
+        query.addBindValue(value);
+    ok = ok && query.exec();
+    EXPECT_TRUE(ok) << sql.toStdString() << ": " << query.lastError().text().toStdString();
+}
+
+QVariant TestDatabase::value(const QString &sql)
+{
+    QSqlQuery query(writer_);
+    EXPECT_TRUE(query.exec(sql) && query.next())
+        << sql.toStdString() << ": " << query.lastError().text().toStdString();
+    return query.value(0);
+}
+
+void TestDatabase::makeNumbers(const QString &table, qint64 rows, int columns)
+{
+    QString declared = QStringLiteral("id INTEGER PRIMARY KEY");
+    QString values = QStringLiteral("i");
+    for (int column = 0; column < columns; ++column) {
+        declared += QStringLiteral(", x%1 DOUBLE PRECISION").arg(column);
+        values += QStringLiteral(", (i * %1) % 1009 + %2").arg(column + 3).arg(0.25 * column);
+    }
+    exec(QStringLiteral("CREATE TABLE %1 (%2)").arg(table, declared));
+    const QString numbers =
+        backend() == Sqlite
+            ? QStringLiteral(
+                  "WITH RECURSIVE n(i) AS (SELECT 1 WHERE %1 > 0 UNION ALL SELECT i + 1 FROM n WHERE i < %1)"
+                  " INSERT INTO %2 SELECT %3 FROM n")
+            : QStringLiteral("INSERT INTO %2 SELECT %3 FROM generate_series(1::bigint, %1) AS n(i)");
+    exec(numbers.arg(QString::number(rows), table, values));
+}
+
+std::string backendName(TestDatabase::Backend backend)
+{
+    return backend == TestDatabase::Sqlite ? "Sqlite" : "Postgres";
+}
