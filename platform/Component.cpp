@@ -2,7 +2,7 @@
 
 TComponent::TComponent(QWidget *owner) : QWidget(owner)
 {
-    setFixedSize(sizeHint());
+    setFixedSize(TComponent::sizeHint());
     // An explicit "no", so that showing the form does not show the component with it.
     QWidget::setVisible(false);
 }

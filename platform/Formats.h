@@ -4,8 +4,6 @@
 
 #include <QString>
 
-#include <string_view>
-
 /// Text and numbers. All of them write and read a decimal point unless a locale's sign is handed in; NaN and the
 /// infinities are written "NAN", "INF" and "-INF", and read back from these (upper or lower case). Where a number is
 /// rounded it is rounded once, half away from zero on the exact decimal expansion of the double.

@@ -212,9 +212,8 @@ TEST(Messages, AHandlerSeesEveryMessageAsItWasGiven)
 TEST(Messages, AHandlerMayReplaceItselfWhileItRuns)
 {
     SetMessageHandler([](const QString &text, TMsgDlgType, unsigned, int) {
-        const QString kept = text;
         SetMessageHandler([](const QString &, TMsgDlgType, unsigned, int) { return int(mrCancel); });
-        return kept.isEmpty() ? int(mrNone) : int(mrYes);
+        return text.isEmpty() ? int(mrNone) : int(mrYes);
     });
     EXPECT_EQ(MessageDlg(QStringLiteral("x"), TMsgDlgType::mtError), mrYes);
     EXPECT_EQ(MessageDlg(QStringLiteral("x"), TMsgDlgType::mtError), mrCancel);

@@ -1,0 +1,28 @@
+#include "present/Loadgage.h"
+
+#include "present/Pictures.h"
+#include "ui_Loadgage.h"
+
+TMLRGaugeDlg *MLRGaugeDlg = nullptr;
+
+TMLRGaugeDlg::TMLRGaugeDlg()
+{
+    MLRGaugeDlg = this;
+}
+
+TMLRGaugeDlg::~TMLRGaugeDlg()
+{
+    if (MLRGaugeDlg == this)
+        MLRGaugeDlg = nullptr;
+}
+
+TProgressDlg::Controls TMLRGaugeDlg::Build(QDialog &window)
+{
+    Ui::TMLRGaugeDlg form;
+    form.setupUi(&window);
+    form.Gauge1->SetBackColor(window.palette().color(QPalette::Highlight));
+    const qreal ratio = window.devicePixelRatioF();
+    form.Image1->setPixmap(nuvo::drawPicture(nuvo::Picture::Records, ratio));
+    form.Image2->setPixmap(nuvo::drawPicture(nuvo::Picture::Fit, ratio));
+    return {form.Gauge1, form.Panel1};
+}

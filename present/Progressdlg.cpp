@@ -1,0 +1,188 @@
+#include "present/Progressdlg.h"
+
+#include "platform/Gauge.h"
+#include "platform/Messages.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QScreen>
+#include <QStyle>
+#include <QThread>
+#include <QWindow>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// What the eye can follow; a paint takes a fraction of a millisecond.
+constexpr auto Pace = 33ms;
+constexpr auto LongestWait = 1s;
+
+/// The forms' colours are fixed, text and ground alike, so that a dark desktop cannot take one of the two away.
+QPalette formPalette()
+{
+    QPalette palette(QColor(0xd9, 0xd9, 0xd9));
+    palette.setColor(QPalette::Highlight, QColor(0xa6, 0xca, 0xf0));
+    return palette;
+}
+
+QFont formFont()
+{
+    QFont font(QStringLiteral("Arial"));
+    font.setPixelSize(11);
+    return font;
+}
+
+} // namespace
+
+/// The window: Escape and its close button are a wish to stop.
+class TProgressDlg::Form : public QDialog
+{
+public:
+    Form(QWidget *parent, bool &stopped)
+        : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                              Qt::WindowCloseButtonHint),
+          stopped_(stopped)
+    {
+        setModal(true);
+        setPalette(formPalette());
+        setFont(formFont());
+    }
+
+    /// Escape and, through the close event, the window's close button.
+    void reject() override
+    {
+        stopped_ = true;
+        // Clicks that wait behind the key in the same batch must not reach the windows that this one uncovers.
+        if (running_)
+            qApp->installEventFilter(this);
+        QDialog::reject();
+    }
+
+    void runEvents()
+    {
+        const QPointer<Form> self = this;
+        running_ = true;
+        QCoreApplication::processEvents();
+        if (self.isNull())
+            return;
+        running_ = false;
+        qApp->removeEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        return event->isInputEvent() || event->type() == QEvent::Shortcut;
+    }
+
+private:
+    bool &stopped_;
+    bool running_ = false;
+};
+
+TProgressDlg::TProgressDlg() = default;
+
+TProgressDlg::~TProgressDlg()
+{
+    Close();
+    delete form_;
+}
+
+void TProgressDlg::Show()
+{
+    if (form_.isNull()) {
+        form_ = new Form(nuvo::windowInFront(), stopped_);
+        controls_ = Build(*form_);
+        controls_.status->setTextFormat(Qt::PlainText);
+        controls_.gauge->SetProgress(progress_);
+        ApplyText();
+    }
+    FormActivate();
+    Open();
+    Repaint();
+}
+
+void TProgressDlg::Open()
+{
+    form_->move(
+        QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, form_->size(), form_->screen()->availableGeometry())
+            .topLeft());
+    form_->show();
+    form_->raise();
+    form_->activateWindow();
+    const auto start = Clock::now();
+    while (Shown() && !form_->windowHandle()->isExposed() && Clock::now() - start < LongestWait) {
+        form_->runEvents();
+        QThread::msleep(1);
+    }
+}
+
+void TProgressDlg::Close()
+{
+    if (!Shown())
+        return;
+    form_->repaint();
+    form_->hide();
+}
+
+bool TProgressDlg::Shown() const
+{
+    return !form_.isNull() && form_->isVisible();
+}
+
+void TProgressDlg::SetGaugeProgress(unsigned short progress)
+{
+    progress_ = progress;
+    if (form_.isNull())
+        return;
+    controls_.gauge->SetProgress(progress);
+    if (progress >= 100)
+        Repaint();
+    else
+        Changed();
+}
+
+void TProgressDlg::SetGaugeText(const QString &text)
+{
+    text_ = text;
+    if (form_.isNull())
+        return;
+    ApplyText();
+    Changed();
+}
+
+void TProgressDlg::ApplyText()
+{
+    QLabel &status = *controls_.status;
+    status.setText(status.fontMetrics().elidedText(text_, Qt::ElideRight, status.contentsRect().width()));
+}
+
+void TProgressDlg::Changed()
+{
+    if (Clock::now() - painted_ >= Pace)
+        Repaint();
+}
+
+void TProgressDlg::Repaint()
+{
+    if (!Shown())
+        return;
+    form_->repaint();
+    form_->runEvents();
+    painted_ = Clock::now();
+}
+
+void TProgressDlg::FormActivate()
+{
+    if (activated_)
+        return;
+    activated_ = true;
+    TProgressDlg::SetGaugeProgress(0); // no progress of the work: it takes no time
+    Repaint();
+}
+
+QDialog *TProgressDlg::Window() const
+{
+    return form_;
+}
