@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/Export.h"
+
+/// Marks a function for processors with AVX2 and fused multiply-add; what is inlined into it is compiled for them
+/// too.
+#if defined(__x86_64__) && defined(__GNUC__)
+#define NUVO_HAS_AVX2 1
+#define NUVO_AVX2 [[gnu::target("avx2,fma")]]
+#endif
+
+namespace nuvo {
+
+/// Whether the functions marked NUVO_AVX2 may be called. All results are the same without them, to the last bit.
+NUVO_EXPORT bool useAvx2();
+
+/// For tests and benchmarks: false holds useAvx2() to false, true lets the processor decide again.
+NUVO_EXPORT void allowAvx2(bool allowed);
+
+} // namespace nuvo

@@ -1,0 +1,12 @@
+#include "engine/Mlrquery.h"
+
+#include "present/Loadgage.h"
+
+TMLRQuery::TMLRQuery(QWidget *owner) : TQuery(owner), TRegression(static_cast<TDataSet &>(*this), Form::Query) {}
+
+TMLRQuery::~TMLRQuery() = default;
+
+std::unique_ptr<LoadProgress> TMLRQuery::MakeLoadProgress()
+{
+    return std::make_unique<TMLRGaugeDlg>();
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "engine/Regressionproperties.h"
+#include "platform/Query.h"
+
+/// A query that fits a regression to its own records. See TRegression for the operations.
+class NUVO_EXPORT TMLRQuery : public TQuery, public TRegression
+{
+    Q_OBJECT
+    NUVO_REGRESSION_PROPERTIES
+
+public:
+    explicit TMLRQuery(QWidget *owner = nullptr);
+    ~TMLRQuery() override;
+
+    QString DataSourceName() const override { return SQLLines().value(0); }
+
+Q_SIGNALS:
+    /// A load has ended, with usable observations or without.
+    void LoadEnded(bool loaded);
+    /// Execute() has fitted.
+    void Fitted();
+
+protected:
+    std::unique_ptr<LoadProgress> MakeLoadProgress() override;
+    void NotifyLoaded() override { Q_EMIT LoadEnded(Loaded()); }
+    void NotifyComputed() override { Q_EMIT Fitted(); }
+};

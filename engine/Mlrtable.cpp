@@ -1,0 +1,12 @@
+#include "engine/Mlrtable.h"
+
+#include "present/Loadgage.h"
+
+TMLRTable::TMLRTable(QWidget *owner) : TTable(owner), TRegression(static_cast<TDataSet &>(*this), Form::Table) {}
+
+TMLRTable::~TMLRTable() = default;
+
+std::unique_ptr<LoadProgress> TMLRTable::MakeLoadProgress()
+{
+    return std::make_unique<TMLRGaugeDlg>();
+}

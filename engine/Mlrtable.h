@@ -1,0 +1,28 @@
+#pragma once
+
+#include "engine/Regressionproperties.h"
+#include "platform/Table.h"
+
+/// A table that fits a regression to its own records. See TRegression for the operations.
+class NUVO_EXPORT TMLRTable : public TTable, public TRegression
+{
+    Q_OBJECT
+    NUVO_REGRESSION_PROPERTIES
+
+public:
+    explicit TMLRTable(QWidget *owner = nullptr);
+    ~TMLRTable() override;
+
+    QString DataSourceName() const override { return TableName(); }
+
+Q_SIGNALS:
+    /// A load has ended, with usable observations or without.
+    void LoadEnded(bool loaded);
+    /// Execute() has fitted.
+    void Fitted();
+
+protected:
+    std::unique_ptr<LoadProgress> MakeLoadProgress() override;
+    void NotifyLoaded() override { Q_EMIT LoadEnded(Loaded()); }
+    void NotifyComputed() override { Q_EMIT Fitted(); }
+};

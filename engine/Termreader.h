@@ -1,0 +1,58 @@
+#pragma once
+
+#include "engine/Mlrtypes.h"
+#include "platform/Fields.h"
+
+#include <optional>
+
+class TDataSet;
+
+namespace nuvo {
+
+/// A definition at work on a dataset: what ValidTransformation and Process of the definitions do, for many records.
+/// Fields are looked up and texts converted once, but not before a record needs them, so that errors come where and
+/// when the definition's own operations would raise them. The definition and the dataset must outlive it.
+class TermReader
+{
+public:
+    TermReader(const TIndepVar &definition, TDataSet &dataset);
+    TermReader(const TDependentVar &definition, TDataSet &dataset);
+
+    bool Valid()
+    {
+        if (kind_ == Kind::None && field1_ != nullptr)
+            return !field1_->IsNull();
+        return ValidSlow();
+    }
+    double Value()
+    {
+        if (kind_ == Kind::None && field1_ != nullptr)
+            return field1_->AsFloat();
+        return ValueSlow();
+    }
+
+private:
+    enum class Kind { None, Log, Inverse, Sqrt, Power, Scale, Scaled, Product, Quotient };
+
+    static Kind ControlKind(const QString &transformation);
+    static Kind ResponseKind(const QString &transformation);
+    bool ValidSlow();
+    double ValueSlow();
+    const TField &Field1();
+    const TField &Field2();
+    double ScaleFactor();
+    double ExponentAsFloat();
+    int ExponentAsInteger();
+
+    const TVariableDefinition &definition_;
+    TDataSet &dataset_;
+    Kind kind_;
+    bool response_;
+    const TField *field1_ = nullptr;
+    const TField *field2_ = nullptr;
+    std::optional<double> scaleFactor_;
+    std::optional<double> exponentAsFloat_;
+    std::optional<int> exponentAsInteger_;
+};
+
+} // namespace nuvo
