@@ -108,7 +108,8 @@ TEST(Readme, EveryCommandPrintsWhatIsShown)
         ASSERT_TRUE(QFile::link(root + u'/' + QString::fromLatin1(name), folder.filePath(QString::fromLatin1(name))));
     ASSERT_TRUE(QFile::copy(QStringLiteral(BUILD_ROOT "/samples.db"), folder.filePath(QStringLiteral("samples.db"))));
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PATH"), QStringLiteral(BUILD_ROOT "/bin:") + qEnvironmentVariable("PATH"));
+    environment.insert(QStringLiteral("PATH"),
+                       QStringLiteral(BUILD_ROOT "/bin:" BUILD_ROOT "/examples:") + qEnvironmentVariable("PATH"));
     environment.insert(QStringLiteral("NUVO_BUILD_DIR"), QStringLiteral(BUILD_ROOT));
     environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
 
