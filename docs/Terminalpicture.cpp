@@ -29,12 +29,12 @@ int main(int argc, char **argv)
     // Two pixels a point: sharp on dense screens too.
     const int ratio = 2;
     QImage image(QSize(int(std::ceil(width + 2 * margin)), int(std::ceil(height + 2 * margin))) * ratio,
-                 QImage::Format_RGB32);
+                 QImage::Format_Grayscale8);
     image.setDevicePixelRatio(ratio);
-    image.fill(QColor(0xfb, 0xfb, 0xf8));
+    image.fill(QColor(0xfa, 0xfa, 0xfa));
     QPainter painter(&image);
     painter.setFont(font);
-    painter.setPen(QColor(0x22, 0x26, 0x2b));
+    painter.setPen(QColor(0x20, 0x20, 0x20));
     double y = margin + metrics.ascent();
     for (const QString &line : lines) {
         painter.drawText(QPointF(margin, y), line);

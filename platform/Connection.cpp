@@ -133,6 +133,9 @@ void Connection::openSqlite(const QString &path, Access access)
     const auto refuse = [&](const QString &why) {
         throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(path, why));
     };
+    const QFileInfo directory(file.path());
+    if (!file.exists() && directory.isDir() && !directory.isExecutable())
+        refuse(QStringLiteral("there is no permission to read its directory"));
     if (!file.exists() && access == Access::Write) {
         QFile made(path);
         if (!made.open(QIODevice::WriteOnly | QIODevice::NewOnly))
@@ -226,24 +229,25 @@ void Connection::openServer(const QString &url, Access access)
         throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(url, why));
     }
     dialect_ = dialectOf(database_);
-    QStringList settings;
+    QString settings;
     if (dialect_ == Dialect::Postgres) {
-        // Money comes as "$1,234.50" whatever the server's language; a scan begins at the beginning of the table.
-        settings = {QStringLiteral("SET lc_monetary = 'C'"), QStringLiteral("SET standard_conforming_strings = on"),
-                    QStringLiteral("SET extra_float_digits = 3"), QStringLiteral("SET synchronize_seqscans = off")};
+        // Money comes as "$1,234.50" whatever the server's language; a scan begins at the beginning of the table;
+        // and compiling a statement over a large table takes longer than the rows that are read of it.
+        settings = QStringLiteral("SET lc_monetary = 'C'; SET standard_conforming_strings = on; "
+                                  "SET extra_float_digits = 3; SET synchronize_seqscans = off; SET jit = off");
         if (access == Access::Read)
-            settings.append(QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY"));
+            settings += QStringLiteral("; SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY");
     } else if (dialect_ == Dialect::Mysql && access == Access::Read) {
-        settings = {QStringLiteral("SET SESSION TRANSACTION READ ONLY")};
+        settings = QStringLiteral("SET SESSION TRANSACTION READ ONLY");
     }
-    for (const QString &setting : settings) {
-        QSqlQuery query = newQuery();
-        if (!query.exec(setting)) {
-            const QString why = reason(query.lastError());
-            query = QSqlQuery();
-            close();
-            throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(url, why));
-        }
+    if (settings.isEmpty())
+        return;
+    QSqlQuery query = newQuery();
+    if (!query.exec(settings)) {
+        const QString why = reason(query.lastError());
+        query = QSqlQuery();
+        close();
+        throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(url, why));
     }
 }
 
@@ -338,17 +342,32 @@ void Connection::fail(const QSqlError &error, const QString &what) const
 
 QStringList tableNames(const Connection &connection)
 {
-    QStringList names;
     QString sql;
-    if (connection.dialect() == Dialect::Sqlite)
+    switch (connection.dialect()) {
+    case Dialect::Sqlite:
         sql = QStringLiteral("SELECT name FROM sqlite_master WHERE type IN ('table', 'view') "
                              "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'");
+        break;
+    case Dialect::Postgres:
+        sql = QStringLiteral(
+            "SELECT CASE WHEN pg_table_is_visible(c.oid) THEN '' ELSE n.nspname || '.' END || c.relname "
+            "FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace "
+            "WHERE c.relkind IN ('r', 'v', 'm', 'f', 'p') AND n.nspname <> 'information_schema' "
+            "AND n.nspname NOT LIKE 'pg\\_%'");
+        break;
+    case Dialect::Mysql:
+    case Dialect::Other:
+        break;
+    }
+    QStringList names;
     if (sql.isEmpty()) {
         names = connection.database().tables(QSql::Tables) + connection.database().tables(QSql::Views);
     } else {
         QSqlQuery query = connection.query(sql, {}, connection.caption());
         while (query.next())
             names.append(query.value(0).toString());
+        if (query.lastError().isValid())
+            connection.fail(query.lastError(), connection.caption());
     }
     names.sort(Qt::CaseInsensitive);
     return names;

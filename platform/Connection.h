@@ -71,6 +71,7 @@ private:
 };
 
 /// Names of the tables and views that a user of the database sees, sorted; with their schema where they need one.
+/// \throws EDatabaseError when the database cannot be read.
 QStringList tableNames(const Connection &connection);
 
 } // namespace nuvo

@@ -1,6 +1,7 @@
 #include "platform/Dataset.h"
 
 #include "platform/Connection.h"
+#include "platform/Datasetmodel.h"
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
 #include "platform/Records.h"
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 using nuvo::Block;
 using nuvo::Column;
@@ -40,6 +42,8 @@ public:
     bool readToEnd();
     void giveUp();
     void moved();
+    void changed();
+    void use(const std::function<void(const nuvo::Connection &)> &what);
     qint64 count();
     bool holds(qint64 row) const { return block && block->firstRow() <= row && row < block->endRow(); }
     QVariant valueIn(const Block &from, qint64 row, int field) const;
@@ -64,6 +68,8 @@ public:
     std::unique_ptr<RecordStore> store;
     std::shared_ptr<const Block> block; // of the current record
 
+    std::unique_ptr<nuvo::DatasetModel> model;
+
 private:
     void start(qint64 from);
     qint64 startFor(qint64 row) const;
@@ -74,6 +80,7 @@ private:
     void setColumns(std::vector<Column> columns);
     void pointNowhere();
     [[noreturn]] void failed();
+    static void closeWithApplication();
 
     std::vector<Column> columns_; // as declared
     std::vector<FieldKind> kinds_;
@@ -195,6 +202,21 @@ void TDataSet::Private::open()
     q.eof_ = end == 0;
     bof = true;
     openDatasets().insert(&q);
+    closeWithApplication();
+}
+
+/// Our connections must be gone before the application object is; a program may leave a dataset open for ever.
+void TDataSet::Private::closeWithApplication()
+{
+    static bool arranged = false;
+    if (std::exchange(arranged, true))
+        return;
+    qAddPostRoutine([] {
+        arranged = false;
+        const QSet<TDataSet *> left = openDatasets();
+        for (TDataSet *dataset : left)
+            dataset->d_->release();
+    });
 }
 
 void TDataSet::Private::release()
@@ -233,12 +255,13 @@ std::vector<Column> TDataSet::Private::describeAndStart(bool read, std::vector<Q
     const auto untyped = [](const Column &column) { return column.kind == FieldKind::Unknown; };
     if (read || columns.empty() || std::any_of(columns.begin(), columns.end(), untyped)) {
         start(0);
+        bool there = source_->next();
         if (columns.empty()) {
             const QSqlRecord record = source_->record();
             for (int i = 0; i < record.count(); ++i)
                 columns.push_back(columnOf(record.field(i), connection.dialect()));
         }
-        while (qint64(firstRows.size()) < chunk_ && source_->next()) {
+        for (; there; there = qint64(firstRows.size()) < chunk_ && source_->next()) {
             onRow_ = true;
             ++sourceRow_;
             QVariantList row;
@@ -390,6 +413,8 @@ qint64 TDataSet::Private::startFor(qint64 row) const
         return store->headEnd();
     if (store->windowEnd() > store->headEnd() && near(store->windowEnd()))
         return store->windowEnd();
+    if (row >= known)
+        return row; // nobody was there yet, and nobody asked for what lies before it
     const qint64 anchor = store->anchorAtOrBefore(row).first;
     if (anchor > 0 && near(anchor))
         return anchor;
@@ -497,8 +522,16 @@ bool TDataSet::Private::readToEnd()
 
 void TDataSet::Private::moved()
 {
+    changed();
     if (disabled == 0)
         Q_EMIT q.Scrolled();
+}
+
+/// Lets attached views see what became of the dataset.
+void TDataSet::Private::changed()
+{
+    if (model && disabled == 0)
+        model->catchUp();
 }
 
 QVariant TDataSet::Private::valueIn(const Block &from, qint64 row, int field) const
@@ -513,18 +546,31 @@ QVariant TDataSet::Private::valueIn(const Block &from, qint64 row, int field) co
     return value;
 }
 
-qint64 TDataSet::Private::count()
+/// Does something else on the connection of the open dataset.
+void TDataSet::Private::use(const std::function<void(const nuvo::Connection &)> &what)
 {
     giveUp();
     try {
         if (!connection.isOpen())
             connection.open(databaseName);
+        what(connection);
+    } catch (...) {
+        failed();
+    }
+}
+
+qint64 TDataSet::Private::count()
+{
+    qint64 rows = 0;
+    use([&](const nuvo::Connection &) {
         const nuvo::Select statement = q.CountStatement(connection);
         try {
             if (!statement.sql.isEmpty()) {
                 const std::unique_ptr<RowSource> source = RowSource::open(connection, statement, q.Caption());
-                if (source->next())
-                    return source->value(0).toLongLong();
+                if (source->next()) {
+                    rows = source->value(0).toLongLong();
+                    return;
+                }
             }
         } catch (const EDatabaseError &) {
             if (!statement.optional)
@@ -532,18 +578,19 @@ qint64 TDataSet::Private::count()
         }
         const std::unique_ptr<RowSource> source =
             RowSource::open(connection, q.SelectFrom(connection, {}), q.Caption());
-        qint64 rows = 0;
-        while (source->next())
+        for (rows = 0; source->next();)
             ++rows;
-        return rows;
-    } catch (...) {
-        failed();
-    }
+    });
+    return rows;
 }
 
 TDataSet::TDataSet(QWidget *owner) : TComponent(owner), d_(std::make_unique<Private>(*this)) {}
 
-TDataSet::~TDataSet() = default;
+TDataSet::~TDataSet()
+{
+    // Views let go of the model while there still is something behind it.
+    d_->model.reset();
+}
 
 QString TDataSet::DatabaseName() const
 {
@@ -578,6 +625,7 @@ void TDataSet::Open()
     d_->open();
     d_->wished = true;
     d_->place(0);
+    d_->changed();
     Q_EMIT Opened();
 }
 
@@ -587,6 +635,7 @@ void TDataSet::Close()
     if (!active_)
         return;
     d_->release();
+    d_->changed();
     Q_EMIT Closed();
 }
 
@@ -600,6 +649,7 @@ void TDataSet::Refresh()
             d_->readToEnd();
     } catch (...) {
         d_->release();
+        d_->changed();
         Q_EMIT Closed();
         throw;
     }
@@ -613,10 +663,11 @@ bool TDataSet::ActiveWished() const
 
 void TDataSet::WishActive(bool active)
 {
-    if (active)
-        d_->wished = true;
-    else
-        Close();
+    if (!active)
+        return Close();
+    d_->wished = true;
+    if (d_->model && !active_)
+        d_->model->openSoon();
 }
 
 void TDataSet::NeedRecords()
@@ -796,11 +847,63 @@ void TDataSet::EnableControls()
     d_->giveUp();
     if (active_ && (d_->openingWhenDisabled != d_->opening || d_->rowWhenDisabled != cursor_.row))
         d_->moved();
+    else
+        d_->changed();
 }
 
 bool TDataSet::ControlsDisabled() const
 {
     return d_->disabled > 0;
+}
+
+QAbstractItemModel *TDataSet::Model()
+{
+    if (!d_->model)
+        d_->model = std::make_unique<nuvo::DatasetModel>(*this);
+    return d_->model.get();
+}
+
+QItemSelectionModel *TDataSet::SelectionModel()
+{
+    Model();
+    return d_->model->selection();
+}
+
+qint64 TDataSet::Opening() const
+{
+    return d_->opening;
+}
+
+int TDataSet::ColumnCount() const
+{
+    return int(d_->fields.size());
+}
+
+const TField &TDataSet::ColumnField(int index) const
+{
+    return *d_->fields[size_t(index)];
+}
+
+qint64 TDataSet::KnownRows() const
+{
+    return d_->known;
+}
+
+bool TDataSet::EndKnown() const
+{
+    return d_->end >= 0;
+}
+
+void TDataSet::ReadOn()
+{
+    d_->ensure(d_->known);
+}
+
+QString TDataSet::TextAt(qint64 row, int field, bool keptOnly)
+{
+    if (!d_->holds(row) && (keptOnly ? !d_->store->find(row) : !d_->ensure(row)))
+        return {};
+    return nuvo::textFromValue(KeptValue(row, field));
 }
 
 bool TDataSet::Locate(const QStringList &fields, const QVariantList &values)
@@ -834,9 +937,8 @@ void TDataSet::Forget()
 
 void TDataSet::WithConnection(const std::function<void(const nuvo::Connection &)> &use)
 {
-    if (d_->connection.isOpen()) {
-        d_->giveUp();
-        use(d_->connection);
+    if (active_) {
+        d_->use(use);
         return;
     }
     nuvo::Connection connection;
@@ -844,15 +946,11 @@ void TDataSet::WithConnection(const std::function<void(const nuvo::Connection &)
     use(connection);
 }
 
-qint64 TDataSet::FindKept(const std::function<bool(qint64)> &test, bool &complete) const
+qint64 TDataSet::FindKeptNumbers(const std::vector<int> &fields, const std::vector<double> &values,
+                                 bool &complete) const
 {
-    const qint64 kept = d_->store->headEnd();
-    complete = d_->end == kept;
-    for (qint64 row = 0; row < kept; ++row) {
-        if (test(row))
-            return row;
-    }
-    return -1;
+    complete = d_->end == d_->store->headEnd();
+    return d_->store->findNumbers(fields, values);
 }
 
 QVariant TDataSet::KeptValue(qint64 row, int field) const

@@ -139,9 +139,9 @@ protected:
     void WithConnection(const std::function<void(const nuvo::Connection &)> &use);
     /// Moves to a record that exists, by number from 0; false and no move when there is no such record.
     bool MoveToRow(qint64 row);
-    /// The first row of those kept from the beginning on for which test(row) holds, as far as they are kept; -1 when
-    /// there is none. complete tells whether these are all records.
-    qint64 FindKept(const std::function<bool(qint64)> &test, bool &complete) const;
+    /// The first of the rows kept from the beginning on whose numeric fields have these values; -1 when there is
+    /// none. complete tells whether the rows kept are all records.
+    qint64 FindKeptNumbers(const std::vector<int> &fields, const std::vector<double> &values, bool &complete) const;
     /// Value of a field in a row that is kept.
     QVariant KeptValue(qint64 row, int field) const;
 
@@ -150,6 +150,18 @@ private:
     friend class TField;
     friend class nuvo::DatasetModel;
     friend void nuvo::setRecordLimits(TDataSet &dataset, const nuvo::RecordLimits &limits);
+
+    // What the model asks.
+    qint64 Opening() const;
+    int ColumnCount() const;
+    const TField &ColumnField(int index) const;
+    qint64 KnownRows() const;
+    bool EndKnown() const;
+    /// Reads on behind the rows known, as far as a chunk goes.
+    void ReadOn();
+    /// What a view shows of a field; empty where the row is not in memory and keptOnly is set, and where there is
+    /// none.
+    QString TextAt(qint64 row, int field, bool keptOnly);
 
     bool EofSlow() const;
     void NextSlow();

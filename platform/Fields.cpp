@@ -3,6 +3,7 @@
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
+#include "platform/Formats.h"
 
 namespace {
 
@@ -92,7 +93,7 @@ qint64 TField::AsInteger() const
     // 2^63 is the first double that does not fit.
     if (!(rounded >= -0x1p63 && rounded < 0x1p63)) {
         throw EConvertError(
-            QStringLiteral("%1 is not an integer of 64 bits (%2).").arg(nuvo::textFromNumber(AsFloat()), Place()));
+            QStringLiteral("%1 is not an integer of 64 bits (%2).").arg(FloatToStr(AsFloat()), Place()));
     }
     return qint64(rounded);
 }

@@ -1,5 +1,7 @@
 #include "platform/Fieldtypes.h"
 
+#include "platform/Formats.h"
+
 #include <QHash>
 #include <QLocale>
 #include <QStringList>
@@ -283,9 +285,14 @@ std::unique_ptr<TField> makeField(FieldKind kind, TDataSet &dataset, int index, 
 
 bool numberFromText(QStringView text, double &value)
 {
+    static const QLocale plainNumbers = [] {
+        QLocale locale = QLocale::c();
+        locale.setNumberOptions(QLocale::OmitGroupSeparator | QLocale::RejectGroupSeparator);
+        return locale;
+    }();
     text = text.trimmed();
     bool ok = false;
-    const double plain = QLocale::c().toDouble(text, &ok);
+    const double plain = plainNumbers.toDouble(text, &ok);
     if (ok) {
         value = plain;
         return true;
@@ -321,15 +328,18 @@ bool numberFromText(QStringView text, double &value)
         return false;
     QString digits = text.toString();
     digits.remove(u',');
-    const double amount = QLocale::c().toDouble(digits, &ok);
+    const double amount = plainNumbers.toDouble(digits, &ok);
     if (ok)
         value = negative ? -amount : amount;
     return ok;
 }
 
-QString textFromNumber(double value)
+bool isExactNumber(const QVariant &value)
 {
-    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+    const FieldKind kind = kindOfMetaType(value.metaType());
+    if (isInteger(kind))
+        return std::abs(value.toLongLong()) <= (qint64(1) << 53);
+    return isNumeric(kind) && std::isfinite(value.toDouble());
 }
 
 bool sameValue(const QVariant &value, const QVariant &wanted)
@@ -359,7 +369,7 @@ QString textFromValue(const QVariant &value)
         return {};
     case QMetaType::Double:
     case QMetaType::Float:
-        return textFromNumber(value.toDouble());
+        return FloatToStr(value.toDouble());
     case QMetaType::Bool:
         return value.toBool() ? QStringLiteral("True") : QStringLiteral("False");
     case QMetaType::QDate:

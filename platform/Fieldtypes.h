@@ -46,15 +46,16 @@ QString postgresTypeName(int oid);
 /// Class of what a driver says where there is no declared type.
 FieldKind kindOfMetaType(QMetaType type);
 /// Whether the class's values are kept as numbers.
-bool isNumeric(FieldKind kind);
+NUVO_EXPORT bool isNumeric(FieldKind kind);
 bool isInteger(FieldKind kind);
 
 std::unique_ptr<TField> makeField(FieldKind kind, TDataSet &dataset, int index, const Column &column);
 
 /// A number in a text, as it comes from a numeric column: with a decimal point, or money ("$5.99", "-$1,234.50").
+/// Unlike what a person types, a comma alone is no decimal sign here: "1,234" could be either.
 NUVO_EXPORT bool numberFromText(QStringView text, double &value);
-/// The shortest text that reads back as the same number.
-QString textFromNumber(double value);
+/// Whether a value is a number that a double holds exactly.
+bool isExactNumber(const QVariant &value);
 /// Whether a record's value is the one looked for: as numbers where both are numbers, else as texts.
 bool sameValue(const QVariant &value, const QVariant &wanted);
 /// What a view shows of a value.

@@ -153,6 +153,21 @@ std::shared_ptr<const Block> RecordStore::find(qint64 row) const
     return in(window_);
 }
 
+qint64 RecordStore::findNumbers(const std::vector<int> &columns, const std::vector<double> &values) const
+{
+    for (const auto &block : head_) {
+        const double *cells = block->cellsOf(block->firstRow());
+        for (qint64 row = block->firstRow(); row < block->endRow(); ++row, cells += layout_.cells) {
+            bool equal = true;
+            for (size_t i = 0; equal && i < columns.size(); ++i)
+                equal = cells[layout_.slots[size_t(columns[i])].index] == values[i];
+            if (equal)
+                return row;
+        }
+    }
+    return -1;
+}
+
 bool RecordStore::isFull(const Block &block) const
 {
     return block.rows() >= limits_.blockRows || block.bytes() >= limits_.blockBytes;

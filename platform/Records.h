@@ -107,6 +107,8 @@ public:
 
     /// The block that holds a row; null when it is not in memory. A block that somebody holds stays readable.
     std::shared_ptr<const Block> find(qint64 row) const;
+    /// The first row of the head whose numeric columns have these values; -1 when there is none.
+    qint64 findNumbers(const std::vector<int> &columns, const std::vector<double> &values) const;
     /// End of the rows kept from the first one on.
     qint64 headEnd() const { return head_.empty() ? 0 : head_.back()->endRow(); }
     bool headOpen() const { return headOpen_; }

@@ -23,17 +23,15 @@ class Scanner
 public:
     Scanner(QStringView text, Dialect dialect) : text_(text), dialect_(dialect) {}
 
-    std::vector<SqlPiece> pieces()
+    bool atEnd() const { return at_ >= text_.size(); }
+
+    SqlPiece next()
     {
-        std::vector<SqlPiece> found;
-        while (at_ < text_.size()) {
-            SqlPiece piece;
-            piece.begin = at_;
-            piece.kind = step();
-            piece.end = at_;
-            found.push_back(piece);
-        }
-        return found;
+        SqlPiece piece;
+        piece.begin = at_;
+        piece.kind = step();
+        piece.end = at_;
+        return piece;
     }
 
 private:
@@ -225,7 +223,10 @@ QString quotedName(const QString &name, Dialect dialect)
 
 std::vector<SqlPiece> sqlPieces(QStringView text, Dialect dialect)
 {
-    return Scanner(text, dialect).pieces();
+    std::vector<SqlPiece> pieces;
+    for (Scanner scanner(text, dialect); !scanner.atEnd();)
+        pieces.push_back(scanner.next());
+    return pieces;
 }
 
 void checkCondition(const QString &condition, Dialect dialect)
@@ -314,10 +315,15 @@ ReadingStatement readingStatement(const QString &sql, Dialect dialect)
 QStringList parameterNames(const QString &sql, Dialect dialect)
 {
     QStringList names;
-    for (const SqlPiece &piece : sqlPieces(sql, dialect)) {
-        const QString name = textOf(piece, sql).mid(1).toString();
-        if (piece.kind == SqlPiece::Parameter && !names.contains(name, Qt::CaseInsensitive))
-            names.append(name);
+    try {
+        for (Scanner scanner(sql, dialect); !scanner.atEnd();) {
+            const SqlPiece piece = scanner.next();
+            const QString name = textOf(piece, sql).mid(1).toString();
+            if (piece.kind == SqlPiece::Parameter && !names.contains(name, Qt::CaseInsensitive))
+                names.append(name);
+        }
+    } catch (const EDatabaseError &) {
+        // Somebody is still writing the text; opening it says what is wrong.
     }
     return names;
 }

@@ -34,7 +34,7 @@ NUVO_EXPORT std::vector<SqlPiece> sqlPieces(QStringView text, Dialect dialect);
 NUVO_EXPORT void checkCondition(const QString &condition, Dialect dialect);
 
 /// One statement that reads, made ready to be executed.
-struct ReadingStatement
+struct NUVO_EXPORT ReadingStatement
 {
     QString text;            ///< without comments, trailing semicolons and blanks; each parameter is "?"
     QStringList parameters;  ///< names in the order of the "?", as written

@@ -4,7 +4,31 @@
 #include "support/Databases.h"
 #include "support/Print.h"
 
+#include <QCoreApplication>
+#include <QSignalSpy>
+#include <QSqlError>
+#include <QSqlQuery>
+
 #include <gtest/gtest.h>
+
+namespace {
+
+QString u(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+QString errorOf(const std::function<void()> &call)
+{
+    try {
+        call();
+    } catch (const EDatabaseError &error) {
+        return error.Message();
+    }
+    return {};
+}
+
+} // namespace
 
 class Datasets : public testing::TestWithParam<TestDatabase::Backend>
 {
@@ -12,7 +36,7 @@ protected:
     std::unique_ptr<TestDatabase> db = TestDatabase::make(GetParam());
 };
 
-INSTANTIATE_TEST_SUITE_P(On, Datasets, testing::Values(TestDatabase::Sqlite),
+INSTANTIATE_TEST_SUITE_P(On, Datasets, testing::Values(TestDatabase::Sqlite, TestDatabase::Postgres),
                          [](const auto &each) { return backendName(each.param); });
 
 namespace {
@@ -100,4 +124,453 @@ TEST_P(Datasets, NullsReadAsZeroAndSayThatTheyAreNull)
     EXPECT_EQ(table.Fields(2).AsString(), QStringLiteral("7"));
     table.Next();
     EXPECT_TRUE(table.Eof());
+}
+
+TEST_P(Datasets, StandOnTheFirstRecordWhenOpened)
+{
+    db->makeNumbers(u("numbers"), 3, 1);
+    TTable table;
+    open(table, *db, u("numbers"));
+    EXPECT_TRUE(table.Active());
+    EXPECT_TRUE(table.Bof());
+    EXPECT_FALSE(table.Eof());
+    EXPECT_FALSE(table.IsEmpty());
+    EXPECT_EQ(table.RecNo(), 1);
+    table.Open();
+    EXPECT_EQ(table.RecNo(), 1);
+}
+
+TEST_P(Datasets, EndBehindTheLastRecordAndBeginBeforeTheFirst)
+{
+    db->makeNumbers(u("numbers"), 3, 1);
+    TTable table;
+    open(table, *db, u("numbers"));
+    table.Next();
+    EXPECT_FALSE(table.Bof());
+    table.Next();
+    EXPECT_FALSE(table.Eof());
+    table.Next();
+    EXPECT_TRUE(table.Eof());
+    EXPECT_EQ(table.RecNo(), 3);
+    table.Next();
+    EXPECT_EQ(table.RecNo(), 3);
+    table.Prior();
+    EXPECT_FALSE(table.Eof());
+    EXPECT_EQ(table.RecNo(), 2);
+    EXPECT_EQ(table.MoveBy(-7), -1);
+    EXPECT_TRUE(table.Bof());
+    EXPECT_EQ(table.RecNo(), 1);
+    EXPECT_EQ(table.MoveBy(std::numeric_limits<qint64>::max()), 2);
+    EXPECT_TRUE(table.Eof());
+    EXPECT_EQ(table.MoveBy(std::numeric_limits<qint64>::min()), -2);
+    EXPECT_EQ(table.MoveBy(0), 0);
+    table.Last();
+    EXPECT_TRUE(table.Eof());
+    EXPECT_EQ(table.RecNo(), 3);
+    table.First();
+    EXPECT_TRUE(table.Bof());
+    EXPECT_FALSE(table.Eof());
+}
+
+TEST_P(Datasets, WithoutRecordsAreAtBothEnds)
+{
+    db->makeNumbers(u("numbers"), 0, 1);
+    TTable table;
+    open(table, *db, u("numbers"));
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(table.Bof());
+        EXPECT_TRUE(table.Eof());
+        EXPECT_TRUE(table.IsEmpty());
+        EXPECT_EQ(table.RecNo(), 0);
+        EXPECT_EQ(table.RecordCount(), 0);
+        table.First();
+        table.Next();
+        table.Prior();
+        table.Last();
+        EXPECT_EQ(table.MoveBy(3), 0);
+        EXPECT_FALSE(table.Locate({u("id")}, {1}));
+        EXPECT_FALSE(table.FindKey({1}));
+        table.Refresh();
+    }
+}
+
+TEST_P(Datasets, ThatAreClosedSaySoWhenARecordIsNeeded)
+{
+    db->makeNumbers(u("numbers"), 3, 1);
+    TTable table;
+    table.SetDatabaseName(db->name());
+    table.SetTableName(u("numbers"));
+    const QString closed = u("Table \"numbers\" is closed.");
+    EXPECT_EQ(errorOf([&] { table.First(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.Next(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.Prior(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.Last(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.MoveBy(1); }), closed);
+    EXPECT_EQ(errorOf([&] { table.Eof(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.Bof(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.IsEmpty(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.RecNo(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.RecordCount(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.Refresh(); }), closed);
+    EXPECT_EQ(errorOf([&] { table.Locate({u("id")}, {1}); }), closed);
+    EXPECT_EQ(errorOf([&] { table.FindKey({1}); }), closed);
+    EXPECT_EQ(errorOf([&] { table.FieldByName(u("id")).AsFloat(); }), closed);
+    EXPECT_FALSE(table.Active());
+}
+
+TEST_P(Datasets, LoadFieldDefinitionsWithoutOpening)
+{
+    db->makeNumbers(u("numbers"), 3, 1);
+    TTable table;
+    table.SetDatabaseName(db->name());
+    table.SetTableName(u("numbers"));
+    EXPECT_EQ(table.GetFieldNames(), QStringList({u("id"), u("x0")}));
+    EXPECT_EQ(table.FieldCount(), 2);
+    EXPECT_TRUE(table.FieldByName(u("X0")).IsNumeric());
+    EXPECT_EQ(table.FindField(u("y")), nullptr);
+    EXPECT_FALSE(table.Active());
+    EXPECT_EQ(errorOf([&] { table.Fields(2); }), u("No field number 2 in table \"numbers\"; it has 2 fields."));
+
+    TQuery query;
+    query.SetDatabaseName(db->name());
+    query.SetSQL(u("SELECT x0 + 1 AS y, id FROM numbers"));
+    EXPECT_EQ(query.GetFieldNames(), QStringList({u("y"), u("id")}));
+    EXPECT_TRUE(query.Fields(0).IsNumeric());
+    EXPECT_FALSE(query.Active());
+}
+
+TEST_P(Datasets, CarryOutAWishToBeActiveWhenFirstNeeded)
+{
+    db->makeNumbers(u("numbers"), 3, 1);
+    const std::vector<std::function<void(TTable &)>> needs = {
+        [](TTable &table) { table.First(); },       [](TTable &table) { table.Eof(); },
+        [](TTable &table) { table.RecordCount(); }, [](TTable &table) { table.RecNo(); },
+        [](TTable &table) { table.Last(); },        [](TTable &table) { table.FieldByName(u("id")); },
+        [](TTable &table) { table.FindKey({2}); },  [](TTable &table) { table.GetFieldNames(); }};
+    for (const auto &need : needs) {
+        TTable table;
+        table.WishActive(true); // a form's properties come in any order
+        table.SetTableName(u("numbers"));
+        table.SetDatabaseName(db->name());
+        table.SetFiltered(true);
+        EXPECT_FALSE(table.Active());
+        EXPECT_TRUE(table.ActiveWished());
+        need(table);
+        EXPECT_TRUE(table.Active());
+        table.WishActive(false);
+        EXPECT_FALSE(table.Active());
+        EXPECT_FALSE(table.ActiveWished());
+    }
+}
+
+TEST_P(Datasets, CloseWhenTheirDefinitionChanges)
+{
+    db->makeNumbers(u("numbers"), 3, 1);
+    db->makeNumbers(u("others"), 5, 2);
+    TTable table;
+    open(table, *db, u("numbers"));
+    table.SetTableName(u("numbers"));
+    EXPECT_TRUE(table.Active());
+    table.SetTableName(u("others"));
+    EXPECT_FALSE(table.Active());
+    EXPECT_EQ(table.FieldCount(), 3);
+    table.Open();
+    EXPECT_EQ(table.RecordCount(), 5);
+    table.SetDatabaseName(u("elsewhere"));
+    EXPECT_FALSE(table.Active());
+    table.SetActive(false);
+    table.SetDatabaseName(db->name());
+    table.SetActive(true);
+    EXPECT_EQ(table.RecordCount(), 5);
+}
+
+TEST_P(Datasets, CountWhatTheEngineCountsOnceAnOpening)
+{
+    db->makeNumbers(u("numbers"), 500, 1);
+    TTable table;
+    open(table, *db, u("numbers"));
+    EXPECT_EQ(table.RecordCount(), 500);
+    db->exec(u("INSERT INTO numbers VALUES (1001, 1)"));
+    EXPECT_EQ(table.RecordCount(), 500);
+    table.Refresh();
+    EXPECT_EQ(table.RecordCount(), 501);
+    table.Last();
+    db->exec(u("INSERT INTO numbers VALUES (1002, 1)"));
+    EXPECT_EQ(table.RecordCount(), 501);
+    table.Close();
+    table.Open();
+    table.Last();
+    EXPECT_EQ(table.RecordCount(), 502);
+}
+
+TEST_P(Datasets, AreASnapshotAsFarAsTheirRowsAreKept)
+{
+    db->makeNumbers(u("numbers"), 500, 1);
+    TTable table;
+    open(table, *db, u("numbers"));
+    table.Last();
+    db->exec(u("UPDATE numbers SET x0 = -1"));
+    table.First();
+    EXPECT_EQ(table.FieldByName(u("x0")).AsFloat(), TestDatabase::number(1, 0));
+    table.Refresh();
+    EXPECT_EQ(table.FieldByName(u("x0")).AsFloat(), -1);
+}
+
+TEST_P(Datasets, LocateByOneOrSeveralFields)
+{
+    db->exec(u("CREATE TABLE t (id INTEGER PRIMARY KEY, a DOUBLE PRECISION, b VARCHAR(5))"));
+    db->exec(u("INSERT INTO t VALUES (1, 0.5, 'x'), (2, 0.5, 'y'), (3, NULL, 'y'), (4, 2, NULL)"));
+    TTable table;
+    open(table, *db, u("t"));
+    EXPECT_TRUE(table.Locate({u("a"), u("B")}, {0.5, u("y")}));
+    EXPECT_EQ(table.RecNo(), 2);
+    EXPECT_TRUE(table.Locate({u("a")}, {QVariant()}));
+    EXPECT_EQ(table.RecNo(), 3);
+    EXPECT_TRUE(table.Locate({u("a")}, {u("2")}));
+    EXPECT_EQ(table.RecNo(), 4);
+    EXPECT_FALSE(table.Locate({u("b")}, {u("z")}));
+    EXPECT_EQ(table.RecNo(), 4);
+    EXPECT_EQ(errorOf([&] { table.Locate({u("c")}, {1}); }),
+              u("No field \"c\" in table \"t\"; its fields: id, a, b."));
+    EXPECT_EQ(errorOf([&] { table.Locate({u("a")}, {}); }),
+              u("Locate in table \"t\" was given 1 fields and 0 values."));
+    EXPECT_FALSE(table.ControlsDisabled());
+}
+
+TEST_P(Datasets, SayThatTheyWereOpenedScrolledAndClosed)
+{
+    db->makeNumbers(u("numbers"), 200, 1);
+    TTable table;
+    QSignalSpy opened(&table, &TDataSet::Opened);
+    QSignalSpy scrolled(&table, &TDataSet::Scrolled);
+    QSignalSpy closed(&table, &TDataSet::Closed);
+    open(table, *db, u("numbers"));
+    EXPECT_EQ(opened.count(), 1);
+    EXPECT_EQ(scrolled.count(), 0);
+    table.Next();
+    table.Prior();
+    table.Last();
+    table.First();
+    EXPECT_EQ(scrolled.count(), 4);
+    table.MoveBy(5);
+    table.FindKey({100});
+    table.Locate({u("id")}, {50});
+    EXPECT_EQ(scrolled.count(), 7);
+    table.DisableControls();
+    table.DisableControls();
+    for (table.First(); !table.Eof(); table.Next()) {
+    }
+    table.EnableControls();
+    EXPECT_TRUE(table.ControlsDisabled());
+    EXPECT_EQ(scrolled.count(), 7);
+    table.EnableControls();
+    EXPECT_FALSE(table.ControlsDisabled());
+    EXPECT_EQ(scrolled.count(), 8);
+    table.DisableControls();
+    table.Prior();
+    table.Next();
+    table.EnableControls();
+    EXPECT_EQ(scrolled.count(), 8);
+    table.EnableControls();
+    EXPECT_FALSE(table.ControlsDisabled());
+    table.Close();
+    table.Close();
+    EXPECT_EQ(closed.count(), 1);
+    EXPECT_EQ(opened.count(), 1);
+}
+
+TEST_P(Datasets, ReadARegisteredConnectionAndLeaveItOpen)
+{
+    db->makeNumbers(u("numbers"), 3000, 2);
+    const QString name = db->writer().connectionName();
+    {
+        TTable table;
+        table.SetDatabaseName(name);
+        table.SetTableName(u("numbers"));
+        table.Open();
+        const nuvo::ControlsOff quiet(table);
+        qint64 seen = 0;
+        for (table.First(); !table.Eof(); table.Next(), ++seen) {
+            if (seen % 1000 == 500)
+                db->exec(u("SELECT 1")); // somebody else's statement in the middle of the scan
+        }
+        EXPECT_EQ(seen, 3000);
+        EXPECT_EQ(table.RecordCount(), 3000);
+        TQuery query;
+        query.SetDatabaseName(name);
+        query.SetSQL(u("SELECT * FROM numbers ORDER BY id"));
+        query.Open();
+        query.Last();
+        EXPECT_EQ(query.RecNo(), 3000);
+    }
+    EXPECT_TRUE(db->writer().isOpen());
+    EXPECT_TRUE(QSqlDatabase::contains(name));
+    db->exec(u("INSERT INTO numbers VALUES (5000, 1, 1)"));
+}
+
+TEST_P(Datasets, LeaveATransactionOfARegisteredConnectionToItsOwner)
+{
+    db->makeNumbers(u("numbers"), 3000, 1);
+    QSqlDatabase connection = db->writer();
+    ASSERT_TRUE(connection.transaction());
+    db->exec(u("DELETE FROM numbers WHERE id > 2500"));
+    {
+        TTable table;
+        table.SetDatabaseName(connection.connectionName());
+        table.SetTableName(u("numbers"));
+        table.Open();
+        table.Last();
+        EXPECT_EQ(table.RecNo(), 2500);
+        EXPECT_EQ(table.RecordCount(), 2500);
+        // What fails is the dataset's business alone.
+        TQuery wrong;
+        wrong.SetDatabaseName(connection.connectionName());
+        wrong.SetSQL(u("SELECT nothing FROM numbers"));
+        EXPECT_NE(errorOf([&] { wrong.Open(); }), QString());
+        if (db->backend() == TestDatabase::Postgres) {
+            wrong.SetSQL(u("SELECT 1 / (id - 2000) FROM numbers"));
+            EXPECT_NE(errorOf([&] {
+                          wrong.Open();
+                          wrong.Last();
+                      }),
+                      QString());
+        }
+        table.First();
+        EXPECT_TRUE(table.FindKey({2400}));
+    }
+    db->exec(u("INSERT INTO numbers VALUES (9000, 1)"));
+    ASSERT_TRUE(connection.rollback());
+    EXPECT_EQ(db->value(u("SELECT COUNT(*) FROM numbers")).toInt(), 3000);
+}
+
+TEST_P(Datasets, GoOnWhenTheTransactionAroundAScanEnds)
+{
+    db->makeNumbers(u("numbers"), 3000, 1);
+    QSqlDatabase connection = db->writer();
+    TTable table;
+    table.SetDatabaseName(connection.connectionName());
+    table.SetTableName(u("numbers"));
+    ASSERT_TRUE(connection.transaction());
+    table.Open();
+    const nuvo::ControlsOff quiet(table);
+    qint64 seen = 0;
+    for (table.First(); !table.Eof(); table.Next()) {
+        ++seen;
+        ASSERT_EQ(table.FieldByName(u("id")).AsInteger(), seen);
+        if (seen == 1500 && db->backend() == TestDatabase::Postgres) {
+            ASSERT_TRUE(connection.commit());
+        }
+    }
+    EXPECT_EQ(seen, 3000);
+}
+
+TEST_P(Datasets, OfOneRegisteredConnectionCanBeScannedAtTheSameTime)
+{
+    db->makeNumbers(u("numbers"), 3000, 1);
+    db->makeNumbers(u("others"), 2000, 1);
+    TTable first;
+    TTable second;
+    for (TTable *table : {&first, &second}) {
+        table->SetDatabaseName(db->writer().connectionName());
+        table->SetTableName(table == &first ? u("numbers") : u("others"));
+        table->Open();
+        table->DisableControls();
+    }
+    qint64 seen = 0;
+    for (; !first.Eof(); first.Next(), second.Next()) {
+        ++seen;
+        ASSERT_EQ(first.FieldByName(u("id")).AsInteger(), seen);
+        ASSERT_EQ(second.FieldByName(u("id")).AsInteger(), std::min<qint64>(seen, 2000));
+        if (seen == 1000)
+            first.EnableControls(); // its transaction ends, with the other's cursor in it
+    }
+    EXPECT_EQ(seen, 3000);
+    second.EnableControls();
+}
+
+TEST_P(Datasets, HoldNoStatementBetweenTwoScans)
+{
+    db->makeNumbers(u("numbers"), 3000, 1);
+    TTable table;
+    open(table, *db, u("numbers"));
+    const auto write = [&] {
+        QSqlQuery query(db->writer());
+        return query.exec(db->backend() == TestDatabase::Sqlite
+                              ? u("UPDATE numbers SET x0 = 1")
+                              : u("LOCK TABLE numbers IN ACCESS EXCLUSIVE MODE NOWAIT"));
+    };
+    if (db->backend() == TestDatabase::Sqlite)
+        db->exec(u("PRAGMA busy_timeout = 0"));
+    const auto tryToWrite = [&] {
+        QSqlDatabase connection = db->writer();
+        connection.transaction();
+        const bool done = write();
+        // A reader that holds the file shows when the change is to be stored.
+        const bool stored = done && connection.commit();
+        if (!stored)
+            connection.rollback();
+        return stored;
+    };
+    EXPECT_TRUE(tryToWrite());
+    table.MoveBy(1000);
+    EXPECT_TRUE(tryToWrite());
+    EXPECT_EQ(table.RecordCount(), 3000);
+    EXPECT_TRUE(tryToWrite());
+    table.DisableControls();
+    table.MoveBy(1000);
+    EXPECT_FALSE(tryToWrite()); // in the middle of a scan
+    table.EnableControls();
+    EXPECT_TRUE(tryToWrite());
+    table.DisableControls();
+    table.Last();
+    EXPECT_TRUE(tryToWrite()); // the end was reached
+    table.EnableControls();
+    EXPECT_FALSE(table.Locate({u("id")}, {-1}));
+    EXPECT_TRUE(tryToWrite());
+    table.FindKey({2999});
+    EXPECT_TRUE(tryToWrite());
+}
+
+TEST_P(Datasets, ReadNoFurtherThanTheyAreWalked)
+{
+    // The record behind the hundredth cannot be read.
+    db->makeNumbers(u("numbers"), 5000, 1);
+    TQuery query;
+    query.SetDatabaseName(db->name());
+    query.SetSQL(
+        db->backend() == TestDatabase::Sqlite
+            ? u("SELECT id, CASE WHEN id > 300 THEN abs(-9223372036854775807 - 1) ELSE 1 END AS x FROM numbers")
+            : u("SELECT id, 1 / (301 - id) AS x FROM numbers WHERE id <= 5000 OFFSET 0"));
+    query.Open();
+    query.DisableControls();
+    query.MoveBy(100);
+    EXPECT_EQ(query.RecNo(), 101);
+    EXPECT_NE(errorOf([&] { query.MoveBy(1000); }), QString());
+    // The position is unchanged, and what is there stays usable.
+    EXPECT_EQ(query.RecNo(), 101);
+    EXPECT_EQ(query.FieldByName(u("id")).AsInteger(), 101);
+    EXPECT_NE(errorOf([&] { query.Last(); }), QString());
+    query.First();
+    EXPECT_EQ(query.RecNo(), 1);
+    query.EnableControls();
+    EXPECT_TRUE(query.Active());
+}
+
+TEST(ProgramsEnd, ClosesTheConnectionsOfDatasetsThatAreStillOpen)
+{
+    EXPECT_EXIT(
+        {
+            const std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Sqlite);
+            db->makeNumbers(u("numbers"), 200, 1);
+            auto *left = new TTable; // nobody deletes it
+            open(*left, *db, u("numbers"));
+            left->DisableControls();
+            left->MoveBy(100);
+            static int warnings = 0; // Qt's word for a connection that is closed under a statement
+            qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) { ++warnings; });
+            qApp->~QCoreApplication(); // it stands on the stack of main()
+            const bool closed = QSqlDatabase::connectionNames().filter(u("nuvo")).isEmpty() && !left->Active();
+            std::_Exit(closed && warnings == 0 ? 7 : 1);
+        },
+        testing::ExitedWithCode(7), "");
 }

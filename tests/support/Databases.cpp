@@ -1,7 +1,10 @@
 #include "support/Databases.h"
 
+#include "support/Postgres.h"
+
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QUrl>
 #include <QUuid>
 
 #include <gtest/gtest.h>
@@ -36,20 +39,75 @@ private:
     QTemporaryDir directory_;
 };
 
+class PostgresDatabase : public TestDatabase
+{
+public:
+    PostgresDatabase()
+    {
+        const QUrl server(PostgresServer::sharedUrl());
+        if (server.isEmpty())
+            return;
+        admin_ = connect(server);
+        database_ = uniqueName(QStringLiteral("test_"));
+        QSqlQuery query(admin_);
+        EXPECT_TRUE(query.exec(QStringLiteral("CREATE DATABASE %1").arg(database_)))
+            << query.lastError().text().toStdString();
+        url_ = server;
+        url_.setPath(QStringLiteral("/") + database_);
+        writer_ = connect(url_);
+    }
+    ~PostgresDatabase() override
+    {
+        QSqlQuery(admin_).exec(QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(database_));
+        for (QSqlDatabase *used : {&writer_, &admin_}) {
+            const QString connection = used->connectionName();
+            *used = QSqlDatabase();
+            QSqlDatabase::removeDatabase(connection);
+        }
+    }
+
+    QString name() const override { return url_.toString(); }
+    Backend backend() const override { return Postgres; }
+
+private:
+    QSqlDatabase connect(const QUrl &url)
+    {
+        QSqlDatabase database =
+            QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), uniqueName(QStringLiteral("test")));
+        database.setHostName(url.host());
+        database.setPort(url.port());
+        database.setUserName(url.userName());
+        database.setDatabaseName(url.path().mid(1));
+        EXPECT_TRUE(database.open()) << database.lastError().text().toStdString();
+        return database;
+    }
+
+    QSqlDatabase admin_;
+    QString database_;
+    QUrl url_;
+};
+
 } // namespace
 
 std::unique_ptr<TestDatabase> TestDatabase::make(Backend backend)
 {
-    return backend == Sqlite ? std::make_unique<SqliteDatabase>() : nullptr;
+    if (backend == Sqlite)
+        return std::make_unique<SqliteDatabase>();
+    return std::make_unique<PostgresDatabase>();
 }
 
 void TestDatabase::exec(const QString &sql, const QVariantList &values)
 {
     QSqlQuery query(writer_);
-    bool ok = query.prepare(sql);
-    for (const QVariant &value : values)
-        query.addBindValue(value);
-    ok = ok && query.exec();
+    bool ok = false;
+    if (values.isEmpty()) {
+        ok = query.exec(sql); // a statement that makes something cannot be prepared everywhere
+    } else {
+        ok = query.prepare(sql);
+        for (const QVariant &value : values)
+            query.addBindValue(value);
+        ok = ok && query.exec();
+    }
     EXPECT_TRUE(ok) << sql.toStdString() << ": " << query.lastError().text().toStdString();
 }
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+/// A PostgreSQL server on loopback. The tests of one run share one, which CTest starts and stops; a test that kills
+/// its server starts one of its own.
+class PostgresServer
+{
+public:
+    /// URL of the shared server; empty, with a test failure that says why, when there is none.
+    static QString sharedUrl();
+
+    /// Starts a server; a failure is a test failure.
+    PostgresServer();
+    PostgresServer(const PostgresServer &) = delete;
+    PostgresServer &operator=(const PostgresServer &) = delete;
+    ~PostgresServer();
+
+    QString url() const { return url_; }
+    /// Stops it at once, connections and all.
+    void kill();
+    void startAgain();
+
+private:
+    QTemporaryDir directory_;
+    QString url_;
+};
