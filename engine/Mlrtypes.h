@@ -63,8 +63,8 @@ public:
     ///
     /// Log and Sqrt want more than 1e-20, Inverse 1e-20 at least in absolute value, Power an Exponent of at least
     /// 0.5, Product a Field2 that is not null. A Quotient takes any Field2: a null or a zero below the line gives
-    /// what the floating-point division gives. A scale factor is not tested. \throws EDatabaseError for an unknown
-    /// field; EConvertError for a text that is no number.
+    /// what the floating-point division gives. The factor of a Scale is not tested. \throws EDatabaseError for an
+    /// unknown field; EConvertError for a text that is no number.
     bool ValidTransformation(TDataSet &dataset) const;
 
     /// The transformed value of the current record. Nothing is caught by a test here: Log of -1 is a NaN, 1/0

@@ -211,14 +211,21 @@ bool TRegression::ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> 
     dataset_.First();
     progress.SetGaugeProgress(0);
     progress.SetGaugeText(QStringLiteral("Records Loaded: 0"));
-    qint64 records = 0;
-    if (showLoadProgress_) {
-        records = dataset_.RecordCount();
-        progress.Show();
+    // What the events have left: whether the component is still there. Asked whenever some may have run.
+    const auto goesOn = [&] {
         if (alive.expired())
             return false;
+        loadStopped_ = progress.Stopped();
+        return true;
+    };
+    const bool shown = showLoadProgress_;
+    qint64 records = 0;
+    if (shown) {
+        records = dataset_.RecordCount();
+        progress.Show();
+        if (!goesOn())
+            return false;
     }
-    const bool shown = progress.Shown();
 
     std::vector<nuvo::TermReader> terms;
     terms.reserve(columns_);
@@ -228,7 +235,7 @@ bool TRegression::ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> 
 
     int n = 0;
     int read = 0;
-    while (!dataset_.Eof() && n < MaxObservations) {
+    while (!loadStopped_ && !dataset_.Eof() && n < MaxObservations) {
         ++read;
         const bool valid =
             std::all_of(terms.begin(), terms.end(), [](nuvo::TermReader &term) { return term.Valid(); }) &&
@@ -242,13 +249,9 @@ bool TRegression::ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> 
                 const double percentage = double(n) * 100 / double(records);
                 progress.SetGaugeProgress(static_cast<unsigned short>(std::clamp(percentage, 0.0, 100.0)));
                 progress.SetGaugeText(QStringLiteral("Records Loaded: ") + QString::number(n));
-                if (alive.expired())
+                if (!goesOn())
                     return false;
             }
-        }
-        if (shown && progress.Stopped()) {
-            loadStopped_ = true;
-            break;
         }
         dataset_.Next();
     }
@@ -305,8 +308,12 @@ using ColumnPointers = std::array<const double *, MaxParameters>;
 
 void TRegression::ComputexBar()
 {
-    if (!loaded_)
-        loaded_ = LoadValues();
+    if (!loaded_) {
+        const std::weak_ptr<bool> alive = alive_;
+        LoadValues();
+        if (alive.expired())
+            return;
+    }
     ColumnPointers columns{};
     for (int j = 1; j <= columns_; ++j)
         columns[j] = data_->x[j];
@@ -343,7 +350,7 @@ void TRegression::ComputebVector()
     nuvo::crossProducts({columns.data(), size_t(columns_) + 1}, observations_, products_);
     fittedColumns_ = columns_;
     fit_ = nuvo::solveNormalEquations(products_, columns_);
-    for (int row = 0; row < fit_.zeroRows; ++row)
+    for (int rows = fit_.zeroRows; rows > 0; --rows)
         MessageDlg(QStringLiteral("Your matrix is singular"), TMsgDlgType::mtError);
 }
 
