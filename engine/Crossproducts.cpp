@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 
@@ -45,7 +46,7 @@ struct alignas(32) LaneSums
 struct Factor
 {
     const double *values;
-    int step;
+    std::ptrdiff_t step;
     double largest;
 };
 
@@ -134,9 +135,23 @@ NUVO_AVX2 void addProductsAvx2(Factor a, const Column *b, int n, LaneSums *lanes
     }
 }
 
-constexpr void (*AddProductsAvx2[PairsAtOnce])(Factor, const Column *, int, LaneSums *) = {
-    addProductsAvx2<1>, addProductsAvx2<2>, addProductsAvx2<3>,
-    addProductsAvx2<4>, addProductsAvx2<5>, addProductsAvx2<6>};
+void addProductsAvx2(Factor a, std::span<const Column> b, int n, LaneSums *lanes)
+{
+    switch (b.size()) {
+    case 1:
+        return addProductsAvx2<1>(a, b.data(), n, lanes);
+    case 2:
+        return addProductsAvx2<2>(a, b.data(), n, lanes);
+    case 3:
+        return addProductsAvx2<3>(a, b.data(), n, lanes);
+    case 4:
+        return addProductsAvx2<4>(a, b.data(), n, lanes);
+    case 5:
+        return addProductsAvx2<5>(a, b.data(), n, lanes);
+    default:
+        return addProductsAvx2<PairsAtOnce>(a, b.data(), n, lanes);
+    }
+}
 #else
 constexpr int PairsAtOnce = 1;
 #endif
@@ -144,14 +159,11 @@ constexpr int PairsAtOnce = 1;
 // Where products leave the range in which `left` is kept: the textbook sum, over columns scaled by powers of two.
 DoubleDouble dotOutOfRange(Factor a, Column b, int n)
 {
-    if (!std::isfinite(a.largest) || !std::isfinite(b.largest)) {
-        double sum = 0;
-        for (int i = 0; i < n; ++i)
-            sum += a.values[i * a.step] * b.values[i];
-        return sum;
-    }
-    const int aScale = a.largest > 0 ? std::ilogb(a.largest) : 0;
-    const int bScale = b.largest > 0 ? std::ilogb(b.largest) : 0;
+    const auto scaleOf = [](double largest) {
+        return largest > 0 && std::isfinite(largest) ? std::ilogb(largest) : 0;
+    };
+    const int aScale = scaleOf(a.largest);
+    const int bScale = scaleOf(b.largest);
     DoubleDouble sum;
     for (int i = 0; i < n; ++i)
         sum += DoubleDouble::product(std::scalbn(a.values[i * a.step], -aScale), std::scalbn(b.values[i], -bScale));
@@ -161,6 +173,7 @@ DoubleDouble dotOutOfRange(Factor a, Column b, int n)
 
 void dots(Factor a, std::span<const Column> b, int n, DoubleDouble *out)
 {
+    const int terms = (n + Lanes - 1) / Lanes; // of a lane, at most
     const int inLoop = useAvx2() ? n / Lanes * Lanes : 0;
     for (std::size_t done = 0; done < b.size();) {
         const std::size_t groups = (b.size() - done + PairsAtOnce - 1) / PairsAtOnce;
@@ -171,7 +184,7 @@ void dots(Factor a, std::span<const Column> b, int n, DoubleDouble *out)
         double base[PairsAtOnce];
         for (std::size_t k = 0; k < count; ++k) {
             // a little more than the exact bound, for the roundings of `taken`
-            bound[k] = 1.0001 * ((n + Lanes - 1) / Lanes) * a.largest * group[k].largest;
+            bound[k] = 1.0001 * terms * a.largest * group[k].largest;
             constexpr std::uint64_t exponentBits = 0x7FF0000000000000;
             base[k] = 6 * std::bit_cast<double>(std::bit_cast<std::uint64_t>(bound[k]) & exponentBits);
             std::fill_n(lanes[k].taken, Lanes, base[k]);
@@ -179,7 +192,7 @@ void dots(Factor a, std::span<const Column> b, int n, DoubleDouble *out)
         }
 #ifdef NUVO_HAS_AVX2
         if (inLoop > 0)
-            AddProductsAvx2[count - 1](a, group.data(), inLoop, lanes);
+            addProductsAvx2(a, group, inLoop, lanes);
 #endif
         for (std::size_t k = 0; k < count; ++k) {
             addProducts(a, group[k].values, inLoop, n, base[k], lanes[k]);
@@ -314,7 +327,7 @@ NUVO_AVX2 ColumnRange rangeAvx2(const double *column, int n)
     int i = 0;
     for (; i + 8 <= n; i += 8) {
 #pragma GCC unroll 2
-        for (int k = 0; k < 2; ++k) {
+        for (std::ptrdiff_t k = 0; k < 2; ++k) {
             const __m256d x = _mm256_loadu_pd(column + i + 4 * k);
             least[k] = _mm256_min_pd(x, least[k]);
             greatest[k] = _mm256_max_pd(x, greatest[k]);

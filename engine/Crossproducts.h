@@ -42,7 +42,7 @@ NUVO_EXPORT void standardDeviations(std::span<const double *const> columns, cons
                                     double *deviation);
 
 /// out[k] = a . b[k], the sum of the products of two columns. The error is below 2^-90 of n * a.largest * b.largest
-/// (n <= 2500), typically 2^-97 of it; where a product is infinite or NaN the sum is, as in plain arithmetic. A sum
+/// (n <= 2500), on ordinary data 2^-98; where a product is infinite or NaN the sum is, as in plain arithmetic. A sum
 /// beyond the range of doubles is infinite, one below it 0.
 NUVO_EXPORT void dots(Column a, std::span<const Column> b, int n, DoubleDouble *out);
 

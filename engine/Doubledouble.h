@@ -46,6 +46,7 @@ struct DoubleDouble
         return {p, std::fma(a, b, -p)};
     }
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): taken for the literal 0 that the comparisons are rewritten with
     friend auto operator<=>(const DoubleDouble &, const DoubleDouble &) = default;
 
     friend DoubleDouble operator-(DoubleDouble a) { return {-a.hi, -a.lo}; }
@@ -89,7 +90,7 @@ struct DoubleDouble
         const double root = std::sqrt(a.hi);
         const DoubleDouble square = product(root, root);
         const double rest = (a.hi - square.hi) + (a.lo - square.lo);
-        return root == 0 ? DoubleDouble(root) : joined(root, rest / (2 * root), root);
+        return joined(root, rest / (2 * root), root);
     }
 
 private:

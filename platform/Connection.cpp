@@ -2,6 +2,7 @@
 
 #include "platform/Errors.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QSqlDriver>
 #include <QSqlError>
@@ -26,6 +27,12 @@ Dialect dialectOf(const QSqlDatabase &database)
     default:
         return Dialect::Other;
     }
+}
+
+/// The kind of SQLite's error: the lower byte of its code.
+int sqliteCode(const QSqlError &error)
+{
+    return error.nativeErrorCode().toInt() & 0xff;
 }
 
 struct ServerAddress
@@ -93,9 +100,10 @@ Connection::~Connection()
     close();
 }
 
-void Connection::open(const QString &databaseName)
+void Connection::open(const QString &databaseName, Access access)
 {
     close();
+    madeFile_.clear();
     if (databaseName.isEmpty())
         throw EDatabaseError(QStringLiteral("No database is named (DatabaseName is empty)."));
     name_ = databaseName;
@@ -112,42 +120,60 @@ void Connection::open(const QString &databaseName)
         dialect_ = dialectOf(database_);
     } else if (databaseName.contains(QLatin1String("://")) ||
                databaseName.startsWith(QLatin1String("odbc:"), Qt::CaseInsensitive)) {
-        openServer(databaseName);
+        openServer(databaseName, access);
     } else {
-        openSqlite(databaseName);
+        openSqlite(databaseName, access);
     }
     open_ = true;
 }
 
-void Connection::openSqlite(const QString &path)
+void Connection::openSqlite(const QString &path, Access access)
 {
-    const QFileInfo file(path);
+    QFileInfo file(path);
     const auto refuse = [&](const QString &why) {
         throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(path, why));
     };
     const QFileInfo directory(file.path());
     if (!file.exists() && directory.isDir() && !directory.isExecutable())
         refuse(QStringLiteral("there is no permission to read its directory"));
+    if (!file.exists() && access == Access::Write) {
+        QFile made(path);
+        if (!made.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+            refuse(QStringLiteral("there is no such file and it cannot be made (%1)").arg(made.errorString()));
+        madeFile_ = path;
+        file.refresh();
+    }
     if (!file.exists())
         refuse(QStringLiteral("there is no such file and no registered connection of that name"));
     if (file.isDir())
         refuse(QStringLiteral("it is a directory, not an SQLite file"));
     if (!file.isReadable())
         refuse(QStringLiteral("there is no permission to read the file"));
+    if (access == Access::Write && !file.isWritable())
+        refuse(QStringLiteral("there is no permission to write the file"));
     dialect_ = Dialect::Sqlite;
     own_ = true;
     const QString unique = QStringLiteral("QSQLITE");
     openOwn(unique, QStringLiteral("libqt6sql6-sqlite"));
     database_.setDatabaseName(path);
-    database_.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=1000"));
     // SQLite looks into the file at the first statement only.
-    QSqlError error;
-    if (!database_.open()) {
-        error = database_.lastError();
-    } else {
+    const auto tryOpen = [&](Access how) {
+        database_.setConnectOptions(how == Access::Write
+                                        ? QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000")
+                                        : QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000;QSQLITE_OPEN_READONLY"));
+        if (!database_.open())
+            return database_.lastError();
         QSqlQuery probe = newQuery();
-        if (!probe.exec(QStringLiteral("SELECT 1 FROM sqlite_master LIMIT 1")))
-            error = probe.lastError();
+        return probe.exec(QStringLiteral("SELECT 1 FROM sqlite_master LIMIT 1")) ? QSqlError() : probe.lastError();
+    };
+    QSqlError error = tryOpen(access);
+    if (access == Access::Read && sqliteCode(error) == 8) {
+        // A writer was killed. What it left is rolled back by the next session that may write.
+        database_.close();
+        error = tryOpen(Access::Write);
+        database_.close();
+        if (!error.isValid())
+            error = tryOpen(Access::Read);
     }
     if (error.isValid()) {
         const QString why = reason(error);
@@ -156,7 +182,7 @@ void Connection::openSqlite(const QString &path)
     }
 }
 
-void Connection::openServer(const QString &url)
+void Connection::openServer(const QString &url, Access access)
 {
     const bool odbc = url.startsWith(QLatin1String("odbc:"), Qt::CaseInsensitive);
     ServerAddress address;
@@ -207,10 +233,11 @@ void Connection::openServer(const QString &url)
     if (dialect_ == Dialect::Postgres) {
         // Money comes as "$1,234.50" whatever the server's language; a scan begins at the beginning of the table;
         // and compiling a statement over a large table takes longer than the rows that are read of it.
-        settings = QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY; SET lc_monetary = 'C'; "
-                                  "SET standard_conforming_strings = on; SET extra_float_digits = 3; "
-                                  "SET synchronize_seqscans = off; SET jit = off");
-    } else if (dialect_ == Dialect::Mysql) {
+        settings = QStringLiteral("SET lc_monetary = 'C'; SET standard_conforming_strings = on; "
+                                  "SET extra_float_digits = 3; SET synchronize_seqscans = off; SET jit = off");
+        if (access == Access::Read)
+            settings += QStringLiteral("; SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY");
+    } else if (dialect_ == Dialect::Mysql && access == Access::Read) {
         settings = QStringLiteral("SET SESSION TRANSACTION READ ONLY");
     }
     if (settings.isEmpty())
@@ -289,8 +316,7 @@ QString Connection::bound(const QVariant &value, QVariantList &values) const
 QString Connection::reason(const QSqlError &error) const
 {
     if (dialect_ == Dialect::Sqlite) {
-        // The lower byte of SQLite's code is the kind of the error.
-        switch (error.nativeErrorCode().toInt() & 0xff) {
+        switch (sqliteCode(error)) {
         case 5:
         case 6:
             return QStringLiteral("it is locked by another program that writes");

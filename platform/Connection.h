@@ -22,13 +22,20 @@ public:
     Connection &operator=(const Connection &) = delete;
     ~Connection();
 
+    enum class Access {
+        Read,
+        Write, ///< a session that may write; an SQLite file that is not there is made, empty
+    };
+
     /// \throws EDatabaseError with one sentence: no such file, no permission, no such driver or server …
-    void open(const QString &databaseName);
+    void open(const QString &databaseName, Access access = Access::Read);
     /// Removes a connection of its own; a registered one stays open.
     void close();
     bool isOpen() const { return open_; }
     /// Whether this made the connection.
     bool isOwn() const { return own_; }
+    /// The SQLite file that open() made; empty when it was there before.
+    const QString &madeFile() const { return madeFile_; }
     Dialect dialect() const { return dialect_; }
     const QSqlDatabase &database() const { return database_; }
 
@@ -51,12 +58,13 @@ public:
     [[noreturn]] void fail(const QSqlError &error, const QString &what) const;
 
 private:
-    void openSqlite(const QString &path);
-    void openServer(const QString &url);
+    void openSqlite(const QString &path, Access access);
+    void openServer(const QString &url, Access access);
     void openOwn(const QString &driver, const QString &package);
 
     QSqlDatabase database_;
     QString name_;
+    QString madeFile_;
     Dialect dialect_ = Dialect::Other;
     bool open_ = false;
     bool own_ = false;

@@ -1,0 +1,138 @@
+#include "app/Console.h"
+
+#include "platform/Errors.h"
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace nuvo {
+namespace {
+
+std::atomic<bool> held{false};
+std::atomic<int> remembered{0};
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+
+extern "C" void onSignal(int signal)
+{
+    int none = 0;
+    if (!held || !remembered.compare_exchange_strong(none, signal))
+        ::_exit(128 + signal);
+}
+
+void endWith(int signal)
+{
+    struct sigaction action = {};
+    // Whoever started the program without it (nohup, a background job) does not want it to end so.
+    if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN)
+        return;
+    action = {};
+    action.sa_handler = onSignal;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(signal, &action, nullptr);
+}
+
+/// Writes all of it; errno of the failure, or 0.
+int writeAll(int descriptor, const QByteArray &bytes)
+{
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = ::write(descriptor, bytes.constData() + written, size_t(bytes.size() - written));
+        if (count >= 0)
+            written += count;
+        else if (errno != EINTR)
+            return errno;
+    }
+    return 0;
+}
+
+} // namespace
+
+void prepareProcess()
+{
+    // A database or a CSV file must not be opened as standard output. Read-only, so that writing still fails.
+    while (true) {
+        const int descriptor = ::open("/dev/null", O_RDONLY);
+        if (descriptor > STDERR_FILENO)
+            ::close(descriptor);
+        if (descriptor < 0 || descriptor > STDERR_FILENO)
+            break;
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        endWith(signal);
+    ::setenv("LC_ALL", "C.UTF-8", 1);
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
+        if (type != QtFatalMsg)
+            return;
+        writeErrorLine(QStringLiteral("nuvostat: %1").arg(text));
+        ::_exit(3); // instead of abort()
+    });
+}
+
+void writeOutput(const QString &text)
+{
+    const int error = writeAll(STDOUT_FILENO, text.toUtf8());
+    if (error != 0 && error != EPIPE)
+        throw EPlatformError(QStringLiteral("Standard output cannot be written: %1.")
+                                 .arg(QString::fromLocal8Bit(std::strerror(error))));
+}
+
+void writeErrorLine(const QString &line)
+{
+    QString text = line;
+    text.replace(QStringLiteral("\n\r"), QStringLiteral(" ")).replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+    writeErrorText(withoutControls(text) + u'\n');
+}
+
+void writeErrorText(const QString &text)
+{
+    writeAll(STDERR_FILENO, text.toUtf8());
+}
+
+QString withoutControls(QString text)
+{
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
+    }
+    return text;
+}
+
+int outputWidth()
+{
+    winsize size = {};
+    if (::isatty(STDOUT_FILENO) == 0 || ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0)
+        return 80;
+    return std::max<int>(80, size.ws_col);
+}
+
+bool errorIsTerminal()
+{
+    return ::isatty(STDERR_FILENO) != 0;
+}
+
+InterruptHold::InterruptHold()
+{
+    held = true;
+}
+
+InterruptHold::~InterruptHold()
+{
+    held = false;
+}
+
+void InterruptHold::check() const
+{
+    if (remembered != 0)
+        throw Interrupted{remembered};
+}
+
+} // namespace nuvo

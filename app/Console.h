@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+
+namespace nuvo {
+
+/// What the process as a whole needs before anything else: the three standard streams are open, a closed pipe and a
+/// file-size limit are errors of the write and not the end, the locale is C with UTF-8, Qt's own warnings are silent
+/// (what goes wrong is said by the program in its own words), and Ctrl-C ends with status 130.
+void prepareProcess();
+
+/// Writes to standard output. A pipe that nobody reads any more takes the rest in silence.
+/// \throws EPlatformError when writing fails for another reason.
+void writeOutput(const QString &text);
+
+/// Writes one line to standard error, line breaks within it turned into blanks.
+void writeErrorLine(const QString &line);
+
+/// Writes a text to standard error as it stands.
+void writeErrorText(const QString &text);
+
+/// Control characters turned into blanks: names and texts of the user's own cannot steer the terminal.
+QString withoutControls(QString text);
+
+/// Columns of the terminal on standard output, at least 80; 80 where it is no terminal.
+int outputWidth();
+bool errorIsTerminal();
+
+/// Thrown by InterruptHold::check().
+struct Interrupted
+{
+    int signal;
+};
+
+/// While one lives, the first signal that would end the program is only remembered, so that what was begun can be
+/// undone; a second one ends it at once. One at a time.
+class InterruptHold
+{
+public:
+    InterruptHold();
+    ~InterruptHold();
+    InterruptHold(const InterruptHold &) = delete;
+    InterruptHold &operator=(const InterruptHold &) = delete;
+
+    /// \throws Interrupted when a signal has come.
+    void check() const;
+};
+
+} // namespace nuvo

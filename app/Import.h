@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/Options.h"
+
+namespace nuvo {
+
+/// Makes a table from a CSV file, whole or not at all: in one transaction, in which an old table is replaced too. An
+/// SQLite file that was made for it is removed when the import fails or is interrupted.
+/// \return one line that says what was imported.
+/// \throws EPlatformError when file or database fail, and when the table is there and is not to be replaced;
+/// Interrupted when a signal came.
+QString importCsv(const ImportOptions &options);
+
+} // namespace nuvo

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "app/Terms.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace nuvo {
+
+enum class OutputFormat { Text, Json };
+
+struct FitOptions
+{
+    QString database;
+    std::optional<QString> table; ///< exactly one of table and sql
+    std::optional<QString> sql;
+    QString filter;
+    QString order;
+    Term response;
+    QList<Term> controls; ///< in the order given; at most ten
+    QString description;
+    QString message;
+    bool warnings = false;
+    bool matrices = false;
+    bool progress = false;
+    OutputFormat format = OutputFormat::Text;
+};
+
+struct ImportOptions
+{
+    QString file;
+    QString database;
+    QString table;
+    bool replace = false;
+};
+
+/// A text for standard output: help or the version.
+struct PrintOptions
+{
+    QString text;
+};
+
+using Command = std::variant<PrintOptions, FitOptions, ImportOptions>;
+
+/// Reads a command line, the program's name left out. \throws UsageError, whose sentence ends in a hint at --help.
+Command parseCommandLine(std::vector<std::string> arguments);
+
+} // namespace nuvo

@@ -1,0 +1,246 @@
+#include "app/Options.h"
+#include "app/Program.h"
+#include "app/Usage.h"
+#include "support/Print.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using nuvo::FitOptions;
+using nuvo::ImportOptions;
+using nuvo::PrintOptions;
+
+nuvo::Command parse(const std::vector<std::string> &arguments)
+{
+    return nuvo::parseCommandLine(arguments);
+}
+
+/// The sentence with which a command line is refused; empty when it is accepted.
+QString refusal(const std::vector<std::string> &arguments)
+{
+    try {
+        parse(arguments);
+        return {};
+    } catch (const nuvo::UsageError &error) {
+        return error.Message();
+    }
+}
+
+FitOptions fit(std::vector<std::string> arguments)
+{
+    arguments.insert(arguments.begin(), "fit");
+    return std::get<FitOptions>(parse(arguments));
+}
+
+TEST(CommandLine, AFitHasItsOptions)
+{
+    const FitOptions options =
+        fit({"--database", "demo.db", "--table",    "Longley",    "--filter",   "a > 1",    "--order",       "a,b",
+             "--response", "y",       "--control",  "x1",         "--control",  "Ln(x2)",   "--description", "Jobs",
+             "--message",  "Done",    "--warnings", "--matrices", "--progress", "--format", "json"});
+    EXPECT_EQ(options.database, QStringLiteral("demo.db"));
+    EXPECT_EQ(options.table, QStringLiteral("Longley"));
+    EXPECT_FALSE(options.sql);
+    EXPECT_EQ(options.filter, QStringLiteral("a > 1"));
+    EXPECT_EQ(options.order, QStringLiteral("a,b"));
+    EXPECT_EQ(options.response.field1, QStringLiteral("y"));
+    ASSERT_EQ(options.controls.size(), 2);
+    EXPECT_EQ(options.controls[1].transformation, QStringLiteral("Log"));
+    EXPECT_EQ(options.description, QStringLiteral("Jobs"));
+    EXPECT_EQ(options.message, QStringLiteral("Done"));
+    EXPECT_TRUE(options.warnings && options.matrices && options.progress);
+    EXPECT_EQ(options.format, nuvo::OutputFormat::Json);
+}
+
+TEST(CommandLine, WhatIsNotGivenIsOff)
+{
+    const FitOptions options = fit({"--database=postgresql://u@h:1/n", "--sql=SELECT 1 AS \"a=b\"", "--response=y"});
+    EXPECT_EQ(options.database, QStringLiteral("postgresql://u@h:1/n"));
+    EXPECT_EQ(options.sql, QStringLiteral("SELECT 1 AS \"a=b\""));
+    EXPECT_FALSE(options.table);
+    EXPECT_TRUE(options.controls.isEmpty());
+    EXPECT_FALSE(options.warnings || options.matrices || options.progress);
+    EXPECT_EQ(options.format, nuvo::OutputFormat::Text);
+}
+
+TEST(CommandLine, ValuesAreTakenAsTheyStand)
+{
+    const char *texts[] = {"-x",       "--table", "--control", "a,b",   "[a,b]", "{}",          "[]",
+                           "x y",      " x ",     "\"a/b\"",   "=x",    "--",    "fit",         "import",
+                           "\xC3\xA4", "a\nb",    "%1",        "$HOME", "\\n",   "--response=y"};
+    for (const char *text : texts) {
+        const FitOptions options = fit({"--database", text, "--table", text, "--response", "y", "--control", text,
+                                        "--description", text, "--message", text});
+        const QString expected = QString::fromUtf8(text);
+        EXPECT_EQ(options.database, expected);
+        EXPECT_EQ(options.table, expected);
+        EXPECT_EQ(options.description, expected);
+        EXPECT_EQ(options.message, expected);
+        ASSERT_EQ(options.controls.size(), 1) << text;
+        EXPECT_EQ(options.controls[0], nuvo::parseControl(expected));
+        const std::string value(text);
+        const FitOptions joined = fit({"--database=" + value, "--table=" + value, "--response=y",
+                                       "--control=" + value, "--description=" + value, "--message=" + value});
+        EXPECT_EQ(joined.database, expected);
+        EXPECT_EQ(joined.controls, options.controls);
+        EXPECT_EQ(joined.message, expected);
+    }
+}
+
+TEST(CommandLine, AnEmptyControlLeavesItsPositionUndefined)
+{
+    for (const auto &arguments : {std::vector<std::string>{"--control", "", "--control", "X"},
+                                  std::vector<std::string>{"--control=", "--control", "X"},
+                                  std::vector<std::string>{"--control=", "--control=X"}}) {
+        std::vector<std::string> all{"--database", "d", "--table", "t", "--response", "y"};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        const FitOptions options = fit(all);
+        ASSERT_EQ(options.controls.size(), 2);
+        EXPECT_EQ(options.controls[0].transformation, QStringLiteral("Undefined"));
+        EXPECT_EQ(options.controls[1].field1, QStringLiteral("X"));
+    }
+    // As a value it is a text like any other.
+    EXPECT_EQ(fit({"--database", "d", "--table", "t", "--response", "y", "--description", "--control="}).description,
+              QStringLiteral("--control="));
+    EXPECT_EQ(fit({"--database", "d", "--table", "t", "--response", "y", "--description="}).description, QString());
+}
+
+TEST(CommandLine, AnImportHasItsOptions)
+{
+    const auto options = std::get<ImportOptions>(parse({"import", "a.csv", "--database", "d", "--table", "t"}));
+    EXPECT_EQ(options.file, QStringLiteral("a.csv"));
+    EXPECT_EQ(options.database, QStringLiteral("d"));
+    EXPECT_EQ(options.table, QStringLiteral("t"));
+    EXPECT_FALSE(options.replace);
+    const auto named =
+        std::get<ImportOptions>(parse({"import", "--database", "d", "--table", "t", "--replace", "--", "-x.csv"}));
+    EXPECT_EQ(named.file, QStringLiteral("-x.csv"));
+    EXPECT_TRUE(named.replace);
+    EXPECT_EQ(std::get<ImportOptions>(parse({"import", "fit", "--database", "d", "--table", "t"})).file,
+              QStringLiteral("fit"));
+}
+
+TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
+{
+    const std::vector<std::string> good{"fit", "--database", "d", "--table", "t", "--response", "y"};
+    EXPECT_EQ(refusal(good), QString());
+    const auto with = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), good.begin(), good.end());
+        return refusal(more);
+    };
+    const QString hint = QStringLiteral(" See \"nuvostat fit --help\".");
+    EXPECT_EQ(refusal({}), QStringLiteral("A command is missing: fit or import. See \"nuvostat --help\"."));
+    EXPECT_EQ(refusal({"select"}),
+              QStringLiteral("There is no command \"select\", but fit and import. See \"nuvostat --help\"."));
+    EXPECT_EQ(refusal({"--frobnicate"}),
+              QStringLiteral("There is no option \"--frobnicate\". See \"nuvostat --help\"."));
+    EXPECT_EQ(refusal({"fit"}), QStringLiteral("--database is required.") + hint);
+    EXPECT_EQ(refusal({"fit", "--database", "d", "--table", "t"}), QStringLiteral("--response is required.") + hint);
+    EXPECT_EQ(refusal({"fit", "--database", "d", "--response", "y"}),
+              QStringLiteral("--table or --sql is required.") + hint);
+    EXPECT_EQ(with({"--sql", "SELECT 1"}), QStringLiteral("--table and --sql exclude each other.") + hint);
+    EXPECT_EQ(with({"--table", "u"}), QStringLiteral("--table is there 2 times; it can be given once.") + hint);
+    EXPECT_EQ(with({"--response", "u"}), QStringLiteral("--response is there 2 times; it can be given once.") + hint);
+    EXPECT_EQ(with({"--control"}), QStringLiteral("--control needs a value.") + hint);
+    EXPECT_EQ(with({"--warnings=no"}), QStringLiteral("--warnings takes no value.") + hint);
+    EXPECT_EQ(with({"--format", "xml"}), QStringLiteral("--format is text or json, not \"xml\".") + hint);
+    EXPECT_EQ(with({"u"}), QStringLiteral("\"u\" is one argument too many.") + hint);
+    for (const char *option : {"--tab", "--show", "--save-report", "--save-plots", "-x", "--version"})
+        EXPECT_EQ(with({option}), QStringLiteral("There is no option \"%1\".").arg(QString::fromUtf8(option)) + hint);
+    EXPECT_TRUE(with({"--control", "F^abc"}).startsWith(QStringLiteral("\"F^abc\" is no term for a control")));
+    EXPECT_TRUE(with({"--control", "1/10"}).endsWith(hint));
+    EXPECT_TRUE(refusal({"fit", "--database", "d", "--table", "t", "--response", "1/x"})
+                    .startsWith(QStringLiteral("\"1/x\" is no term for the response")));
+    EXPECT_EQ(refusal({"fit", "--database", "d", "--sql", "s", "--response", "y", "--order", "a"}),
+              QStringLiteral("--filter and --order belong to --table; a statement has its own WHERE and ORDER BY.") +
+                  hint);
+    EXPECT_EQ(refusal({"import", "--database", "d", "--table", "t"}),
+              QStringLiteral("FILE.csv is required. See \"nuvostat import --help\"."));
+    EXPECT_EQ(refusal({"import", "f", "--database", "d", "--table", ""}),
+              QStringLiteral("--table needs a name. See \"nuvostat import --help\"."));
+}
+
+TEST(CommandLine, TenControlsAreEnoughAndElevenTooMany)
+{
+    std::vector<std::string> arguments{"fit", "--database", "d", "--table", "t", "--response", "y"};
+    for (int i = 0; i < 10; ++i) {
+        arguments.emplace_back("--control");
+        arguments.emplace_back("x");
+    }
+    EXPECT_EQ(refusal(arguments), QString());
+    arguments.emplace_back("--control=");
+    EXPECT_EQ(refusal(arguments), QStringLiteral("--control is there 11 times; a regression has up to 10 control "
+                                                 "variables. See \"nuvostat fit --help\"."));
+}
+
+TEST(CommandLine, HelpNamesEveryOptionInEightyColumns)
+{
+    const auto help = [](const std::vector<std::string> &arguments) {
+        return std::get<PrintOptions>(parse(arguments)).text;
+    };
+    const QString fitHelp = help({"fit", "--help"});
+    for (const char *option : {"--database", "--table", "--filter", "--order", "--sql", "--response", "--control",
+                               "--description", "--message", "--warnings", "--matrices", "--progress", "--format"})
+        EXPECT_TRUE(fitHelp.contains(QString::fromUtf8(option))) << option;
+    const QString importHelp = help({"import", "--help"});
+    for (const char *option : {"FILE.csv", "--database", "--table", "--replace"})
+        EXPECT_TRUE(importHelp.contains(QString::fromUtf8(option))) << option;
+    const QString general = help({"--help"});
+    EXPECT_TRUE(general.contains(QStringLiteral("fit")) && general.contains(QStringLiteral("import")));
+    for (const QString &text : {fitHelp, importHelp, general}) {
+        EXPECT_TRUE(text.contains(QStringLiteral("\nExamples:\n")));
+        EXPECT_TRUE(text.endsWith(u'\n'));
+        for (const QString &line : text.split(u'\n'))
+            EXPECT_LE(line.size(), 80) << line.toStdString();
+    }
+}
+
+TEST(Program, HelpAndVersionGoToStandardOutput)
+{
+    const Outcome version = runProgram({QStringLiteral("--version")});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out, QStringLiteral("nuvostat %1\n").arg(QStringLiteral(NUVO_VERSION)));
+    EXPECT_EQ(version.err, QString());
+    for (const QStringList &arguments :
+         {QStringList{QStringLiteral("--help")}, QStringList{QStringLiteral("fit"), QStringLiteral("--help")},
+          QStringList{QStringLiteral("import"), QStringLiteral("--help")}}) {
+        const Outcome help = runProgram(arguments);
+        EXPECT_EQ(help.status, 0);
+        EXPECT_TRUE(help.out.contains(QStringLiteral("Usage:\n  nuvostat ")));
+        EXPECT_EQ(help.err, QString());
+    }
+}
+
+TEST(Program, AWrongCommandLineIsStatus2AndOneLineOnStandardError)
+{
+    for (const QStringList &arguments :
+         {QStringList(), QStringList{QStringLiteral("fit")}, QStringList{QStringLiteral("run"), QStringLiteral("x")},
+          QStringList{QStringLiteral("import"), QStringLiteral("a\nb"), QStringLiteral("c\n\rd")}}) {
+        const Outcome wrong = runProgram(arguments);
+        EXPECT_EQ(wrong.status, 2);
+        EXPECT_EQ(wrong.out, QString());
+        EXPECT_TRUE(wrong.err.startsWith(QStringLiteral("nuvostat: ")));
+        EXPECT_TRUE(wrong.err.contains(QStringLiteral("--help\"."))) << wrong.err.toStdString();
+        EXPECT_EQ(wrong.err.count(u'\n'), 1);
+        EXPECT_EQ(wrong.err.count(u'\r'), 0);
+    }
+}
+
+TEST(Program, AClosedPipeEndsItQuietly)
+{
+    const Outcome closed = runShell(QStringLiteral("(\"$nuvostat\" --help; echo $? >&2) | :"));
+    EXPECT_EQ(closed.err, QStringLiteral("0\n"));
+}
+
+TEST(Program, AFullDiskOrAClosedStreamBehindStandardOutputIsStatus3)
+{
+    const Outcome full = runShell(QStringLiteral("\"$nuvostat\" --help >/dev/full"));
+    EXPECT_EQ(full.status, 3);
+    EXPECT_EQ(full.err, QStringLiteral("nuvostat: Standard output cannot be written: No space left on device.\n"));
+    const Outcome closed = runShell(QStringLiteral("\"$nuvostat\" --help >&-"));
+    EXPECT_EQ(closed.status, 3);
+    EXPECT_EQ(closed.err, QStringLiteral("nuvostat: Standard output cannot be written: Bad file descriptor.\n"));
+}
+
+} // namespace
