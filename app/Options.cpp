@@ -73,8 +73,10 @@ A column becomes whole numbers (64 bits) or floating-point numbers (with a
 decimal point) when all its cells are, and texts otherwise; leading zeros make a
 text, so that codes like 00123 stay as they are. An empty cell or NA is a null,
 in quotes or not. A row with too few or too many cells is an error, and so is a
-column without a name or with a name that is there already. The table is made
-whole or not at all.
+column without a name or with a name that is there already.
+
+The table is made whole or not at all, in an SQLite file, which is made when it
+is not there, or in a PostgreSQL database.
 
 Examples:
   nuvostat import Longley.csv --database demo.db --table Longley
@@ -99,6 +101,7 @@ private:
     std::string usage_;
 };
 
+/// Whether a command has an option of this name that takes a value.
 bool takesValue(const CLI::App &command, const std::string &argument)
 {
     const CLI::Option *option = command.get_option_no_throw(argument);

@@ -2,23 +2,14 @@
 
 #include <Eigen/Dense>
 
-void eigenHouseholderQr(const double *x, const double *y, int n, int m, double *coefficients)
-{
-    Eigen::MatrixXd design(n, m + 1);
-    design.col(0).setOnes();
-    design.rightCols(m) = Eigen::Map<const Eigen::MatrixXd>(x, n, m);
-    Eigen::Map<Eigen::VectorXd>(coefficients, m + 1) =
-        design.householderQr().solve(Eigen::Map<const Eigen::VectorXd>(y, n));
-}
-
-void eigenHouseholderQrOf(const double *design, const double *y, int n, int p, double *coefficients)
+void eigenHouseholderQr(const double *design, const double *y, int n, int p, double *coefficients)
 {
     Eigen::Map<Eigen::VectorXd>(coefficients, p) = Eigen::Map<const Eigen::MatrixXd>(design, n, p)
                                                        .householderQr()
                                                        .solve(Eigen::Map<const Eigen::VectorXd>(y, n));
 }
 
-void eigenLdltOf(const double *design, const double *y, int n, int p, double *coefficients)
+void eigenLdlt(const double *design, const double *y, int n, int p, double *coefficients)
 {
     const Eigen::Map<const Eigen::MatrixXd> x(design, n, p);
     const Eigen::MatrixXd products = x.transpose() * x;

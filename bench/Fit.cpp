@@ -115,7 +115,7 @@ BENCHMARK_CAPTURE(run, NormalEquations, &Fit::solve)->Unit(benchmark::kMicroseco
 BENCHMARK_CAPTURE(run, DependentColumns, &Fit::findDependent)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(run, All, &Fit::all)->Unit(benchmark::kMicrosecond);
 BENCHMARK(runWithoutAvx2)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(runEigen, HouseholderQr, eigenHouseholderQrOf)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(runEigen, Ldlt, eigenLdltOf)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(runEigen, HouseholderQr, eigenHouseholderQr)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(runEigen, Ldlt, eigenLdlt)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK_MAIN();

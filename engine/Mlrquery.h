@@ -22,6 +22,7 @@ Q_SIGNALS:
     void Fitted();
 
 protected:
+    void CheckChange() const override { RefuseWhileBusy(); }
     std::unique_ptr<LoadProgress> MakeLoadProgress() override;
     void NotifyLoaded() override { Q_EMIT LoadEnded(Loaded()); }
     void NotifyComputed() override { Q_EMIT Fitted(); }

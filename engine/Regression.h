@@ -183,6 +183,8 @@ protected:
     virtual std::unique_ptr<LoadProgress> MakeLoadProgress() = 0;
     virtual void NotifyLoaded() = 0;
     virtual void NotifyComputed() = 0;
+    /// \throws EDatabaseError during a load.
+    void RefuseWhileBusy() const;
 
     // The definitions as a form streams them.
     QStringList ControlStrings(int k) const { return ControlVar(k).ToQStringList(); }
@@ -202,7 +204,6 @@ private:
     using ParameterMatrix = nuvo::NormalEquations::Matrix;
     class Busy;
 
-    void RefuseWhileBusy() const;
     void ForgetLoad();
     /// Reads the records into the observations; false when the component was destroyed meanwhile.
     bool ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> &alive);

@@ -1,11 +1,28 @@
 #include "engine/Termreader.h"
 
 #include "platform/Dataset.h"
+#include "platform/Errors.h"
 #include "platform/Formats.h"
 
 #include <cmath>
 
 namespace nuvo {
+
+namespace {
+
+/// A text of a definition as a number; an error says whose text it is.
+template <class Convert>
+auto converted(const Convert &convert, const QString &text, const QString &what, const QString &field)
+{
+    try {
+        return convert(text);
+    } catch (const EConvertError &error) {
+        throw EConvertError(QStringLiteral("The %1 of a term of field \"%2\" does not convert: %3.")
+                                .arg(what, field, error.Message()));
+    }
+}
+
+} // namespace
 
 TermReader::TermReader(const TIndepVar &definition, TDataSet &dataset)
     : definition_(definition), dataset_(dataset), kind_(ControlKind(definition.Transformation())), response_(false)
@@ -128,21 +145,24 @@ const TField &TermReader::Field2()
 double TermReader::ScaleFactor()
 {
     if (!scaleFactor_)
-        scaleFactor_ = StrToFloat(definition_.ScaleFactor());
+        scaleFactor_ =
+            converted(StrToFloat, definition_.ScaleFactor(), QStringLiteral("scale factor"), definition_.Strings(2));
     return *scaleFactor_;
 }
 
 double TermReader::ExponentAsFloat()
 {
     if (!exponentAsFloat_)
-        exponentAsFloat_ = StrToFloat(definition_.Strings(4));
+        exponentAsFloat_ =
+            converted(StrToFloat, definition_.Strings(4), QStringLiteral("exponent"), definition_.Strings(2));
     return *exponentAsFloat_;
 }
 
 int TermReader::ExponentAsInteger()
 {
     if (!exponentAsInteger_)
-        exponentAsInteger_ = StrToInt(definition_.Strings(4));
+        exponentAsInteger_ =
+            converted(StrToInt, definition_.Strings(4), QStringLiteral("exponent"), definition_.Strings(2));
     return *exponentAsInteger_;
 }
 

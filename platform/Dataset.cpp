@@ -631,6 +631,7 @@ void TDataSet::Open()
 
 void TDataSet::Close()
 {
+    CheckChange();
     d_->wished = false;
     if (!active_)
         return;
@@ -641,6 +642,7 @@ void TDataSet::Close()
 
 void TDataSet::Refresh()
 {
+    CheckChange();
     NeedRecords();
     const qint64 row = cursor_.row;
     try {
@@ -930,6 +932,7 @@ bool TDataSet::Locate(const QStringList &fields, const QVariantList &values)
 
 void TDataSet::Forget()
 {
+    CheckChange();
     if (active_)
         Close();
     d_->forget();

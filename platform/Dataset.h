@@ -120,6 +120,9 @@ Q_SIGNALS:
     void Scrolled();
 
 protected:
+    /// Called before the dataset closes, reads anew or forgets its definitions; throws EDatabaseError to refuse.
+    virtual void CheckChange() const {}
+
     // What a kind of dataset says about itself. The connection is open; errors are thrown as EDatabaseError.
 
     /// The columns in the order of the statement's result, those that it adds for its own use left out; none where

@@ -98,6 +98,7 @@ void TTable::SetFilter(const QString &condition)
 {
     if (condition == d_->filter)
         return;
+    CheckChange();
     d_->filter = condition;
     if (d_->filtered && Active())
         Refresh();
@@ -112,6 +113,7 @@ void TTable::SetFiltered(bool filtered)
 {
     if (filtered == d_->filtered)
         return;
+    CheckChange();
     d_->filtered = filtered;
     if (Active())
         Refresh();
@@ -126,6 +128,7 @@ void TTable::SetIndexFieldNames(const QString &names)
 {
     if (names == d_->indexFieldNames)
         return;
+    CheckChange();
     d_->indexFieldNames = names;
     if (Active())
         Refresh();

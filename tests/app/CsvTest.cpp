@@ -18,7 +18,7 @@ class Csv : public testing::Test
 protected:
     QString write(const QByteArray &bytes)
     {
-        const QString name = directory_.filePath(QStringLiteral("file.csv"));
+        QString name = directory_.filePath(QStringLiteral("file.csv"));
         QFile file(name);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         EXPECT_EQ(file.write(bytes), bytes.size());

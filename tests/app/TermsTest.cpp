@@ -290,7 +290,7 @@ QString quoted(QString name)
 /// A term as a report prints it, with its names in quotes.
 QString printed(const Term &term, bool asControl)
 {
-    const QString f = quoted(term.field1);
+    QString f = quoted(term.field1);
     if (term.transformation == u"None")
         return f;
     if (term.transformation == u"Log")
