@@ -1295,7 +1295,7 @@ TEST_F(DuringALoad, DestroyingTheComponentInsideAMessageEndsAStep)
     bind(*mortal, *db, "many");
     define(*mortal, "a");
     mortal->SetShowWarnings(true);
-    messages.meanwhile = [mortal] { delete mortal; };
+    messages.meanwhile = [&mortal] { delete mortal; };
     EXPECT_NO_THROW(mortal->CheckDataCount());
 
     mortal = new TMLRTable;
