@@ -4,8 +4,8 @@
 
 #include <QWidget>
 
-/// What a developer drops on a form: a widget only because the form designer places nothing else. It shows itself while
-/// a form is being designed and is never seen at run time. Its owner is its parent; the owner deletes it.
+/// What a developer drops on a form: a widget only because the form designer places nothing else. It shows itself
+/// while a form is being designed and is never seen at run time. Its owner is its parent; the owner deletes it.
 class NUVO_EXPORT TComponent : public QWidget
 {
     Q_OBJECT
@@ -25,7 +25,8 @@ public:
 
     /// The component of that name and class nearest to this one: names are searched from the nearest ancestor
     /// outwards, so that two copies of a form can be open. nullptr when there is none or the name is empty.
-    template <class T> T *FindComponent(const QString &name) const;
+    template <class T>
+    T *FindComponent(const QString &name) const;
 
     /// Shows a component only at design time.
     void setVisible(bool visible) override;
@@ -35,7 +36,8 @@ private:
     bool designing_ = false;
 };
 
-template <class T> T *TComponent::FindComponent(const QString &name) const
+template <class T>
+T *TComponent::FindComponent(const QString &name) const
 {
     if (name.isEmpty())
         return nullptr;

@@ -1164,8 +1164,7 @@ TEST_F(DuringALoad, ClosingAndReadingAnewAreRefused)
     fill("y a", 20, numbered);
     define(regression, "a");
     regression.SetShowLoadProgress(true);
-    const std::function<void()> changes[] = {[this] { regression.Close(); },
-                                             [this] { regression.Refresh(); },
+    const std::function<void()> changes[] = {[this] { regression.Close(); }, [this] { regression.Refresh(); },
                                              [this] { regression.SetFilter(text("y > 3")); },
                                              [this] { regression.SetTableName(text("other")); },
                                              [this] { regression.SetDatabaseName(text("other.db")); }};
