@@ -31,7 +31,7 @@ public:
     void open(const QString &databaseName, Access access = Access::Read);
     /// Removes a connection of its own; a registered one stays open.
     void close();
-    bool isOpen() const { return open_; }
+    bool isOpen() const { return open_ && database_.isOpen(); }
     /// Whether this made the connection.
     bool isOwn() const { return own_; }
     /// The SQLite file that open() made; empty when it was there before.

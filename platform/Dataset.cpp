@@ -37,9 +37,9 @@ public:
     void needFields();
 
     bool ensure(qint64 row);
-    bool place(qint64 row);
+    void place(qint64 row);
     qint64 reach(qint64 row);
-    bool readToEnd();
+    void readToEnd();
     void giveUp();
     void moved();
     void changed();
@@ -75,7 +75,7 @@ private:
     qint64 startFor(qint64 row) const;
     bool readChunk(qint64 wanted);
     void saveAnchor();
-    void rowsWereRead();
+    void rowsWereRead(qint64 first);
     std::vector<Column> describeAndStart(bool read, std::vector<QVariantList> &firstRows);
     void setColumns(std::vector<Column> columns);
     void pointNowhere();
@@ -93,6 +93,7 @@ private:
     qint64 sourceEnd_ = 0; // where its own limit ends it
     bool onRow_ = false;   // whether the source stands on a row
     qint64 chunk_ = 0;
+    qint64 rowBytes_ = 1; // of the row read last
 };
 
 namespace {
@@ -201,6 +202,8 @@ void TDataSet::Private::open()
     q.active_ = true;
     q.eof_ = end == 0;
     bof = true;
+    if (known > 0)
+        place(0);
     openDatasets().insert(&q);
     closeWithApplication();
 }
@@ -255,22 +258,31 @@ std::vector<Column> TDataSet::Private::describeAndStart(bool read, std::vector<Q
     const auto untyped = [](const Column &column) { return column.kind == FieldKind::Unknown; };
     if (read || columns.empty() || std::any_of(columns.begin(), columns.end(), untyped)) {
         start(0);
-        bool there = source_->next();
         if (columns.empty()) {
-            const QSqlRecord record = source_->record();
+            const QSqlRecord record = source_->columns();
             for (int i = 0; i < record.count(); ++i)
                 columns.push_back(columnOf(record.field(i), connection.dialect()));
         }
-        for (; there; there = qint64(firstRows.size()) < chunk_ && source_->next()) {
+    }
+    if (source_ && (read || std::any_of(columns.begin(), columns.end(), untyped))) {
+        qint64 bytes = 0;
+        while (qint64(firstRows.size()) < chunk_ && bytes < limits.windowBytes / 2) {
+            if (!source_->next()) {
+                source_.reset();
+                break;
+            }
             onRow_ = true;
             ++sourceRow_;
             QVariantList row;
-            for (int i = 0; i < int(columns.size()); ++i)
+            rowBytes_ = 0;
+            for (int i = 0; i < int(columns.size()); ++i) {
                 row.append(source_->value(i));
+                rowBytes_ += nuvo::bytesOf(row.last());
+            }
             firstRows.push_back(row);
+            source_->setRowBytes(rowBytes_);
+            bytes += rowBytes_;
         }
-        if (qint64(firstRows.size()) < chunk_)
-            source_.reset();
     }
     makeNamesUnique(columns);
     for (int i = 0; i < int(columns.size()); ++i) {
@@ -350,8 +362,7 @@ void TDataSet::Private::failed()
 {
     // Whatever happened to the connection, the next reading begins with a new one.
     source_.reset();
-    if (connection.isOwn())
-        connection.close();
+    connection.close();
     throw;
 }
 
@@ -370,6 +381,7 @@ void TDataSet::Private::start(qint64 from)
             std::tie(position.afterRow, position.after) = store->anchorAtOrBefore(from);
         const nuvo::Select select = q.SelectFrom(connection, position);
         source_ = RowSource::open(connection, select, q.Caption());
+        source_->setRowBytes(rowBytes_);
         keyColumns_ = select.keyColumns;
         sourceRow_ = from;
         sourceEnd_ = select.limited ? from + position.limit : std::numeric_limits<qint64>::max();
@@ -437,44 +449,47 @@ bool TDataSet::Private::ensure(qint64 row)
     return false;
 }
 
-/// Reads at least so many rows if there are any, and on to the end of the chunk; false when there was none.
+/// Reads at least so many rows if there are any, and on to the end of the chunk while they are not too wide; false
+/// when there was none.
 bool TDataSet::Private::readChunk(qint64 wanted)
 {
     const qint64 first = sourceRow_;
     const qint64 chunk = disabled > 0 ? store->limits().scanChunk : chunk_;
-    const qint64 until = std::min(first + std::max(wanted, chunk), end >= 0 ? end : sourceEnd_);
+    const qint64 until = std::min({first + std::max(wanted, chunk), sourceEnd_, end >= 0 ? end : sourceEnd_});
+    qint64 bytesLeft = store->limits().windowBytes / 2; // more, and the rows wanted would be gone again
     try {
         Block *into = nullptr;
-        while (sourceRow_ < until && sourceRow_ < sourceEnd_) {
+        while (sourceRow_ < until && (sourceRow_ < first + wanted || bytesLeft > 0)) {
             if (!source_->next()) {
-                if (source_->isLost()) {
-                    source_.reset();
-                    onRow_ = false;
-                    return true; // begun again at the row that is missing
-                }
-                // Behind a row that is there, this is the end; behind a gap it says only that the rows became fewer.
-                if (sourceRow_ == 0 || sourceRow_ > first || store->find(sourceRow_ - 1))
-                    end = sourceRow_;
+                const bool lost = source_->isLost();
                 source_.reset();
                 onRow_ = false;
+                if (lost)
+                    return true; // begun again at the row that is missing
+                // Behind a row that is there, this is the end; behind a gap it says only that the rows became fewer.
+                if (sourceRow_ == known || sourceRow_ > first || store->find(sourceRow_ - 1))
+                    end = sourceRow_;
                 break;
             }
             if (into == nullptr)
                 into = &store->blockFor(sourceRow_);
+            const qint64 bytesBefore = into->bytes();
             into->append([&](int column) { return source_->value(column); });
             onRow_ = true;
             ++sourceRow_;
+            rowBytes_ = into->bytes() - bytesBefore;
+            source_->setRowBytes(rowBytes_);
+            bytesLeft -= rowBytes_;
             if (store->isFull(*into)) {
                 saveAnchor();
-                source_->setRowBytes(into->bytes() / into->rows());
                 into = nullptr;
             }
         }
     } catch (...) {
-        rowsWereRead();
+        rowsWereRead(first);
         failed();
     }
-    rowsWereRead();
+    rowsWereRead(first);
     if (disabled == 0) {
         giveUp();
         chunk_ = std::min(2 * chunk_, store->limits().lastChunk);
@@ -482,27 +497,31 @@ bool TDataSet::Private::readChunk(qint64 wanted)
     return sourceRow_ > first;
 }
 
-/// The block of the current record may have grown, and moved.
-void TDataSet::Private::rowsWereRead()
+/// After reading from row `first` on: the block of the current record may have grown, and moved.
+void TDataSet::Private::rowsWereRead(qint64 first)
 {
-    known = std::max(known, sourceRow_);
+    // A source that began behind the end says nothing of the rows before it.
+    if (sourceRow_ > first)
+        known = std::max(known, sourceRow_);
     if (block)
         q.cursor_.cells = block->cellsOf(q.cursor_.row);
 }
 
-/// Makes a row the current one.
-bool TDataSet::Private::place(qint64 row)
+/// Makes a row the current one; there is such a row.
+void TDataSet::Private::place(qint64 row)
 {
     if (!holds(row)) {
         if (!ensure(row))
-            return false;
+            throw EDatabaseError(
+                QStringLiteral("Record %1 of %2 is not there any more; others have changed what it reads.")
+                    .arg(row + 1)
+                    .arg(q.Caption()));
         block = store->find(row);
     }
     q.cursor_.row = row;
     q.cursor_.cells = block->cellsOf(row);
     q.cursor_.stride = store->layout().cells;
     q.cursor_.fastEnd = disabled > 0 && !bof ? block->endRow() : 0;
-    return true;
 }
 
 /// Reads on up to a row, in order; returns the row, or the last one when there are fewer.
@@ -513,11 +532,10 @@ qint64 TDataSet::Private::reach(qint64 row)
     return end >= 0 ? std::min(row, end - 1) : row;
 }
 
-/// Goes to the last record; false when there is none.
-bool TDataSet::Private::readToEnd()
+/// Goes to the last record of a dataset that has some.
+void TDataSet::Private::readToEnd()
 {
-    const qint64 last = reach(std::numeric_limits<qint64>::max() - 1);
-    return place(last);
+    place(reach(std::numeric_limits<qint64>::max() - 1));
 }
 
 void TDataSet::Private::moved()
@@ -624,7 +642,6 @@ void TDataSet::Open()
         return;
     d_->open();
     d_->wished = true;
-    d_->place(0);
     d_->changed();
     Q_EMIT Opened();
 }
@@ -647,7 +664,9 @@ void TDataSet::Refresh()
     const qint64 row = cursor_.row;
     try {
         d_->open();
-        if (!d_->place(row) && !IsEmpty())
+        if (d_->ensure(row))
+            d_->place(row);
+        else if (!IsEmpty())
             d_->readToEnd();
     } catch (...) {
         d_->release();
@@ -685,16 +704,20 @@ void TDataSet::First()
 {
     NeedRecords();
     d_->bof = true;
-    eof_ = !d_->place(0);
+    eof_ = IsEmpty();
+    if (eof_)
+        return;
+    d_->place(0);
     d_->moved();
 }
 
 void TDataSet::Last()
 {
     NeedRecords();
-    if (!d_->readToEnd())
+    if (IsEmpty())
         return;
-    d_->bof = IsEmpty();
+    d_->readToEnd();
+    d_->bof = false;
     eof_ = true;
     d_->moved();
 }
@@ -727,17 +750,16 @@ qint64 TDataSet::MoveBy(qint64 distance)
     const qint64 from = cursor_.row;
     qint64 to = from;
     if (distance < 0) {
-        to = std::max<qint64>(0, distance < -from ? 0 : from + distance);
-        d_->ensure(to);
+        to = distance < -from ? 0 : from + distance;
     } else {
         // Row by row of chunks: nobody knows yet how many there are.
         const qint64 goal = distance > std::numeric_limits<qint64>::max() - from ? std::numeric_limits<qint64>::max()
                                                                                  : from + distance;
         to = d_->reach(goal);
     }
+    d_->place(to);
     d_->bof = distance < 0 && from + distance < 0;
     eof_ = distance > 0 && to - from < distance;
-    d_->place(to);
     if (to != from)
         d_->moved();
     return to - from;
@@ -748,10 +770,10 @@ bool TDataSet::MoveToRow(qint64 row)
     NeedRecords();
     if (!d_->ensure(row))
         return false;
-    d_->bof = false;
-    eof_ = false;
     const qint64 from = cursor_.row;
     d_->place(row);
+    d_->bof = false;
+    eof_ = false;
     if (from != row)
         d_->moved();
     return true;

@@ -22,6 +22,8 @@ bool isAside(double cell)
     return std::bit_cast<quint64>(cell) == kAsideBits;
 }
 
+} // namespace
+
 qint64 bytesOf(const QVariant &value)
 {
     switch (value.typeId()) {
@@ -33,8 +35,6 @@ qint64 bytesOf(const QVariant &value)
         return qint64(sizeof(QVariant));
     }
 }
-
-} // namespace
 
 RowLayout::RowLayout(const std::vector<FieldKind> &kinds)
 {
@@ -199,6 +199,20 @@ Block &RecordStore::blockFor(qint64 row)
     }
     window_.push_back(std::make_shared<Block>(layout_, row));
     return *window_.back();
+}
+
+void RecordStore::setAnchor(qint64 row, const QVariantList &key)
+{
+    anchors_[row] = key;
+    // Fewer of them only make for longer ways to where reading begins again.
+    constexpr size_t kMost = 4096;
+    if (anchors_.size() <= kMost)
+        return;
+    for (auto anchor = anchors_.begin(); anchor != anchors_.end();) {
+        anchor = anchors_.erase(anchor);
+        if (anchor != anchors_.end())
+            ++anchor;
+    }
 }
 
 std::pair<qint64, QVariantList> RecordStore::anchorAtOrBefore(qint64 row) const

@@ -21,7 +21,7 @@ struct RecordLimits
     qint64 blockRows = 1024;
     qint64 blockBytes = qint64(1) << 20;
     qint64 headRows = 8192;
-    qint64 headBytes = qint64(64) << 20;
+    qint64 headBytes = qint64(32) << 20;
     qint64 windowRows = 4096;
     qint64 windowBytes = qint64(8) << 20;
     /// Rows that are read at once while controls are enabled: so many first, then doubling up to the last.
@@ -33,6 +33,9 @@ struct RecordLimits
 
 /// Replaces the limits of a dataset; takes effect when it opens. For tests.
 NUVO_EXPORT void setRecordLimits(TDataSet &dataset, const RecordLimits &limits);
+
+/// About how much memory a value takes.
+qint64 bytesOf(const QVariant &value);
 
 /// Where each column's values stand within a row: numbers as doubles side by side, the others as variants.
 struct RowLayout
@@ -121,7 +124,7 @@ public:
     bool isFull(const Block &block) const;
 
     /// Remembers the key of the row before a row.
-    void setAnchor(qint64 row, const QVariantList &key) { anchors_[row] = key; }
+    void setAnchor(qint64 row, const QVariantList &key);
     /// The greatest row up to this one whose predecessor's key is known; row 0 has none and needs none.
     std::pair<qint64, QVariantList> anchorAtOrBefore(qint64 row) const;
 

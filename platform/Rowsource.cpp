@@ -80,7 +80,14 @@ public:
     }
 
     bool isLost() const override { return lost_; }
-    void setRowBytes(qint64 bytes) override { rowBytes_ = bytes; }
+
+    QSqlRecord columns() override
+    {
+        QSqlQuery query(connection_.database());
+        if (!query.exec(QStringLiteral("FETCH FORWARD 0 FROM %1").arg(name_)))
+            connection_.fail(query.lastError(), caption_);
+        return query.record();
+    }
 
 private:
     static constexpr qint64 kMaxBatch = 1024;
@@ -92,7 +99,7 @@ private:
             lost_ = true;
             return false;
         }
-        asked_ = asked_ == 0 ? 16 : std::min(2 * asked_, kMaxBatch);
+        asked_ = asked_ == 0 ? 4 : std::min(2 * asked_, kMaxBatch);
         asked_ = std::clamp(kBatchBytes / std::max<qint64>(rowBytes_, 1), qint64(1), asked_);
         query_ = QSqlQuery(connection_.database());
         if (!query_.exec(QStringLiteral("FETCH FORWARD %1 FROM %2").arg(asked_).arg(name_))) {
@@ -118,7 +125,16 @@ private:
             connection_.fail(query.lastError(), caption_);
     }
     bool tryExec(const QString &sql) { return QSqlQuery(connection_.database()).exec(sql); }
-    bool savepoint() { return tryExec(QStringLiteral("SAVEPOINT nuvo_scan")); }
+    /// False where no transaction is under way.
+    bool savepoint()
+    {
+        QSqlQuery query(connection_.database());
+        if (query.exec(QStringLiteral("SAVEPOINT nuvo_scan")))
+            return true;
+        if (query.lastError().nativeErrorCode() != u"25P01") // no_active_sql_transaction
+            connection_.fail(query.lastError(), caption_);
+        return false;
+    }
     void release() { tryExec(QStringLiteral("RELEASE SAVEPOINT nuvo_scan")); }
     void rollBack()
     {
@@ -133,7 +149,7 @@ private:
             tryExec(QStringLiteral("COMMIT"));
         else if (!declared)
             rollBack();
-        else if (!lost_ && savepoint()) {
+        else if (!lost_ && tryExec(QStringLiteral("SAVEPOINT nuvo_scan"))) {
             if (tryExec(QStringLiteral("CLOSE %1").arg(name_)))
                 release();
             else
@@ -147,7 +163,6 @@ private:
     bool lost_ = false;
     qint64 asked_ = 0;
     qint64 fetched_ = -1;
-    qint64 rowBytes_ = 1;
 };
 
 } // namespace

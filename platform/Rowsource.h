@@ -47,10 +47,11 @@ public:
     /// Whether the statement was ended from outside (its transaction is over) and has to be begun again.
     virtual bool isLost() const { return false; }
     /// Tells how many bytes a row takes, so that not too many are fetched at once.
-    virtual void setRowBytes(qint64) {}
+    void setRowBytes(qint64 bytes) { rowBytes_ = bytes; }
 
     QVariant value(int column) const { return query_.value(column); }
-    QSqlRecord record() const { return query_.record(); }
+    /// The columns of the result; asked before the first row.
+    virtual QSqlRecord columns() { return query_.record(); }
 
 protected:
     RowSource(const Connection &connection, const QString &caption);
@@ -58,6 +59,7 @@ protected:
     const Connection &connection_;
     QString caption_;
     QSqlQuery query_;
+    qint64 rowBytes_ = 1;
 };
 
 } // namespace nuvo

@@ -5,6 +5,7 @@
 #include "support/Print.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QSignalSpy>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -488,6 +489,34 @@ TEST_P(Datasets, OfOneRegisteredConnectionCanBeScannedAtTheSameTime)
     second.EnableControls();
 }
 
+TEST_P(Datasets, SurviveThatTheirRegisteredConnectionIsClosedOrRemoved)
+{
+    db->makeNumbers(u("numbers"), 3000, 1);
+    const QString name = u("to be removed");
+    const auto add = [&] {
+        QSqlDatabase connection = QSqlDatabase::cloneDatabase(db->writer(), name);
+        EXPECT_TRUE(connection.open());
+    };
+    add();
+    TTable table;
+    table.SetDatabaseName(name);
+    table.SetTableName(u("numbers"));
+    table.Open();
+    QSqlDatabase::database(name).close();
+    table.Last(); // Qt opens it again for who asks for it
+    EXPECT_EQ(table.RecNo(), 3000);
+    table.Close();
+    table.Open();
+    QSqlDatabase::removeDatabase(name);
+    EXPECT_NE(errorOf([&] { table.Last(); }), QString());
+    EXPECT_EQ(table.RecNo(), 1);
+    add();
+    table.Last();
+    EXPECT_EQ(table.RecNo(), 3000);
+    table.Close();
+    QSqlDatabase::removeDatabase(name);
+}
+
 TEST_P(Datasets, HoldNoStatementBetweenTwoScans)
 {
     db->makeNumbers(u("numbers"), 3000, 1);
@@ -554,6 +583,38 @@ TEST_P(Datasets, ReadNoFurtherThanTheyAreWalked)
     EXPECT_EQ(query.RecNo(), 1);
     query.EnableControls();
     EXPECT_TRUE(query.Active());
+}
+
+TEST(SqliteFiles, CanHaveAnyName)
+{
+    const std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Sqlite);
+    db->makeNumbers(u("numbers"), 3, 1);
+    for (const char *name :
+         {"Größe €.db", "a?b#c.db", "a;b=c.db", "100%25.db", "file:x.db", "it's \"x\".db", " .db"}) {
+        const QString path = db->name().section(u'/', 0, -2) + u'/' + u(name);
+        ASSERT_TRUE(QFile::copy(db->name(), path));
+        TTable table;
+        table.SetDatabaseName(path);
+        table.SetTableName(u("numbers"));
+        table.Open();
+        EXPECT_EQ(table.RecordCount(), 3) << name;
+    }
+}
+
+TEST(SqliteFiles, ThatAWriterWritesInWriteAheadModeAreRead)
+{
+    const std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Sqlite);
+    db->exec(u("PRAGMA journal_mode = WAL"));
+    db->makeNumbers(u("numbers"), 300, 1);
+    db->exec(u("BEGIN IMMEDIATE"));
+    db->exec(u("INSERT INTO numbers VALUES (1000, 1)"));
+    TTable table;
+    open(table, *db, u("numbers"));
+    EXPECT_EQ(table.RecordCount(), 300);
+    table.Last();
+    db->exec(u("COMMIT"));
+    table.Refresh();
+    EXPECT_EQ(table.RecordCount(), 301);
 }
 
 TEST(ProgramsEnd, ClosesTheConnectionsOfDatasetsThatAreStillOpen)

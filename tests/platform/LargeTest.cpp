@@ -75,6 +75,24 @@ TEST_P(LargeTables, OfAMillionRecordsAreWalkedInBoundedMemory)
     }
 }
 
+TEST_P(LargeTables, WithWideRecordsAreWalkedInBoundedMemory)
+{
+    const bool sqlite = GetParam() == TestDatabase::Sqlite;
+    db->exec(sqlite ? u("CREATE TABLE wide (id INTEGER PRIMARY KEY, x REAL, photo BLOB)")
+                    : u("CREATE TABLE wide (id INTEGER PRIMARY KEY, x REAL, photo BYTEA)"));
+    db->exec(sqlite ? u("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 400) "
+                        "INSERT INTO wide SELECT i, i, randomblob(1000000) FROM n")
+                    : u("INSERT INTO wide SELECT i, i, decode(repeat('a1', 1000000), 'hex') FROM generate_series(1, "
+                        "400) n(i)"));
+    for (const char *mode : {"quiet", "attached"}) {
+        const WalkedRecords walked = walkRecords(db->name(), u("wide"), u(mode));
+        EXPECT_EQ(walked.records, 400);
+        std::printf("%s, controls %s: peak %lld kB for 400 records of 1 MB\n", backendName(GetParam()).c_str(), mode,
+                    static_cast<long long>(walked.peakKilobytes));
+        EXPECT_LE(walked.peakKilobytes, 150 * 1024);
+    }
+}
+
 TEST_P(LargeTables, OfTenMillionRowsOpenAndShowFiftyWithoutReadingTheRest)
 {
     db->makeNumbers(u("many"), 10000000, 3);

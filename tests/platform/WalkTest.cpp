@@ -6,6 +6,7 @@
 #include "support/Databases.h"
 #include "support/Print.h"
 
+#include <QAbstractItemModel>
 #include <QSqlQuery>
 
 #include <gtest/gtest.h>
@@ -61,10 +62,17 @@ std::vector<Case> cases()
     return all;
 }
 
-/// The small bounds make every path of reading again run within a few hundred rows.
-nuvo::RecordLimits smallLimits()
+/// The small bounds make every path of reading again run within a few hundred rows; tiny ones count bytes.
+nuvo::RecordLimits smallLimits(bool tiny)
 {
     nuvo::RecordLimits limits;
+    if (tiny) {
+        limits.blockBytes = 300;
+        limits.headBytes = 1500;
+        limits.windowBytes = 900;
+        limits.firstChunk = 5;
+        return limits;
+    }
     limits.blockRows = 8;
     limits.headRows = 24;
     limits.windowRows = 32;
@@ -100,7 +108,7 @@ protected:
     std::unique_ptr<TDataSet> dataset;
     std::vector<Record> expected;
 
-    void make(int rows);
+    void make(int rows, bool tiny = false);
     Record current() const;
     void check(qint64 row) const;
     std::optional<QVariantList> keyOf(const Record &record, int parts) const;
@@ -113,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(On, Walks, testing::ValuesIn(cases()), [](const auto &e
     return name.str();
 });
 
-void Walks::make(int rows)
+void Walks::make(int rows, bool tiny)
 {
     const Source source = GetParam().source;
     dataset.reset();
@@ -170,7 +178,7 @@ void Walks::make(int rows)
         dataset = std::move(table);
     }
     dataset->SetDatabaseName(db->name());
-    nuvo::setRecordLimits(*dataset, smallLimits());
+    nuvo::setRecordLimits(*dataset, smallLimits(tiny));
 
     expected.clear();
     QSqlQuery read(db->writer());
@@ -232,7 +240,7 @@ void Walks::walk(unsigned seed, int steps)
     ASSERT_NO_FATAL_FAILURE(check(row));
     for (int step = 0; step < steps; ++step) {
         const qint64 from = row;
-        const int what = int(below(14));
+        const int what = int(below(16));
         SCOPED_TRACE("step " + std::to_string(step) + " action " + std::to_string(what) + " from row " +
                      std::to_string(from));
         switch (what) {
@@ -304,6 +312,23 @@ void Walks::walk(unsigned seed, int steps)
             row = std::max<qint64>(0, count - 1);
             break;
         }
+        case 14:
+        case 15: {
+            // What an attached view shows elsewhere.
+            QAbstractItemModel *model = dataset->Model();
+            if (disabled > 0)
+                break;
+            if (what == 15 && model->canFetchMore({}))
+                model->fetchMore({});
+            ASSERT_LE(model->rowCount(), count);
+            const int idColumn = dataset->FieldByName(u("id")).Index();
+            for (int i = 0; i < 5 && model->rowCount() > 0; ++i) {
+                const int shown = int(below(model->rowCount()));
+                ASSERT_EQ(model->index(shown, idColumn).data().toString(),
+                          QString::number(expected[size_t(shown)].id));
+            }
+            break;
+        }
         case 12:
         case 13: {
             auto *table = dynamic_cast<TTable *>(dataset.get());
@@ -328,10 +353,12 @@ void Walks::walk(unsigned seed, int steps)
 TEST_P(Walks, AtRandomShowTheRecordsThatAnIndependentReadShows)
 {
     for (const int rows : {0, 1, 2, 3, 4, 7, 8, 9, 23, 24, 25, 32, 57, 200}) {
-        make(rows);
-        SCOPED_TRACE(std::to_string(rows) + " rows");
-        ASSERT_NO_FATAL_FAILURE(walk(unsigned(rows) * 31 + 7, 60));
-        ASSERT_NO_FATAL_FAILURE(walk(unsigned(rows) * 17 + 3, 60));
+        for (const bool tiny : {false, true}) {
+            make(rows, tiny);
+            SCOPED_TRACE(std::to_string(rows) + (tiny ? " rows, tiny bounds" : " rows"));
+            ASSERT_NO_FATAL_FAILURE(walk(unsigned(rows) * 31 + 7, 60));
+            ASSERT_NO_FATAL_FAILURE(walk(unsigned(rows) * 17 + 3, 60));
+        }
     }
 }
 
