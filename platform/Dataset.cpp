@@ -521,7 +521,7 @@ void TDataSet::Private::place(qint64 row)
     q.cursor_.row = row;
     q.cursor_.cells = block->cellsOf(row);
     q.cursor_.stride = store->layout().cells;
-    q.cursor_.fastEnd = disabled > 0 && !bof ? block->endRow() : 0;
+    q.cursor_.fastEnd = disabled > 0 ? block->endRow() : 0;
 }
 
 /// Reads on up to a row, in order; returns the row, or the last one when there are fewer.
@@ -554,7 +554,7 @@ void TDataSet::Private::changed()
 
 QVariant TDataSet::Private::valueIn(const Block &from, qint64 row, int field) const
 {
-    const QVariant value = from.value(row, field);
+    QVariant value = from.value(row, field);
     // A whole number of an integer column is kept as a double that holds it.
     if (value.typeId() == QMetaType::Double && nuvo::isInteger(kinds_[size_t(field)])) {
         const double number = value.toDouble();
@@ -748,17 +748,12 @@ qint64 TDataSet::MoveBy(qint64 distance)
     if (IsEmpty() || distance == 0)
         return 0;
     const qint64 from = cursor_.row;
-    qint64 to = from;
-    if (distance < 0) {
-        to = distance < -from ? 0 : from + distance;
-    } else {
-        // Row by row of chunks: nobody knows yet how many there are.
-        const qint64 goal = distance > std::numeric_limits<qint64>::max() - from ? std::numeric_limits<qint64>::max()
-                                                                                 : from + distance;
-        to = d_->reach(goal);
-    }
+    constexpr qint64 kMost = std::numeric_limits<qint64>::max();
+    const qint64 goal = distance > kMost - from ? kMost : from + distance;
+    // Forward in order: nobody knows yet how many records there are.
+    const qint64 to = distance < 0 ? std::max<qint64>(0, goal) : d_->reach(goal);
     d_->place(to);
-    d_->bof = distance < 0 && from + distance < 0;
+    d_->bof = goal < 0;
     eof_ = distance > 0 && to - from < distance;
     if (to != from)
         d_->moved();
@@ -782,7 +777,7 @@ bool TDataSet::MoveToRow(qint64 row)
 bool TDataSet::Bof() const
 {
     const_cast<TDataSet *>(this)->NeedRecords();
-    return d_->bof;
+    return d_->bof && cursor_.row == 0; // Next() may have gone on without a word
 }
 
 bool TDataSet::EofSlow() const

@@ -45,16 +45,16 @@ private:
                 ++at_;
             return SqlPiece::Blank;
         }
-        if (c == u'-' && peek(1) == u'-' && (dialect_ != Dialect::Mysql || peek(2).isSpace() || peek(2).isNull()))
-            return lineComment();
-        if (c == u'#' && dialect_ == Dialect::Mysql)
+        const bool mysql = dialect_ == Dialect::Mysql;
+        if ((mysql && c == u'#') ||
+            (c == u'-' && peek(1) == u'-' && (!mysql || peek(2).isSpace() || peek(2).isNull())))
             return lineComment();
         if (c == u'/' && peek(1) == u'*')
             return blockComment();
         if (c == u'\'')
-            return quoted(u'\'', dialect_ == Dialect::Mysql, SqlPiece::Literal, u"text");
+            return quoted(u'\'', mysql, SqlPiece::Literal, u"text");
         if (c == u'"')
-            return quoted(u'"', dialect_ == Dialect::Mysql, SqlPiece::Name, u"name");
+            return quoted(u'"', mysql, SqlPiece::Name, u"name");
         if (c == u'`' && dialect_ != Dialect::Postgres)
             return quoted(u'`', false, SqlPiece::Name, u"name");
         if (c == u'[' && dialect_ == Dialect::Sqlite)
@@ -121,16 +121,14 @@ private:
     {
         ++at_;
         while (at_ < text_.size()) {
-            if (backslashes && text_[at_] == u'\\') {
+            const QChar c = text_[at_];
+            if ((backslashes && c == u'\\') || (c == quote && peek(1) == quote)) {
                 at_ += 2;
-            } else if (text_[at_] != quote) {
-                ++at_;
-            } else if (peek(1) == quote) {
-                at_ += 2;
-            } else {
-                ++at_;
-                return kind;
+                continue;
             }
+            ++at_;
+            if (c == quote)
+                return kind;
         }
         throw EDatabaseError(QStringLiteral("A quoted %1 in the SQL text has no closing %2.").arg(what, quote));
     }

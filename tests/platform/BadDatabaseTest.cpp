@@ -40,7 +40,7 @@ QString openError(const QString &database)
     TTable table;
     table.SetDatabaseName(database);
     table.SetTableName(u("t"));
-    const QString error = errorOf([&] { table.Open(); });
+    QString error = errorOf([&] { table.Open(); });
     EXPECT_FALSE(table.Active());
     EXPECT_FALSE(error.contains(u'\n')) << error.toStdString();
     // Field definitions are as far away, and nothing is left behind.
@@ -99,7 +99,7 @@ TEST(BadDatabases, ThatNobodyMayReadAreRefused)
         if (root) {
             EXPECT_EQ(setresuid(kNobody, kNobody, 0), 0);
         }
-        const QString error = openError(db->name());
+        QString error = openError(db->name());
         if (root) {
             EXPECT_EQ(setresuid(0, 0, 0), 0);
         }
@@ -149,7 +149,7 @@ TEST(BadDatabases, ThatAreDamagedInTheMiddleSaySo)
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
     const qint64 middle = file.size() / 2;
     ASSERT_TRUE(file.seek(middle / 4096 * 4096));
-    file.write(QByteArray(8 * 4096, '\x5a'));
+    file.write(QByteArray(32768, '\x5a'));
     file.close();
     const QString error = errorOf([&] {
         const nuvo::ControlsOff quiet(table);

@@ -171,6 +171,15 @@ TEST_P(Datasets, EndBehindTheLastRecordAndBeginBeforeTheFirst)
     table.First();
     EXPECT_TRUE(table.Bof());
     EXPECT_FALSE(table.Eof());
+    const nuvo::ControlsOff quiet(table);
+    table.Next();
+    EXPECT_FALSE(table.Bof());
+    table.Prior();
+    EXPECT_FALSE(table.Bof());
+    table.Prior();
+    EXPECT_TRUE(table.Bof());
+    table.Next();
+    EXPECT_FALSE(table.Bof());
 }
 
 TEST_P(Datasets, WithoutRecordsAreAtBothEnds)

@@ -31,7 +31,7 @@ QString urlIn(const QString &state)
 
 QString PostgresServer::sharedUrl()
 {
-    const QString url = urlIn(QStringLiteral(NUVO_POSTGRES_STATE));
+    QString url = urlIn(QStringLiteral(NUVO_POSTGRES_STATE));
     EXPECT_FALSE(url.isEmpty()) << "No PostgreSQL server was started for the tests: run them with ctest, or call "
                                 << NUVO_POSTGRES_SCRIPT << " start " << NUVO_POSTGRES_STATE;
     return url;
