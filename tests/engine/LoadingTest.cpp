@@ -1040,8 +1040,10 @@ TEST_F(LoadProgressShown, EscapeEndsTheLoadAsNotLoaded)
     EXPECT_FALSE(regression.ControlsDisabled());
     EXPECT_EQ(MLRGaugeDlg, nullptr);
     EXPECT_EQ(messages.shown, std::vector<Message>());
+    regression.SetShowLoadProgress(false);
     EXPECT_TRUE(regression.ReLoad());
     EXPECT_FALSE(regression.LoadStopped());
+    EXPECT_EQ(regression.GetNumObs(), 2500);
 }
 
 // What the application does while a load shows its progress.

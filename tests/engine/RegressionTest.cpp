@@ -49,6 +49,7 @@ std::vector<std::uint64_t> figures(TRegression &regression)
             values.push_back(regression.Getx(i, j));
     }
     std::vector<std::uint64_t> bits;
+    bits.reserve(values.size());
     for (const double value : values)
         bits.push_back(std::bit_cast<std::uint64_t>(value));
     return bits;
