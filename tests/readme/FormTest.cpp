@@ -1,6 +1,6 @@
 // The form of the README, with its program's entry out of the way.
 #define main exampleMain
-#include "examples/Form.cpp"
+#include "examples/Form.cpp" // NOLINT(bugprone-suspicious-include)
 #undef main
 
 #include <QDir>
