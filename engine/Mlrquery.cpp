@@ -1,6 +1,7 @@
 #include "engine/Mlrquery.h"
 
 #include "present/Loadgage.h"
+#include "present/Mlrplot.h"
 
 TMLRQuery::TMLRQuery(QWidget *owner) : TQuery(owner), TRegression(static_cast<TDataSet &>(*this), Form::Query) {}
 
@@ -9,4 +10,9 @@ TMLRQuery::~TMLRQuery() = default;
 std::unique_ptr<LoadProgress> TMLRQuery::MakeLoadProgress()
 {
     return std::make_unique<TMLRGaugeDlg>();
+}
+
+void TMLRQuery::ShowPlots()
+{
+    nuvo::showPlots(*this, FPlotForm);
 }
