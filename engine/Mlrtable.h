@@ -19,6 +19,9 @@ public:
 
     QString DataSourceName() const override { return TableName(); }
 
+    /// Shows the report of what the component holds, a successful run or not, and returns when it is closed; see
+    /// nuvo::showReport.
+    void Output();
     /// Shows the diagnostic plots in a window and returns when it is closed; see nuvo::showPlots.
     void ShowPlots();
     /// The plot window while it is open, else null.

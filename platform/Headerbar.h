@@ -21,11 +21,16 @@ public:
     void SetSections(const QStringList &captions, const QList<int> &widths = {});
     /// Pixels that all captions need side by side.
     int NeededWidth() const;
+    /// The height in which all captions have room when the bar is that wide.
+    int NeededHeight(int width) const;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    QList<int> WidthsIn(int width) const;
+    QSize Broken(int section, int width, int flags) const;
+    int BreakingIn(const QList<int> &widths) const;
     void LayOut();
     int Needed(int section) const;
 

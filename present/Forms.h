@@ -4,10 +4,13 @@
 
 #include <QFont>
 #include <QPalette>
+#include <QSize>
 #include <QString>
 
 #include <exception>
 #include <utility>
+
+class QPlainTextEdit;
 
 namespace nuvo {
 
@@ -15,6 +18,13 @@ namespace nuvo {
 QPalette formPalette();
 /// The forms' letters: 8 points, that is 11 pixels of Arial. The forms are laid out in pixels.
 QFont formFont();
+
+/// Black on white, for what looks like paper.
+QPalette paperPalette();
+/// Fixed-pitch letters: the matrices are aligned by blanks.
+QFont matrixFont(int points);
+/// What the lines of a memo take, its frame and margins included.
+QSize neededSize(const QPlainTextEdit &memo);
 
 /// Points of the forms as pixels: 8 points are 11.
 constexpr int pointsToPixels(int points)
