@@ -90,6 +90,7 @@ TRegressionOutputForm::TRegressionOutputForm(QWidget *parent)
     maroon.setColor(QPalette::WindowText, QColor(0x80, 0, 0));
     ui_->Panel2->setPalette(maroon);
     ui_->Panel2->setTextFormat(Qt::PlainText);
+    footer_ = ui_->Panel2->text();
 
     for (QPushButton *button : {ui_->bbtnPrintForm, ui_->bbtnPlots, ui_->bbtnShowMatrix})
         button->setAutoDefault(false);
@@ -154,8 +155,10 @@ void TRegressionOutputForm::PopUpAbove(QMenu &menu, const QPushButton &button)
 
 void TRegressionOutputForm::SetReportMessage(const QString &message)
 {
-    if (!message.isEmpty())
-        ui_->Panel2->setText(DisplayLines(message));
+    if (message.isEmpty())
+        return;
+    footer_ = message;
+    ui_->Panel2->setText(DisplayLines(message));
 }
 
 void TRegressionOutputForm::Open(TRegression *dataSet, const QString &description, const QString &depVar,
@@ -349,11 +352,10 @@ void TRegressionOutputForm::ZoomClick()
 {
     const QPointer<TAnalysisMatrix> dialog = new TAnalysisMatrix(this);
     const auto gone = qScopeGuard([&dialog] { delete dialog; });
-    const QString footer = ui_->Panel2->text();
     if (visibleMatrix_ == QLatin1String("Covariance"))
-        dialog->Open(covarianceLines_, QStringLiteral("Covariance Matrix"), description_, footer);
+        dialog->Open(covarianceLines_, QStringLiteral("Covariance Matrix"), description_, footer_);
     else
-        dialog->Open(correlationLines_, QStringLiteral("Correlation Matrix"), description_, footer);
+        dialog->Open(correlationLines_, QStringLiteral("Correlation Matrix"), description_, footer_);
 }
 
 void TRegressionOutputForm::PlotsClick()

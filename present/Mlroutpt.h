@@ -92,6 +92,7 @@ private:
     std::function<void()> plots_;
     nuvo::ReportDocument document_; ///< what is saved and copied
     QString description_;
+    QString footer_; ///< as it was given, line ends included
     QStringList covarianceLines_;
     QStringList correlationLines_;
     QString visibleMatrix_;

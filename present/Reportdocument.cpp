@@ -45,8 +45,7 @@ QList<QStringList> partsOf(const ReportDocument &report)
         {texts.DOF},
         {SumsTitle % kLineEnd % u"   " % texts.SSR % kLineEnd % u"   " % texts.SSE % kLineEnd % u"   " % texts.SST},
         // On the window the twos are labels of their own.
-        {u"s\u00b2 : " % report.blocks.SSquared % kLineEnd % u"R\u00b2 : " % report.window.RSquared % kLineEnd %
-         texts.FStat}};
+        {u"s\u00b2 : " % report.blocks.SSquared, u"R\u00b2 : " % report.window.RSquared, texts.FStat}};
 }
 
 QStringList headOf(const ReportDocument &report)
@@ -95,17 +94,18 @@ QString htmlLines(const QStringList &lines)
 {
     QString html;
     for (const QString &line : lines)
-        html += (html.isEmpty() ? QString() : QStringLiteral("<br/>\n")) + line.toHtmlEscaped();
+        html += line.toHtmlEscaped() + QStringLiteral("<br/>");
+    html.chop(5);
     return html;
 }
 
-/// A block as HTML: its caption, up to the first line's end or colon, in bold.
+/// A block as HTML, the caption above its lines in bold. Line ends in the source would count in the cells.
 QString htmlBlock(const QString &text)
 {
     QStringList lines = linesOf(text);
     if (lines.size() == 1)
         return htmlLines(lines);
-    const QString caption = QStringLiteral("<b>") + lines.takeFirst().toHtmlEscaped() + QStringLiteral("</b><br/>\n");
+    const QString caption = QStringLiteral("<b>") + lines.takeFirst().toHtmlEscaped() + QStringLiteral("</b><br/>");
     return caption + htmlLines(lines);
 }
 
@@ -180,7 +180,7 @@ QString reportHtml(const ReportDocument &report)
 {
     QString head;
     for (const QString &line : headOf(report))
-        head += (head.isEmpty() ? QString() : QStringLiteral("<br/>\n")) + htmlLines(DisplayLines(line).split(u'\n'));
+        head += (head.isEmpty() ? QString() : QStringLiteral("<br/>")) + htmlLines(DisplayLines(line).split(u'\n'));
     QString body;
     for (const QStringList &part : partsOf(report)) {
         body += QStringLiteral("<table><tr>\n");

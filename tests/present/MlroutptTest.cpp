@@ -535,6 +535,22 @@ TEST(ReportWindow, NothingIsCutWithLongNamesAndAnyNumberOfControls)
     }
 }
 
+TEST(ReportWindow, LineEndsOfTheMessageCountInTheZoomsFooter)
+{
+    Fitted fitted = scatteredFit(20, 2);
+    fitted.table.SetReportMessage(QString(75, u'm') + QLatin1String("\n\rxyz"));
+    showReport(
+        fitted,
+        [&](TRegressionOutputForm &form) {
+            EXPECT_EQ(text(form, "Panel2"), QString(75, u'm') + QLatin1String("\nxyz"));
+            chooseMatrix(form, "Zoom1");
+        },
+        [](QDialog &zoom) {
+            EXPECT_EQ(text(zoom, "Panel2"), QString(75, u'm') + QLatin1String("\nx..."));
+            click(zoom, "BitBtn1");
+        });
+}
+
 TEST(ReportWindow, AWindowWiderThanTheScreenScrolls)
 {
     Fitted fitted(20, {QString(300, u'W')}, scattered);
@@ -611,6 +627,7 @@ TEST(ReportFiles, SaveReportWritesADocumentOfEachKind)
     EXPECT_TRUE(pdf.startsWith("%PDF-"));
     EXPECT_TRUE(pdf.contains("/ToUnicode")) << "text, not a picture of it";
     EXPECT_FALSE(pdf.contains("/Subtype /Image"));
+    EXPECT_EQ(pdf.count("/Type /Page\n"), 1) << "a small report takes one page";
 
     const QString html = QString::fromUtf8(contentOf(file("r.html")));
     const QString plain = QString::fromUtf8(contentOf(file("r.txt")));

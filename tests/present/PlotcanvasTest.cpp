@@ -282,6 +282,19 @@ TEST(Plots, TheDataOfAFitIsCopiedAndItsStandardisedResidualsSorted)
     EXPECT_TRUE(makePlot(data, scatterPlot(4)).caption.isEmpty());
 }
 
+TEST(Plots, TheLargestFitHasADotForEachObservation)
+{
+    Fitted fitted = scatteredFit(2500, 10);
+    const PlotData data = plotData(fitted.table);
+    for (const NamedPlot &named : allPlots(10)) {
+        const Plot plot = makePlot(data, named.code);
+        EXPECT_EQ(plot.dots.size(), 2500U) << named.name.toStdString();
+        PlotCanvas canvas;
+        canvas.DrawDots(plot);
+        EXPECT_GT(drawnPixels(canvas), 1000) << named.name.toStdString();
+    }
+}
+
 TEST(Plots, AFitThatIsNotOfTheseObservationsIsToldApart)
 {
     Fitted fitted = scatteredFit(20, 1);
