@@ -227,7 +227,7 @@ std::vector<NamedPlot> allPlots(int controls)
     return plots;
 }
 
-PlotCanvas::PlotCanvas() : image_(PlotWidth, PlotHeight, QImage::Format_RGB32), visited_(PlotWidth * PlotHeight)
+PlotCanvas::PlotCanvas() : image_(PlotWidth, PlotHeight, QImage::Format_RGB32), tainted_(PlotWidth * PlotHeight)
 {
     image_.fill(canvasColor_);
 }
@@ -236,12 +236,14 @@ void PlotCanvas::SetDotColor(const QColor &color)
 {
     dotColor_ = color;
     dot_ = QImage();
+    tainted_.assign(tainted_.size(), true);
 }
 
 void PlotCanvas::SetCanvasColor(const QColor &color)
 {
     canvasColor_ = color;
     image_.fill(color);
+    tainted_.assign(tainted_.size(), false);
 }
 
 void PlotCanvas::DrawDots(int x, int y, int size)
@@ -263,7 +265,48 @@ void PlotCanvas::DrawDots(int x, int y, int size)
                 to[column] = from[column - x];
         }
     }
-    FloodFill({x + size / 2, y + size / 2});
+    if (seen.isEmpty())
+        return;
+
+    QRgb *const pixels = reinterpret_cast<QRgb *>(image_.bits());
+    const QPoint middle(x + size / 2, y + size / 2);
+    if (!image_.rect().contains(middle) || dotColor_.rgb() == canvasColor_.rgb()) {
+        // No fill: the line stays, and whatever it touches is no longer of one colour.
+        for (int row = seen.top(); row <= seen.bottom(); ++row) {
+            for (int column = seen.left(); column <= seen.right(); ++column) {
+                if (qAlpha(dot_.pixel(column - x, row - y)) != 0)
+                    Flood({column, row}, [this](int at) { tainted_[at] = true; });
+            }
+        }
+        return;
+    }
+    const QRgb fill = dotColor_.rgb();
+    if (TouchesTaint(seen)) {
+        Flood(middle, [&](int at) {
+            pixels[at] = fill;
+            tainted_[at] = false;
+        });
+        return;
+    }
+    for (int row = seen.top(); row <= seen.bottom(); ++row) {
+        for (int column = seen.left(); column <= seen.right(); ++column) {
+            if (qAlpha(dot_.pixel(column - x, row - y)) != 0)
+                pixels[row * PlotWidth + column] = fill;
+        }
+    }
+}
+
+bool PlotCanvas::TouchesTaint(const QRect &dot) const
+{
+    const QRect around = dot.adjusted(-1, -1, 1, 1) & image_.rect();
+    const QRgb ground = canvasColor_.rgb();
+    for (int row = around.top(); row <= around.bottom(); ++row) {
+        for (int column = around.left(); column <= around.right(); ++column) {
+            if (tainted_[row * PlotWidth + column] && image_.pixel(column, row) != ground)
+                return true;
+        }
+    }
+    return false;
 }
 
 void PlotCanvas::DrawDots(const Plot &plot)
@@ -272,35 +315,33 @@ void PlotCanvas::DrawDots(const Plot &plot)
         DrawDots(dot.x(), dot.y(), DotSize);
 }
 
-void PlotCanvas::FloodFill(QPoint start)
+template <class Visit>
+void PlotCanvas::Flood(QPoint start, Visit visit)
 {
-    if (!image_.rect().contains(start))
-        return;
-    const QRgb border = canvasColor_.rgb();
-    const QRgb fill = dotColor_.rgb();
-    QRgb *const pixels = reinterpret_cast<QRgb *>(image_.bits());
-    ++fills_;
+    const QRgb ground = canvasColor_.rgb();
+    const QRgb *const pixels = reinterpret_cast<const QRgb *>(image_.constBits());
+    std::vector<bool> seen(PlotWidth * PlotHeight);
     std::vector<int> open;
-    const auto visit = [&](int at) {
-        if (visited_[at] != fills_ && pixels[at] != border) {
-            visited_[at] = fills_;
-            pixels[at] = fill;
+    const auto reach = [&](int at) {
+        if (!seen[at] && pixels[at] != ground) {
+            seen[at] = true;
             open.push_back(at);
         }
     };
-    visit(start.y() * PlotWidth + start.x());
+    reach(start.y() * PlotWidth + start.x());
     while (!open.empty()) {
         const int at = open.back();
         open.pop_back();
+        visit(at);
         const int column = at % PlotWidth;
         if (column > 0)
-            visit(at - 1);
+            reach(at - 1);
         if (column < PlotWidth - 1)
-            visit(at + 1);
+            reach(at + 1);
         if (at >= PlotWidth)
-            visit(at - PlotWidth);
+            reach(at - PlotWidth);
         if (at < PlotWidth * (PlotHeight - 1))
-            visit(at + PlotWidth);
+            reach(at + PlotWidth);
     }
 }
 

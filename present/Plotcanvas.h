@@ -116,14 +116,19 @@ public:
     void DrawDots(const Plot &plot);
 
 private:
-    void FloodFill(QPoint start);
+    /// Calls visit with every pixel that is joined to the start, sideways or up and down, by pixels not of the
+    /// canvas's colour.
+    template <class Visit>
+    void Flood(QPoint start, Visit visit);
+    bool TouchesTaint(const QRect &dot) const;
 
     QImage image_;
     QImage dot_; ///< the ellipse on transparent ground, made when needed
     QColor canvasColor_ = Qt::white;
     QColor dotColor_ = QColor(0x80, 0, 0);
-    std::vector<int> visited_; ///< per pixel, the number of the fill that came there last
-    int fills_ = 0;
+    /// Per pixel, whether what it is joined to may have other colours than the dots'. A fill that meets none of these
+    /// has nothing to do beyond its own dot: thousands of dots that touch would otherwise be filled again and again.
+    std::vector<bool> tainted_;
 };
 
 } // namespace nuvo

@@ -2,6 +2,8 @@
 
 #include "present/Fitted.h"
 
+#include <QPainter>
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -127,6 +129,57 @@ TEST(Canvas, AFillOnAnotherGroundStopsAtThatGround)
     EXPECT_EQ(drawnPixels(canvas), 21);
     canvas.SetCanvasColor(Qt::cyan);
     EXPECT_EQ(drawnPixels(canvas), 0);
+}
+
+TEST(Canvas, ManyDotsAreThePixelsOfTheWrittenSteps)
+{
+    // The steps word for word, as slow as they are.
+    const QRgb white = qRgb(255, 255, 255);
+    const QRgb maroon = qRgb(0x80, 0, 0);
+    QImage plain(PlotWidth, PlotHeight, QImage::Format_RGB32);
+    plain.fill(white);
+    PlotCanvas canvas;
+    unsigned state = 1;
+    const auto random = [&state](unsigned below) {
+        state = state * 1103515245U + 12345U;
+        return int((state >> 8) % below);
+    };
+    for (int dot = 0; dot < 1500; ++dot) {
+        // Dense at the bottom, where dots keep their lines.
+        const int x = random(PlotWidth + 10) - 6;
+        const int y = dot % 2 == 0 ? PlotHeight - random(12) : random(PlotHeight + 10) - 6;
+        canvas.DrawDots(x, y, 4);
+        {
+            QPainter painter(&plain);
+            painter.setPen(Qt::black);
+            painter.setBrush(QColor(maroon));
+            painter.drawEllipse(x, y, 4, 4);
+        }
+        std::vector<QPoint> open{QPoint(x + 2, y + 2)};
+        std::vector<bool> seen(PlotWidth * PlotHeight);
+        while (!open.empty()) {
+            const QPoint at = open.back();
+            open.pop_back();
+            if (!plain.rect().contains(at) || seen[at.y() * PlotWidth + at.x()] || plain.pixel(at) == white)
+                continue;
+            seen[at.y() * PlotWidth + at.x()] = true;
+            plain.setPixel(at, maroon);
+            for (const QPoint step : {QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)})
+                open.push_back(at + step);
+        }
+        if (dot % 100 == 99) {
+            ASSERT_TRUE(canvas.Image() == plain) << dot;
+        }
+    }
+}
+
+TEST(Canvas, AnotherDotColorRunsThroughTheDotsThatItTouches)
+{
+    PlotCanvas canvas;
+    canvas.DrawDots(10, 20, 4);
+    canvas.SetDotColor(Qt::blue);
+    canvas.DrawDots(14, 20, 4);
+    EXPECT_EQ(pixels(canvas, QRect(9, 19, 11, 3)), (Rows{"...........", "..###.###..", ".#########."}));
 }
 
 TEST(Plots, AScatterPlotMapsTheRangesToThePicture)
