@@ -1,6 +1,8 @@
 #include "engine/Mlrquery.h"
 
 #include "present/Loadgage.h"
+#include "present/Mlroutpt.h"
+#include "present/Mlrplot.h"
 
 TMLRQuery::TMLRQuery(QWidget *owner) : TQuery(owner), TRegression(static_cast<TDataSet &>(*this), Form::Query) {}
 
@@ -9,4 +11,14 @@ TMLRQuery::~TMLRQuery() = default;
 std::unique_ptr<LoadProgress> TMLRQuery::MakeLoadProgress()
 {
     return std::make_unique<TMLRGaugeDlg>();
+}
+
+void TMLRQuery::Output()
+{
+    nuvo::showReport(*this, [this] { ShowPlots(); });
+}
+
+void TMLRQuery::ShowPlots()
+{
+    nuvo::showPlots(*this, FPlotForm);
 }

@@ -3,6 +3,10 @@
 #include "engine/Regressionproperties.h"
 #include "platform/Query.h"
 
+#include <QPointer>
+
+class TMLRPlotForm;
+
 /// A query that fits a regression to its own records. See TRegression for the operations.
 class NUVO_EXPORT TMLRQuery : public TQuery, public TRegression
 {
@@ -14,6 +18,14 @@ public:
     ~TMLRQuery() override;
 
     QString DataSourceName() const override { return SQLLines().value(0); }
+
+    /// Shows the report of what the component holds, a successful run or not, and returns when it is closed; see
+    /// nuvo::showReport.
+    void Output();
+    /// Shows the diagnostic plots in a window and returns when it is closed; see nuvo::showPlots.
+    void ShowPlots();
+    /// The plot window while it is open, else null.
+    QPointer<TMLRPlotForm> FPlotForm;
 
 Q_SIGNALS:
     /// A load has ended, with usable observations or without.

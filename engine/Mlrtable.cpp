@@ -1,6 +1,8 @@
 #include "engine/Mlrtable.h"
 
 #include "present/Loadgage.h"
+#include "present/Mlroutpt.h"
+#include "present/Mlrplot.h"
 
 TMLRTable::TMLRTable(QWidget *owner) : TTable(owner), TRegression(static_cast<TDataSet &>(*this), Form::Table) {}
 
@@ -9,4 +11,14 @@ TMLRTable::~TMLRTable() = default;
 std::unique_ptr<LoadProgress> TMLRTable::MakeLoadProgress()
 {
     return std::make_unique<TMLRGaugeDlg>();
+}
+
+void TMLRTable::Output()
+{
+    nuvo::showReport(*this, [this] { ShowPlots(); });
+}
+
+void TMLRTable::ShowPlots()
+{
+    nuvo::showPlots(*this, FPlotForm);
 }

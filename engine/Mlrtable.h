@@ -3,6 +3,10 @@
 #include "engine/Regressionproperties.h"
 #include "platform/Table.h"
 
+#include <QPointer>
+
+class TMLRPlotForm;
+
 /// A table that fits a regression to its own records. See TRegression for the operations.
 class NUVO_EXPORT TMLRTable : public TTable, public TRegression
 {
@@ -14,6 +18,14 @@ public:
     ~TMLRTable() override;
 
     QString DataSourceName() const override { return TableName(); }
+
+    /// Shows the report of what the component holds, a successful run or not, and returns when it is closed; see
+    /// nuvo::showReport.
+    void Output();
+    /// Shows the diagnostic plots in a window and returns when it is closed; see nuvo::showPlots.
+    void ShowPlots();
+    /// The plot window while it is open, else null.
+    QPointer<TMLRPlotForm> FPlotForm;
 
 Q_SIGNALS:
     /// A load has ended, with usable observations or without.

@@ -58,13 +58,73 @@ void drawModels(QPainter &painter)
     }
 }
 
+void drawAxes(QPainter &painter)
+{
+    painter.setPen(QPen(Ink, 1.2));
+    painter.drawLine(QPointF(3.5, 2), QPointF(3.5, 20.5));
+    painter.drawLine(QPointF(3.5, 20.5), QPointF(22, 20.5));
+}
+
+void drawSmallDots(QPainter &painter, std::initializer_list<QPointF> dots)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Accent);
+    for (const QPointF &dot : dots)
+        painter.drawEllipse(dot, 1.5, 1.5);
+}
+
+/// Residuals about zero and the letter of what they are set against.
+void drawResiduals(QPainter &painter, const QString &letter)
+{
+    painter.setPen(QPen(Ink, 1.2));
+    painter.drawLine(QPointF(3.5, 1), QPointF(3.5, 16));
+    painter.drawLine(QPointF(3.5, 8.5), QPointF(22, 8.5));
+    drawSmallDots(painter, {QPointF(6.5, 4.5), QPointF(9.5, 12), QPointF(12.5, 5), QPointF(15.5, 13.5),
+                            QPointF(18.5, 3.5), QPointF(21, 11)});
+    QFont font(QStringLiteral("Arial"));
+    font.setPixelSize(9);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Ink);
+    painter.drawText(QRectF(3, 14.5, 20, 10), Qt::AlignHCenter | Qt::AlignBottom, letter);
+}
+
+void drawClear(QPainter &painter)
+{
+    painter.setPen(QPen(Ink, 1));
+    painter.setBrush(Qt::white);
+    painter.drawPolygon(QPolygonF(
+        {QPointF(5.5, 2.5), QPointF(14.5, 2.5), QPointF(18.5, 6.5), QPointF(18.5, 21.5), QPointF(5.5, 21.5)}));
+    painter.drawPolyline(QPolygonF({QPointF(14.5, 2.5), QPointF(14.5, 6.5), QPointF(18.5, 6.5)}));
+}
+
+void drawClose(QPainter &painter)
+{
+    painter.setPen(QPen(Accent, 3, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(6, 6), QPointF(18, 18));
+    painter.drawLine(QPointF(18, 6), QPointF(6, 18));
+}
+
+int sideOf(nuvo::Picture picture)
+{
+    switch (picture) {
+    case nuvo::Picture::Records:
+    case nuvo::Picture::Fit:
+        return 28;
+    case nuvo::Picture::Models:
+        return 32;
+    default:
+        return 24;
+    }
+}
+
 } // namespace
 
 namespace nuvo {
 
 QPixmap drawPicture(Picture picture, qreal ratio)
 {
-    const int side = picture == Picture::Models ? 32 : 28;
+    const int side = sideOf(picture);
     QPixmap pixmap(QSize(side, side) * ratio);
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
@@ -79,6 +139,34 @@ QPixmap drawPicture(Picture picture, qreal ratio)
         break;
     case Picture::Models:
         drawModels(painter);
+        break;
+    case Picture::Scatter:
+        drawAxes(painter);
+        drawSmallDots(painter, {QPointF(6.5, 17), QPointF(9, 13), QPointF(12, 14.5), QPointF(14, 8.5),
+                                QPointF(17.5, 10), QPointF(20, 4.5)});
+        break;
+    case Picture::ResidualInput:
+        drawResiduals(painter, QStringLiteral("1..n"));
+        break;
+    case Picture::ResidualControl:
+        drawResiduals(painter, QStringLiteral("X"));
+        break;
+    case Picture::ResidualResponse:
+        drawResiduals(painter, QStringLiteral("Y"));
+        break;
+    case Picture::ResidualFitted:
+        drawResiduals(painter, QStringLiteral("Y\u0302"));
+        break;
+    case Picture::Ecdf:
+        drawAxes(painter);
+        drawSmallDots(painter, {QPointF(6, 18), QPointF(8.5, 17), QPointF(11, 14.5), QPointF(13, 11),
+                                QPointF(15, 7.5), QPointF(17.5, 5), QPointF(20.5, 4)});
+        break;
+    case Picture::Clear:
+        drawClear(painter);
+        break;
+    case Picture::Close:
+        drawClose(painter);
         break;
     }
     return pixmap;

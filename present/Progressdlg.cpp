@@ -2,6 +2,7 @@
 
 #include "platform/Gauge.h"
 #include "platform/Messages.h"
+#include "present/Forms.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -19,21 +20,6 @@ namespace {
 constexpr auto Pace = 33ms;
 constexpr auto LongestWait = 1s;
 
-/// The forms' colours are fixed, text and ground alike, so that a dark desktop cannot take one of the two away.
-QPalette formPalette()
-{
-    QPalette palette(QColor(0xd9, 0xd9, 0xd9));
-    palette.setColor(QPalette::Highlight, QColor(0xa6, 0xca, 0xf0));
-    return palette;
-}
-
-QFont formFont()
-{
-    QFont font(QStringLiteral("Arial"));
-    font.setPixelSize(11);
-    return font;
-}
-
 } // namespace
 
 /// The window: Escape and its close button are a wish to stop.
@@ -46,8 +32,8 @@ public:
           stopped_(stopped)
     {
         setModal(true);
-        setPalette(formPalette());
-        setFont(formFont());
+        setPalette(nuvo::formPalette());
+        setFont(nuvo::formFont());
     }
 
     /// Escape and, through the close event, the window's close button.

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <functional>
+
+class QDialog;
+
+/// Shows a dialog modally and returns how it ended, as QDialog::exec() does. Every modal window but the message boxes
+/// comes through here. On the `offscreen` and `minimal` platforms, where nobody could close it, the default runner
+/// shows the dialog, closes it again and returns QDialog::Rejected: nothing waits.
+NUVO_EXPORT int ShowModal(QDialog &dialog);
+
+using TModalRunner = std::function<int(QDialog &dialog)>;
+
+/// Replaces what ShowModal does and returns the runner before; an empty one restores the default.
+/// \pre called on the user-interface thread.
+NUVO_EXPORT TModalRunner SetModalRunner(TModalRunner runner);

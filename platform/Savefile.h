@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <QString>
+
+#include <functional>
+
+class QIODevice;
+
+namespace nuvo {
+
+/// Writes a file whole or not at all: what stood there stays until the new content is complete. `write` returns false
+/// when it could not write.
+/// \throws EPlatformError naming the file and what is in the way; nothing is left behind then.
+NUVO_EXPORT void saveFile(const QString &path, const std::function<bool(QIODevice &device)> &write);
+
+} // namespace nuvo

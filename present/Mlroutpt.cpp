@@ -1,0 +1,529 @@
+#include "present/Mlroutpt.h"
+
+#include "engine/Regression.h"
+#include "platform/Dataset.h"
+#include "platform/Errors.h"
+#include "platform/Messages.h"
+#include "platform/Modal.h"
+#include "platform/Savefile.h"
+#include "present/Filedialog.h"
+#include "present/Forms.h"
+#include "present/Matrxdlg.h"
+#include "ui_Mlroutpt.h"
+
+#include <QActionGroup>
+#include <QClipboard>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QMenu>
+#include <QMimeData>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QScopeGuard>
+#include <QScreen>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int BoldHeaderPoints = 9;
+constexpr int SuperscriptPixels = 8;
+constexpr double ScreenDpi = 96;
+/// Pixels of the printed image per pixel of the window, so that letters are sharp on paper.
+constexpr int PrintRatio = 3;
+/// A description wider than this breaks into lines instead of widening the window.
+constexpr int HeaderLimit = 700;
+constexpr int Gap = 8;
+
+/// Room that a label's text takes; the line ends that close a block do not count.
+QSize needed(const QLabel &label)
+{
+    QString text = label.text();
+    while (text.endsWith(u'\n'))
+        text.chop(1);
+    return label.fontMetrics().size(0, text);
+}
+
+/// Where a label of the form was placed.
+QRect designed(const QWidget &widget)
+{
+    return widget.property("designed").toRect();
+}
+
+} // namespace
+
+TRegressionOutputForm::TRegressionOutputForm(QWidget *parent)
+    : QDialog(parent), ui_(std::make_unique<Ui::TRegressionOutputForm>())
+{
+    setPalette(nuvo::formPalette());
+    QFont bold = nuvo::formFont();
+    bold.setBold(true);
+    setFont(bold);
+    ui_->setupUi(this);
+    for (QWidget *widget : findChildren<QWidget *>())
+        widget->setProperty("designed", widget->geometry());
+    setProperty("designed", geometry());
+
+    bold.setPixelSize(nuvo::pointsToPixels(BoldHeaderPoints));
+    ui_->Header1->setFont(bold);
+    ui_->TopPanel->setTextFormat(Qt::PlainText);
+    ui_->TopPanel->setWordWrap(true);
+    ui_->Header1->SetSections(
+        {QStringLiteral("Dataset Name"), QStringLiteral("Problem Description"), QStringLiteral("Date and Time")},
+        {89, 122, 89});
+    ui_->Panel1->setPalette(nuvo::paperPalette());
+    for (QLabel *label : ui_->Panel1Contents->findChildren<QLabel *>())
+        label->setTextFormat(Qt::PlainText);
+    for (QLabel *label : {ui_->Label1, ui_->labSquared1}) {
+        QFont small = font();
+        small.setPixelSize(SuperscriptPixels);
+        label->setFont(small);
+        label->setAccessibleName(QStringLiteral("squared"));
+    }
+    ui_->Matrix->setFont(nuvo::matrixFont(7));
+    QPalette maroon = ui_->Panel2->palette();
+    maroon.setColor(QPalette::WindowText, QColor(0x80, 0, 0));
+    ui_->Panel2->setPalette(maroon);
+    ui_->Panel2->setTextFormat(Qt::PlainText);
+    footer_ = ui_->Panel2->text();
+
+    for (QPushButton *button : {ui_->bbtnPrintForm, ui_->bbtnPlots, ui_->bbtnShowMatrix})
+        button->setAutoDefault(false);
+    ui_->bbtnClose->setDefault(true);
+    ui_->bbtnPrintForm->setAccessibleDescription(QStringLiteral("Opens the menu for printing the report"));
+    ui_->bbtnPlots->setAccessibleDescription(QStringLiteral("Opens the window of diagnostic plots"));
+    ui_->bbtnShowMatrix->setAccessibleDescription(
+        QStringLiteral("Opens the menu that chooses between the covariance and the correlation matrix"));
+    ui_->bbtnClose->setAccessibleDescription(QStringLiteral("Closes the report"));
+    for (QPushButton *button : {ui_->bbtnPrintForm, ui_->bbtnPlots, ui_->bbtnShowMatrix, ui_->bbtnClose})
+        button->setAccessibleName(button->text().remove(u'&'));
+    SetUpMenus();
+}
+
+TRegressionOutputForm::~TRegressionOutputForm() = default;
+
+void TRegressionOutputForm::SetUpMenus()
+{
+    const auto on = [this](QAction *action, const std::function<void()> &handler) {
+        connect(action, &QAction::triggered, this, [handler] { nuvo::guarded(handler); });
+    };
+    connect(ui_->bbtnShowMatrix, &QPushButton::clicked, this,
+            [this] { PopUpAbove(*ui_->MatrixPopup, *ui_->bbtnShowMatrix); });
+    connect(ui_->bbtnPrintForm, &QPushButton::clicked, this,
+            [this] { PopUpAbove(*ui_->PrintPopup, *ui_->bbtnPrintForm); });
+    connect(ui_->bbtnPlots, &QPushButton::clicked, this, [this] { nuvo::guarded([this] { PlotsClick(); }); });
+    connect(ui_->bbtnClose, &QPushButton::clicked, this, &QDialog::reject);
+
+    on(ui_->Covariance1, [this] { ShowMatrix(QStringLiteral("Covariance")); });
+    on(ui_->Correlation1, [this] { ShowMatrix(QStringLiteral("Correlation")); });
+    on(ui_->Zoom1, [this] { ZoomClick(); });
+    auto *scales = new QActionGroup(this);
+    const std::pair<QAction *, TPrintScale> choices[] = {{ui_->NoScaling1, TPrintScale::poNone},
+                                                         {ui_->Proportional1, TPrintScale::poProportional},
+                                                         {ui_->ToFit1, TPrintScale::poPrintToFit}};
+    for (const auto &[action, scale] : choices) {
+        action->setCheckable(true);
+        action->setChecked(scale == printScale_);
+        scales->addAction(action);
+        on(action, [this, chosen = scale] { printScale_ = chosen; });
+    }
+    on(ui_->Setup1, [this] { SetupClick(); });
+    on(ui_->Print1, [this] { PrintClick(); });
+    on(ui_->SaveReport1, [this] { SaveReportClick(); });
+    on(ui_->CopyReport1, [this] { CopyReportClick(); });
+
+    const auto contextMenu = [this](QWidget *widget, QMenu *menu) {
+        widget->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(widget, &QWidget::customContextMenuRequested, this,
+                [widget, menu](const QPoint &point) { menu->popup(widget->mapToGlobal(point)); });
+    };
+    contextMenu(ui_->Matrix, ui_->MatrixPopup);
+    contextMenu(ui_->bbtnPrintForm, ui_->PrintPopup);
+    contextMenu(ui_->bbtnPlots, ui_->PrintPopup);
+    contextMenu(this, ui_->ReportPopup);
+}
+
+void TRegressionOutputForm::PopUpAbove(QMenu &menu, const QPushButton &button)
+{
+    menu.popup(button.mapToGlobal(QPoint(button.width() / 2, -button.height())));
+}
+
+void TRegressionOutputForm::SetReportMessage(const QString &message)
+{
+    if (message.isEmpty())
+        return;
+    footer_ = message;
+    ui_->Panel2->setText(DisplayLines(message));
+}
+
+void TRegressionOutputForm::Open(TRegression *dataSet, const QString &description, const QString &depVar,
+                                 const QString &indepVars, const QString &dataCount, const QString &dof,
+                                 const QString &coeffs, const QString &sSquared, const QString &sse,
+                                 const QString &ssr, const QString &means, const QString &stdDevs,
+                                 const QString &stdErrs, const QString &tValues, const QString &fStat,
+                                 const QStringList &covarianceList, const QStringList &correlationList)
+{
+    Fill(dataSet, description,
+         {depVar, indepVars, dataCount, dof, coeffs, sSquared, sse, ssr, means, stdDevs, stdErrs, tValues, fStat,
+          covarianceList, correlationList});
+    LayOut(screen()->availableSize());
+    ShowModal(*this);
+}
+
+void TRegressionOutputForm::Fill(TRegression *dataSet, const QString &description, const nuvo::ReportBlocks &blocks)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const nuvo::WindowTexts window = nuvo::windowTexts(blocks, QLocale().decimalPoint().front());
+    const QString source = QStringLiteral("Data: ") + (dataSet != nullptr ? dataSet->DataSourceName() : QString());
+    const QString time = QLocale().toString(now, QLocale::ShortFormat);
+    document_ = dataSet != nullptr ? nuvo::reportDocument(*dataSet, now)
+                                   : nuvo::ReportDocument{QString(), description, time, QString(), blocks, window};
+
+    covarianceLines_ = blocks.CovarianceLines;
+    correlationLines_ = blocks.CorrelationLines;
+    ui_->Matrix->setPlainText(covarianceLines_.join(u'\n'));
+    visibleMatrix_ = QStringLiteral("Covariance");
+    ui_->Matrix->setAccessibleName(QStringLiteral("Covariance or correlation matrix"));
+    matrixSize_ = int(covarianceLines_.size());
+    description_ = description;
+
+    const QString shownDescription = DisplayLines(description);
+    ui_->Header1->SetSections({source, shownDescription, time}, {89, 122, 89});
+    ui_->TopPanel->setText(source + QLatin1String("  ") + shownDescription + QLatin1String("  ") + time);
+
+    const nuvo::ReportCaptions texts = nuvo::reportCaptions(blocks, window);
+    const std::pair<QLabel *, const QString &> labels[] = {{ui_->labDepVarName, texts.DepVar},
+                                                           {ui_->labIndepVarNames, texts.IndepVars},
+                                                           {ui_->labDataCount, texts.DataCount},
+                                                           {ui_->labDOF, texts.DOF},
+                                                           {ui_->labCoeffs, texts.Coeffs},
+                                                           {ui_->labFStat, texts.FStat},
+                                                           {ui_->labtValue, texts.tValue},
+                                                           {ui_->labSSR, texts.SSR},
+                                                           {ui_->labSSE, texts.SSE},
+                                                           {ui_->labSST, texts.SST},
+                                                           {ui_->labRsqr, texts.RSquared},
+                                                           {ui_->labsSquared, texts.SSquared},
+                                                           {ui_->labMean, texts.Mean},
+                                                           {ui_->labStdDev, texts.StdDev},
+                                                           {ui_->labStdErrCoeff, texts.StdErrCoeff}};
+    for (const auto &[label, text] : labels)
+        label->setText(DisplayLines(text));
+    SetFonts();
+}
+
+void TRegressionOutputForm::SetFonts()
+{
+    const int points = matrixSize_ > 7 ? 7 : 8;
+    for (QLabel *label : ui_->Panel1Contents->findChildren<QLabel *>()) {
+        if (label == ui_->Label1 || label == ui_->labSquared1)
+            continue;
+        QFont resized = label->font();
+        resized.setPixelSize(nuvo::pointsToPixels(points));
+        label->setFont(resized);
+    }
+    ui_->Matrix->setFont(nuvo::matrixFont(points));
+}
+
+QSize TRegressionOutputForm::LayOutPanel()
+{
+    const auto place = [](QWidget *widget, int x, int y, const QSize &least) {
+        const QRect design = designed(*widget);
+        widget->setGeometry(x, y, std::max(design.width(), least.width()), std::max(design.height(), least.height()));
+    };
+    // From the left to the right: each column starts where its design has it or behind the texts before it.
+    const auto behind = [](std::initializer_list<const QLabel *> labels) {
+        int right = 0;
+        for (const QLabel *label : labels)
+            right = std::max(right, label->x() + needed(*label).width());
+        return right + Gap;
+    };
+    // From the top down, one below the other.
+    const auto below = [](const QLabel *label) { return label->y() + needed(*label).height(); };
+    const auto stack = [&](int x, std::initializer_list<QLabel *> labels, int y) {
+        for (QLabel *label : labels) {
+            y = std::max(y, designed(*label).y());
+            place(label, designed(*label).x() + x, y, needed(*label));
+            y = below(label);
+        }
+        return y;
+    };
+
+    int y = stack(0, {ui_->labDepVarName, ui_->labDataCount, ui_->labDOF}, 0);
+    y = std::max(y, designed(*ui_->labMean).y());
+    place(ui_->labMean, designed(*ui_->labMean).x(), y, needed(*ui_->labMean));
+    place(ui_->labStdDev, std::max(designed(*ui_->labStdDev).x(), behind({ui_->labMean})), y,
+          needed(*ui_->labStdDev));
+    y = std::max(below(ui_->labMean), below(ui_->labStdDev));
+    const int leftBottom = stack(
+        0, {ui_->labSumSquare, ui_->labSSR, ui_->labSSE, ui_->labSST, ui_->labsSquared, ui_->labRsqr, ui_->labFStat},
+        y);
+    // The twos sit behind the letter that they belong to.
+    const auto raise = [](QLabel *two, const QLabel *label) {
+        two->adjustSize();
+        const int letter = label->fontMetrics().horizontalAdvance(label->text().left(1));
+        const QPoint design = designed(*two).topLeft() - designed(*label).topLeft();
+        two->move(label->pos() + QPoint(std::max(design.x(), letter), design.y()));
+        two->raise();
+    };
+    raise(ui_->Label1, ui_->labsSquared);
+    raise(ui_->labSquared1, ui_->labRsqr);
+
+    const int rightShift = std::max(0, behind({ui_->labDepVarName, ui_->labDataCount, ui_->labDOF, ui_->labMean,
+                                               ui_->labStdDev, ui_->labSumSquare, ui_->labSSR, ui_->labSSE,
+                                               ui_->labSST, ui_->labsSquared, ui_->labRsqr, ui_->labFStat}) -
+                                           designed(*ui_->labIndepVarNames).x());
+    y = std::max(stack(rightShift, {ui_->labIndepVarNames}, 0), designed(*ui_->labCoeffs).y());
+    int x = designed(*ui_->labCoeffs).x() + rightShift;
+    int tableBottom = y;
+    for (QLabel *label : {ui_->labCoeffs, ui_->labStdErrCoeff, ui_->labtValue}) {
+        x = std::max(x, designed(*label).x() + rightShift);
+        place(label, x, y, needed(*label));
+        x = behind({label});
+        tableBottom = std::max(tableBottom, below(label));
+    }
+
+    const QRect memo = designed(*ui_->Matrix);
+    const QRect panel = designed(*ui_->Panel1Contents);
+    const int memoTop = std::max(memo.y(), tableBottom + 4);
+    const QSize size(
+        std::max({panel.width() + rightShift, x, behind({ui_->labIndepVarNames})}),
+        std::max({panel.height(), leftBottom + 4, memoTop + memo.height() + panel.bottom() - memo.bottom()}));
+    ui_->Matrix->setGeometry(memo.x() + rightShift, memoTop,
+                             size.width() - memo.x() - rightShift - (panel.right() - memo.right()),
+                             size.height() - memoTop - (panel.bottom() - memo.bottom()));
+    return size;
+}
+
+void TRegressionOutputForm::LayOut(const QSize &limit)
+{
+    const QRect design = designed(*this);
+    const QSize contents = LayOutPanel();
+    ui_->Panel1Contents->resize(contents);
+    const QSize grown = contents - designed(*ui_->Panel1Contents).size();
+    const int header = std::clamp(ui_->Header1->NeededWidth(), design.width(), HeaderLimit);
+    const int newWidth =
+        std::min(std::max(design.width() + grown.width(), header), std::max(design.width(), limit.width()));
+    const int wider = newWidth - design.width();
+
+    const int headerMore = std::max({0, ui_->Header1->NeededHeight(newWidth) - designed(*ui_->Header1).height(),
+                                     ui_->TopPanel->heightForWidth(newWidth) - designed(*ui_->TopPanel).height()});
+    const int footer = std::max(designed(*ui_->Panel2).height(), ui_->Panel2->heightForWidth(newWidth));
+    const int others = headerMore + footer - designed(*ui_->Panel2).height();
+    // A panel that the screen cannot hold is scrolled, and its scroll bar must not cover what would fit.
+    const bool scrolled = design.width() + grown.width() > newWidth;
+    const int bar = scrolled ? ui_->Panel1->horizontalScrollBar()->sizeHint().height() : 0;
+    const int taller = std::min(grown.height() + bar, std::max(0, limit.height() - design.height() - others));
+
+    const auto moved = [](QWidget *widget, int x, int y, int wide, int high) {
+        const QRect place = designed(*widget);
+        widget->setGeometry(place.x() + x, place.y() + y, place.width() + wide, place.height() + high);
+    };
+    moved(ui_->TopPanel, 0, 0, wider, headerMore);
+    moved(ui_->Header1, 0, 0, wider, headerMore);
+    moved(ui_->Panel1, 0, headerMore, wider, taller);
+    // The contents fill a panel that is wider than they need.
+    const int spare = ui_->Panel1->width() - 2 * ui_->Panel1->frameWidth() - contents.width();
+    if (spare > 0) {
+        ui_->Panel1Contents->resize(contents.width() + spare, contents.height());
+        ui_->Matrix->resize(ui_->Matrix->width() + spare, ui_->Matrix->height());
+    }
+    for (QPushButton *button : {ui_->bbtnPrintForm, ui_->bbtnPlots, ui_->bbtnShowMatrix, ui_->bbtnClose})
+        moved(button, wider / 2, headerMore + taller, 0, 0);
+    moved(ui_->Panel2, 0, headerMore + taller, wider, footer - designed(*ui_->Panel2).height());
+    setFixedSize(newWidth, design.height() + taller + others);
+}
+
+void TRegressionOutputForm::ShowMatrix(const QString &name)
+{
+    // Both items fill the memo from the correlation lines, which is meant so; only Zoom tells them apart.
+    const bool covariance = name == QLatin1String("Covariance");
+    matrixSize_ = int(covariance ? covarianceLines_.size() : correlationLines_.size());
+    ui_->Matrix->setPlainText(correlationLines_.join(u'\n'));
+    visibleMatrix_ = name;
+}
+
+void TRegressionOutputForm::ZoomClick()
+{
+    const QPointer<TAnalysisMatrix> dialog = new TAnalysisMatrix(this);
+    const auto gone = qScopeGuard([&dialog] { delete dialog; });
+    if (visibleMatrix_ == QLatin1String("Covariance"))
+        dialog->Open(covarianceLines_, QStringLiteral("Covariance Matrix"), description_, footer_);
+    else
+        dialog->Open(correlationLines_, QStringLiteral("Correlation Matrix"), description_, footer_);
+}
+
+void TRegressionOutputForm::PlotsClick()
+{
+    if (plots_)
+        plots_();
+}
+
+void TRegressionOutputForm::SetupClick()
+{
+    if (printer_ == nullptr)
+        printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    const QPointer<QPrintDialog> dialog = new QPrintDialog(printer_.get(), this);
+    const auto gone = qScopeGuard([&dialog] { delete dialog; });
+    dialog->setObjectName(QStringLiteral("PrinterSetupDialog1"));
+    dialog->setWindowTitle(QStringLiteral("Printer setup"));
+    ShowModal(*dialog);
+}
+
+void TRegressionOutputForm::PrintClick()
+{
+    if (printer_ == nullptr)
+        printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    if (printer_->outputFormat() == QPrinter::NativeFormat) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        const auto plain = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+        nuvo::printImage(PrintImage(), printScale_, *printer_);
+        return;
+    }
+    // No printer, or a file chosen in the set-up.
+    const QString file =
+        nuvo::askFileName(this, QStringLiteral("Print to a file"), {QStringLiteral("PDF document (*.pdf)")});
+    if (file.isEmpty())
+        return;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto plain = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    const QImage image = PrintImage();
+    nuvo::saveFile(file, [&](QIODevice &device) {
+        QPdfWriter writer(&device);
+        writer.setTitle(windowTitle());
+        writer.setPageLayout(printer_->pageLayout());
+        nuvo::printImage(image, printScale_, writer);
+        return true;
+    });
+}
+
+QImage TRegressionOutputForm::PrintImage()
+{
+    QWidget *const hidden[] = {ui_->bbtnPrintForm, ui_->bbtnShowMatrix, ui_->bbtnClose, ui_->bbtnPlots, ui_->Header1};
+    const QPalette usual = palette();
+    const auto restore = qScopeGuard([&] {
+        ui_->Panel2->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+        for (QWidget *widget : hidden)
+            widget->show();
+        setPalette(usual);
+        LayOut(screen()->availableSize());
+    });
+    LayOut(QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+    ui_->Panel2->setFrameStyle(QFrame::NoFrame);
+    for (QWidget *widget : hidden)
+        widget->hide();
+    QPalette white = usual;
+    white.setColor(QPalette::Window, Qt::white);
+    setPalette(white);
+
+    QImage image(size() * PrintRatio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(PrintRatio);
+    image.fill(Qt::white);
+    render(&image);
+    return image;
+}
+
+QImage TRegressionOutputForm::Picture()
+{
+    LayOut(QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+    const auto restore = qScopeGuard([this] { LayOut(screen()->availableSize()); });
+    return grab().toImage();
+}
+
+void TRegressionOutputForm::SaveReport(const QString &file)
+{
+    if (QFileInfo(file).suffix().toLower() != QLatin1String("png")) {
+        nuvo::saveReportDocument(document_, file);
+        return;
+    }
+    const QImage picture = Picture();
+    nuvo::saveFile(file, [&picture](QIODevice &device) { return picture.save(&device, "PNG"); });
+}
+
+void TRegressionOutputForm::SaveReportClick()
+{
+    const QString file = nuvo::askFileName(
+        this, QStringLiteral("Save report"),
+        {QStringLiteral("PDF document (*.pdf)"), QStringLiteral("HTML page (*.html)"),
+         QStringLiteral("Plain text (*.txt)"), QStringLiteral("PNG picture of this window (*.png)")});
+    if (!file.isEmpty())
+        SaveReport(file);
+}
+
+void TRegressionOutputForm::CopyReportClick()
+{
+    auto content = std::make_unique<QMimeData>();
+    content->setText(nuvo::reportPlainText(document_));
+    content->setHtml(nuvo::reportHtml(document_));
+    QGuiApplication::clipboard()->setMimeData(content.release());
+}
+
+void TRegressionOutputForm::done(int result)
+{
+    covarianceLines_.clear();
+    correlationLines_.clear();
+    QDialog::done(result);
+}
+
+namespace nuvo {
+
+void showReport(TRegression &regression, const std::function<void()> &plots)
+{
+    static QPointer<TRegressionOutputForm> open;
+    if (!open.isNull()) {
+        open->raise();
+        open->activateWindow();
+        return;
+    }
+    // A window in front can take this one along when it goes.
+    const QPointer<TRegressionOutputForm> form = new TRegressionOutputForm(windowInFront());
+    const auto gone = qScopeGuard([&form] { delete form; });
+    open = form;
+    form->SetPlots([dataset = QPointer<TDataSet>(&regression.DataSet()), plots] {
+        if (!dataset.isNull())
+            plots();
+    });
+    form->SetReportMessage(regression.ReportMessage());
+    const ReportBlocks blocks = reportBlocks(regression, QLocale().decimalPoint().front());
+    form->Open(&regression, regression.Description(), blocks.DepVar, blocks.IndepVars, blocks.DataCount, blocks.DOF,
+               blocks.Coeffs, blocks.SSquared, blocks.SSE, blocks.SSR, blocks.Means, blocks.StdDevs, blocks.StdErrs,
+               blocks.TValues, blocks.FStat, blocks.CovarianceLines, blocks.CorrelationLines);
+}
+
+void saveReport(TRegression &regression, const QString &file)
+{
+    if (QFileInfo(file).suffix().toLower() != QLatin1String("png")) {
+        saveReportDocument(reportDocument(regression, QDateTime::currentDateTime()), file);
+        return;
+    }
+    TRegressionOutputForm form;
+    form.SetReportMessage(regression.ReportMessage());
+    form.Fill(&regression, regression.Description(), reportBlocks(regression, QLocale().decimalPoint().front()));
+    form.SaveReport(file);
+}
+
+void printImage(const QImage &image, TPrintScale scale, QPaintDevice &device)
+{
+    QPainter painter;
+    if (!painter.begin(&device))
+        throw EPlatformError(QStringLiteral("The printer does not take the report."));
+    const QSizeF size = QSizeF(image.size()) / image.devicePixelRatio();
+    const QSizeF page = painter.viewport().size();
+    const double fit = std::min(page.width() / size.width(), page.height() / size.height());
+    double factor = fit;
+    if (scale == TPrintScale::poNone)
+        factor = 1;
+    else if (scale == TPrintScale::poProportional)
+        factor = std::min(fit, device.logicalDpiX() / ScreenDpi);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(QPointF(), size * factor), image);
+    if (!painter.end())
+        throw EPlatformError(QStringLiteral("The report could not be printed."));
+}
+
+} // namespace nuvo
