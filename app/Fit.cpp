@@ -269,6 +269,27 @@ QString jsonOutput(TRegression &regression, const QList<Message> &messages)
     return jsonLines(output);
 }
 
+/// Terms with values that no sum can take: a quotient by zero or by a null, say.
+QStringList infiniteTerms(const TRegression &regression)
+{
+    QStringList list;
+    if (!regression.ResultsCurrent())
+        return list;
+    const int n = regression.GetNumObs();
+    const auto addUnlessFinite = [&](const QString &term, const auto &value) {
+        for (int i = 1; i <= n; ++i) {
+            if (!std::isfinite(value(i))) {
+                list.append(term);
+                return;
+            }
+        }
+    };
+    addUnlessFinite(regression.ResponseVarY().OutputTerm(), [&](int i) { return regression.Gety(i); });
+    for (int j = 1; j <= regression.GetNumVars(); ++j)
+        addUnlessFinite(regression.GetcVar(j).OutputTerm(), [&](int i) { return regression.Getx(i, j); });
+    return list;
+}
+
 /// What was left out, in one line, and the columns that say nothing of their own in another.
 QString leftOut(TRegression &regression)
 {
@@ -277,10 +298,15 @@ QString leftOut(TRegression &regression)
                        .arg(regression.RecordsRead())
                        .arg(regression.RecordsUsed())
                        .arg(regression.RecordsSkipped());
-    if (const QStringList dependent = dependentTerms(regression); !dependent.isEmpty())
+    if (const QStringList infinite = infiniteTerms(regression); !infinite.isEmpty())
         text +=
-            QStringLiteral("\nLinear combinations of the columns before them (their coefficients mean nothing): %1.")
-                .arg(dependent.join(QStringLiteral(", ")));
+            QStringLiteral("\nInfinite or no number in some of the records used, so that no figure can be had: %1.")
+                .arg(infinite.join(QStringLiteral(", ")));
+    if (const QStringList dependent = dependentTerms(regression); !dependent.isEmpty())
+        text += QStringLiteral(
+                    "\nLinear combinations of the columns before them: %1.\nStandard errors and t values of all "
+                    "columns mean nothing then, nor do the coefficients\nof those combined: leave some out.")
+                    .arg(dependent.join(QStringLiteral(", ")));
     return text;
 }
 

@@ -52,6 +52,8 @@ TERM is one of these; F and G are fields, K and N are numbers:
   F/N       F/N       divided by the number N
             F*G       product of two fields
             F/G       quotient of two fields
+The K of a power is a whole number from 1; an odd one gives the power of the
+absolute value with a minus sign, so use 1/F and F^1/2 where these are meant.
 A field's name that holds an operator or is a number stands in double quotes, a
 quote inside doubled: "GNP/cap"^2, "1999". The --control options become
 ControlVar01, ControlVar02, ... in the order given; an empty one (--control "")

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLibrary>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlField>
@@ -91,6 +92,21 @@ ServerAddress serverAddress(const QString &url)
         server = server.mid(1, server.size() - 2);
     address.host = decoded(server);
     return address;
+}
+
+/// The server's client library writes notices, and the last words of a server that goes down, to standard error,
+/// where a program has lines of its own. What matters of them comes back as an error of the statement.
+void silenceNotices(const QSqlDatabase &database)
+{
+    using Processor = void (*)(void *, const char *);
+    using Set = Processor (*)(void *, Processor, void *);
+    const QVariant handle = database.driver()->handle();
+    // The driver has loaded the library already.
+    const auto set = reinterpret_cast<Set>(QLibrary::resolve(QStringLiteral("pq"), 5, "PQsetNoticeProcessor"));
+    if (set == nullptr || (qstrcmp(handle.typeName(), "PGconn*") != 0 && qstrcmp(handle.typeName(), "pg_conn*") != 0))
+        return;
+    set(
+        *static_cast<void *const *>(handle.constData()), [](void *, const char *) {}, nullptr);
 }
 
 } // namespace
@@ -234,7 +250,9 @@ void Connection::openServer(const QString &url, Access access)
         // Money comes as "$1,234.50" whatever the server's language; a scan begins at the beginning of the table;
         // and compiling a statement over a large table takes longer than the rows that are read of it.
         settings = QStringLiteral("SET lc_monetary = 'C'; SET standard_conforming_strings = on; "
-                                  "SET extra_float_digits = 3; SET synchronize_seqscans = off; SET jit = off");
+                                  "SET extra_float_digits = 3; SET synchronize_seqscans = off; SET jit = off; "
+                                  "SET lock_timeout = '1s'");
+        silenceNotices(database_);
         if (access == Access::Read)
             settings += QStringLiteral("; SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY");
     } else if (dialect_ == Dialect::Mysql && access == Access::Read) {
@@ -324,6 +342,8 @@ QString Connection::reason(const QSqlError &error) const
             return QStringLiteral("the file is no SQLite database");
         }
     }
+    if (dialect_ == Dialect::Postgres && error.nativeErrorCode() == u"55P03") // lock_not_available
+        return QStringLiteral("it is locked by another program that writes");
     QString text = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
     text = text.section(u'\n', 0, 0).trimmed();
     for (const QLatin1String level : {QLatin1String("ERROR:"), QLatin1String("FATAL:")}) {

@@ -448,8 +448,16 @@ TEST_P(Fit, DependentColumnsAreNamed)
     const QStringList arguments{u("--table"), u("t"),         u("--response"), u("y"),         u("--control"),
                                 u("a"),       u("--control"), u("b"),          u("--control"), u("a/10")};
     EXPECT_EQ(fitJson(arguments)["dependentTerms"].dump(), R"(["a/10"])");
-    EXPECT_TRUE(fit(arguments).out.contains(
-        u("\nLinear combinations of the columns before them (their coefficients mean nothing): a/10.\n")));
+    EXPECT_TRUE(fit(arguments).out.contains(u("\nLinear combinations of the columns before them: a/10.\n")));
+}
+
+TEST_P(Fit, TermsThatAreInfiniteAreNamed)
+{
+    makeTable({u("3,1,2"), u("5,2,0"), u("7,4,1"), u("8,5,3")});
+    const QString told = u("\nInfinite or no number in some of the records used, so that no figure can be had: ");
+    const QStringList data{u("--table"), u("t"), u("--response"), u("y"), u("--control")};
+    EXPECT_TRUE(fit(data + QStringList{u("a/b")}).out.contains(told + u("a/b.\n")));
+    EXPECT_FALSE(fit(data + QStringList{u("a")}).out.contains(told));
 }
 
 TEST_P(Fit, MoreRecordsThanARegressionTakesAreToldWhenWarningsAreOn)

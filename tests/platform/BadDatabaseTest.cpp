@@ -297,6 +297,36 @@ TEST(BadServers, ThatAreNotThereSaySo)
     EXPECT_TRUE(error.contains(u("refused"))) << error.toStdString();
 }
 
+TEST(BadServers, WhoseTableIsLockedSaySo)
+{
+    const std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Postgres);
+    db->makeNumbers(u("t"), 10, 1);
+    db->exec(u("BEGIN"));
+    db->exec(u("LOCK TABLE t IN ACCESS EXCLUSIVE MODE"));
+    TTable table;
+    table.SetDatabaseName(db->name());
+    table.SetTableName(u("t"));
+    EXPECT_EQ(errorOf([&] { table.Open(); }),
+              u("Cannot read table \"t\": it is locked by another program that writes."));
+    db->exec(u("COMMIT"));
+    table.Open();
+    EXPECT_EQ(table.RecordCount(), 10);
+}
+
+TEST(BadServers, LeaveStandardErrorToTheProgram)
+{
+    const std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Postgres);
+    db->exec(u("CREATE FUNCTION talk() RETURNS integer LANGUAGE plpgsql AS "
+               "$$ BEGIN RAISE WARNING 'talking'; RETURN 1; END $$"));
+    testing::internal::CaptureStderr();
+    TQuery query;
+    query.SetDatabaseName(db->name());
+    query.SetSQL(u("SELECT talk() AS x"));
+    query.Open();
+    EXPECT_EQ(query.FieldByName(u("x")).AsInteger(), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST(BadServers, WithoutTheDatabaseSaySo)
 {
     QString url = PostgresServer::sharedUrl();
