@@ -383,10 +383,30 @@ TEST_P(Datasets, SayThatTheyWereOpenedScrolledAndClosed)
     EXPECT_EQ(scrolled.count(), 8);
     table.EnableControls();
     EXPECT_FALSE(table.ControlsDisabled());
+    table.DisableControls();
+    table.First();
+    table.Next();
+    table.EnableControls();
+    EXPECT_EQ(scrolled.count(), 9);
+    table.Next();
+    EXPECT_EQ(scrolled.count(), 10);
     table.Close();
     table.Close();
     EXPECT_EQ(closed.count(), 1);
     EXPECT_EQ(opened.count(), 1);
+}
+
+TEST_P(Datasets, HaveSessionsOfTheirOwnThatOnlyRead)
+{
+    db->makeNumbers(u("numbers"), 30, 1);
+    TTable table;
+    open(table, *db, u("numbers"));
+    const QStringList own = QSqlDatabase::connectionNames().filter(u("nuvo-"));
+    ASSERT_EQ(own.size(), 1);
+    QSqlQuery query(QSqlDatabase::database(own[0]));
+    EXPECT_FALSE(query.exec(u("DELETE FROM numbers")));
+    EXPECT_TRUE(query.lastError().text().contains(
+        db->backend() == TestDatabase::Sqlite ? u("readonly database") : u("read-only transaction")));
 }
 
 TEST_P(Datasets, ReadARegisteredConnectionAndLeaveItOpen)

@@ -135,6 +135,29 @@ TEST_P(Views, ScrollToTheEndOfATableThatIsNotKept)
     EXPECT_EQ(messages, QStringList());
 }
 
+TEST_P(Views, CanLookElsewhereWhileTheCursorReachesTheEnd)
+{
+    db->makeNumbers(u("numbers"), 60, 1);
+    nuvo::RecordLimits limits;
+    limits.blockRows = 4;
+    limits.headRows = 8;
+    limits.windowRows = 8;
+    limits.firstChunk = 4;
+    limits.lastChunk = 4;
+    nuvo::setRecordLimits(table, limits);
+    table.Open();
+    table.MoveBy(59); // the chunk ends with the table, which nobody knows yet
+    const QAbstractItemModel *model = table.Model();
+    ASSERT_EQ(model->rowCount(), 60);
+    EXPECT_EQ(model->index(20, 0).data().toString(), u("21"));
+    table.Next();
+    EXPECT_TRUE(table.Eof());
+    EXPECT_EQ(table.FieldByName(u("id")).AsInteger(), 60);
+    EXPECT_EQ(model->index(20, 0).data().toString(), u("21"));
+    table.Last();
+    EXPECT_EQ(table.RecNo(), 60);
+}
+
 TEST_P(Views, AndTheCursorFollowEachOther)
 {
     db->makeNumbers(u("numbers"), 300, 2);
@@ -146,8 +169,10 @@ TEST_P(Views, AndTheCursorFollowEachOther)
     EXPECT_EQ(currentRow(), 1);
     table.Last();
     EXPECT_EQ(currentRow(), 299);
+    EXPECT_TRUE(table.Eof());
     table.First();
     EXPECT_EQ(currentRow(), 0);
+    EXPECT_TRUE(table.Bof());
     EXPECT_EQ(scrolled.count(), 3);
     EXPECT_EQ(current.count(), 3);
     QTest::keyClick(&view, Qt::Key_Down);

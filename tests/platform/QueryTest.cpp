@@ -102,12 +102,10 @@ TEST_P(Queries, CannotWriteByTheBackDoor)
         db->exec(u("CREATE SEQUENCE IF NOT EXISTS s"));
         EXPECT_NE(errorOf([&] { open(sql); }), QString());
     }
-    open("SELECT set_config('default_transaction_read_only', 'off', false)");
-    EXPECT_NE(errorOf([&] {
-                  query.SetSQL(u("SELECT wipe()"));
-                  query.Open();
-              }),
-              QString());
+    // Nor does it help to prepare the session for the transactions to come.
+    open("SELECT set_config('default_transaction_read_only', 'off', false), CASE WHEN i > 500 THEN wipe() END "
+         "FROM generate_series(1, 1000) AS n(i)");
+    EXPECT_NE(errorOf([&] { query.Last(); }), QString());
     EXPECT_EQ(db->value(u("SELECT COUNT(*) FROM numbers")).toInt(), 10);
 }
 

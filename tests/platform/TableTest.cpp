@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace {
 
 QString u(const char *text)
@@ -329,6 +331,19 @@ TEST_P(SqliteTables, OfEveryKindAreReadAgainFromTheMiddle)
     }
 }
 
+TEST_P(SqliteTables, FindTextsBehindNulls)
+{
+    db->exec(u("CREATE TABLE t (k TEXT, v INTEGER, PRIMARY KEY (k, v))"));
+    db->exec(u("INSERT INTO t VALUES (NULL, 1), (NULL, 2), ('a', NULL), ('a', 3), ('b', 4)"));
+    open(u("t"));
+    EXPECT_TRUE(table.FindKey({u("a")}));
+    EXPECT_EQ(table.RecNo(), 3);
+    EXPECT_TRUE(table.FindKey({u("a"), 3}));
+    EXPECT_EQ(table.RecNo(), 4);
+    EXPECT_TRUE(table.FindKey({u("b"), 4}));
+    EXPECT_EQ(table.RecNo(), 5);
+}
+
 TEST_P(SqliteTables, OfAnotherCaseAreFoundAsTheEngineFindsThem)
 {
     db->makeNumbers(u("Numbers"), 10, 1);
@@ -393,6 +408,21 @@ TEST_P(PostgresTables, WithHeirsOrPartitionsAreReadWhole)
     EXPECT_EQ(table.FieldByName(u("id")).AsInteger(), 300);
     EXPECT_TRUE(table.FindKey({170}));
     EXPECT_EQ(table.RecNo(), 170);
+}
+
+TEST_P(PostgresTables, WhoseOrderHasTiesShowEachRecordOnce)
+{
+    db->exec(u("CREATE TABLE t (id INTEGER, a INTEGER)"));
+    db->exec(u("INSERT INTO t SELECT i, i % 3 FROM generate_series(1, 5000) n(i)"));
+    db->exec(u("CREATE VIEW v AS SELECT * FROM t"));
+    table.SetIndexFieldNames(u("a"));
+    for (const char *name : {"v", "t"}) {
+        open(u(name));
+        std::set<qint64> ids;
+        for (; !table.Eof(); table.Next())
+            ids.insert(table.FieldByName(u("id")).AsInteger());
+        EXPECT_EQ(ids.size(), 5000) << name;
+    }
 }
 
 TEST_P(PostgresTables, WithoutPermissionSayWhoseItIs)
