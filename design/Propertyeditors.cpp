@@ -1,10 +1,14 @@
 #include "design/Propertyeditors.h"
 
+#include "design/Mlrctrl.h"
+#include "design/Mlrresp.h"
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
 #include "present/Filedialog.h"
+
+#include <QScopeGuard>
 
 #include <utility>
 
@@ -21,6 +25,42 @@ QWidget *outermostAncestor(const TComponent &component)
     while (scope != nullptr && scope->parentWidget() != nullptr)
         scope = scope->parentWidget();
     return scope;
+}
+
+QStringList numericFields(TDataSet &dataset)
+{
+    QStringList numeric;
+    for (const QString &name : dataset.GetFieldNames()) {
+        if (NumericField(dataset.FieldByName(name)))
+            numeric += name;
+    }
+    return numeric;
+}
+
+template <class Dialog, class Definition>
+void openDialog(const TComponent &component, const QString &property, const QStringList &fields,
+                Definition &definition)
+{
+    // The window in front owns it and may go while the dialog is open.
+    const QPointer<Dialog> dialog = new Dialog(nuvo::windowInFront());
+    const auto gone = qScopeGuard([&dialog] { delete dialog; });
+    dialog->OpenForm(component, property, fields, definition);
+}
+
+template <class Dialog, class Definition>
+void openForTable(TMLRTable &table, const QString &property, const QStringList &numeric, Definition &definition)
+{
+    if (numeric.isEmpty())
+        MessageDlg(QStringLiteral("No numeric fields found in %1.").arg(table.TableName()), TMsgDlgType::mtError);
+    else
+        openDialog<Dialog>(table, property, numeric, definition);
+}
+
+/// What a query's fields are is known only when it runs.
+const QStringList &noFields()
+{
+    static const QStringList dots{QStringLiteral("...")};
+    return dots;
 }
 
 } // namespace
@@ -107,6 +147,44 @@ void TControlVarProperty::SetNewParameters(TComponent &component, const TIndepVa
 {
     if (nuvo::controlNumber(GetName()) > 0)
         Write(component, variable.ToQStringList());
+}
+
+// After the dialog the component is asked for anew: it may have gone with its form.
+
+void TMLRTControlVarProperty::Edit()
+{
+    auto &table = First<TMLRTable>();
+    const QStringList numeric = numericFields(table);
+    TIndepVar variable;
+    GetCurrentParameters(table, variable);
+    openForTable<TControlDefDlg>(table, GetName(), numeric, variable);
+    SetNewParameters(First<TMLRTable>(), variable);
+}
+
+void TMLRQControlVarProperty::Edit()
+{
+    auto &query = First<TMLRQuery>();
+    TIndepVar variable;
+    GetCurrentParameters(query, variable);
+    openDialog<TControlDefDlg>(query, GetName(), noFields(), variable);
+    SetNewParameters(First<TMLRQuery>(), variable);
+}
+
+void TMLRTResponseVarProperty::Edit()
+{
+    auto &table = First<TMLRTable>();
+    const QStringList numeric = numericFields(table);
+    TDependentVar variable = table.ResponseVarY();
+    openForTable<TResponseDefDlg>(table, GetName(), numeric, variable);
+    Write(First<TMLRTable>(), variable.ToQStringList());
+}
+
+void TMLRQResponseVarProperty::Edit()
+{
+    auto &query = First<TMLRQuery>();
+    TDependentVar variable = query.ResponseVarY();
+    openDialog<TResponseDefDlg>(query, GetName(), noFields(), variable);
+    Write(First<TMLRQuery>(), variable.ToQStringList());
 }
 
 QStringList TDatasetProperty::GetValues()

@@ -145,6 +145,7 @@ QString nuvo::ComponentPlugin::domXml() const
 nuvo::Plugin::Plugin(QObject *parent) : QObject(parent)
 {
     Mlr32reg::Register(catalogue_);
+    Cv32reg::Register(catalogue_);
     Datareg::Register(catalogue_);
     for (const ComponentEntry &entry : catalogue_.Components())
         components_.push_back(std::make_unique<ComponentPlugin>(entry, catalogue_));
