@@ -102,17 +102,11 @@ T *TComponent::FindComponent(const QString &name, const Takes &takes) const
 {
     if (name.isEmpty())
         return nullptr;
-<<<<<<< HEAD
     for (QObject *scope = parent(); scope != nullptr && scope != desk_; scope = scope->parent()) {
-        if (T *found = scope->findChild<T *>(name))
-            return found;
-=======
-    for (QObject *scope = parent(); scope != nullptr; scope = scope->parent()) {
         for (T *found : scope->findChildren<T *>(name)) {
             if (takes(*found))
                 return found;
         }
->>>>>>> dialogs
     }
     return nullptr;
 }
