@@ -50,7 +50,7 @@ QSize TComponent::sizeHint() const
     if (caption.isEmpty())
         return {IconSize, IconSize};
     const QFontMetrics metrics = fontMetrics();
-    return {std::max(IconSize, metrics.horizontalAdvance(caption) + 2), IconSize + metrics.height()};
+    return {std::max(IconSize, metrics.horizontalAdvance(caption) + 6), IconSize + metrics.height()};
 }
 
 void TComponent::paintEvent(QPaintEvent *)

@@ -16,7 +16,6 @@ class NUVO_EXPORT TComponent : public QWidget
     // A form designer offers and stores the properties that are not marked otherwise. What makes a widget a widget
     // means nothing for a component; only its place on the form is kept, and changed with the mouse.
     Q_PROPERTY(QRect geometry READ geometry WRITE setGeometry DESIGNABLE false)
-    Q_PROPERTY(Qt::WindowModality windowModality READ windowModality DESIGNABLE false STORED false)
     Q_PROPERTY(bool enabled READ isEnabled WRITE setEnabled DESIGNABLE false STORED false)
     Q_PROPERTY(QSizePolicy sizePolicy READ sizePolicy WRITE setSizePolicy DESIGNABLE false STORED false)
     Q_PROPERTY(QSize minimumSize READ minimumSize WRITE setMinimumSize DESIGNABLE false STORED false)
@@ -32,10 +31,6 @@ class NUVO_EXPORT TComponent : public QWidget
     Q_PROPERTY(Qt::ContextMenuPolicy contextMenuPolicy READ contextMenuPolicy WRITE setContextMenuPolicy DESIGNABLE
                    false STORED false)
     Q_PROPERTY(bool acceptDrops READ acceptDrops WRITE setAcceptDrops DESIGNABLE false STORED false)
-    Q_PROPERTY(QString windowTitle READ windowTitle WRITE setWindowTitle DESIGNABLE false STORED false)
-    Q_PROPERTY(QIcon windowIcon READ windowIcon WRITE setWindowIcon DESIGNABLE false STORED false)
-    Q_PROPERTY(double windowOpacity READ windowOpacity WRITE setWindowOpacity DESIGNABLE false STORED false)
-    Q_PROPERTY(bool windowModified READ isWindowModified WRITE setWindowModified DESIGNABLE false STORED false)
     Q_PROPERTY(QString toolTip READ toolTip WRITE setToolTip DESIGNABLE false STORED false)
     Q_PROPERTY(int toolTipDuration READ toolTipDuration WRITE setToolTipDuration DESIGNABLE false STORED false)
     Q_PROPERTY(QString statusTip READ statusTip WRITE setStatusTip DESIGNABLE false STORED false)
@@ -49,7 +44,6 @@ class NUVO_EXPORT TComponent : public QWidget
                    false)
     Q_PROPERTY(QString styleSheet READ styleSheet WRITE setStyleSheet DESIGNABLE false STORED false)
     Q_PROPERTY(QLocale locale READ locale WRITE setLocale RESET unsetLocale DESIGNABLE false STORED false)
-    Q_PROPERTY(QString windowFilePath READ windowFilePath WRITE setWindowFilePath DESIGNABLE false STORED false)
     Q_PROPERTY(Qt::InputMethodHints inputMethodHints READ inputMethodHints WRITE setInputMethodHints DESIGNABLE
                    false STORED false)
 

@@ -4,13 +4,13 @@
 
 #include <QObject>
 
-class QToolButton;
+class QWidget;
 
 namespace nuvo {
 
 /// Gives the rows of the property editor a button where the catalogue has an editor for the property: "…" opens its
-/// dialog, an arrow drops down its values. There is no interface for that, so the editor's widgets are watched; the
-/// components' context menus do the same without it.
+/// dialog, an arrow drops down its values. The designer has no interface for that, so this watches the editors that it
+/// opens in the rows; where it puts them together in another way, the components' context menus still do it all.
 class PropertyRows : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void Watch(QObject *object);
+    void AddButton(QWidget &row);
+    void DropDown(const QWidget &button, const QString &property) const;
 
     const Editing &editing_;
 };
