@@ -62,7 +62,7 @@ void DefinitionDialog::PrepareControls(QLabel &shadow, QLabel &title, QPushButto
     colour(shadow, Qt::white);
     colour(title, QColor(0, 0, 0x80));
     layout()->setSizeConstraint(QLayout::SetNoConstraint); // Fit() does it, as far as the screen goes
-    shadow.setContentsMargins(2, 2, 0, 0); // half of it on each side of what is centred: one pixel
+    shadow.setContentsMargins(2, 2, 0, 0);                 // half of it on each side of what is centred: one pixel
     for (int index = 0; index < controls_.items->buttons().size(); ++index)
         controls_.items->setId(controls_.items->buttons()[index], index);
 
@@ -263,7 +263,10 @@ bool DefinitionDialog::event(QEvent *event)
 
 void DefinitionDialog::showEvent(QShowEvent *event)
 {
-    guarded([this] { FormActivate(); });
+    guarded([this] {
+        Fit();
+        FormActivate();
+    });
     QDialog::showEvent(event);
 }
 
