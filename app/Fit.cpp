@@ -2,10 +2,14 @@
 
 #include "app/Console.h"
 #include "app/Json.h"
-#include "app/Textreport.h"
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
+#include "platform/Messages.h"
+#include "present/Mlroutpt.h"
+#include "present/Plotfile.h"
 #include "present/Report.h"
+#include "present/Reportdocument.h"
+#include "present/Textreport.h"
 
 #include <QDateTime>
 
@@ -128,16 +132,6 @@ QStringList terms(const TRegression &regression)
     QStringList list;
     for (int j = 1; j <= regression.GetNumVars(); ++j)
         list.append(regression.GetcVar(j).OutputTerm());
-    return list;
-}
-
-QStringList dependentTerms(const TRegression &regression)
-{
-    QStringList list;
-    if (regression.ResultsCurrent()) {
-        for (const int j : regression.DependentColumns())
-            list.append(regression.GetcVar(j).OutputTerm());
-    }
     return list;
 }
 
@@ -269,103 +263,72 @@ QString jsonOutput(TRegression &regression, const QList<Message> &messages)
     return jsonLines(output);
 }
 
-/// Terms with values that no sum can take: a quotient by zero or by a null, say.
-QStringList infiniteTerms(const TRegression &regression)
-{
-    QStringList list;
-    if (!regression.ResultsCurrent())
-        return list;
-    const int n = regression.GetNumObs();
-    const auto addUnlessFinite = [&](const QString &term, const auto &value) {
-        for (int i = 1; i <= n; ++i) {
-            if (!std::isfinite(value(i))) {
-                list.append(term);
-                return;
-            }
-        }
-    };
-    addUnlessFinite(regression.ResponseVarY().OutputTerm(), [&](int i) { return regression.Gety(i); });
-    for (int j = 1; j <= regression.GetNumVars(); ++j)
-        addUnlessFinite(regression.GetcVar(j).OutputTerm(), [&](int i) { return regression.Getx(i, j); });
-    return list;
-}
-
-/// What was left out, in one line, and the columns that say nothing of their own in another.
-QString leftOut(TRegression &regression)
-{
-    QString text = QStringLiteral("Records: %1 in the dataset, %2 read, %3 used, %4 skipped.")
-                       .arg(regression.DataSet().RecordCount())
-                       .arg(regression.RecordsRead())
-                       .arg(regression.RecordsUsed())
-                       .arg(regression.RecordsSkipped());
-    if (const QStringList infinite = infiniteTerms(regression); !infinite.isEmpty())
-        text +=
-            QStringLiteral("\nInfinite or no number in some of the records used, so that no figure can be had: %1.")
-                .arg(infinite.join(QStringLiteral(", ")));
-    if (const QStringList dependent = dependentTerms(regression); !dependent.isEmpty())
-        text += QStringLiteral(
-                    "\nLinear combinations of the columns before them: %1.\nStandard errors and t values of all "
-                    "columns mean nothing then, nor do the coefficients\nof those combined: leave some out.")
-                    .arg(dependent.join(QStringLiteral(", ")));
-    return text;
-}
-
 QString textOutput(TRegression &regression, bool matrices)
 {
     if (!regression.ResultsCurrent()) {
         return QStringLiteral("Data: %1\nNo result. %2\n")
             .arg(withoutControls(regression.DataSourceName()), leftOut(regression));
     }
-    ReportText report;
-    report.source = regression.DataSourceName();
-    report.description = regression.Description();
-    report.dateTime = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
-    report.message = regression.ReportMessage();
-    report.blocks = reportBlocks(regression);
-    report.window = windowTexts(report.blocks);
-    report.matrices = matrices;
-    report.terms = terms(regression);
-    report.leftOut = leftOut(regression);
-    return terminalReport(report, outputWidth());
+    return reportPlainText(reportDocument(regression, QDateTime::currentDateTime()),
+                           matrices ? Matrices::Shown : Matrices::Left, outputWidth());
 }
 
-FitResult fitOn(TDataSet &dataset, TRegression &regression, const FitOptions &options)
+/// An interrupt waits until the files are whole.
+void saveFiles(TRegression &regression, const FitOptions &options)
 {
-    dataset.SetDatabaseName(options.database);
-    for (qsizetype i = 0; i < options.controls.size(); ++i)
-        regression.SetControl(int(i) + 1, control(options.controls[i]));
-    regression.SetResponse(response(options.response));
-    regression.SetDescription(options.description);
-    regression.SetReportMessage(options.message);
-    regression.SetShowWarnings(options.warnings);
-    regression.SetShowLoadProgress(options.progress);
+    const InterruptHold hold;
+    if (!options.saveReport.isEmpty())
+        saveReport(regression, options.saveReport);
+    hold.check();
+    if (!options.savePlots.isEmpty())
+        savePlots(regression, options.savePlots);
+    hold.check();
+}
 
-    const MessageLog log;
-    dataset.Open();
-    if (regression.ReLoad())
-        regression.Execute();
-    FitResult result;
-    result.fitted = regression.ResultsCurrent();
-    result.output = options.format == OutputFormat::Json ? jsonOutput(regression, log.messages())
-                                                         : textOutput(regression, options.matrices);
-    return result;
+template <class Component>
+bool fitOn(Component &component, const FitOptions &options)
+{
+    component.SetDatabaseName(options.database);
+    for (qsizetype i = 0; i < options.controls.size(); ++i)
+        component.SetControl(int(i) + 1, control(options.controls[i]));
+    component.SetResponse(response(options.response));
+    component.SetDescription(options.description);
+    component.SetReportMessage(options.message);
+    component.SetShowWarnings(options.warnings);
+    component.SetShowLoadProgress(options.progress);
+
+    {
+        const MessageLog log;
+        component.Open();
+        if (component.ReLoad())
+            component.Execute();
+        if (component.ResultsCurrent())
+            saveFiles(component, options);
+        writeOutput(options.format == OutputFormat::Json ? jsonOutput(component, log.messages())
+                                                         : textOutput(component, options.matrices));
+    }
+    // Whoever sits at the window gets its messages there.
+    const bool fitted = component.ResultsCurrent();
+    if (fitted && options.show)
+        component.Output();
+    return fitted;
 }
 
 } // namespace
 
-FitResult fit(const FitOptions &options)
+bool fit(const FitOptions &options)
 {
     if (options.sql) {
         OnTerminal<TMLRQuery> query;
         query.SetSQL(*options.sql);
-        return fitOn(query, query, options);
+        return fitOn(query, options);
     }
     OnTerminal<TMLRTable> table;
     table.SetTableName(*options.table);
     table.SetFilter(options.filter);
     table.SetFiltered(!options.filter.isEmpty());
     table.SetIndexFieldNames(options.order);
-    return fitOn(table, table, options);
+    return fitOn(table, options);
 }
 
 } // namespace nuvo

@@ -5,11 +5,15 @@
 #include "app/Options.h"
 #include "app/Usage.h"
 #include "platform/Errors.h"
+#include "platform/Modal.h"
 
 #include <QApplication>
 
 #include <algorithm>
+#include <memory>
 #include <new>
+
+#include <unistd.h>
 
 namespace {
 
@@ -35,18 +39,37 @@ int fail(const QString &sentence)
 /// How many arguments Qt gets to see: it would take "-platform" for its own where it is the value of an option.
 constexpr int nameAlone = 1;
 
+/// The one way in which Qt says that it cannot reach a display is to end the program.
+void onNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
+{
+    if (type == QtFatalMsg)
+        ::_exit(fail(QStringLiteral("--show needs a display, and none can be reached.")));
+}
+
+/// Components are widgets, so there must be a QApplication.
+std::unique_ptr<QApplication> makeApplication(char **argv, const nuvo::FitOptions &options)
+{
+    static int count = nameAlone;
+    if (options.show) {
+        const QtMessageHandler before = qInstallMessageHandler(onNoDisplay);
+        auto application = std::make_unique<QApplication>(count, argv);
+        qInstallMessageHandler(before);
+        if (!nuvo::somebodyCanAnswer())
+            throw EPlatformError(QStringLiteral("--show needs a display, but Qt's platform is \"%1\".")
+                                     .arg(QGuiApplication::platformName()));
+        return application;
+    }
+    // `minimal` starts 4 ms earlier than `offscreen` but has no fonts; a desktop's theme has nothing to say here.
+    qputenv("QT_QPA_PLATFORM", options.saveReport.isEmpty() ? "minimal" : "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME");
+    return std::make_unique<QApplication>(count, argv);
+}
+
 int runFit(char **argv, const nuvo::FitOptions &options)
 {
     wantsJson = options.format == nuvo::OutputFormat::Json;
-    // Components are widgets, so there must be a QApplication; nothing is ever drawn. `minimal` starts 4 ms earlier
-    // than `offscreen`, and a desktop's theme has nothing to say here.
-    qputenv("QT_QPA_PLATFORM", "minimal");
-    qunsetenv("QT_QPA_PLATFORMTHEME");
-    int count = nameAlone;
-    const QApplication application(count, argv);
-    const nuvo::FitResult result = nuvo::fit(options);
-    nuvo::writeOutput(result.output);
-    return result.fitted ? Success : NoResult;
+    const auto application = makeApplication(argv, options);
+    return nuvo::fit(options) ? Success : NoResult;
 }
 
 int runImport(char **argv, const nuvo::ImportOptions &options)

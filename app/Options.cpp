@@ -2,6 +2,7 @@
 
 #include "app/Usage.h"
 #include "engine/Maxdata.h"
+#include "present/Reportdocument.h"
 
 #include <CLI/CLI.hpp>
 
@@ -39,7 +40,8 @@ Examples:
   nuvostat fit --help
 
 Exit status: 0 every run came out; 1 a run came to no result; 2 the command line
-is wrong; 3 the database, a table, a field or a conversion failed.)";
+is wrong; 3 the database, a table, a field, a conversion or a file that is to be
+written failed.)";
 
 constexpr char fitFooter[] = R"(
 TERM is one of these; F and G are fields, K and N are numbers:
@@ -59,12 +61,20 @@ quote inside doubled: "GNP/cap"^2, "1999". The --control options become
 ControlVar01, ControlVar02, ... in the order given; an empty one (--control "")
 leaves its position undefined.
 
+Report and plots are written when a fit came out, each file whole or not at all,
+before anything is printed; that needs no display. A report's .png is a picture
+of the report window. The plots are scatter-x1.png,
+residual-order.png, residual-x1.png, residual-response.png, residual-fitted.png,
+ecdf.png and so on, 327 x 185 pixels.
+
 Examples:
   nuvostat fit --database demo.db --table Longley --response y
            --control x2 --control 'Ln(x3)' --matrices
   nuvostat fit --database postgresql://ann@localhost/shop --format json
            --sql 'SELECT price, size, age FROM houses WHERE price > 0'
-           --response 'Ln(price)' --control size --control 'age^2')";
+           --response 'Ln(price)' --control size --control 'age^2'
+  nuvostat fit --database demo.db --table Longley --response y --control x2
+           --save-report longley.pdf --save-plots plots)";
 
 constexpr char importFooter[] = R"(
 The first row names the columns. Cells are parted by commas, or by semicolons or
@@ -143,7 +153,7 @@ public:
     CommandLine()
     {
         program_.description("Multiple linear regression on the tables and queries of a database.");
-        program_.set_help_flag("--help", "Show this help; COMMAND --help shows a command's");
+        program_.set_help_flag("-h,--help", "Show this help; COMMAND --help shows a command's");
         program_.set_version_flag("--version", "nuvostat " NUVO_VERSION, "Show the version");
         program_.require_subcommand(1);
         program_.footer(programFooter);
@@ -168,7 +178,12 @@ public:
         fit_.progress = flag(fit_.app, "--progress", "Draw a progress bar on a terminal");
         fit_.format = value(fit_.app, "--format", "text|json", "What to print; text unless told", "Options");
 
-        fit_.app->set_help_flag("--help", "Show this help");
+        fit_.saveReport =
+            value(fit_.app, "--save-report", "FILE", "Write the report: .pdf, .html, .txt or .png", "Options");
+        fit_.savePlots =
+            value(fit_.app, "--save-plots", "DIR", "Write all plots as PNG; makes DIR if need be", "Options");
+        fit_.show = flag(fit_.app, "--show", "Show the report in a window, until it is closed");
+        fit_.app->set_help_flag("-h,--help", "Show this help");
 
         import_.app = program_.add_subcommand("import", "Make a table from a CSV file");
         import_.app->formatter(std::make_shared<HelpLayout>(importUsage));
@@ -177,7 +192,7 @@ public:
         import_.database = value(import_.app, "--database", "DB", databaseHelp, "Options")->required();
         import_.table = value(import_.app, "--table", "NAME", "The table to make", "Options")->required();
         import_.replace = flag(import_.app, "--replace", "Replace a table that is there already");
-        import_.app->set_help_flag("--help", "Show this help");
+        import_.app->set_help_flag("-h,--help", "Show this help");
         for (CLI::App *command : {fit_.app, import_.app})
             command->group("Commands");
     }
@@ -195,7 +210,7 @@ public:
             throw UsageError(
                 QStringLiteral("There is no command \"%1\", but fit and import. See \"nuvostat --help\".")
                     .arg(QString::fromStdString(name)));
-        if (command == nullptr && name != "--help" && name != "--version")
+        if (command == nullptr && name != "-h" && name != "--help" && name != "--version")
             throw UsageError(QStringLiteral("There is no option \"%1\". See \"nuvostat --help\".")
                                  .arg(QString::fromStdString(name)));
         const QString hint = QStringLiteral(" See \"nuvostat %1 --help\".").arg(QString::fromStdString(name));
@@ -284,6 +299,15 @@ private:
         options.warnings = !fit_.warnings->empty();
         options.matrices = !fit_.matrices->empty();
         options.progress = !fit_.progress->empty();
+        options.saveReport = text(fit_.saveReport);
+        if (!fit_.saveReport->empty() && !isReportFile(options.saveReport))
+            throw UsageError(
+                QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"%1\".")
+                    .arg(options.saveReport));
+        options.savePlots = text(fit_.savePlots);
+        if (!fit_.savePlots->empty() && options.savePlots.isEmpty())
+            throw UsageError(QStringLiteral("--save-plots takes the name of a directory, not an empty text."));
+        options.show = !fit_.show->empty();
         const QString format = fit_.format->empty() ? QStringLiteral("text") : text(fit_.format);
         if (format != u"text" && format != u"json")
             throw UsageError(QStringLiteral("--format is text or json, not \"%1\".").arg(format));
@@ -314,6 +338,9 @@ private:
         CLI::Option *matrices = nullptr;
         CLI::Option *progress = nullptr;
         CLI::Option *format = nullptr;
+        CLI::Option *saveReport = nullptr;
+        CLI::Option *savePlots = nullptr;
+        CLI::Option *show = nullptr;
     };
     struct Import
     {

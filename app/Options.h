@@ -28,6 +28,9 @@ struct FitOptions
     bool warnings = false;
     bool matrices = false;
     bool progress = false;
+    QString saveReport; ///< a file; empty for none
+    QString savePlots;  ///< a directory; empty for none
+    bool show = false;
     OutputFormat format = OutputFormat::Text;
 };
 
