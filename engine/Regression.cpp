@@ -55,7 +55,8 @@ public:
     explicit Private(TRegression &regression)
         : q(regression), busy(regression), controls(regression.controls_),
           showLoadProgress(std::exchange(regression.showLoadProgress_, false)),
-          showWarnings(std::exchange(regression.showWarnings_, false))
+          showWarnings(std::exchange(regression.showWarnings_, false)),
+          cache(std::make_unique<nuvo::ColumnCache>(regression))
     {
     }
 
@@ -64,6 +65,7 @@ public:
     const std::array<TIndepVar, MaxControls> controls;
     const bool showLoadProgress;
     const bool showWarnings;
+    std::unique_ptr<nuvo::ColumnCache> cache;
 };
 
 TRegression::TRegression(TDataSet &dataset, Form form)
@@ -139,6 +141,7 @@ void TRegression::Series::Restore()
 
 void TRegression::Series::EnableControls()
 {
+    d_->cache.reset(); // puts the dataset where the controls are to follow
     d_->busy.EnableControls();
 }
 
