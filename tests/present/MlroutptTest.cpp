@@ -320,6 +320,32 @@ TEST(ReportWindow, CovarianceAfterCorrelationLeavesTheCorrelationLinesAndZoomsTh
         });
 }
 
+TEST(ReportWindow, StandsInTheMiddleOfTheScreenAndSoDoesTheMatrix)
+{
+    QWidget behind; // in a corner, and in front of nothing
+    behind.setGeometry(0, 0, 60, 40);
+    behind.show();
+    behind.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&behind));
+    const auto inTheMiddle = [](const QWidget &window) {
+        const QRect screen = window.screen()->availableGeometry();
+        return (QRect(window.pos(), window.size()).center() - screen.center()).manhattanLength() <= 2;
+    };
+    Fitted fitted = scatteredFit(20, 2);
+    showReport(
+        fitted,
+        [&](TRegressionOutputForm &form) {
+            EXPECT_EQ(form.parentWidget(), &behind);
+            EXPECT_TRUE(inTheMiddle(form));
+            form.move(0, 0);
+            chooseMatrix(form, "Zoom1");
+        },
+        [&](QDialog &matrix) {
+            EXPECT_TRUE(inTheMiddle(matrix));
+            matrix.close();
+        });
+}
+
 TEST(ReportWindow, MenusOpenAboveTheMiddleOfTheirButtonAndOnTheRightMouseButton)
 {
     Fitted fitted = scatteredFit(20, 2);
