@@ -1,5 +1,6 @@
 #include "app/Console.h"
 #include "app/Fit.h"
+#include "app/Ftable.h"
 #include "app/Import.h"
 #include "app/Json.h"
 #include "app/Options.h"
@@ -49,11 +50,13 @@ int runFit(char **argv, const nuvo::FitOptions &options)
     return result.fitted ? Success : NoResult;
 }
 
-int runImport(char **argv, const nuvo::ImportOptions &options)
+/// For a command that makes something and says so in a line.
+template <class Options>
+int runMaker(char **argv, QString (*make)(const Options &), const Options &options)
 {
     int count = nameAlone;
     const QCoreApplication application(count, argv);
-    nuvo::writeOutput(nuvo::importCsv(options) + u'\n');
+    nuvo::writeOutput(make(options) + u'\n');
     return Success;
 }
 
@@ -63,7 +66,9 @@ int run(int argc, char **argv)
     if (const auto *fit = std::get_if<nuvo::FitOptions>(&command))
         return runFit(argv, *fit);
     if (const auto *import = std::get_if<nuvo::ImportOptions>(&command))
-        return runImport(argv, *import);
+        return runMaker(argv, nuvo::importCsv, *import);
+    if (const auto *ftable = std::get_if<nuvo::FTableOptions>(&command))
+        return runMaker(argv, nuvo::makeFTable, *ftable);
     nuvo::writeOutput(std::get<nuvo::PrintOptions>(command).text);
     return Success;
 }

@@ -14,6 +14,7 @@ constexpr char programUsage[] = R"(Usage:
   nuvostat fit --database DB (--table NAME | --sql TEXT) --response TERM
            [--control TERM]... [OPTIONS]
   nuvostat import FILE.csv --database DB --table NAME [--replace]
+  nuvostat ftable --database DB --table NAME [--denominators N] [--replace]
 )";
 
 constexpr char fitUsage[] = R"(Usage:
@@ -25,6 +26,10 @@ VARIABLES is --response TERM [--control TERM]...
 
 constexpr char importUsage[] = R"(Usage:
   nuvostat import FILE.csv --database DB --table NAME [--replace]
+)";
+
+constexpr char ftableUsage[] = R"(Usage:
+  nuvostat ftable --database DB --table NAME [--denominators N] [--replace]
 )";
 
 constexpr char programFooter[] = R"(
@@ -84,6 +89,21 @@ Examples:
   nuvostat import Longley.csv --database demo.db --table Longley
   nuvostat import sales.csv --database postgresql://ann@localhost/shop
            --table Sales --replace)";
+
+constexpr char ftableFooter[] = R"(
+The table holds quantiles of the F distribution, as the selection of variables
+looks them up. Its key is Numerator (1 to 10) and Denominator (1 to N), the
+degrees of freedom. The columns "1 Percent", "5 Percent" and "10 Percent" are
+the values that are exceeded with that probability, "95 Percent" is the 95th
+percentile.
+
+The table is made whole or not at all, in an SQLite file, which is made when it
+is not there, or in a PostgreSQL database.
+
+Examples:
+  nuvostat ftable --database demo.db --table Fdistribution
+  nuvostat ftable --database postgresql://ann@localhost/shop
+           --table Fdistribution --denominators 500 --replace)";
 
 constexpr char databaseHelp[] = "SQLite file, or URL of a server";
 
@@ -178,7 +198,17 @@ public:
         import_.table = value(import_.app, "--table", "NAME", "The table to make", "Options")->required();
         import_.replace = flag(import_.app, "--replace", "Replace a table that is there already");
         import_.app->set_help_flag("--help", "Show this help");
-        for (CLI::App *command : {fit_.app, import_.app})
+
+        ftable_.app = program_.add_subcommand("ftable", "Make a table of F quantiles");
+        ftable_.app->formatter(std::make_shared<HelpLayout>(ftableUsage));
+        ftable_.app->footer(ftableFooter);
+        ftable_.database = value(ftable_.app, "--database", "DB", databaseHelp, "Options")->required();
+        ftable_.table = value(ftable_.app, "--table", "NAME", "The table to make", "Options")->required();
+        ftable_.denominators =
+            value(ftable_.app, "--denominators", "N", "Up to how many; 2500 unless told", "Options");
+        ftable_.replace = flag(ftable_.app, "--replace", "Replace a table that is there already");
+        ftable_.app->set_help_flag("--help", "Show this help");
+        for (CLI::App *command : {fit_.app, import_.app, ftable_.app})
             command->group("Commands");
     }
     // CLI11 keeps pointers into it.
@@ -188,12 +218,14 @@ public:
     Command parse(std::vector<std::string> arguments)
     {
         if (arguments.empty())
-            throw UsageError(QStringLiteral("A command is missing: fit or import. See \"nuvostat --help\"."));
+            throw UsageError(QStringLiteral("A command is missing: fit, import or ftable. See \"nuvostat --help\"."));
         const std::string name = arguments.front();
-        CLI::App *const command = name == "fit" ? fit_.app : name == "import" ? import_.app : nullptr;
+        const std::vector<CLI::App *> named =
+            program_.get_subcommands([&name](const CLI::App *app) { return app->get_name() == name; });
+        CLI::App *const command = named.empty() ? nullptr : named.front();
         if (command == nullptr && !name.starts_with('-'))
             throw UsageError(
-                QStringLiteral("There is no command \"%1\", but fit and import. See \"nuvostat --help\".")
+                QStringLiteral("There is no command \"%1\", but fit, import and ftable. See \"nuvostat --help\".")
                     .arg(QString::fromStdString(name)));
         if (command == nullptr && name != "--help" && name != "--version")
             throw UsageError(QStringLiteral("There is no option \"%1\". See \"nuvostat --help\".")
@@ -204,7 +236,9 @@ public:
                 arguments = withEmptyValues(*command, arguments);
             std::reverse(arguments.begin(), arguments.end()); // as CLI11 wants them
             program_.parse(std::move(arguments));
-            return command == fit_.app ? Command(fitOptions()) : Command(importOptions());
+            return command == fit_.app      ? Command(fitOptions())
+                   : command == import_.app ? Command(importOptions())
+                                            : Command(ftableOptions());
         } catch (const CLI::CallForHelp &) {
             return PrintOptions{QString::fromStdString((command == nullptr ? &program_ : command)->help())
                                     .replace(QStringLiteral("\n\n\n"), QStringLiteral("\n\n"))};
@@ -291,11 +325,33 @@ private:
         return options;
     }
 
+    static QString newTableName(const CLI::Option *table)
+    {
+        if (text(table).isEmpty())
+            throw UsageError(QStringLiteral("--table needs a name."));
+        return text(table);
+    }
+
     ImportOptions importOptions() const
     {
-        if (text(import_.table).isEmpty())
-            throw UsageError(QStringLiteral("--table needs a name."));
-        return {text(import_.file), text(import_.database), text(import_.table), !import_.replace->empty()};
+        return {text(import_.file), text(import_.database), newTableName(import_.table), !import_.replace->empty()};
+    }
+
+    FTableOptions ftableOptions() const
+    {
+        FTableOptions options;
+        options.database = text(ftable_.database);
+        options.table = newTableName(ftable_.table);
+        if (!ftable_.denominators->empty()) {
+            const QString typed = text(ftable_.denominators);
+            bool ok = false;
+            options.denominators = typed.toInt(&ok);
+            if (!ok || options.denominators < 1 || options.denominators > MaxDenominators)
+                throw UsageError(QStringLiteral("--denominators is a whole number from 1 to %1, not \"%2\".")
+                                     .arg(QString::number(MaxDenominators), typed));
+        }
+        options.replace = !ftable_.replace->empty();
+        return options;
     }
 
     struct Fit
@@ -323,10 +379,19 @@ private:
         CLI::Option *table = nullptr;
         CLI::Option *replace = nullptr;
     };
+    struct FTable
+    {
+        CLI::App *app = nullptr;
+        CLI::Option *database = nullptr;
+        CLI::Option *table = nullptr;
+        CLI::Option *denominators = nullptr;
+        CLI::Option *replace = nullptr;
+    };
 
     CLI::App program_;
     Fit fit_;
     Import import_;
+    FTable ftable_;
 };
 
 } // namespace

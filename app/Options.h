@@ -39,13 +39,24 @@ struct ImportOptions
     bool replace = false;
 };
 
+/// The most denominators that a table of F quantiles takes.
+inline constexpr int MaxDenominators = 1000000;
+
+struct FTableOptions
+{
+    QString database;
+    QString table;
+    int denominators = 2500; ///< 1 to MaxDenominators
+    bool replace = false;
+};
+
 /// A text for standard output: help or the version.
 struct PrintOptions
 {
     QString text;
 };
 
-using Command = std::variant<PrintOptions, FitOptions, ImportOptions>;
+using Command = std::variant<PrintOptions, FitOptions, ImportOptions, FTableOptions>;
 
 /// Reads a command line, the program's name left out. \throws UsageError, whose sentence ends in a hint at --help.
 Command parseCommandLine(std::vector<std::string> arguments);
