@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
+#include <utility>
 
 int MlrMessageDlg(bool show, const QString &message, TMsgDlgType type, unsigned buttons, int helpContext)
 {
@@ -21,23 +23,46 @@ class TRegression::Busy
 public:
     explicit Busy(TRegression &regression) : regression_(regression), alive_(regression.alive_)
     {
-        regression_.RefuseWhileBusy();
-        regression_.busy_ = true;
+        ++regression_.busy_;
         regression_.dataset_.DisableControls();
     }
     Busy(const Busy &) = delete;
     Busy &operator=(const Busy &) = delete;
     ~Busy()
     {
-        if (alive_.expired())
-            return;
-        regression_.busy_ = false;
-        regression_.dataset_.EnableControls();
+        EnableControls();
+        if (Alive())
+            --regression_.busy_;
+    }
+
+    bool Alive() const { return !alive_.expired(); }
+    void EnableControls()
+    {
+        if (Alive() && std::exchange(disabled_, false))
+            regression_.dataset_.EnableControls();
     }
 
 private:
     TRegression &regression_;
     std::weak_ptr<bool> alive_;
+    bool disabled_ = true;
+};
+
+class TRegression::Series::Private
+{
+public:
+    explicit Private(TRegression &regression)
+        : q(regression), busy(regression), controls(regression.controls_),
+          showLoadProgress(std::exchange(regression.showLoadProgress_, false)),
+          showWarnings(std::exchange(regression.showWarnings_, false))
+    {
+    }
+
+    TRegression &q;
+    Busy busy;
+    const std::array<TIndepVar, MaxControls> controls;
+    const bool showLoadProgress;
+    const bool showWarnings;
 };
 
 TRegression::TRegression(TDataSet &dataset, Form form)
@@ -51,9 +76,63 @@ void TRegression::RefuseWhileBusy() const
 {
     if (busy_)
         throw EDatabaseError(QCoreApplication::translate("TRegression",
-                                                         "The %1 is being loaded; it cannot be changed, "
-                                                         "loaded or fitted before that has ended.")
+                                                         "The %1 is being loaded or fitted; it cannot be "
+                                                         "changed, loaded or fitted before that has ended.")
                                  .arg(dataset_.Caption()));
+}
+
+TRegression::Series::Series(TRegression &regression)
+{
+    regression.RefuseWhileBusy();
+    d_ = std::make_unique<Private>(regression);
+}
+
+TRegression::Series::~Series()
+{
+    if (!Alive())
+        return;
+    d_->q.showLoadProgress_ = d_->showLoadProgress;
+    d_->q.showWarnings_ = d_->showWarnings;
+}
+
+bool TRegression::Series::Alive() const
+{
+    return d_->busy.Alive();
+}
+
+bool TRegression::Series::ReLoad()
+{
+    d_->q.loaded_ = false;
+    return d_->q.Load();
+}
+
+void TRegression::Series::Execute()
+{
+    d_->q.Fit();
+}
+
+void TRegression::Series::Restore()
+{
+    if (!Alive())
+        return;
+    d_->q.controls_ = d_->controls;
+    bool fitted = false;
+    try {
+        if (ReLoad() && Alive()) {
+            Execute();
+            fitted = true;
+        }
+    } catch (const std::exception &) {
+        // Whatever made the restoring necessary can stand in its way as well.
+        fitted = false;
+    }
+    if (!fitted && Alive())
+        d_->q.ForgetLoad();
+}
+
+void TRegression::Series::EnableControls()
+{
+    d_->busy.EnableControls();
 }
 
 void TRegression::ForgetLoad()
@@ -77,6 +156,18 @@ void TRegression::SetResponse(const TDependentVar &definition)
     ForgetLoad();
 }
 
+void TRegression::SetShowLoadProgress(bool show)
+{
+    RefuseWhileBusy();
+    showLoadProgress_ = show;
+}
+
+void TRegression::SetShowWarnings(bool show)
+{
+    RefuseWhileBusy();
+    showWarnings_ = show;
+}
+
 void TRegression::SetControlStrings(int k, const QStringList &strings)
 {
     TIndepVar definition;
@@ -95,12 +186,17 @@ bool TRegression::ReLoad()
 {
     RefuseWhileBusy();
     loaded_ = false;
-    return LoadValues();
+    return Load();
 }
 
 void TRegression::Execute()
 {
     RefuseWhileBusy();
+    Fit();
+}
+
+void TRegression::Fit()
+{
     if (!loaded_) {
         MlrMessageDlg(showWarnings_,
                       form_ == Form::Table ? QStringLiteral("Table values NOT loaded.")
@@ -114,7 +210,11 @@ void TRegression::Execute()
     ComputexStdErr();
     ComputeyBar();
     ComputeyStdErr();
+    // A message box can be the component's end.
+    const std::weak_ptr<bool> alive = alive_;
     ComputebVector();
+    if (alive.expired())
+        return;
     ComputeResiduals();
     ComputeSSE();
     ComputeSSR();
@@ -139,6 +239,12 @@ bool TRegression::LoadValues()
 {
     if (loaded_)
         return true;
+    RefuseWhileBusy();
+    return Load();
+}
+
+bool TRegression::Load()
+{
     const std::weak_ptr<bool> alive = alive_;
     {
         const Busy busy(*this);

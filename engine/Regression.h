@@ -29,8 +29,8 @@ NUVO_EXPORT int MlrMessageDlg(bool show, const QString &message, TMsgDlgType typ
 /// definition was changed.
 ///
 /// Messages go through MessageDlg; conversion and database errors of a definition pass through to the caller. While a
-/// load shows its progress, events of the application run: ReLoad(), Execute() and property writes are then refused
-/// with an EDatabaseError, and destroying the component ends the load.
+/// load shows its progress, and during a Series, events of the application run: ReLoad(), Execute() and property
+/// writes are then refused with an EDatabaseError, and destroying the component ends the load.
 class NUVO_EXPORT TRegression
 {
 public:
@@ -63,10 +63,10 @@ public:
     const QString &ReportMessage() const { return reportMessage_; }
     void SetReportMessage(const QString &text) { reportMessage_ = text; }
     bool ShowLoadProgress() const { return showLoadProgress_; }
-    void SetShowLoadProgress(bool show) { showLoadProgress_ = show; }
+    void SetShowLoadProgress(bool show);
     /// Whether the warnings "more than 2500 records" and "NOT loaded" are shown.
     bool ShowWarnings() const { return showWarnings_; }
-    void SetShowWarnings(bool show) { showWarnings_ = show; }
+    void SetShowWarnings(bool show);
 
     // The run.
 
@@ -138,6 +138,38 @@ public:
     /// before them, ascending; their coefficients mean nothing. See nuvo::dependentColumns.
     std::vector<int> DependentColumns() const;
 
+    /// \throws EDatabaseError while a load or a Series is under way.
+    void RefuseWhileBusy() const;
+
+    /// Many loads and fits by one client, a model selection. From the first to the last moment nobody else can load,
+    /// fit, close or change the component, ShowLoadProgress and ShowWarnings are off, and the dataset's controls are
+    /// disabled. The client writes the definitions through ControlVar().
+    ///
+    /// The component can be destroyed meanwhile: by whatever events and signal handlers run within a call. Only
+    /// Alive() may be asked then.
+    class NUVO_EXPORT Series
+    {
+    public:
+        /// \throws EDatabaseError when the component is busy already.
+        explicit Series(TRegression &regression);
+        Series(const Series &) = delete;
+        Series &operator=(const Series &) = delete;
+        ~Series();
+
+        bool Alive() const;
+        bool ReLoad();
+        void Execute();
+        /// Gives back the definitions of the beginning and loads and fits them; where that cannot be done the
+        /// component is not loaded. Throws nothing.
+        void Restore();
+        /// Lets the controls follow again, and no statement stays open, before the series has ended.
+        void EnableControls();
+
+    private:
+        class Private;
+        std::unique_ptr<Private> d_;
+    };
+
     // The steps of ReLoad() and Execute(), in the order in which they use them.
 
     /// The load: returns at once when loaded already.
@@ -183,9 +215,6 @@ protected:
     virtual std::unique_ptr<LoadProgress> MakeLoadProgress() = 0;
     virtual void NotifyLoaded() = 0;
     virtual void NotifyComputed() = 0;
-    /// \throws EDatabaseError during a load.
-    void RefuseWhileBusy() const;
-
     // The definitions as a form streams them.
     QStringList ControlStrings(int k) const { return ControlVar(k).ToQStringList(); }
     void SetControlStrings(int k, const QStringList &strings);
@@ -205,6 +234,8 @@ private:
     class Busy;
 
     void ForgetLoad();
+    bool Load();
+    void Fit();
     /// Reads the records into the observations; false when the component was destroyed meanwhile.
     bool ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> &alive);
     void SetDegreesOfFreedom();
@@ -248,6 +279,6 @@ private:
     double rSquared_ = 0;
     double f_ = 0;
 
-    bool busy_ = false;
+    int busy_ = 0; ///< loads and series under way
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
