@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <utility>
 
 int MlrMessageDlg(bool show, const QString &message, TMsgDlgType type, unsigned buttons, int helpContext)
@@ -111,18 +110,23 @@ void TRegression::Series::Execute()
     d_->q.Fit();
 }
 
+void TRegression::Series::RestoreDefinitions()
+{
+    d_->q.controls_ = d_->controls;
+}
+
 void TRegression::Series::Restore()
 {
     if (!Alive())
         return;
-    d_->q.controls_ = d_->controls;
+    RestoreDefinitions();
     bool fitted = false;
     try {
         if (ReLoad() && Alive()) {
             Execute();
             fitted = true;
         }
-    } catch (const std::exception &) {
+    } catch (...) {
         // Whatever made the restoring necessary can stand in its way as well.
         fitted = false;
     }

@@ -159,6 +159,8 @@ public:
         bool Alive() const;
         bool ReLoad();
         void Execute();
+        /// Gives back the definitions of the beginning.
+        void RestoreDefinitions();
         /// Gives back the definitions of the beginning and loads and fits them; where that cannot be done the
         /// component is not loaded. Throws nothing.
         void Restore();
