@@ -2,7 +2,9 @@
 
 #include "app/Progressbar.h"
 #include "engine/Loadprogress.h"
+#include "select/Selectionprogress.h"
 
+#include <QElapsedTimer>
 #include <QMetaObject>
 #include <QString>
 #include <QWidget>
@@ -12,7 +14,7 @@
 namespace nuvo {
 
 /// A load's progress as a bar on standard error.
-class TerminalProgress : public LoadProgress
+class TerminalLoadProgress : public LoadProgress
 {
 public:
     void Show() override;
@@ -27,6 +29,30 @@ private:
     int progress_ = 0;
 };
 
+/// A selection's progress as a bar on standard error, beside it the text of the last step.
+class TerminalSelectionProgress : public SelectionProgress
+{
+public:
+    /// \param drawn false for a run that has no switch of its own and is to draw nothing
+    explicit TerminalSelectionProgress(bool drawn);
+
+    void Show() override;
+    void Repaint() override {}
+    void Close() override { bar_.reset(); }
+    void SetGaugeProgress(unsigned short progress) override;
+    void SetGaugeText(const QString &text) override;
+    double ProcessedTime() const override { return days_; }
+    bool Stopped() const override { return false; }
+
+private:
+    const bool drawn_;
+    std::unique_ptr<ProgressBar> bar_;
+    QElapsedTimer clock_;
+    double days_ = 0;
+    int progress_ = 0;
+    QString text_;
+};
+
 /// A regression component whose load tells the terminal instead of a dialog.
 template <class Component>
 class OnTerminal : public Component
@@ -35,7 +61,26 @@ public:
     using Component::Component;
 
 protected:
-    std::unique_ptr<LoadProgress> MakeLoadProgress() override { return std::make_unique<TerminalProgress>(); }
+    std::unique_ptr<LoadProgress> MakeLoadProgress() override { return std::make_unique<TerminalLoadProgress>(); }
+};
+
+/// A selection component whose run tells the terminal instead of a dialog.
+template <class Selection>
+class SearchOnTerminal : public Selection
+{
+public:
+    using Selection::Selection;
+
+    void DrawProgress(bool draw) { drawn_ = draw; }
+
+protected:
+    std::unique_ptr<SelectionProgress> MakeProgress() override
+    {
+        return std::make_unique<TerminalSelectionProgress>(drawn_);
+    }
+
+private:
+    bool drawn_ = true;
 };
 
 /// A component that forms hold.

@@ -40,7 +40,7 @@ QString makeFTable(const FTableOptions &options)
         const FQuantiles quantiles = fQuantiles(int(m), int(n));
         table.add({m, n, quantiles.upper1, quantiles.upper5, quantiles.upper10, quantiles.upper5});
         if (bar.shown() && clock.elapsed() >= moment)
-            bar.draw(int(100 * row / rows), QStringLiteral("%1 rows").arg(row));
+            bar.update(int(100 * row / rows), QStringLiteral("%1 rows").arg(row));
     }
     table.commit();
     return QStringLiteral("Made table \"%1\" with %2 rows: numerators 1 to %3, denominators 1 to %4.")

@@ -4,6 +4,8 @@
 #include "app/Import.h"
 #include "app/Json.h"
 #include "app/Options.h"
+#include "app/Run.h"
+#include "app/Select.h"
 #include "app/Usage.h"
 #include "platform/Errors.h"
 
@@ -36,18 +38,47 @@ int fail(const QString &sentence)
 /// How many arguments Qt gets to see: it would take "-platform" for its own where it is the value of an option.
 constexpr int nameAlone = 1;
 
+/// Components are widgets, so there must be a QApplication; nothing is ever drawn. `minimal` starts 4 ms earlier than
+/// `offscreen`, and a desktop's theme has nothing to say here.
+class Application
+{
+public:
+    explicit Application(char **argv) : application_(count_, argv) {}
+
+private:
+    int count_ = [] {
+        qputenv("QT_QPA_PLATFORM", "minimal");
+        qunsetenv("QT_QPA_PLATFORMTHEME");
+        return nameAlone;
+    }();
+    QApplication application_;
+};
+
 int runFit(char **argv, const nuvo::FitOptions &options)
 {
     wantsJson = options.format == nuvo::OutputFormat::Json;
-    // Components are widgets, so there must be a QApplication; nothing is ever drawn. `minimal` starts 4 ms earlier
-    // than `offscreen`, and a desktop's theme has nothing to say here.
-    qputenv("QT_QPA_PLATFORM", "minimal");
-    qunsetenv("QT_QPA_PLATFORMTHEME");
-    int count = nameAlone;
-    const QApplication application(count, argv);
+    const Application application(argv);
     const nuvo::FitResult result = nuvo::fit(options);
     nuvo::writeOutput(result.output);
     return result.fitted ? Success : NoResult;
+}
+
+int runSelect(char **argv, const nuvo::SelectOptions &options)
+{
+    wantsJson = options.format == nuvo::OutputFormat::Json;
+    const Application application(argv);
+    const nuvo::SelectResult result = nuvo::select(options);
+    nuvo::writeOutput(result.output);
+    return result.loaded ? Success : NoResult;
+}
+
+int runForm(char **argv, const nuvo::RunOptions &options)
+{
+    wantsJson = options.format == nuvo::OutputFormat::Json;
+    const Application application(argv);
+    const nuvo::RunResult result = nuvo::runForm(options);
+    nuvo::writeOutput(result.output);
+    return result.succeeded ? Success : NoResult;
 }
 
 /// For a command that makes something and says so in a line.
@@ -65,6 +96,10 @@ int run(int argc, char **argv)
     const nuvo::Command command = nuvo::parseCommandLine({argv + std::min(argc, 1), argv + argc});
     if (const auto *fit = std::get_if<nuvo::FitOptions>(&command))
         return runFit(argv, *fit);
+    if (const auto *select = std::get_if<nuvo::SelectOptions>(&command))
+        return runSelect(argv, *select);
+    if (const auto *form = std::get_if<nuvo::RunOptions>(&command))
+        return runForm(argv, *form);
     if (const auto *import = std::get_if<nuvo::ImportOptions>(&command))
         return runMaker(argv, nuvo::importCsv, *import);
     if (const auto *ftable = std::get_if<nuvo::FTableOptions>(&command))

@@ -6,6 +6,9 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <climits>
+#include <initializer_list>
+#include <utility>
 
 namespace nuvo {
 namespace {
@@ -13,6 +16,9 @@ namespace {
 constexpr char programUsage[] = R"(Usage:
   nuvostat fit --database DB (--table NAME | --sql TEXT) --response TERM
            [--control TERM]... [OPTIONS]
+  nuvostat select METHOD --database DB (--table NAME | --sql TEXT)
+           --response TERM [--control TERM]... [OPTIONS]
+  nuvostat run FORM.ui [--format text|json]
   nuvostat import FILE.csv --database DB --table NAME [--replace]
   nuvostat ftable --database DB --table NAME [--denominators N] [--replace]
 )";
@@ -22,6 +28,18 @@ constexpr char fitUsage[] = R"(Usage:
            [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
   nuvostat fit --database DB --sql TEXT VARIABLES [OPTIONS]
 VARIABLES is --response TERM [--control TERM]...
+)";
+
+constexpr char selectUsage[] = R"(Usage:
+  nuvostat select METHOD --database DB --table NAME [--filter EXPRESSION]
+           [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
+  nuvostat select METHOD --database DB --sql TEXT VARIABLES [OPTIONS]
+METHOD is optimal, stepwise, backward or forward.
+VARIABLES is --response TERM [--control TERM]...
+)";
+
+constexpr char runUsage[] = R"(Usage:
+  nuvostat run FORM.ui [--format text|json]
 )";
 
 constexpr char importUsage[] = R"(Usage:
@@ -41,12 +59,14 @@ Examples:
   nuvostat import Longley.csv --database demo.db --table Longley
   nuvostat fit --database demo.db --table Longley --response y
            --control x2 --control x3
-  nuvostat fit --help
+  nuvostat select stepwise --database demo.db --table Longley --response y
+           --control x2 --control x3 --control x4
+  nuvostat select --help
 
 Exit status: 0 every run came out; 1 a run came to no result; 2 the command line
-is wrong; 3 the database, a table, a field or a conversion failed.)";
+is wrong; 3 the database, a table, a field, a form or a conversion failed.)";
 
-constexpr char fitFooter[] = R"(
+constexpr char termHelp[] = R"(
 TERM is one of these; F and G are fields, K and N are numbers:
   response  control   means
   F         F         the field's value
@@ -63,13 +83,46 @@ A field's name that holds an operator or is a number stands in double quotes, a
 quote inside doubled: "GNP/cap"^2, "1999". The --control options become
 ControlVar01, ControlVar02, ... in the order given; an empty one (--control "")
 leaves its position undefined.
+)";
 
+constexpr char fitFooter[] = R"(
 Examples:
   nuvostat fit --database demo.db --table Longley --response y
            --control x2 --control 'Ln(x3)' --matrices
   nuvostat fit --database postgresql://ann@localhost/shop --format json
            --sql 'SELECT price, size, age FROM houses WHERE price > 0'
            --response 'Ln(price)' --control size --control 'age^2')";
+
+constexpr char selectFooter[] = R"(
+The methods start from a fit with all variables and leave the model that they
+choose, which is printed after their steps and their report:
+  optimal   fits every subset and keeps the best models by --criterion
+  stepwise  adds the variable with the smallest residual mean square while its
+            partial F is above --f-in, and takes out those whose squared t is
+            below --f-out
+  backward  takes out one variable after the other while F is above --f
+  forward   adds one variable after the other while F is above --f
+The thresholds come from an F table (--f-table, made by nuvostat ftable) where
+one is given: from its column "95 Percent", and for the variables that stepwise
+adds from the column --f-percent. What is not given is the component's default:
+nondominated, one model, and 4 for each threshold.
+
+Examples:
+  nuvostat select stepwise --database demo.db --table Longley --response y
+           --control x2 --control x3 --control x4 --f-in 3.5 --f-out 3
+  nuvostat select optimal --database demo.db --table Longley --response y
+           --control x2 --control x3 --criterion min-s2 --models 5)";
+
+constexpr char runFooter[] = R"(
+FORM.ui is a form of Qt Designer with our components on it. In the form's order
+every regression component is opened, loaded and fitted, then every selection
+component is run. Nothing else of the form is made, and no file is opened
+because the form names it, except the databases of its components; a relative
+path of a database starts in the working directory, as it does in a program.
+
+Examples:
+  nuvostat run longley.ui
+  nuvostat run longley.ui --format json)";
 
 constexpr char importFooter[] = R"(
 The first row names the columns. Cells are parted by commas, or by semicolons or
@@ -169,47 +222,44 @@ public:
         program_.footer(programFooter);
         program_.formatter(std::make_shared<HelpLayout>(programUsage));
 
-        fit_.app = program_.add_subcommand("fit", "Fit a regression and print its report");
-        fit_.app->formatter(std::make_shared<HelpLayout>(fitUsage));
-        fit_.app->footer(fitFooter);
-        fit_.database = value(fit_.app, "--database", "DB", databaseHelp, "DATA")->required();
-        fit_.table = value(fit_.app, "--table", "NAME", "A table or view of the database", "DATA");
-        fit_.filter = value(fit_.app, "--filter", "EXPRESSION", "An SQL condition on the table's records", "DATA");
-        fit_.order = value(fit_.app, "--order", "FIELD[,FIELD...]", "The order of the table's records", "DATA");
-        fit_.sql = value(fit_.app, "--sql", "TEXT", "In place of a table: SELECT ...", "DATA");
-        fit_.response = value(fit_.app, "--response", "TERM", "The response variable Y", "VARIABLES")->required();
-        fit_.controls = value(fit_.app, "--control", "TERM", "A control variable X; up to ten of them", "VARIABLES");
-        fit_.controls->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-        fit_.description =
-            value(fit_.app, "--description", "TEXT", "What it is about, for the report's head", "Options");
+        fit_.app =
+            command("fit", "Fit a regression and print its report", fitUsage, std::string(termHelp) + fitFooter);
+        addModel(fit_);
         fit_.message = value(fit_.app, "--message", "TEXT", "A message for the report's foot", "Options");
         fit_.warnings = flag(fit_.app, "--warnings", "Warn when records are too many to be used");
         fit_.matrices = flag(fit_.app, "--matrices", "Print the coefficients' covariances and correlations");
-        fit_.progress = flag(fit_.app, "--progress", "Draw a progress bar on a terminal");
-        fit_.format = value(fit_.app, "--format", "text|json", "What to print; text unless told", "Options");
 
-        fit_.app->set_help_flag("--help", "Show this help");
+        select_.app =
+            command("select", "Choose a regression's variables", selectUsage, std::string(termHelp) + selectFooter);
+        select_.method =
+            value(select_.app, "METHOD", "", "optimal, stepwise, backward or forward", "Method")->required();
+        addModel(select_);
+        select_.criterion = value(select_.app, "--criterion", "NAME", "nondominated, min-s2 or max-f", "optimal");
+        select_.models = value(select_.app, "--models", "N", "How many models to keep, up to 20", "optimal");
+        select_.fIn = value(select_.app, "--f-in", "X", "The threshold to enter", "stepwise");
+        select_.fOut = value(select_.app, "--f-out", "X", "The threshold to stay", "stepwise");
+        select_.fPercent =
+            value(select_.app, "--f-percent", "COLUMN", "\"1 Percent\", \"5 Percent\" or \"10 Percent\"", "stepwise");
+        select_.f = value(select_.app, "--f", "X", "The threshold", "backward and forward");
+        select_.fTable = value(select_.app, "--f-table", "NAME", "A table of F quantiles in the same database",
+                               "stepwise, backward and forward");
 
-        import_.app = program_.add_subcommand("import", "Make a table from a CSV file");
-        import_.app->formatter(std::make_shared<HelpLayout>(importUsage));
-        import_.app->footer(importFooter);
+        run_.app = command("run", "Fit and select what a form of Qt Designer holds", runUsage, runFooter);
+        run_.form = value(run_.app, "FORM.ui", "", "The form to load", "Options")->required();
+        run_.format = value(run_.app, "--format", "text|json", "What to print; text unless told", "Options");
+
+        import_.app = command("import", "Make a table from a CSV file", importUsage, importFooter);
         import_.file = value(import_.app, "FILE.csv", "", "The file to read", "Options")->required();
         import_.database = value(import_.app, "--database", "DB", databaseHelp, "Options")->required();
         import_.table = value(import_.app, "--table", "NAME", "The table to make", "Options")->required();
         import_.replace = flag(import_.app, "--replace", "Replace a table that is there already");
-        import_.app->set_help_flag("--help", "Show this help");
 
-        ftable_.app = program_.add_subcommand("ftable", "Make a table of F quantiles");
-        ftable_.app->formatter(std::make_shared<HelpLayout>(ftableUsage));
-        ftable_.app->footer(ftableFooter);
+        ftable_.app = command("ftable", "Make a table of F quantiles", ftableUsage, ftableFooter);
         ftable_.database = value(ftable_.app, "--database", "DB", databaseHelp, "Options")->required();
         ftable_.table = value(ftable_.app, "--table", "NAME", "The table to make", "Options")->required();
         ftable_.denominators =
             value(ftable_.app, "--denominators", "N", "Up to how many; 2500 unless told", "Options");
         ftable_.replace = flag(ftable_.app, "--replace", "Replace a table that is there already");
-        ftable_.app->set_help_flag("--help", "Show this help");
-        for (CLI::App *command : {fit_.app, import_.app, ftable_.app})
-            command->group("Commands");
     }
     // CLI11 keeps pointers into it.
     CommandLine(const CommandLine &) = delete;
@@ -218,15 +268,15 @@ public:
     Command parse(std::vector<std::string> arguments)
     {
         if (arguments.empty())
-            throw UsageError(QStringLiteral("A command is missing: fit, import or ftable. See \"nuvostat --help\"."));
+            throw UsageError(
+                QStringLiteral("A command is missing: %1. See \"nuvostat --help\".").arg(commandNames(" or ")));
         const std::string name = arguments.front();
         const std::vector<CLI::App *> named =
             program_.get_subcommands([&name](const CLI::App *app) { return app->get_name() == name; });
         CLI::App *const command = named.empty() ? nullptr : named.front();
         if (command == nullptr && !name.starts_with('-'))
-            throw UsageError(
-                QStringLiteral("There is no command \"%1\", but fit, import and ftable. See \"nuvostat --help\".")
-                    .arg(QString::fromStdString(name)));
+            throw UsageError(QStringLiteral("There is no command \"%1\", but %2. See \"nuvostat --help\".")
+                                 .arg(QString::fromStdString(name), commandNames(" and ")));
         if (command == nullptr && name != "--help" && name != "--version")
             throw UsageError(QStringLiteral("There is no option \"%1\". See \"nuvostat --help\".")
                                  .arg(QString::fromStdString(name)));
@@ -236,9 +286,7 @@ public:
                 arguments = withEmptyValues(*command, arguments);
             std::reverse(arguments.begin(), arguments.end()); // as CLI11 wants them
             program_.parse(std::move(arguments));
-            return command == fit_.app      ? Command(fitOptions())
-                   : command == import_.app ? Command(importOptions())
-                                            : Command(ftableOptions());
+            return read(command);
         } catch (const CLI::CallForHelp &) {
             return PrintOptions{QString::fromStdString((command == nullptr ? &program_ : command)->help())
                                     .replace(QStringLiteral("\n\n\n"), QStringLiteral("\n\n"))};
@@ -256,6 +304,72 @@ public:
     }
 
 private:
+    /// What fit and select have in common.
+    struct Model
+    {
+        CLI::App *app = nullptr;
+        CLI::Option *database = nullptr;
+        CLI::Option *table = nullptr;
+        CLI::Option *filter = nullptr;
+        CLI::Option *order = nullptr;
+        CLI::Option *sql = nullptr;
+        CLI::Option *response = nullptr;
+        CLI::Option *controls = nullptr;
+        CLI::Option *description = nullptr;
+        CLI::Option *progress = nullptr;
+        CLI::Option *format = nullptr;
+    };
+
+    CLI::App *command(const char *name, const char *description, const char *usage, const std::string &footer)
+    {
+        CLI::App *app = program_.add_subcommand(name, description);
+        app->formatter(std::make_shared<HelpLayout>(usage));
+        app->footer(footer);
+        app->set_help_flag("--help", "Show this help");
+        app->group("Commands");
+        return app;
+    }
+
+    static void addModel(Model &model)
+    {
+        model.database = value(model.app, "--database", "DB", databaseHelp, "DATA")->required();
+        model.table = value(model.app, "--table", "NAME", "A table or view of the database", "DATA");
+        model.filter = value(model.app, "--filter", "EXPRESSION", "An SQL condition on the table's records", "DATA");
+        model.order = value(model.app, "--order", "FIELD[,FIELD...]", "The order of the table's records", "DATA");
+        model.sql = value(model.app, "--sql", "TEXT", "In place of a table: SELECT ...", "DATA");
+        model.response = value(model.app, "--response", "TERM", "The response variable Y", "VARIABLES")->required();
+        model.controls =
+            value(model.app, "--control", "TERM", "A control variable X; up to ten of them", "VARIABLES");
+        model.controls->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        model.description =
+            value(model.app, "--description", "TEXT", "What it is about, for the report's head", "Options");
+        model.progress = flag(model.app, "--progress", "Draw a progress bar on a terminal");
+        model.format = value(model.app, "--format", "text|json", "What to print; text unless told", "Options");
+    }
+
+    /// "fit, select or run"
+    QString commandNames(const char *last) const
+    {
+        QStringList names;
+        for (const CLI::App *app : program_.get_subcommands({}))
+            names.append(QString::fromStdString(app->get_name()));
+        const QString end = names.takeLast();
+        return names.join(QStringLiteral(", ")) + QString::fromLatin1(last) + end;
+    }
+
+    Command read(const CLI::App *command) const
+    {
+        if (command == fit_.app)
+            return fitOptions();
+        if (command == select_.app)
+            return selectOptions();
+        if (command == run_.app)
+            return RunOptions{text(run_.form), outputFormat(run_.format)};
+        if (command == import_.app)
+            return importOptions();
+        return ftableOptions();
+    }
+
     static CLI::Option *value(CLI::App *command, const char *name, const char *type, const char *help,
                               const char *group)
     {
@@ -281,7 +395,8 @@ private:
     {
         for (const CLI::Option *option : command->get_options()) {
             const QString name = QString::fromStdString(option->get_name());
-            if (option != fit_.controls && option->get_expected_min() > 0 && option->count() > 1)
+            if (option->get_multi_option_policy() != CLI::MultiOptionPolicy::TakeAll &&
+                option->get_expected_min() > 0 && option->count() > 1)
                 return QStringLiteral("%1 is there %2 times; it can be given once.").arg(name).arg(option->count());
             if (told.startsWith(name + u':'))
                 return QStringLiteral("%1 needs a value.").arg(name);
@@ -289,40 +404,126 @@ private:
         return QStringLiteral("--%1 takes no value.").arg(told.section(u' ', 0, 0));
     }
 
-    FitOptions fitOptions() const
+    static OutputFormat outputFormat(const CLI::Option *option)
     {
-        FitOptions options;
-        options.database = text(fit_.database);
-        options.table = optionalText(fit_.table);
-        options.sql = optionalText(fit_.sql);
+        const QString format = option->empty() ? QStringLiteral("text") : text(option);
+        if (format != u"text" && format != u"json")
+            throw UsageError(QStringLiteral("--format is text or json, not \"%1\".").arg(format));
+        return format == u"json" ? OutputFormat::Json : OutputFormat::Text;
+    }
+
+    static void readModel(const Model &model, ModelOptions &options)
+    {
+        options.database = text(model.database);
+        options.table = optionalText(model.table);
+        options.sql = optionalText(model.sql);
         if (options.table && options.sql)
             throw UsageError(QStringLiteral("--table and --sql exclude each other."));
         if (!options.table && !options.sql)
             throw UsageError(QStringLiteral("--table or --sql is required."));
-        if (options.sql && (!fit_.filter->empty() || !fit_.order->empty()))
+        if (options.sql && (!model.filter->empty() || !model.order->empty()))
             throw UsageError(
                 QStringLiteral("--filter and --order belong to --table; a statement has its own WHERE and "
                                "ORDER BY."));
-        options.filter = text(fit_.filter);
-        options.order = text(fit_.order);
-        options.response = parseResponse(text(fit_.response));
-        if (fit_.controls->count() > MaxControls)
+        options.filter = text(model.filter);
+        options.order = text(model.order);
+        options.response = parseResponse(text(model.response));
+        if (model.controls->count() > MaxControls)
             throw UsageError(
                 QStringLiteral("--control is there %1 times; a regression has up to %2 control variables.")
-                    .arg(fit_.controls->count())
+                    .arg(model.controls->count())
                     .arg(MaxControls));
-        for (const std::string &control : fit_.controls->results())
+        for (const std::string &control : model.controls->results())
             options.controls.append(parseControl(QString::fromStdString(control)));
-        options.description = text(fit_.description);
+        options.description = text(model.description);
+        options.progress = !model.progress->empty();
+        options.format = outputFormat(model.format);
+    }
+
+    FitOptions fitOptions() const
+    {
+        FitOptions options;
+        readModel(fit_, options);
         options.message = text(fit_.message);
         options.warnings = !fit_.warnings->empty();
         options.matrices = !fit_.matrices->empty();
-        options.progress = !fit_.progress->empty();
-        const QString format = fit_.format->empty() ? QStringLiteral("text") : text(fit_.format);
-        if (format != u"text" && format != u"json")
-            throw UsageError(QStringLiteral("--format is text or json, not \"%1\".").arg(format));
-        options.format = format == u"json" ? OutputFormat::Json : OutputFormat::Text;
         return options;
+    }
+
+    SelectOptions selectOptions() const
+    {
+        using Method = SelectOptions::Method;
+        SelectOptions options;
+        options.method = oneOf<Method>(select_.method, {{"optimal", Method::Optimal},
+                                                        {"stepwise", Method::Stepwise},
+                                                        {"backward", Method::Backward},
+                                                        {"forward", Method::Forward}});
+        readModel(select_, options);
+        refuseForeign({select_.criterion, select_.models}, options.method == Method::Optimal);
+        refuseForeign({select_.fIn, select_.fOut, select_.fPercent}, options.method == Method::Stepwise);
+        refuseForeign({select_.f}, options.method == Method::Backward || options.method == Method::Forward);
+        refuseForeign({select_.fTable}, options.method != Method::Optimal);
+        if (!select_.criterion->empty())
+            options.criterion =
+                oneOf<TOptimizationType>(select_.criterion, {{"nondominated", TOptimizationType::Nondominated},
+                                                             {"min-s2", TOptimizationType::MinSsquared},
+                                                             {"max-f", TOptimizationType::MaxFValue}});
+        if (!select_.models->empty())
+            options.models = wholeNumber(select_.models, INT_MIN, INT_MAX);
+        options.f = number(select_.f);
+        options.fIn = number(select_.fIn);
+        options.fOut = number(select_.fOut);
+        options.fPercent = optionalText(select_.fPercent);
+        options.fTable = optionalText(select_.fTable);
+        return options;
+    }
+
+    void refuseForeign(std::initializer_list<const CLI::Option *> options, bool belong) const
+    {
+        for (const CLI::Option *option : options) {
+            if (!belong && !option->empty())
+                throw UsageError(QStringLiteral("%1 belongs to %2, not to %3.")
+                                     .arg(QString::fromStdString(option->get_name()),
+                                          QString::fromStdString(option->get_group()), text(select_.method)));
+        }
+    }
+
+    template <class Value>
+    static Value oneOf(const CLI::Option *option, std::initializer_list<std::pair<const char *, Value>> choices)
+    {
+        QStringList names;
+        for (const auto &[name, value] : choices) {
+            if (text(option) == QLatin1StringView(name))
+                return value;
+            names.append(QString::fromLatin1(name));
+        }
+        const QString last = names.takeLast();
+        throw UsageError(QStringLiteral("%1 is %2 or %3, not \"%4\".")
+                             .arg(QString::fromStdString(option->get_name()), names.join(QStringLiteral(", ")), last,
+                                  text(option)));
+    }
+
+    static int wholeNumber(const CLI::Option *option, int least, int most)
+    {
+        bool ok = false;
+        const int number = text(option).toInt(&ok);
+        if (!ok || number < least || number > most)
+            throw UsageError(QStringLiteral("%1 is a whole number from %2 to %3, not \"%4\".")
+                                 .arg(QString::fromStdString(option->get_name()), QString::number(least),
+                                      QString::number(most), text(option)));
+        return number;
+    }
+
+    static std::optional<double> number(const CLI::Option *option)
+    {
+        if (option->empty())
+            return std::nullopt;
+        bool ok = false;
+        const double value = text(option).toDouble(&ok);
+        if (!ok)
+            throw UsageError(QStringLiteral("%1 is a number, not \"%2\".")
+                                 .arg(QString::fromStdString(option->get_name()), text(option)));
+        return value;
     }
 
     static QString newTableName(const CLI::Option *table)
@@ -342,33 +543,33 @@ private:
         FTableOptions options;
         options.database = text(ftable_.database);
         options.table = newTableName(ftable_.table);
-        if (!ftable_.denominators->empty()) {
-            const QString typed = text(ftable_.denominators);
-            bool ok = false;
-            options.denominators = typed.toInt(&ok);
-            if (!ok || options.denominators < 1 || options.denominators > MaxDenominators)
-                throw UsageError(QStringLiteral("--denominators is a whole number from 1 to %1, not \"%2\".")
-                                     .arg(QString::number(MaxDenominators), typed));
-        }
+        if (!ftable_.denominators->empty())
+            options.denominators = wholeNumber(ftable_.denominators, 1, MaxDenominators);
         options.replace = !ftable_.replace->empty();
         return options;
     }
 
-    struct Fit
+    struct Fit : Model
     {
-        CLI::App *app = nullptr;
-        CLI::Option *database = nullptr;
-        CLI::Option *table = nullptr;
-        CLI::Option *filter = nullptr;
-        CLI::Option *order = nullptr;
-        CLI::Option *sql = nullptr;
-        CLI::Option *response = nullptr;
-        CLI::Option *controls = nullptr;
-        CLI::Option *description = nullptr;
         CLI::Option *message = nullptr;
         CLI::Option *warnings = nullptr;
         CLI::Option *matrices = nullptr;
-        CLI::Option *progress = nullptr;
+    };
+    struct Select : Model
+    {
+        CLI::Option *method = nullptr;
+        CLI::Option *criterion = nullptr;
+        CLI::Option *models = nullptr;
+        CLI::Option *f = nullptr;
+        CLI::Option *fIn = nullptr;
+        CLI::Option *fOut = nullptr;
+        CLI::Option *fPercent = nullptr;
+        CLI::Option *fTable = nullptr;
+    };
+    struct Run
+    {
+        CLI::App *app = nullptr;
+        CLI::Option *form = nullptr;
         CLI::Option *format = nullptr;
     };
     struct Import
@@ -390,6 +591,8 @@ private:
 
     CLI::App program_;
     Fit fit_;
+    Select select_;
+    Run run_;
     Import import_;
     FTable ftable_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Terms.h"
+#include "select/Cvmain.h"
 
 #include <QList>
 #include <QString>
@@ -14,7 +15,8 @@ namespace nuvo {
 
 enum class OutputFormat { Text, Json };
 
-struct FitOptions
+/// The data and the variables of a regression, and what every command with one is asked.
+struct ModelOptions
 {
     QString database;
     std::optional<QString> table; ///< exactly one of table and sql
@@ -24,10 +26,34 @@ struct FitOptions
     Term response;
     QList<Term> controls; ///< in the order given; at most ten
     QString description;
+    bool progress = false;
+    OutputFormat format = OutputFormat::Text;
+};
+
+struct FitOptions : ModelOptions
+{
     QString message;
     bool warnings = false;
     bool matrices = false;
-    bool progress = false;
+};
+
+/// What was not given stays as the component has it.
+struct SelectOptions : ModelOptions
+{
+    enum class Method { Optimal, Stepwise, Backward, Forward };
+    Method method = Method::Optimal;
+    std::optional<TOptimizationType> criterion;
+    std::optional<int> models;
+    std::optional<double> f; ///< of backward and forward
+    std::optional<double> fIn;
+    std::optional<double> fOut;
+    std::optional<QString> fPercent;
+    std::optional<QString> fTable; ///< a table of the same database
+};
+
+struct RunOptions
+{
+    QString form; ///< a file
     OutputFormat format = OutputFormat::Text;
 };
 
@@ -56,7 +82,7 @@ struct PrintOptions
     QString text;
 };
 
-using Command = std::variant<PrintOptions, FitOptions, ImportOptions, FTableOptions>;
+using Command = std::variant<PrintOptions, FitOptions, SelectOptions, RunOptions, ImportOptions, FTableOptions>;
 
 /// Reads a command line, the program's name left out. \throws UsageError, whose sentence ends in a hint at --help.
 Command parseCommandLine(std::vector<std::string> arguments);

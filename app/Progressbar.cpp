@@ -16,7 +16,7 @@ ProgressBar::~ProgressBar()
 
 void ProgressBar::draw(int percent, const QString &text)
 {
-    if (!shown_ || percent == drawn_)
+    if (!shown_)
         return;
     constexpr int cells = 40;
     const int full = std::clamp(percent, 0, 100) * cells / 100;
@@ -25,6 +25,12 @@ void ProgressBar::draw(int percent, const QString &text)
                        .arg(percent, 3)
                        .arg(text));
     drawn_ = percent;
+}
+
+void ProgressBar::update(int percent, const QString &text)
+{
+    if (percent != drawn_)
+        draw(percent, text);
 }
 
 } // namespace nuvo

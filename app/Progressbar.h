@@ -4,8 +4,7 @@
 
 namespace nuvo {
 
-/// A bar on standard error, drawn anew with every per cent and taken away at the end; nothing where standard error is
-/// no terminal.
+/// A bar on standard error, taken away at the end; nothing where standard error is no terminal.
 class ProgressBar
 {
 public:
@@ -18,6 +17,8 @@ public:
     bool shown() const { return shown_; }
     /// \param percent of 100, with the text that belongs to it
     void draw(int percent, const QString &text);
+    /// Draws when the percentage is another one than before.
+    void update(int percent, const QString &text);
 
 private:
     bool shown_;
