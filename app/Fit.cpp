@@ -1,38 +1,63 @@
 #include "app/Fit.h"
 
+#include "app/Console.h"
 #include "app/Model.h"
 #include "app/Regressionoutput.h"
+#include "present/Mlroutpt.h"
+#include "present/Plotfile.h"
 
 namespace nuvo {
 namespace {
 
-FitResult fitOn(TDataSet &dataset, TRegression &regression, const FitOptions &options)
+QString output(TRegression &regression, const FitOptions &options, const MessageLog &log)
 {
-    regression.SetReportMessage(options.message);
-    regression.SetShowWarnings(options.warnings);
-    regression.SetShowLoadProgress(options.progress);
+    if (options.format == OutputFormat::Text)
+        return textRegression(regression, options.matrices ? Matrices::Shown : Matrices::Left);
+    Json json = jsonRegression(regression);
+    json["messages"] = jsonMessages(log.messages());
+    return jsonLines(json);
+}
 
-    const MessageLog log;
-    dataset.Open();
-    if (regression.ReLoad())
-        regression.Execute();
-    FitResult result;
-    result.fitted = regression.ResultsCurrent();
-    if (options.format == OutputFormat::Json) {
-        Json output = jsonRegression(regression);
-        output["messages"] = jsonMessages(log.messages());
-        result.output = jsonLines(output);
-    } else {
-        result.output = textRegression(regression, options.matrices);
+/// An interrupt waits until the files are whole.
+void saveFiles(TRegression &regression, const FitOptions &options)
+{
+    const InterruptHold hold;
+    if (!options.saveReport.isEmpty())
+        saveReport(regression, options.saveReport);
+    hold.check();
+    if (!options.savePlots.isEmpty())
+        savePlots(regression, options.savePlots);
+    hold.check();
+}
+
+template <class Component>
+bool fitOn(Component &component, const FitOptions &options)
+{
+    component.SetReportMessage(options.message);
+    component.SetShowWarnings(options.warnings);
+    component.SetShowLoadProgress(options.progress);
+
+    {
+        const MessageLog log;
+        component.Open();
+        if (component.ReLoad())
+            component.Execute();
+        if (component.ResultsCurrent())
+            saveFiles(component, options);
+        writeOutput(output(component, options, log));
     }
-    return result;
+    // Whoever sits at the window gets its messages there.
+    const bool fitted = component.ResultsCurrent();
+    if (fitted && options.show)
+        component.Output();
+    return fitted;
 }
 
 } // namespace
 
-FitResult fit(const FitOptions &options)
+bool fit(const FitOptions &options)
 {
-    return withModel(options, [&options](auto &component) { return fitOn(component, component, options); });
+    return withModel(options, [&options](auto &component) { return fitOn(component, options); });
 }
 
 } // namespace nuvo

@@ -2,6 +2,7 @@
 
 #include "app/Usage.h"
 #include "engine/Maxdata.h"
+#include "present/Reportdocument.h"
 
 #include <CLI/CLI.hpp>
 
@@ -64,7 +65,8 @@ Examples:
   nuvostat select --help
 
 Exit status: 0 every run came out; 1 a run came to no result; 2 the command line
-is wrong; 3 the database, a table, a field, a form or a conversion failed.)";
+is wrong; 3 the database, a table, a field, a form, a conversion or a file that
+is to be written failed.)";
 
 constexpr char termHelp[] = R"(
 TERM is one of these; F and G are fields, K and N are numbers:
@@ -86,12 +88,20 @@ leaves its position undefined.
 )";
 
 constexpr char fitFooter[] = R"(
+Report and plots are written when a fit came out, each file whole or not at all,
+before anything is printed; that needs no display. A report's .png is a picture
+of the report window. The plots are scatter-x1.png,
+residual-order.png, residual-x1.png, residual-response.png, residual-fitted.png,
+ecdf.png and so on, 327 x 185 pixels.
+
 Examples:
   nuvostat fit --database demo.db --table Longley --response y
            --control x2 --control 'Ln(x3)' --matrices
   nuvostat fit --database postgresql://ann@localhost/shop --format json
            --sql 'SELECT price, size, age FROM houses WHERE price > 0'
-           --response 'Ln(price)' --control size --control 'age^2')";
+           --response 'Ln(price)' --control size --control 'age^2'
+  nuvostat fit --database demo.db --table Longley --response y --control x2
+           --save-report longley.pdf --save-plots plots)";
 
 constexpr char selectFooter[] = R"(
 The methods start from a fit with all variables and leave the model that they
@@ -216,7 +226,7 @@ public:
     CommandLine()
     {
         program_.description("Multiple linear regression on the tables and queries of a database.");
-        program_.set_help_flag("--help", "Show this help; COMMAND --help shows a command's");
+        program_.set_help_flag("-h,--help", "Show this help; COMMAND --help shows a command's");
         program_.set_version_flag("--version", "nuvostat " NUVO_VERSION, "Show the version");
         program_.require_subcommand(1);
         program_.footer(programFooter);
@@ -228,6 +238,12 @@ public:
         fit_.message = value(fit_.app, "--message", "TEXT", "A message for the report's foot", "Options");
         fit_.warnings = flag(fit_.app, "--warnings", "Warn when records are too many to be used");
         fit_.matrices = flag(fit_.app, "--matrices", "Print the coefficients' covariances and correlations");
+
+        fit_.saveReport =
+            value(fit_.app, "--save-report", "FILE", "Write the report: .pdf, .html, .txt or .png", "Options");
+        fit_.savePlots =
+            value(fit_.app, "--save-plots", "DIR", "Write all plots as PNG; makes DIR if need be", "Options");
+        fit_.show = flag(fit_.app, "--show", "Show the report in a window, until it is closed");
 
         select_.app =
             command("select", "Choose a regression's variables", selectUsage, std::string(termHelp) + selectFooter);
@@ -277,7 +293,7 @@ public:
         if (command == nullptr && !name.starts_with('-'))
             throw UsageError(QStringLiteral("There is no command \"%1\", but %2. See \"nuvostat --help\".")
                                  .arg(QString::fromStdString(name), commandNames(" and ")));
-        if (command == nullptr && name != "--help" && name != "--version")
+        if (command == nullptr && name != "-h" && name != "--help" && name != "--version")
             throw UsageError(QStringLiteral("There is no option \"%1\". See \"nuvostat --help\".")
                                  .arg(QString::fromStdString(name)));
         const QString hint = QStringLiteral(" See \"nuvostat %1 --help\".").arg(QString::fromStdString(name));
@@ -325,7 +341,7 @@ private:
         CLI::App *app = program_.add_subcommand(name, description);
         app->formatter(std::make_shared<HelpLayout>(usage));
         app->footer(footer);
-        app->set_help_flag("--help", "Show this help");
+        app->set_help_flag("-h,--help", "Show this help");
         app->group("Commands");
         return app;
     }
@@ -447,6 +463,15 @@ private:
         options.message = text(fit_.message);
         options.warnings = !fit_.warnings->empty();
         options.matrices = !fit_.matrices->empty();
+        options.saveReport = text(fit_.saveReport);
+        if (!fit_.saveReport->empty() && !isReportFile(options.saveReport))
+            throw UsageError(
+                QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"%1\".")
+                    .arg(options.saveReport));
+        options.savePlots = text(fit_.savePlots);
+        if (!fit_.savePlots->empty() && options.savePlots.isEmpty())
+            throw UsageError(QStringLiteral("--save-plots takes the name of a directory, not an empty text."));
+        options.show = !fit_.show->empty();
         return options;
     }
 
@@ -554,6 +579,9 @@ private:
         CLI::Option *message = nullptr;
         CLI::Option *warnings = nullptr;
         CLI::Option *matrices = nullptr;
+        CLI::Option *saveReport = nullptr;
+        CLI::Option *savePlots = nullptr;
+        CLI::Option *show = nullptr;
     };
     struct Select : Model
     {
@@ -571,6 +599,9 @@ private:
         CLI::App *app = nullptr;
         CLI::Option *form = nullptr;
         CLI::Option *format = nullptr;
+        CLI::Option *saveReport = nullptr;
+        CLI::Option *savePlots = nullptr;
+        CLI::Option *show = nullptr;
     };
     struct Import
     {

@@ -35,6 +35,9 @@ struct FitOptions : ModelOptions
     QString message;
     bool warnings = false;
     bool matrices = false;
+    QString saveReport; ///< a file; empty for none
+    QString savePlots;  ///< a directory; empty for none
+    bool show = false;
 };
 
 /// What was not given stays as the component has it.

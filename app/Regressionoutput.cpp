@@ -1,10 +1,10 @@
 #include "app/Regressionoutput.h"
 
 #include "app/Console.h"
-#include "app/Textreport.h"
 #include "engine/Regression.h"
 #include "platform/Dataset.h"
 #include "present/Report.h"
+#include "present/Reportdocument.h"
 
 #include <QDateTime>
 
@@ -19,16 +19,6 @@ QStringList terms(const TRegression &regression)
     QStringList list;
     for (int j = 1; j <= regression.GetNumVars(); ++j)
         list.append(regression.GetcVar(j).OutputTerm());
-    return list;
-}
-
-QStringList dependentTerms(const TRegression &regression)
-{
-    QStringList list;
-    if (regression.ResultsCurrent()) {
-        for (const int j : regression.DependentColumns())
-            list.append(regression.GetcVar(j).OutputTerm());
-    }
     return list;
 }
 
@@ -121,47 +111,6 @@ Json jsonFigures(TRegression &regression)
     return figures;
 }
 
-/// Terms with values that no sum can take: a quotient by zero or by a null, say.
-QStringList infiniteTerms(const TRegression &regression)
-{
-    QStringList list;
-    if (!regression.ResultsCurrent())
-        return list;
-    const int n = regression.GetNumObs();
-    const auto addUnlessFinite = [&](const QString &term, const auto &value) {
-        for (int i = 1; i <= n; ++i) {
-            if (!std::isfinite(value(i))) {
-                list.append(term);
-                return;
-            }
-        }
-    };
-    addUnlessFinite(regression.ResponseVarY().OutputTerm(), [&](int i) { return regression.Gety(i); });
-    for (int j = 1; j <= regression.GetNumVars(); ++j)
-        addUnlessFinite(regression.GetcVar(j).OutputTerm(), [&](int i) { return regression.Getx(i, j); });
-    return list;
-}
-
-/// What was left out, in one line, and the columns that say nothing of their own in another.
-QString leftOut(TRegression &regression)
-{
-    QString text = QStringLiteral("Records: %1 in the dataset, %2 read, %3 used, %4 skipped.")
-                       .arg(regression.DataSet().RecordCount())
-                       .arg(regression.RecordsRead())
-                       .arg(regression.RecordsUsed())
-                       .arg(regression.RecordsSkipped());
-    if (const QStringList infinite = infiniteTerms(regression); !infinite.isEmpty())
-        text +=
-            QStringLiteral("\nInfinite or no number in some of the records used, so that no figure can be had: %1.")
-                .arg(infinite.join(QStringLiteral(", ")));
-    if (const QStringList dependent = dependentTerms(regression); !dependent.isEmpty())
-        text += QStringLiteral(
-                    "\nLinear combinations of the columns before them: %1.\nStandard errors and t values of all "
-                    "columns mean nothing then, nor do the coefficients\nof those combined: leave some out.")
-                    .arg(dependent.join(QStringLiteral(", ")));
-    return text;
-}
-
 } // namespace
 
 Json jsonTexts(const QStringList &texts)
@@ -208,23 +157,13 @@ Json jsonMessages(const QList<Message> &messages)
     return array;
 }
 
-QString textRegression(TRegression &regression, bool matrices)
+QString textRegression(TRegression &regression, Matrices matrices)
 {
     if (!regression.ResultsCurrent()) {
         return QStringLiteral("Data: %1\nNo result. %2\n")
             .arg(withoutControls(regression.DataSourceName()), leftOut(regression));
     }
-    ReportText report;
-    report.source = regression.DataSourceName();
-    report.description = regression.Description();
-    report.dateTime = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
-    report.message = regression.ReportMessage();
-    report.blocks = reportBlocks(regression);
-    report.window = windowTexts(report.blocks);
-    report.matrices = matrices;
-    report.terms = terms(regression);
-    report.leftOut = leftOut(regression);
-    return terminalReport(report, outputWidth());
+    return reportPlainText(reportDocument(regression, QDateTime::currentDateTime()), matrices, outputWidth());
 }
 
 } // namespace nuvo

@@ -2,6 +2,7 @@
 
 #include "app/Json.h"
 #include "app/Messagelog.h"
+#include "present/Textreport.h"
 
 class TRegression;
 
@@ -14,6 +15,6 @@ Json jsonMessages(const QList<Message> &messages);
 Json jsonTexts(const QStringList &texts);
 
 /// The report of a regression for the terminal, or that there is no result; lines ended by LF. \pre as above
-QString textRegression(TRegression &regression, bool matrices = false);
+QString textRegression(TRegression &regression, Matrices matrices = Matrices::Left);
 
 } // namespace nuvo

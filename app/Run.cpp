@@ -4,10 +4,10 @@
 #include "app/Formreader.h"
 #include "app/Regressionoutput.h"
 #include "app/Selectionoutput.h"
-#include "app/Textreport.h"
 #include "engine/Regression.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
+#include "present/Textreport.h"
 #include "select/Corvane.h"
 
 #include <QWidget>
@@ -20,7 +20,7 @@ class FormRun
 public:
     explicit FormRun(const RunOptions &options) : options_(options), form_(loadForm(options.form)) {}
 
-    RunResult run()
+    bool run()
     {
         QList<TDataSet *> regressions;
         QList<TCorvane *> selections;
@@ -43,7 +43,8 @@ public:
             perform(*dataset, [&] { fit(*dataset); });
         for (TCorvane *selection : selections)
             perform(*selection, [&] { choose(*selection); });
-        return {output(), succeeded_};
+        writeOutput(output());
+        return succeeded_;
     }
 
 private:
@@ -122,7 +123,7 @@ private:
 
 } // namespace
 
-RunResult runForm(const RunOptions &options)
+bool runForm(const RunOptions &options)
 {
     return FormRun(options).run();
 }

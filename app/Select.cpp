@@ -1,5 +1,6 @@
 #include "app/Select.h"
 
+#include "app/Console.h"
 #include "app/Model.h"
 #include "app/Regressionoutput.h"
 #include "app/Selectionoutput.h"
@@ -59,7 +60,7 @@ void bind(TCorvane &selection, TMLRQuery &query)
 }
 
 template <class Component>
-SelectResult selectOn(Component &component, const SelectOptions &options)
+bool selectOn(Component &component, const SelectOptions &options)
 {
     TTable fTable;
     if (options.fTable) {
@@ -75,21 +76,19 @@ SelectResult selectOn(Component &component, const SelectOptions &options)
     if (component.ReLoad())
         component.Execute();
     method->Run();
-    SelectResult result;
-    result.loaded = component.Loaded();
     if (options.format == OutputFormat::Json) {
-        Json output = jsonSelection(*method);
-        output["messages"] = jsonMessages(log.messages());
-        result.output = jsonLines(output);
+        Json json = jsonSelection(*method);
+        json["messages"] = jsonMessages(log.messages());
+        writeOutput(jsonLines(json));
     } else {
-        result.output = textSelection(*method);
+        writeOutput(textSelection(*method));
     }
-    return result;
+    return component.Loaded();
 }
 
 } // namespace
 
-SelectResult select(const SelectOptions &options)
+bool select(const SelectOptions &options)
 {
     return withModel(options, [&options](auto &component) { return selectOn(component, options); });
 }

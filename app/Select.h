@@ -4,15 +4,9 @@
 
 namespace nuvo {
 
-struct SelectResult
-{
-    QString output;      ///< for standard output, in the format that was asked for
-    bool loaded = false; ///< whether the component is, at the end
-};
-
-/// Loads and fits with all variables, then chooses a model; message boxes go to standard error while it runs.
-/// \pre a QApplication, as components are widgets.
-/// \throws EPlatformError when the database, a field or a conversion fails.
-SelectResult select(const SelectOptions &options);
+/// Loads and fits with all variables, chooses a model and prints; message boxes go to standard error meanwhile.
+/// Returns whether the component is loaded at the end. \pre a QApplication, as components are widgets.
+/// \throws EPlatformError when the database, a field or a conversion fails; nothing is printed then.
+bool select(const SelectOptions &options);
 
 } // namespace nuvo

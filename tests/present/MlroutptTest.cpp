@@ -320,6 +320,32 @@ TEST(ReportWindow, CovarianceAfterCorrelationLeavesTheCorrelationLinesAndZoomsTh
         });
 }
 
+TEST(ReportWindow, StandsInTheMiddleOfTheScreenAndSoDoesTheMatrix)
+{
+    QWidget behind; // in a corner, and in front of nothing
+    behind.setGeometry(0, 0, 60, 40);
+    behind.show();
+    behind.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&behind));
+    const auto inTheMiddle = [](const QWidget &window) {
+        const QRect screen = window.screen()->availableGeometry();
+        return (QRect(window.pos(), window.size()).center() - screen.center()).manhattanLength() <= 2;
+    };
+    Fitted fitted = scatteredFit(20, 2);
+    showReport(
+        fitted,
+        [&](TRegressionOutputForm &form) {
+            EXPECT_EQ(form.parentWidget(), &behind);
+            EXPECT_TRUE(inTheMiddle(form));
+            form.move(0, 0);
+            chooseMatrix(form, "Zoom1");
+        },
+        [&](QDialog &matrix) {
+            EXPECT_TRUE(inTheMiddle(matrix));
+            matrix.close();
+        });
+}
+
 TEST(ReportWindow, MenusOpenAboveTheMiddleOfTheirButtonAndOnTheRightMouseButton)
 {
     Fitted fitted = scatteredFit(20, 2);
@@ -635,11 +661,17 @@ TEST(ReportFiles, SaveReportWritesADocumentOfEachKind)
     EXPECT_TRUE(plain.contains(QLatin1String("A <problem> & more")));
     EXPECT_FALSE(plain.contains(u'\r'));
     const nuvo::ReportBlocks blocks = nuvo::reportBlocks(fitted.table);
-    for (const QString &line :
-         {blocks.FStat, blocks.SSE, blocks.Coeffs.section(nuvo::kLineEnd.toString(), 2, 2),
-          blocks.CovarianceLines[2].trimmed(), blocks.CorrelationLines[4].trimmed(), QStringLiteral("twice")}) {
-        EXPECT_TRUE(html.contains(line)) << line.toStdString();
-        EXPECT_TRUE(plain.contains(line)) << line.toStdString();
+    const auto inBoth = [&](const QString &figure) {
+        EXPECT_TRUE(html.contains(figure)) << figure.toStdString();
+        EXPECT_TRUE(plain.contains(figure)) << figure.toStdString();
+    };
+    for (const QString &figure :
+         {blocks.FStat, blocks.SSE, blocks.Coeffs.section(QLatin1String(": "), -1).trimmed(), QStringLiteral("twice"),
+          QStringLiteral("Records: 20 in the dataset, 20 read, 20 used, 0 skipped.")})
+        inBoth(figure);
+    for (const QStringList &lines : {blocks.CovarianceLines, blocks.CorrelationLines}) {
+        for (const QString &figure : lines.last().split(u' ', Qt::SkipEmptyParts))
+            inBoth(figure);
     }
     EXPECT_EQ(QImage(file("r.png")).size(), size);
     EXPECT_EQ(QApplication::clipboard()->text(), plain);
