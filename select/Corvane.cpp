@@ -23,6 +23,11 @@ private:
     TGaugeDlg dialog_;
 };
 
+QString caption(const TComponent &component)
+{
+    return component.Name().isEmpty() ? QString::fromLatin1(component.metaObject()->className()) : component.Name();
+}
+
 } // namespace
 
 nuvo::SelectionProgress::~SelectionProgress() = default;
@@ -90,7 +95,7 @@ void TCorvane::NeedBound() const
 {
     if (Regression() != nullptr)
         return;
-    const QString name = Name().isEmpty() ? QString::fromLatin1(metaObject()->className()) : Name();
+    const QString name = caption(*this);
     if (dataset_.isEmpty())
         throw EDatabaseError(QStringLiteral("%1 has no regression component: its Dataset is empty.").arg(name));
     if (everBound_)
@@ -100,12 +105,19 @@ void TCorvane::NeedBound() const
         QStringLiteral("%1 finds no regression component called \"%2\", its Dataset.").arg(name, dataset_));
 }
 
+void TCorvane::NeedFree() const
+{
+    RefuseWhileRunning();
+    NeedBound();
+    Regression()->RefuseWhileBusy();
+}
+
 void TCorvane::RefuseWhileRunning() const
 {
     if (running_)
         throw EDatabaseError(
             QStringLiteral("%1 is choosing a model; it cannot be run or changed before that has ended.")
-                .arg(Name().isEmpty() ? QString::fromLatin1(metaObject()->className()) : Name()));
+                .arg(caption(*this)));
 }
 
 void TCorvane::SaveModel(TMLRModel &model)

@@ -77,6 +77,8 @@ protected:
     virtual std::unique_ptr<nuvo::SelectionProgress> MakeProgress();
     /// \throws EDatabaseError when nothing is bound, naming this component.
     void NeedBound() const;
+    /// \throws EDatabaseError when a run cannot begin now: nothing is bound, or somebody is at work already.
+    void NeedFree() const;
     /// \throws EDatabaseError during a run.
     void RefuseWhileRunning() const;
     /// Puts a model onto the bound component; does not load.

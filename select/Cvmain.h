@@ -2,6 +2,10 @@
 
 #include "select/Corvane.h"
 
+namespace nuvo {
+class OptimalRun;
+}
+
 /// Fits every subset of the active control variables and keeps the best models by a criterion.
 ///
 /// A candidate that is not accepted overwrites the last entry of the list all the same, and with one model to save
@@ -50,7 +54,7 @@ public:
     void SortModelList();
 
 private:
-    friend class OptimalSearch;
+    friend class nuvo::OptimalRun;
 
     int Capacity() const;
 

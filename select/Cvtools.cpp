@@ -13,8 +13,7 @@ namespace {
 void setModel(const TMLRModel &model, TRegression &component)
 {
     component.RefuseWhileBusy();
-    for (int k = 1; k <= MaxControls; ++k)
-        component.ControlVar(k).SetTransformation(model.Transformations[k - 1]);
+    nuvo::writeModel(model, component);
 }
 
 bool setControls(TRegression &component, TTermTable table, int row, int count)
@@ -34,12 +33,19 @@ bool setControl(TRegression &component, TTermTable table, int which, int row)
 void setControlByIndex(TRegression &component, int index, const QString &transformation)
 {
     component.RefuseWhileBusy();
-    nuvo::writeControlByIndex(component, index, transformation);
+    if (index >= 1 && index <= component.GetNumVars())
+        nuvo::writeControlByIndex(component, index, transformation);
 }
 
 } // namespace
 
 namespace nuvo {
+
+void writeModel(const TMLRModel &model, TRegression &component)
+{
+    for (int k = 1; k <= MaxControls; ++k)
+        component.ControlVar(k).SetTransformation(model.Transformations[k - 1]);
+}
 
 void saveModel(TMLRModel &model, TRegression &component)
 {
@@ -66,8 +72,6 @@ void writeControl(TRegression &component, const TTermRow &row, int which)
 
 void writeControlByIndex(TRegression &component, int index, const QString &transformation)
 {
-    if (index < 1 || index > component.GetNumVars())
-        return;
     const QString term = component.GetcVar(index).OutputTerm();
     for (int k = 1; k <= MaxControls; ++k) {
         TIndepVar &control = component.ControlVar(k);

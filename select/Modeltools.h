@@ -8,6 +8,7 @@
 
 namespace nuvo {
 
+void writeModel(const TMLRModel &model, TRegression &component);
 void saveModel(TMLRModel &model, TRegression &component);
 void writeControls(TRegression &component, const TTermRow &row, int count);
 void writeControl(TRegression &component, const TTermRow &row, int which);
