@@ -71,13 +71,13 @@ public:
         undoAndRedo();
         bindSelection();
         save();
+        preview();
         copyAndPaste();
         layOut();
         switchOnWithoutDatabase();
         resetDefinition();
         otherForm();
         reload();
-        preview();
     }
 
     const QJsonObject &seen() const { return seen_; }
@@ -522,6 +522,7 @@ private:
 
     void preview()
     {
+        select(component<TComponent>("mlrTable"));
         core_.formWindowManager()->showPreview();
         settle(300);
         QJsonArray previews;
@@ -635,7 +636,8 @@ private:
             qFatal("no saved form");
         const QString saved = QString::fromUtf8(file.readAll());
         QDesignerFormWindowInterface *form = open(saved);
-        see("reloadGivesTheSameForm", form->contents() == saved);
+        see("saved", saved);
+        see("reloaded", form->contents());
         see("dirtyAfterReload", form->isDirty());
         delete form;
         settle();
