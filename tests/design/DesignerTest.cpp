@@ -170,6 +170,13 @@ TEST_F(Designer, MarksTheFormChangedAndSavesIt)
     EXPECT_TRUE(text("saved").contains(QStringLiteral("<header location=\"global\">engine/Mlrtable.h</header>")));
 }
 
+TEST_F(Designer, SavesTheFormOfTheExamples)
+{
+    QFile file(QStringLiteral(SOURCE_ROOT "/examples/Designed.ui"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(text("saved"), QString::fromUtf8(file.readAll()));
+}
+
 TEST_F(Designer, CopiesAndPastesAComponentWithItsDefinitions)
 {
     EXPECT_EQ(list("pastedControl1"), list("control1"));

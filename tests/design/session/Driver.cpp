@@ -635,12 +635,12 @@ private:
         if (!file.open(QIODevice::ReadOnly))
             qFatal("no saved form");
         const QString saved = QString::fromUtf8(file.readAll());
-        QDesignerFormWindowInterface *form = open(saved);
+        QDesignerFormWindowInterface *form = core_.formWindowManager()->createFormWindow(core_.topLevel());
+        form->setContents(saved);
         see("saved", saved);
         see("reloaded", form->contents());
         see("dirtyAfterReload", form->isDirty());
         delete form;
-        settle();
     }
 
     QDesignerFormEditorInterface &core_;
