@@ -12,6 +12,7 @@
 #include <utility>
 
 class QPlainTextEdit;
+class QWidget;
 
 namespace nuvo {
 
@@ -32,6 +33,9 @@ constexpr int pointsToPixels(int points)
 {
     return (points * 96 + 36) / 72;
 }
+
+/// Puts a window that is about to open into the middle of its screen, wherever the window behind it stands.
+void centreOnScreen(QWidget &window);
 
 /// Runs a handler of a form; an error becomes a message box, since it must not reach Qt's event loop.
 template <class Handler>

@@ -173,6 +173,7 @@ void TRegressionOutputForm::Open(TRegression *dataSet, const QString &descriptio
          {depVar, indepVars, dataCount, dof, coeffs, sSquared, sse, ssr, means, stdDevs, stdErrs, tValues, fStat,
           covarianceList, correlationList});
     LayOut(screen()->availableSize());
+    nuvo::centreOnScreen(*this);
     ShowModal(*this);
 }
 

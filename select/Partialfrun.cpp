@@ -196,7 +196,7 @@ double PartialFRun::partialF(double before, double after)
 double PartialFRun::statisticOfEntry(double meanSquare)
 {
     if (regression().GetNumVars() == 1)
-        return orZero(regression().GetF(), {regression().GetSSR(), regression().GetSSE()});
+        return regression().GetF(); // infinite for an exact fit, as everywhere
     return partialF(previous_, meanSquare);
 }
 

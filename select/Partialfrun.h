@@ -65,7 +65,7 @@ protected:
     /// The drop of the residual mean square from `before` to `after`, in units of MS / DOF of the model just fitted;
     /// 0 where that cannot be divided.
     double partialF(double before, double after);
-    /// The overall F of a model with one variable, else the partial F.
+    /// The overall F of a model with one variable (infinite for an exact fit), else the partial F.
     double statisticOfEntry(double meanSquare);
     /// The squared t-ratio of coefficient j; 0 where that cannot be worked out.
     double squaredT(int j);
