@@ -371,7 +371,6 @@ TEST_P(Hostile, AServerThatGoesAwayBetweenTwoLoadsEndsItWithAnError)
 {
     PostgresServer server;
     {
-        // More than a dataset keeps, and the usable records come last, so that every load asks the server.
         QSqlDatabase maker = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("maker"));
         const QUrl url(server.url());
         maker.setHostName(url.host());
@@ -379,10 +378,12 @@ TEST_P(Hostile, AServerThatGoesAwayBetweenTwoLoadsEndsItWithAnError)
         maker.setUserName(url.userName());
         maker.setDatabaseName(url.path().mid(1));
         ASSERT_TRUE(maker.open());
-        ASSERT_TRUE(QSqlQuery(maker).exec(
-            QStringLiteral("CREATE TABLE data AS SELECT i AS id, CASE WHEN i > 20000 THEN i * 7 % 1009 END AS y, "
-                           "i * 3 % 101 AS a, i * i % 97 AS b, i * 5 % 89 AS c, i * 11 % 83 AS d "
-                           "FROM generate_series(1, 20300) n(i)")));
+        // More than is kept of a dataset, and the usable records come last, so that a load asks the server.
+        ASSERT_TRUE(QSqlQuery(maker).exec(QStringLiteral(
+            "CREATE TABLE data AS SELECT i AS id, i * 7 % 1009 AS y, "
+            "CASE WHEN i > 40000 THEN i * 3 % 101 END AS a, CASE WHEN i > 40000 THEN i * i % 97 END AS b, "
+            "CASE WHEN i > 40000 THEN i * 5 % 89 END AS c, CASE WHEN i > 40000 THEN i * 11 % 83 END AS d "
+            "FROM generate_series(1, 40300) n(i)")));
         ASSERT_TRUE(QSqlQuery(maker).exec(QStringLiteral("ALTER TABLE data ADD PRIMARY KEY (id)")));
     }
     QSqlDatabase::removeDatabase(QStringLiteral("maker"));
