@@ -81,6 +81,8 @@ void TProgressDlg::Show()
         form_ = new Form(nuvo::windowInFront(), stopped_);
         controls_ = Build(*form_);
         controls_.status->setTextFormat(Qt::PlainText);
+        for (std::size_t c = 0; c < widths_.size(); ++c)
+            widths_[c] = controls_.status->fontMetrics().horizontalAdvance(QChar(ushort(c)));
         controls_.gauge->SetProgress(progress_);
         ApplyText();
     }
@@ -141,7 +143,21 @@ void TProgressDlg::SetGaugeText(const QString &text)
 void TProgressDlg::ApplyText()
 {
     QLabel &status = *controls_.status;
-    status.setText(status.fontMetrics().elidedText(text_, Qt::ElideRight, status.contentsRect().width()));
+    const int room = status.contentsRect().width();
+    status.setText(Fits(room) ? text_ : status.fontMetrics().elidedText(text_, Qt::ElideRight, room));
+}
+
+/// Whether the text is short enough beyond doubt. Laying it out to know takes longer than fitting a model.
+bool TProgressDlg::Fits(int room) const
+{
+    constexpr int Kerning = 4;
+    int width = Kerning;
+    for (const QChar c : text_) {
+        if (c < u' ' || c >= QChar(ushort(widths_.size())))
+            return false;
+        width += widths_[c.unicode()];
+    }
+    return width <= room;
 }
 
 void TProgressDlg::Changed()
