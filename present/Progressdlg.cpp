@@ -81,8 +81,6 @@ void TProgressDlg::Show()
         form_ = new Form(nuvo::windowInFront(), stopped_);
         controls_ = Build(*form_);
         controls_.status->setTextFormat(Qt::PlainText);
-        for (std::size_t c = 0; c < widths_.size(); ++c)
-            widths_[c] = controls_.status->fontMetrics().horizontalAdvance(QChar(ushort(c)));
         controls_.gauge->SetProgress(progress_);
         ApplyText();
     }
@@ -100,9 +98,11 @@ void TProgressDlg::Open()
     form_->raise();
     form_->activateWindow();
     const auto start = Clock::now();
-    while (Shown() && !form_->windowHandle()->isExposed() && Clock::now() - start < LongestWait) {
+    const auto waits = [this] { return Shown() && !form_->windowHandle()->isExposed(); };
+    while (waits() && Clock::now() - start < LongestWait) {
         form_->runEvents();
-        QThread::msleep(1);
+        if (waits())
+            QThread::msleep(1);
     }
 }
 
@@ -148,14 +148,17 @@ void TProgressDlg::ApplyText()
 }
 
 /// Whether the text is short enough beyond doubt. Laying it out to know takes longer than fitting a model.
-bool TProgressDlg::Fits(int room) const
+bool TProgressDlg::Fits(int room)
 {
     constexpr int Kerning = 4;
     int width = Kerning;
     for (const QChar c : text_) {
-        if (c < u' ' || c >= QChar(ushort(widths_.size())))
+        if (c < u' ' || c.unicode() >= widths_.size())
             return false;
-        width += widths_[c.unicode()];
+        int &known = widths_[c.unicode()];
+        if (known == 0)
+            known = controls_.status->fontMetrics().horizontalAdvance(c);
+        width += known;
     }
     return width <= room;
 }

@@ -71,13 +71,13 @@ private:
 
     void Open();
     void ApplyText();
-    bool Fits(int room) const;
+    bool Fits(int room);
 
     // The window in front can go away while this one is open, and takes it along.
     QPointer<Form> form_;
     Controls controls_;
     QString text_;
-    std::array<int, 127> widths_{}; ///< of the status panel's characters
+    std::array<int, 127> widths_{}; ///< of the status panel's characters, as far as they came up
     Clock::time_point painted_;
     unsigned short progress_ = 0;
     bool activated_ = false;
