@@ -1,8 +1,11 @@
 #include "app/Console.h"
 #include "app/Fit.h"
+#include "app/Ftable.h"
 #include "app/Import.h"
 #include "app/Json.h"
 #include "app/Options.h"
+#include "app/Run.h"
+#include "app/Select.h"
 #include "app/Usage.h"
 #include "platform/Errors.h"
 #include "platform/Modal.h"
@@ -47,36 +50,41 @@ void onNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
 }
 
 /// Components are widgets, so there must be a QApplication.
-std::unique_ptr<QApplication> makeApplication(char **argv, const nuvo::FitOptions &options)
+std::unique_ptr<QApplication> makeApplication(char **argv, bool show, bool fonts)
 {
     static int count = nameAlone;
-    if (options.show) {
+    if (show) {
         const QtMessageHandler before = qInstallMessageHandler(onNoDisplay);
         auto application = std::make_unique<QApplication>(count, argv);
         qInstallMessageHandler(before);
-        if (!nuvo::somebodyCanAnswer())
-            throw EPlatformError(QStringLiteral("--show needs a display, but Qt's platform is \"%1\".")
-                                     .arg(QGuiApplication::platformName()));
         return application;
     }
     // `minimal` starts 4 ms earlier than `offscreen` but has no fonts; a desktop's theme has nothing to say here.
-    qputenv("QT_QPA_PLATFORM", options.saveReport.isEmpty() ? "minimal" : "offscreen");
+    qputenv("QT_QPA_PLATFORM", fonts ? "offscreen" : "minimal");
     qunsetenv("QT_QPA_PLATFORMTHEME");
     return std::make_unique<QApplication>(count, argv);
 }
 
-int runFit(char **argv, const nuvo::FitOptions &options)
+/// For a command whose runs come to a result or not.
+template <class Options>
+int runComponents(char **argv, bool (*perform)(const Options &), const Options &options, bool show = false,
+                  bool fonts = false)
 {
     wantsJson = options.format == nuvo::OutputFormat::Json;
-    const auto application = makeApplication(argv, options);
-    return nuvo::fit(options) ? Success : NoResult;
+    const auto application = makeApplication(argv, show, fonts);
+    if (show && !nuvo::somebodyCanAnswer())
+        return fail(QStringLiteral("--show needs a display, but Qt's platform is \"%1\".")
+                        .arg(QGuiApplication::platformName()));
+    return perform(options) ? Success : NoResult;
 }
 
-int runImport(char **argv, const nuvo::ImportOptions &options)
+/// For a command that makes something and says so in a line.
+template <class Options>
+int runMaker(char **argv, QString (*make)(const Options &), const Options &options)
 {
     int count = nameAlone;
     const QCoreApplication application(count, argv);
-    nuvo::writeOutput(nuvo::importCsv(options) + u'\n');
+    nuvo::writeOutput(make(options) + u'\n');
     return Success;
 }
 
@@ -84,9 +92,15 @@ int run(int argc, char **argv)
 {
     const nuvo::Command command = nuvo::parseCommandLine({argv + std::min(argc, 1), argv + argc});
     if (const auto *fit = std::get_if<nuvo::FitOptions>(&command))
-        return runFit(argv, *fit);
+        return runComponents(argv, nuvo::fit, *fit, fit->show, !fit->saveReport.isEmpty());
+    if (const auto *select = std::get_if<nuvo::SelectOptions>(&command))
+        return runComponents(argv, nuvo::select, *select);
+    if (const auto *form = std::get_if<nuvo::RunOptions>(&command))
+        return runComponents(argv, nuvo::runForm, *form);
     if (const auto *import = std::get_if<nuvo::ImportOptions>(&command))
-        return runImport(argv, *import);
+        return runMaker(argv, nuvo::importCsv, *import);
+    if (const auto *ftable = std::get_if<nuvo::FTableOptions>(&command))
+        return runMaker(argv, nuvo::makeFTable, *ftable);
     nuvo::writeOutput(std::get<nuvo::PrintOptions>(command).text);
     return Success;
 }

@@ -26,7 +26,13 @@ public:
     /// The component of that name and class nearest to this one: names are searched from the nearest ancestor
     /// outwards, so that two copies of a form can be open. nullptr when there is none or the name is empty.
     template <class T>
-    T *FindComponent(const QString &name) const;
+    T *FindComponent(const QString &name) const
+    {
+        return FindComponent<T>(name, [](const T &) { return true; });
+    }
+    /// The same among those that a predicate takes.
+    template <class T, class Takes>
+    T *FindComponent(const QString &name, const Takes &takes) const;
 
     /// Shows a component only at design time.
     void setVisible(bool visible) override;
@@ -36,14 +42,16 @@ private:
     bool designing_ = false;
 };
 
-template <class T>
-T *TComponent::FindComponent(const QString &name) const
+template <class T, class Takes>
+T *TComponent::FindComponent(const QString &name, const Takes &takes) const
 {
     if (name.isEmpty())
         return nullptr;
     for (QObject *scope = parent(); scope != nullptr; scope = scope->parent()) {
-        if (T *found = scope->findChild<T *>(name))
-            return found;
+        for (T *found : scope->findChildren<T *>(name)) {
+            if (takes(*found))
+                return found;
+        }
     }
     return nullptr;
 }

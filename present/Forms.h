@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Messages.h"
 
 #include <QFont>
@@ -16,9 +17,9 @@ class QWidget;
 namespace nuvo {
 
 /// The forms' colours are fixed, text and ground alike, so that a dark desktop cannot take one of the two away.
-QPalette formPalette();
+NUVO_EXPORT QPalette formPalette();
 /// The forms' letters: 8 points, that is 11 pixels of Arial. The forms are laid out in pixels.
-QFont formFont();
+NUVO_EXPORT QFont formFont();
 
 /// Black on white, for what looks like paper.
 QPalette paperPalette();

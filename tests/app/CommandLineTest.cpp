@@ -126,6 +126,31 @@ TEST(CommandLine, AnImportHasItsOptions)
               QStringLiteral("fit"));
 }
 
+TEST(CommandLine, AnFTableHasItsOptions)
+{
+    const auto parsed = [](std::vector<std::string> more) {
+        more.insert(more.begin(), {"ftable", "--database", "d", "--table", "t"});
+        return std::get<nuvo::FTableOptions>(parse(more));
+    };
+    const nuvo::FTableOptions options = parsed({});
+    EXPECT_EQ(options.database, QStringLiteral("d"));
+    EXPECT_EQ(options.table, QStringLiteral("t"));
+    EXPECT_EQ(options.denominators, 2500);
+    EXPECT_FALSE(options.replace);
+    EXPECT_EQ(parsed({"--denominators", "1000000"}).denominators, 1000000);
+    EXPECT_TRUE(parsed({"--denominators=1", "--replace"}).replace);
+    for (const char *number : {"0", "-1", "1000001", "99999999999", "2.5", "ten", "", "0x10"}) {
+        EXPECT_EQ(refusal({"ftable", "--database", "d", "--table", "t", "--denominators", number}),
+                  QStringLiteral("--denominators is a whole number from 1 to 1000000, not \"%1\". See \"nuvostat "
+                                 "ftable --help\".")
+                      .arg(QString::fromUtf8(number)));
+    }
+    EXPECT_EQ(refusal({"ftable", "--database", "d", "--table", ""}),
+              QStringLiteral("--table needs a name. See \"nuvostat ftable --help\"."));
+    EXPECT_EQ(refusal({"ftable", "--table", "t"}),
+              QStringLiteral("--database is required. See \"nuvostat ftable --help\"."));
+}
+
 TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
 {
     const std::vector<std::string> good{"fit", "--database", "d", "--table", "t", "--response", "y"};
@@ -135,9 +160,12 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
         return refusal(more);
     };
     const QString hint = QStringLiteral(" See \"nuvostat fit --help\".");
-    EXPECT_EQ(refusal({}), QStringLiteral("A command is missing: fit or import. See \"nuvostat --help\"."));
-    EXPECT_EQ(refusal({"select"}),
-              QStringLiteral("There is no command \"select\", but fit and import. See \"nuvostat --help\"."));
+    EXPECT_EQ(refusal({}),
+              QStringLiteral("A command is missing: fit, select, run, import or ftable. See \"nuvostat --help\"."));
+    EXPECT_EQ(
+        refusal({"forget"}),
+        QStringLiteral(
+            "There is no command \"forget\", but fit, select, run, import and ftable. See \"nuvostat --help\"."));
     EXPECT_EQ(refusal({"--frobnicate"}),
               QStringLiteral("There is no option \"--frobnicate\". See \"nuvostat --help\"."));
     EXPECT_EQ(refusal({"fit"}), QStringLiteral("--database is required.") + hint);
@@ -204,7 +232,10 @@ TEST(CommandLine, HelpNamesEveryOptionInEightyColumns)
         EXPECT_TRUE(importHelp.contains(QString::fromUtf8(option))) << option;
     const QString general = help({"--help"});
     EXPECT_TRUE(general.contains(QStringLiteral("fit")) && general.contains(QStringLiteral("import")));
-    for (const QString &text : {fitHelp, importHelp, general}) {
+    const QString ftableHelp = help({"ftable", "--help"});
+    for (const char *option : {"--database", "--table", "--denominators", "--replace"})
+        EXPECT_TRUE(ftableHelp.contains(QString::fromUtf8(option))) << option;
+    for (const QString &text : {fitHelp, importHelp, ftableHelp, general}) {
         EXPECT_TRUE(text.contains(QStringLiteral("\nExamples:\n")));
         EXPECT_TRUE(text.endsWith(u'\n'));
         for (const QString &line : text.split(u'\n'))
@@ -232,7 +263,7 @@ TEST(Program, HelpAndVersionGoToStandardOutput)
 TEST(Program, AWrongCommandLineIsStatus2AndOneLineOnStandardError)
 {
     for (const QStringList &arguments :
-         {QStringList(), QStringList{QStringLiteral("fit")}, QStringList{QStringLiteral("run"), QStringLiteral("x")},
+         {QStringList(), QStringList{QStringLiteral("fit")}, QStringList{QStringLiteral("walk"), QStringLiteral("x")},
           QStringList{QStringLiteral("import"), QStringLiteral("a\nb"), QStringLiteral("c\n\rd")}}) {
         const Outcome wrong = runProgram(arguments);
         EXPECT_EQ(wrong.status, 2);

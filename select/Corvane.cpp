@@ -1,0 +1,144 @@
+#include "select/Corvane.h"
+
+#include "engine/Mlrquery.h"
+#include "engine/Mlrtable.h"
+#include "platform/Errors.h"
+#include "present/Optgauge.h"
+#include "select/Selectionprogress.h"
+
+namespace {
+
+class GaugeProgress : public nuvo::SelectionProgress
+{
+public:
+    void Show() override { dialog_.Show(); }
+    void Repaint() override { dialog_.Repaint(); }
+    void Close() override { dialog_.Close(); }
+    void SetGaugeProgress(unsigned short progress) override { dialog_.SetGaugeProgress(progress); }
+    void SetGaugeText(const QString &text) override { dialog_.SetGaugeText(text); }
+    double ProcessedTime() const override { return dialog_.ProcessedTime(); }
+    bool Stopped() const override { return dialog_.Stopped(); }
+
+private:
+    TGaugeDlg dialog_;
+};
+
+QString caption(const TComponent &component)
+{
+    return component.Name().isEmpty() ? QString::fromLatin1(component.metaObject()->className()) : component.Name();
+}
+
+} // namespace
+
+nuvo::SelectionProgress::~SelectionProgress() = default;
+
+TCorvane::TCorvane(QWidget *owner) : TComponent(owner) {}
+
+TCorvane::~TCorvane() = default;
+
+void TCorvane::SetDataset(const QString &name)
+{
+    RefuseWhileRunning();
+    dataset_ = name;
+    LookUp();
+}
+
+void TCorvane::SetTable(TMLRTable *table)
+{
+    RefuseWhileRunning();
+    Bind(table, nullptr);
+}
+
+void TCorvane::SetQuery(TMLRQuery *query)
+{
+    RefuseWhileRunning();
+    Bind(nullptr, query);
+}
+
+void TCorvane::Bind(TMLRTable *table, TMLRQuery *query) const
+{
+    table_ = table;
+    query_ = query;
+    everBound_ = true;
+}
+
+void TCorvane::LookUp() const
+{
+    TDataSet *const found = FindComponent<TDataSet>(
+        dataset_, [](const TDataSet &dataset) { return dynamic_cast<const TRegression *>(&dataset) != nullptr; });
+    if (found != nullptr)
+        Bind(qobject_cast<TMLRTable *>(found), qobject_cast<TMLRQuery *>(found));
+}
+
+TMLRTable *TCorvane::Table() const
+{
+    if (!everBound_)
+        LookUp();
+    return table_;
+}
+
+TMLRQuery *TCorvane::Query() const
+{
+    if (!everBound_)
+        LookUp();
+    return query_;
+}
+
+TRegression *TCorvane::Regression() const
+{
+    if (TMLRQuery *query = Query())
+        return query;
+    return Table();
+}
+
+void TCorvane::NeedBound() const
+{
+    if (Regression() != nullptr)
+        return;
+    const QString name = caption(*this);
+    if (dataset_.isEmpty())
+        throw EDatabaseError(QStringLiteral("%1 has no regression component: its Dataset is empty.").arg(name));
+    if (everBound_)
+        throw EDatabaseError(
+            QStringLiteral("The regression component of %1 is gone; its Dataset is \"%2\".").arg(name, dataset_));
+    throw EDatabaseError(
+        QStringLiteral("%1 finds no regression component called \"%2\", its Dataset.").arg(name, dataset_));
+}
+
+void TCorvane::NeedFree() const
+{
+    RefuseWhileRunning();
+    NeedBound();
+    Regression()->RefuseWhileBusy();
+}
+
+void TCorvane::RefuseWhileRunning() const
+{
+    if (running_)
+        throw EDatabaseError(
+            QStringLiteral("%1 is choosing a model; it cannot be run or changed before that has ended.")
+                .arg(caption(*this)));
+}
+
+void TCorvane::SaveModel(TMLRModel &model)
+{
+    NeedBound();
+    if (TMLRQuery *query = Query())
+        SaveQueryModel(model, *query);
+    else
+        SaveTableModel(model, *Table());
+}
+
+void TCorvane::PutModel(const TMLRModel &model)
+{
+    NeedBound();
+    if (TMLRQuery *query = Query())
+        SetQueryModel(model, *query);
+    else
+        SetTableModel(model, *Table());
+}
+
+std::unique_ptr<nuvo::SelectionProgress> TCorvane::MakeProgress()
+{
+    return std::make_unique<GaugeProgress>();
+}

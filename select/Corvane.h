@@ -1,0 +1,102 @@
+#pragma once
+
+#include "platform/Component.h"
+#include "select/Cvtools.h"
+
+#include <QPointer>
+#include <QStringList>
+
+#include <memory>
+
+class TRegression;
+
+namespace nuvo {
+class SelectionProgress;
+class SelectionRun;
+} // namespace nuvo
+
+/// How a run ended: by its own rule; because the search came back to a model that it had already been at; because the
+/// person stopped it or a component went away meanwhile.
+enum class TRunEnd { Converged, Repeats, Stopped };
+
+/// The base of the components that choose a model. It is bound to a regression component on the same form, by name or
+/// directly, and drives it: changes its control variables, loads, fits, reads the figures.
+///
+/// One run at a time works on a regression component. While it does, events of the application can run (the progress
+/// dialog, message boxes, the component's signals): whoever then calls Run(), ReLoad(), Execute() or Close(), or
+/// writes a property of the two components, gets an EDatabaseError. Destroying one of them ends the run.
+///
+/// A run that is stopped (Escape on the dialog), or that an error passes through, leaves the definitions as they were
+/// before it, loaded and fitted again where that can be done, else not loaded.
+class NUVO_EXPORT TCorvane : public TComponent
+{
+    Q_OBJECT
+    Q_PROPERTY(QString Dataset READ Dataset WRITE SetDataset)
+
+public:
+    explicit TCorvane(QWidget *owner = nullptr);
+    ~TCorvane() override;
+
+    /// The regression component's name as it was assigned.
+    QString Dataset() const { return dataset_; }
+    /// Binds to the regression component of that name. Names are searched from the nearest ancestor outwards. When
+    /// there is none, a binding made before stays; and while there never was one, the name is looked up again when
+    /// the component is needed, as a form may create it later.
+    void SetDataset(const QString &name);
+    /// Bind directly; the stored name stays.
+    void SetTable(TMLRTable *table);
+    void SetQuery(TMLRQuery *query);
+
+    /// The bound component, at most one of the two; nullptr when it was destroyed, until the next assignment.
+    TMLRTable *Table() const;
+    TMLRQuery *Query() const;
+    TRegression *Regression() const;
+
+    /// Chooses a model and leaves the regression component with it.
+    /// \throws EDatabaseError when nothing is bound, when a run is under way, or when the database fails.
+    virtual void Run() = 0;
+    bool Running() const { return running_; }
+
+    // The last run.
+
+    /// Its report, also where no box showed it; empty when an error ended it. Lines end in "\n\r".
+    const QString &Report() const { return report_; }
+    /// Every text that the progress dialog was given, in order.
+    const QStringList &Steps() const { return steps_; }
+    TRunEnd Ended() const { return ended_; }
+
+    /// Saves the bound component's model. \throws EDatabaseError when nothing is bound.
+    void SaveModel(TMLRModel &model);
+
+Q_SIGNALS:
+    /// A run has ended without an error, stopped or not.
+    void Finished();
+
+protected:
+    /// Who follows a run; a TGaugeDlg unless a derived class has something else.
+    virtual std::unique_ptr<nuvo::SelectionProgress> MakeProgress();
+    /// \throws EDatabaseError when nothing is bound, naming this component.
+    void NeedBound() const;
+    /// \throws EDatabaseError when a run cannot begin now: nothing is bound, or somebody is at work already.
+    void NeedFree() const;
+    /// \throws EDatabaseError during a run.
+    void RefuseWhileRunning() const;
+    /// Puts a model onto the bound component; does not load.
+    void PutModel(const TMLRModel &model);
+
+private:
+    friend class nuvo::SelectionRun;
+
+    void Bind(TMLRTable *table, TMLRQuery *query) const;
+    void LookUp() const;
+
+    QString dataset_;
+    // Looking up a name again binds, also where somebody only asks.
+    mutable QPointer<TMLRTable> table_;
+    mutable QPointer<TMLRQuery> query_;
+    mutable bool everBound_ = false;
+    bool running_ = false;
+    QString report_;
+    QStringList steps_;
+    TRunEnd ended_ = TRunEnd::Converged;
+};

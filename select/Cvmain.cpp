@@ -1,0 +1,292 @@
+#include "select/Cvmain.h"
+
+#include "engine/Mlrquery.h"
+#include "engine/Mlrtable.h"
+#include "platform/Formats.h"
+#include "select/Modeltools.h"
+#include "select/Selectionrun.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+TOptimizeMLR::TOptimizeMLR(QWidget *owner) : TCorvane(owner)
+{
+    ClearModelList(modelList_);
+}
+
+TOptimizeMLR::~TOptimizeMLR() = default;
+
+void TOptimizeMLR::SetOptCriteria(TOptimizationType criterion)
+{
+    RefuseWhileRunning();
+    optCriteria_ = criterion;
+}
+
+void TOptimizeMLR::SetModelsToSave(int value)
+{
+    RefuseWhileRunning();
+    const int saved = std::clamp(value, 0, 65535);
+    if (saved != 0)
+        modelsToSave_ = saved;
+}
+
+int TOptimizeMLR::Capacity() const
+{
+    return std::min(modelsToSave_, TMLRModels::Size);
+}
+
+TMLRModel TOptimizeMLR::GetModelList(int index) const
+{
+    return modelList_[index];
+}
+
+void TOptimizeMLR::SetModelList(int index, const TMLRModel &model)
+{
+    RefuseWhileRunning();
+    modelList_[index] = model;
+}
+
+void TOptimizeMLR::SetModel(int index)
+{
+    PutModel(modelList_[index]);
+}
+
+bool TOptimizeMLR::Dominates(double rSquared, double sSquared) const
+{
+    if (modelCount_ < Capacity())
+        return true;
+    for (int i = 1; i <= modelCount_; ++i) {
+        if (rSquared > modelList_[i].RSquared && sSquared < modelList_[i].SSquared)
+            return true;
+    }
+    return false;
+}
+
+bool TOptimizeMLR::BetterS(double sSquared) const
+{
+    if (modelCount_ < Capacity())
+        return true;
+    for (int i = 1; i <= modelCount_; ++i) {
+        if (sSquared < modelList_[i].SSquared)
+            return true;
+    }
+    return false;
+}
+
+bool TOptimizeMLR::BetterF(double f) const
+{
+    if (modelCount_ < Capacity())
+        return true;
+    for (int i = 1; i <= modelCount_; ++i) {
+        if (f > modelList_[i].F)
+            return true;
+    }
+    return false;
+}
+
+void TOptimizeMLR::SortModelList()
+{
+    const auto better = [this](const TMLRModel &a, const TMLRModel &b) {
+        switch (optCriteria_) {
+        case MinSsquared:
+            return a.SSquared < b.SSquared;
+        case MaxFValue:
+            return a.F > b.F;
+        case Nondominated:
+            break;
+        }
+        return a.RSquared > b.RSquared && a.SSquared < b.SSquared;
+    };
+    // An exchange sort, as the order of models that do not beat each other depends on it.
+    for (int i = 1; i <= modelCount_; ++i) {
+        for (int j = i + 1; j <= modelCount_; ++j) {
+            if (better(modelList_[j], modelList_[i]))
+                std::swap(modelList_[i], modelList_[j]);
+        }
+    }
+}
+
+void TOptimizeMLR::Run()
+{
+    NeedFree();
+    ClearModelList(modelList_);
+    if (TMLRQuery *query = Query())
+        OptMLRQuery(*query, *this);
+    else
+        OptMLRTable(*Table(), *this);
+}
+
+namespace nuvo {
+
+class OptimalRun
+{
+public:
+    OptimalRun(SelectionRun &run, TOptimizeMLR &selector) : run_(run), selector_(selector) {}
+
+    void search();
+
+private:
+    enum Row { Out, In, Terms, Accepted };
+
+    void subset(int number);
+    bool accepts(double f, double rSquared, double sSquared) const;
+    bool improves(double f, double rSquared, double sSquared) const;
+    void accept(bool improved);
+    void save();
+    void writeResult();
+    TRegression &regression() { return run_.regression(); }
+
+    SelectionRun &run_;
+    TOptimizeMLR &selector_;
+    int variables_ = 0; ///< in use when the run began
+    std::array<TTermRow, 4> rows_;
+    TSubsetTable subsets_{};
+    TMLRModel best_{.Transformations = {}, .F = 0, .RSquared = 0, .SSquared = 1.0e40};
+    TMLRModel current_;
+    QString eliminated_;
+};
+
+void OptimalRun::search()
+{
+    selector_.modelCount_ = 0;
+    variables_ = regression().GetNumVars();
+    run_.start(variables_);
+    run_.passes = 1;
+    for (int k = 1; k <= MaxControls; ++k) {
+        const TIndepVar &variable = regression().ControlVar(k);
+        rows_[Out][k - 1] = QStringLiteral("Undefined");
+        rows_[In][k - 1] = variable.Transformation();
+        rows_[Terms][k - 1] = variable.OutputTerm();
+    }
+    const int rows = nearestInt(std::exp(std::log(2.0) * variables_));
+    BinaryTable(subsets_, rows, variables_);
+    for (int number = 1; number < rows; ++number) {
+        run_.beginCandidate();
+        subset(number);
+        run_.progress(double(number + 1) / rows * 100);
+    }
+    // An empty list holds no model: its texts would define ten control variables that nobody ever defined.
+    if (selector_.modelCount_ == 0)
+        run_.restoreDefinitions();
+    else
+        writeModel(selector_.modelList_[1], regression());
+    run_.reloadAndExecute();
+    run_.closeProgress();
+    run_.elapsed = run_.processedTime();
+    writeResult();
+}
+
+void OptimalRun::subset(int number)
+{
+    for (int k = 1; k <= variables_; ++k)
+        regression().ControlVar(k).SetTransformation(rows_[subsets_[number][k - 1]][k - 1]);
+    const bool loaded = run_.reloadAndExecute();
+    QString figures;
+    if (loaded) {
+        const double f = regression().GetF();
+        const double rSquared = regression().GetRSquared();
+        const double sSquared = regression().GetMSE();
+        const bool accepted = accepts(f, rSquared, sSquared);
+        const bool improved = improves(f, rSquared, sSquared);
+        if (accepted)
+            accept(improved);
+        // Accepted or not: a candidate that was not accepted overwrites the last entry. Deliberate.
+        save();
+        run_.writeHead();
+        if (selectionLog().isDebugEnabled())
+            figures = QStringLiteral(" ms=%1 r2=%2 f=%3 accepted=%4 improved=%5 count=%6")
+                          .arg(traced(sSquared), traced(rSquared), traced(f), QString::number(int(accepted)),
+                               QString::number(int(improved)), QString::number(selector_.modelCount_));
+    }
+    qCDebug(selectionLog).noquote() << QStringLiteral("subset number=%1 loaded=%2 controls=%3")
+                                               .arg(number)
+                                               .arg(int(loaded))
+                                               .arg(regression().GetNumVars()) +
+                                           figures;
+}
+
+bool OptimalRun::accepts(double f, double rSquared, double sSquared) const
+{
+    switch (selector_.optCriteria_) {
+    case TOptimizeMLR::MinSsquared:
+        return selector_.BetterS(sSquared);
+    case TOptimizeMLR::MaxFValue:
+        return selector_.BetterF(f);
+    case TOptimizeMLR::Nondominated:
+        break;
+    }
+    return selector_.Dominates(rSquared, sSquared);
+}
+
+bool OptimalRun::improves(double f, double rSquared, double sSquared) const
+{
+    switch (selector_.optCriteria_) {
+    case TOptimizeMLR::MinSsquared:
+        return sSquared < best_.SSquared;
+    case TOptimizeMLR::MaxFValue:
+        return f > best_.F;
+    case TOptimizeMLR::Nondominated:
+        break;
+    }
+    return rSquared > best_.RSquared && sSquared < best_.SSquared;
+}
+
+void OptimalRun::accept(bool improved)
+{
+    ++selector_.modelCount_;
+    run_.step(QStringLiteral("(R)^2 = ") + FloatToStrFixed(regression().GetRSquared(), 8, 4) +
+              QStringLiteral(",  (s)^2 = ") + FloatToStrFixed(regression().GetMSE(), 8, 4) + u'.');
+    for (int k = 1; k <= MaxControls; ++k)
+        rows_[Accepted][k - 1] = regression().ControlVar(k).Transformation();
+    if (!improved)
+        return;
+    saveModel(best_, regression());
+    eliminated_.clear();
+    for (int k = 1; k <= variables_; ++k) {
+        if (rows_[Accepted][k - 1] == u"Undefined" && rows_[Terms][k - 1] != u"Disabled")
+            eliminated_ += QStringLiteral("   ") + rows_[Terms][k - 1] + QStringLiteral("\n\r");
+    }
+}
+
+void OptimalRun::save()
+{
+    saveModel(current_, regression());
+    selector_.modelCount_ = std::min(selector_.modelCount_, selector_.Capacity());
+    selector_.modelList_[selector_.modelCount_] = current_;
+    selector_.SortModelList();
+}
+
+void OptimalRun::writeResult()
+{
+    if (regression().GetNumVars() >= variables_)
+        run_.write(QStringLiteral("Full (Current) Model is Optimal.\n\rNo variables removed."));
+    else
+        run_.write(QStringLiteral("Optimal Model Eliminates Variable(s):\n\r\n\r") + eliminated_);
+    if (selector_.modelCount_ > 1)
+        run_.write(QStringLiteral("\n\r\n\rThe %1 top models were saved.").arg(selector_.modelCount_));
+}
+
+} // namespace nuvo
+
+namespace {
+
+/// Both forms of the search.
+void select(TRegression &component, TOptimizeMLR &selector)
+{
+    nuvo::SelectionRun::perform(selector, component, {"optimal", true, true},
+                                [&selector](nuvo::SelectionRun &run) { nuvo::OptimalRun(run, selector).search(); });
+}
+
+} // namespace
+
+void OptMLRTable(TMLRTable &component, TOptimizeMLR &selector)
+{
+    select(component, selector);
+}
+
+void OptMLRQuery(TMLRQuery &component, TOptimizeMLR &selector)
+{
+    select(component, selector);
+}

@@ -1,0 +1,180 @@
+#include "select/Selectionrun.h"
+
+#include "platform/Formats.h"
+#include "platform/Messages.h"
+
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuvo {
+
+Q_LOGGING_CATEGORY(selectionLog, "nuvo.select", QtInfoMsg)
+
+class SelectionRun::Hourglass
+{
+public:
+    Hourglass() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    Hourglass(const Hourglass &) = delete;
+    Hourglass &operator=(const Hourglass &) = delete;
+    ~Hourglass() { QGuiApplication::restoreOverrideCursor(); }
+};
+
+/// Marks the selection component as running, for as long as there is one.
+class SelectionRun::Running
+{
+public:
+    explicit Running(TCorvane &selector) : selector_(&selector)
+    {
+        selector.RefuseWhileRunning();
+        selector.running_ = true;
+    }
+    Running(const Running &) = delete;
+    Running &operator=(const Running &) = delete;
+    ~Running()
+    {
+        if (selector_)
+            selector_->running_ = false;
+    }
+
+private:
+    QPointer<TCorvane> selector_;
+};
+
+void SelectionRun::perform(TCorvane &selector, TRegression &regression, const Options &options, const Search &search)
+{
+    const QPointer<TCorvane> alive = &selector;
+    SelectionRun(selector, regression, options).run(search);
+    if (alive)
+        Q_EMIT selector.Finished();
+}
+
+SelectionRun::SelectionRun(TCorvane &selector, TRegression &regression, const Options &options)
+    : options_(options), selector_(&selector), regression_(regression), running_(std::make_unique<Running>(selector)),
+      series_(regression)
+{
+    clock_.start();
+    selector.report_.clear();
+    selector.steps_.clear();
+    selector.ended_ = TRunEnd::Stopped;
+}
+
+void SelectionRun::run(const Search &search)
+{
+    try {
+        try {
+            progress_ = selector_->MakeProgress();
+            if (options_.showProgress) {
+                progress_->Show();
+                check();
+                progress_->Repaint();
+                check();
+            } else {
+                hourglass_ = std::make_unique<Hourglass>();
+            }
+            search(*this);
+            write(QStringLiteral("\n\r\n\rProcessing Time: ") + FormatTime(elapsed));
+        } catch (const Stopped &) {
+            undo();
+            check();
+            ended = TRunEnd::Stopped;
+            writeHead();
+            write(QStringLiteral("Stopped by the user."));
+        } catch (...) {
+            undo();
+            throw;
+        }
+        conclude();
+    } catch (const Gone &) {
+        return; // Nobody is left to be told.
+    }
+}
+
+void SelectionRun::undo()
+{
+    if (progress_)
+        progress_->Close();
+    series_.Restore();
+}
+
+void SelectionRun::conclude()
+{
+    static constexpr const char *Reasons[] = {"converged", "repeats", "stopped"};
+    qCDebug(selectionLog).noquote() << QStringLiteral("end reason=%1 passes=%2 controls=%3")
+                                           .arg(QLatin1String(Reasons[int(ended)]))
+                                           .arg(passes)
+                                           .arg(regression_.GetNumVars());
+    selector_->report_ = report_;
+    selector_->ended_ = ended;
+    series_.EnableControls();
+    check();
+    if (ended == TRunEnd::Repeats) {
+        MessageDlg(QStringLiteral("The search came back to a model that it had already been at and was ended."),
+                   TMsgDlgType::mtWarning);
+        check();
+    }
+    if (options_.showReport)
+        MessageDlg(report_, TMsgDlgType::mtInformation);
+}
+
+void SelectionRun::check() const
+{
+    if (selector_.isNull() || !series_.Alive())
+        throw Gone();
+}
+
+void SelectionRun::start(int variables)
+{
+    qCDebug(selectionLog).noquote()
+        << QStringLiteral("start method=%1 variables=%2").arg(QLatin1String(options_.method)).arg(variables);
+}
+
+void SelectionRun::beginCandidate()
+{
+    if (progress_->Stopped())
+        throw Stopped();
+}
+
+bool SelectionRun::reload()
+{
+    const bool loaded = series_.ReLoad();
+    check();
+    return loaded;
+}
+
+bool SelectionRun::reloadAndExecute()
+{
+    if (!reload())
+        return false;
+    series_.Execute();
+    check();
+    return true;
+}
+
+void SelectionRun::writeHead()
+{
+    report_ = QStringLiteral("CORVANE OUTPUT REPORT\n\r") + regression_.Description() + QStringLiteral("\n\r\n\r");
+}
+
+void SelectionRun::step(const QString &text)
+{
+    selector_->steps_.append(text);
+    showAgain(text);
+}
+
+void SelectionRun::showAgain(const QString &text)
+{
+    shownText_ = text;
+    progress_->SetGaugeText(text);
+    check();
+}
+
+void SelectionRun::progress(double percentage)
+{
+    const double shown = std::isfinite(percentage) ? std::clamp(percentage, 0.0, 100.0) : 100.0;
+    progress_->SetGaugeProgress(static_cast<unsigned short>(shown));
+    check();
+}
+
+} // namespace nuvo

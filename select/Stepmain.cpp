@@ -1,0 +1,153 @@
+#include "select/Stepmain.h"
+
+#include "engine/Mlrquery.h"
+#include "engine/Mlrtable.h"
+#include "select/Modeltools.h"
+#include "select/Partialfrun.h"
+
+#include <cmath>
+
+namespace {
+
+class StepwiseRun : public nuvo::PartialFRun
+{
+public:
+    StepwiseRun(nuvo::SelectionRun &run, const TStepWiseMLR &selector)
+        // FOutDefault where a look-up for an entry fails: the default of the other threshold, on purpose.
+        : PartialFRun(run, selector, {"add", selector.FPercent(), selector.FInDefault(), selector.FOutDefault()}),
+          fOutDefault_(selector.FOutDefault())
+    {
+    }
+
+protected:
+    void enter(int i, const TIndepVar &variable) override
+    {
+        rows_[0][i - 1] = variable.Transformation();
+        rows_[1][i - 1] = QStringLiteral("Undefined");
+    }
+    double statistic(double meanSquare) override { return statisticOfEntry(meanSquare); }
+    double percentage(int i) const override { return double(i) / variables_ * 100; }
+    void beginPass() override { nuvo::saveModel(atBegin_, regression()); }
+    void endPass() override { nuvo::writeModel(atBegin_, regression()); }
+    void take(int best) override
+    {
+        nuvo::writeControl(regression(), rows_[0], best);
+        run_.reload();
+    }
+    QString stepText(int best) const override { return QStringLiteral("Added Variable ") + rows_[2][best - 1]; }
+    void taken() override
+    {
+        if (regression().GetNumVars() > 1)
+            backward();
+    }
+    int last() const override { return variables_; }
+    void writeResult() override
+    {
+        run_.elapsed = run_.timeSinceStart();
+        writeAdded(QStringLiteral("Stepwise Regression Adds Variable(s):"));
+    }
+
+private:
+    void backward();
+
+    const double fOutDefault_;
+    TMLRModel atBegin_;
+};
+
+/// The re-check, one pass over the variables in the model. It uses the dialog that is there: a second one would cover
+/// it, and be gone again, at every step.
+void StepwiseRun::backward()
+{
+    const QString shown = run_.shownText();
+    run_.step(QStringLiteral("Checking included variables..."));
+    double critical = fOutDefault_;
+    run_.reloadAndExecute();
+    for (int j = regression().GetNumVars(); j >= 1; --j) {
+        run_.beginCandidate();
+        const double t2 = squaredT(j);
+        lookUp(QStringLiteral("95 Percent"), critical, fOutDefault_);
+        const bool removed = t2 < critical;
+        qCDebug(nuvo::selectionLog).noquote()
+            << QStringLiteral("check pass=%1 position=%2 t2=%3 critical=%4 removed=%5")
+                   .arg(QString::number(pass_), QString::number(j), nuvo::traced(t2), nuvo::traced(critical),
+                        QString::number(int(removed)));
+        if (removed) {
+            // The position in the model, though the row counts control variables.
+            rows_[1][j - 1] = QStringLiteral("Undefined");
+            nuvo::writeControlByIndex(regression(), j, QStringLiteral("Undefined"));
+            run_.step(QStringLiteral("Removed ") + regression().GetcVar(j).OutputTerm() + QStringLiteral("."));
+            if (run_.reloadAndExecute())
+                previous_ = regression().GetMSE();
+        }
+        const int variables = regression().GetNumVars();
+        run_.progress(double(variables - j) / variables * 100);
+    }
+    run_.showAgain(shown);
+}
+
+/// Both forms of the search.
+void select(TRegression &component, TStepWiseMLR &selector)
+{
+    nuvo::SelectionRun::perform(selector, component, {"stepwise", selector.ShowProgress(), selector.ShowReport()},
+                                [&selector](nuvo::SelectionRun &run) { StepwiseRun(run, selector).search(); });
+}
+
+} // namespace
+
+TStepWiseMLR::TStepWiseMLR(QWidget *owner) : TPartialFSearch(owner) {}
+
+TStepWiseMLR::~TStepWiseMLR() = default;
+
+void TStepWiseMLR::SetFInDefault(double value)
+{
+    RefuseWhileRunning();
+    fInDefault_ = std::fabs(value);
+}
+
+void TStepWiseMLR::SetFOutDefault(double value)
+{
+    RefuseWhileRunning();
+    fOutDefault_ = std::fabs(value);
+}
+
+void TStepWiseMLR::SetFPercent(const QString &column)
+{
+    RefuseWhileRunning();
+    fPercent_ = column;
+}
+
+bool TStepWiseMLR::SetControl(TTermTable table, int which, int row)
+{
+    NeedBound();
+    if (TMLRQuery *query = Query())
+        return SetQueryControl(*query, table, which, row);
+    return SetTableControl(*Table(), table, which, row);
+}
+
+void TStepWiseMLR::SetControlByIndex(int index, const QString &transformation)
+{
+    NeedBound();
+    if (TMLRQuery *query = Query())
+        SetQueryControlByIndex(*query, index, transformation);
+    else
+        SetTableControlByIndex(*Table(), index, transformation);
+}
+
+void TStepWiseMLR::Run()
+{
+    NeedFree();
+    if (TMLRQuery *query = Query())
+        ForwardQuery(*query, *this);
+    else
+        ForwardTable(*Table(), *this);
+}
+
+void ForwardTable(TMLRTable &component, TStepWiseMLR &selector)
+{
+    select(component, selector);
+}
+
+void ForwardQuery(TMLRQuery &component, TStepWiseMLR &selector)
+{
+    select(component, selector);
+}

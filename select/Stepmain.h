@@ -1,0 +1,48 @@
+#pragma once
+
+#include "select/Partialf.h"
+
+/// Stepwise regression: adds the variable whose entry gives the smallest residual mean square while its partial F is
+/// above the entry threshold, and after each addition takes out those whose t2 is below the removal threshold.
+class NUVO_EXPORT TStepWiseMLR : public TPartialFSearch
+{
+    Q_OBJECT
+    Q_PROPERTY(QString FDistTable READ FDistTableName WRITE SetFDistTableName)
+    Q_PROPERTY(double FInDefault READ FInDefault WRITE SetFInDefault)
+    Q_PROPERTY(double FOutDefault READ FOutDefault WRITE SetFOutDefault)
+    Q_PROPERTY(QString FPercent READ FPercent WRITE SetFPercent)
+    Q_PROPERTY(bool ShowReport READ ShowReport WRITE SetShowReport)
+    Q_PROPERTY(bool ShowProgress READ ShowProgress WRITE SetShowProgress)
+
+public:
+    explicit TStepWiseMLR(QWidget *owner = nullptr);
+    ~TStepWiseMLR() override;
+
+    /// The threshold to enter where no table gives one. When the look-up in a table fails it is FOutDefault, though.
+    double FInDefault() const { return fInDefault_; }
+    /// Stores the absolute value.
+    void SetFInDefault(double value);
+    /// The threshold to stay where no table gives one.
+    double FOutDefault() const { return fOutDefault_; }
+    /// Stores the absolute value.
+    void SetFOutDefault(double value);
+    /// The column of FDistTable that holds the thresholds to enter: "1 Percent", "5 Percent", "10 Percent". Those to
+    /// stay are always in "95 Percent".
+    QString FPercent() const { return fPercent_; }
+    void SetFPercent(const QString &column);
+
+    void Run() override;
+
+    /// As SetTableControl and SetTableControlByIndex, on the bound component.
+    bool SetControl(TTermTable table, int which, int row);
+    void SetControlByIndex(int index, const QString &transformation);
+
+private:
+    double fInDefault_ = 4.0;
+    double fOutDefault_ = 4.0;
+    QString fPercent_;
+};
+
+/// The search on a table and on a query. \pre the selector is bound to the component.
+NUVO_EXPORT void ForwardTable(TMLRTable &component, TStepWiseMLR &selector);
+NUVO_EXPORT void ForwardQuery(TMLRQuery &component, TStepWiseMLR &selector);
