@@ -38,7 +38,7 @@ const std::vector<std::vector<double>> &data()
 struct Fit
 {
     std::vector<const double *> values;
-    std::vector<Column> columns;
+    std::vector<DataColumn> columns;
     std::vector<double> mean = std::vector<double>(controls + 1);
     std::vector<double> deviation = std::vector<double>(controls + 1);
     CrossProducts products;
@@ -56,7 +56,7 @@ struct Fit
 
     void extremes()
     {
-        for (Column &column : columns)
+        for (DataColumn &column : columns)
             column.largest = minMax(column.values, observations).largest();
     }
     void findMeans() { means(values, observations, mean.data()); }

@@ -61,7 +61,8 @@ void DefinitionDialog::PrepareControls(QLabel &shadow, QLabel &title, QPushButto
 {
     colour(shadow, Qt::white);
     colour(title, QColor(0, 0, 0x80));
-    shadow.setContentsMargins(2, 2, 0, 0); // half of it on each side of what is centred: one pixel
+    layout()->setSizeConstraint(QLayout::SetNoConstraint); // Fit() does it, as far as the screen goes
+    shadow.setContentsMargins(2, 2, 0, 0);                 // half of it on each side of what is centred: one pixel
     for (int index = 0; index < controls_.items->buttons().size(); ++index)
         controls_.items->setId(controls_.items->buttons()[index], index);
 
@@ -171,8 +172,7 @@ void DefinitionDialog::Fit()
 {
     layout()->activate();
     const QRect room = screen()->availableGeometry();
-    const QSize needed = size().expandedTo(layout()->totalMinimumSize()).boundedTo(room.size().expandedTo(size()));
-    setFixedSize(needed);
+    setFixedSize(size().expandedTo(layout()->totalMinimumSize().boundedTo(room.size())));
     if (isVisible() && frameGeometry().right() > room.right())
         move(std::max(room.left(), room.right() - frameGeometry().width() + 1), y());
 }
@@ -218,7 +218,7 @@ void DefinitionDialog::Handle(Moment moment, const std::function<void()> &handle
             handler();
         } catch (const EConvertError &error) {
             ShowTerm(false, {});
-            if (moment == Moment::Typing || told_ == error.Message())
+            if (moment != Moment::Done || told_ == error.Message())
                 return;
             told_ = error.Message();
             throw;
@@ -238,19 +238,20 @@ void DefinitionDialog::WatchNumber(QComboBox &box, const std::function<void()> &
 void DefinitionDialog::WatchEnter(QWidget &control, const std::function<void()> &handler)
 {
     control.installEventFilter(this);
-    watches_.push_back({&control, QEvent::FocusIn, [this, handler] { Handle(Moment::Typing, handler); }});
+    watches_.push_back({&control, QEvent::FocusIn, [this, handler] { Handle(Moment::Entering, handler); }});
 }
 
 void DefinitionDialog::WatchExit(QWidget &control, const std::function<void()> &handler)
 {
     control.installEventFilter(this);
-    // When the focus has arrived: a message must not come between a press of the mouse and its release, nor upon
-    // Cancel.
-    const auto left = [this, &control, handler] {
-        if (isVisible() && control.isEnabled() && qobject_cast<QPushButton *>(focusWidget()) == nullptr)
-            Handle(Moment::Done, handler);
-    };
-    watches_.push_back({&control, QEvent::FocusOut, [this, left] { QTimer::singleShot(0, this, left); }});
+    watches_.push_back({&control, QEvent::FocusOut, [this, &control, handler] {
+                            // When the focus has arrived: a message must not come between a press of the mouse and
+                            // its release.
+                            QTimer::singleShot(0, this, [this, &control, handler] {
+                                if (isVisible() && control.isEnabled())
+                                    Handle(Moment::Done, handler);
+                            });
+                        }});
 }
 
 bool DefinitionDialog::event(QEvent *event)
@@ -262,7 +263,10 @@ bool DefinitionDialog::event(QEvent *event)
 
 void DefinitionDialog::showEvent(QShowEvent *event)
 {
-    guarded([this] { FormActivate(); });
+    guarded([this] {
+        Fit();
+        FormActivate();
+    });
     QDialog::showEvent(event);
 }
 
@@ -270,8 +274,11 @@ bool DefinitionDialog::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        // Neither another window nor a list that drops down takes anybody elsewhere.
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+        // Neither another window nor a list that drops down takes anybody elsewhere; and who clicks Cancel or Help is
+        // not told about a number first.
+        const bool byKey = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+        const bool toButton = !byKey && qobject_cast<QPushButton *>(focusWidget()) != nullptr;
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason && !toButton) {
             for (const Watch &watch : watches_) {
                 if (watch.control == watched && watch.when == event->type())
                     watch.handler();

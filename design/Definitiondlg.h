@@ -103,12 +103,13 @@ protected:
     /// Shows a definition's number in a box that lists some.
     static void ShowNumber(QComboBox &box, const QString &number);
 
-    /// How a handler was called: by typing, or by somebody going on.
-    enum class Moment { Typing, Done };
+    /// What called a handler: the focus, typing, or somebody going on.
+    enum class Moment { Entering, Typing, Done };
     void Handle(Moment moment, const std::function<void()> &handler);
     /// Runs the handler at changes of a number box and when somebody goes on.
     void WatchNumber(QComboBox &box, const std::function<void()> &handler);
-    /// Runs the handler when somebody enters a control, or leaves it for something else than a button.
+    /// Runs the handler when somebody enters a control, or leaves it for something else than a
+    /// click on a button.
     void WatchEnter(QWidget &control, const std::function<void()> &handler);
     void WatchExit(QWidget &control, const std::function<void()> &handler);
 

@@ -100,7 +100,7 @@ void addProducts(Factor a, const double *b, int from, int n, double base, LaneSu
 constexpr int PairsAtOnce = 6;
 
 template <int Count>
-NUVO_AVX2 void addProductsAvx2(Factor a, const Column *b, int n, LaneSums *lanes)
+NUVO_AVX2 void addProductsAvx2(Factor a, const DataColumn *b, int n, LaneSums *lanes)
 {
     __m256d taken[Count];
     __m256d left[Count];
@@ -135,7 +135,7 @@ NUVO_AVX2 void addProductsAvx2(Factor a, const Column *b, int n, LaneSums *lanes
     }
 }
 
-void addProductsAvx2(Factor a, std::span<const Column> b, int n, LaneSums *lanes)
+void addProductsAvx2(Factor a, std::span<const DataColumn> b, int n, LaneSums *lanes)
 {
     switch (b.size()) {
     case 1:
@@ -157,7 +157,7 @@ constexpr int PairsAtOnce = 1;
 #endif
 
 // Where products leave the range in which `left` is kept: the textbook sum, over columns scaled by powers of two.
-DoubleDouble dotOutOfRange(Factor a, Column b, int n)
+DoubleDouble dotOutOfRange(Factor a, DataColumn b, int n)
 {
     const auto scaleOf = [](double largest) {
         return largest > 0 && std::isfinite(largest) ? std::ilogb(largest) : 0;
@@ -171,14 +171,14 @@ DoubleDouble dotOutOfRange(Factor a, Column b, int n)
     return {high, std::isfinite(high) ? std::scalbn(sum.lo, aScale + bScale) : 0.0};
 }
 
-void dots(Factor a, std::span<const Column> b, int n, DoubleDouble *out)
+void dots(Factor a, std::span<const DataColumn> b, int n, DoubleDouble *out)
 {
     const int terms = (n + Lanes - 1) / Lanes; // of a lane, at most
     const int inLoop = useAvx2() ? n / Lanes * Lanes : 0;
     for (std::size_t done = 0; done < b.size();) {
         const std::size_t groups = (b.size() - done + PairsAtOnce - 1) / PairsAtOnce;
         const std::size_t count = (b.size() - done + groups - 1) / groups;
-        const std::span<const Column> group = b.subspan(done, count);
+        const std::span<const DataColumn> group = b.subspan(done, count);
         LaneSums lanes[PairsAtOnce];
         double bound[PairsAtOnce];
         double base[PairsAtOnce];
@@ -373,18 +373,18 @@ void standardDeviations(std::span<const double *const> columns, const double *me
         deviation[k] = std::sqrt(deviation[k]);
 }
 
-void dots(Column a, std::span<const Column> b, int n, DoubleDouble *out)
+void dots(DataColumn a, std::span<const DataColumn> b, int n, DoubleDouble *out)
 {
     dots(Factor{a.values, 1, a.largest}, b, n, out);
 }
 
-void sums(std::span<const Column> b, int n, DoubleDouble *out)
+void sums(std::span<const DataColumn> b, int n, DoubleDouble *out)
 {
     constexpr double ones[Lanes] = {1, 1, 1, 1};
     dots(Factor{ones, 0, 1}, b, n, out);
 }
 
-void crossProducts(std::span<const Column> columns, int n, CrossProducts &products)
+void crossProducts(std::span<const DataColumn> columns, int n, CrossProducts &products)
 {
     products[0][0] = n;
     sums(columns, n, &products[0][1]);

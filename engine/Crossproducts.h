@@ -22,7 +22,7 @@ struct ColumnRange
 };
 
 /// A column, and the largest absolute value in it as minMax found it.
-struct Column
+struct DataColumn
 {
     const double *values = nullptr;
     double largest = 0;
@@ -44,16 +44,16 @@ NUVO_EXPORT void standardDeviations(std::span<const double *const> columns, cons
 /// out[k] = a . b[k], the sum of the products of two columns. The error is below 2^-90 of n * a.largest * b.largest
 /// (n <= 2500), on ordinary data 2^-98; where a product is infinite or NaN the sum is, as in plain arithmetic. A sum
 /// beyond the range of doubles is infinite, one below it 0.
-NUVO_EXPORT void dots(Column a, std::span<const Column> b, int n, DoubleDouble *out);
+NUVO_EXPORT void dots(DataColumn a, std::span<const DataColumn> b, int n, DoubleDouble *out);
 
 /// out[k] = the sum of b[k]: the same as dots() with a column of ones.
-NUVO_EXPORT void sums(std::span<const Column> b, int n, DoubleDouble *out);
+NUVO_EXPORT void sums(std::span<const DataColumn> b, int n, DoubleDouble *out);
 
 /// The cross products of the constant (number 0), up to ten control variables and the response, as a symmetric
 /// matrix.
 using CrossProducts = std::array<std::array<DoubleDouble, MaxParameters + 1>, MaxParameters + 1>;
 
 /// Fills `products` for the constant followed by `columns`, all pairs; the rest is left as it is.
-NUVO_EXPORT void crossProducts(std::span<const Column> columns, int n, CrossProducts &products);
+NUVO_EXPORT void crossProducts(std::span<const DataColumn> columns, int n, CrossProducts &products);
 
 } // namespace nuvo

@@ -50,6 +50,20 @@ struct alignas(32) RightSides
     }
 };
 
+// The same with X'y alone. The unit matrix beside it is what keeps isZero() false from the first row on; here it has
+// to be said, so that the same subtractions take place.
+struct ResponseSide
+{
+    DoubleDouble value;
+
+    friend bool isZero(const ResponseSide &) { return false; }
+    friend void subtractProduct(ResponseSide &from, DoubleDouble factor, const ResponseSide &side)
+    {
+        from.value -= factor * side.value;
+    }
+    friend ResponseSide operator/(const ResponseSide &side, DoubleDouble divisor) { return {side.value / divisor}; }
+};
+
 // What rounding leaves of an exact zero in the squared length of a combination of columns, relative to the square of
 // the sum of its terms' lengths. Measured on columns that are combinations of others in doubles, 300 sets of up to
 // 2500 values of each kind: below 2e-29 for normal and integer data, up to 2.3e-27 with heavy tails or single large
@@ -61,6 +75,46 @@ constexpr double ResolvedSquare = 5e-26;
 double norm(const CrossProducts &products, int column)
 {
     return std::sqrt(products[column][column].hi);
+}
+
+// b, SSE and SSR from the coefficients before they are rounded, responseOf(i).
+template <class ResponseOf>
+void summarize(const CrossProducts &products, int m, ResponseOf responseOf, Coefficients &out)
+{
+    const int p = m + 1;
+    DoubleDouble explained; // b'X'y
+    for (int i = 0; i < p; ++i) {
+        const DoubleDouble b = responseOf(i);
+        explained += b * products[i][p];
+        out.b[i] = b.hi;
+    }
+    const DoubleDouble total = products[0][p];
+    out.ssr = (explained - total * total / products[0][0]).hi;
+    out.sse = (products[p][p] - explained).hi;
+    if (out.sse < 0) {
+        double size = norm(products, p);
+        for (int i = 0; i < p; ++i)
+            size += std::fabs(out.b[i]) * norm(products, i);
+        if (out.sse >= -ResolvedSquare * size * size)
+            out.sse = 0;
+    }
+}
+
+void solve(const CrossProducts &products, int m, Coefficients &out)
+{
+    const int p = m + 1;
+    DoubleDoubles factors[MaxParameters];
+    ResponseSide sides[MaxParameters];
+    for (int i = 0; i < p; ++i) {
+        std::copy_n(products[i].begin(), p, factors[i].begin());
+        sides[i].value = products[i][p];
+    }
+    int indx[MaxParameters];
+    double d = 0;
+    out.zeroRows = ludecomp<DoubleDouble>(factors, p, indx, d);
+    lubacksub(factors, p, indx, sides);
+    summarize(
+        products, m, [&](int i) { return sides[i].value; }, out);
 }
 
 void solve(const CrossProducts &products, int m, NormalEquations &out)
@@ -77,27 +131,14 @@ void solve(const CrossProducts &products, int m, NormalEquations &out)
     double d = 0;
     out.zeroRows = ludecomp<DoubleDouble>(factors, p, indx, d);
     lubacksub(factors, p, indx, sides);
-
-    DoubleDouble explained; // b'X'y
     for (int i = 0; i < p; ++i) {
-        const DoubleDouble b = sides[i].get(RightSides::Response);
-        explained += b * products[i][p];
-        out.b[i] = b.hi;
         for (int j = 0; j < p; ++j) {
             out.factors[i][j] = factors[i][j].hi;
             out.inverse[i][j] = sides[i].hi[j];
         }
     }
-    const DoubleDouble total = products[0][p];
-    out.ssr = (explained - total * total / products[0][0]).hi;
-    out.sse = (products[p][p] - explained).hi;
-    if (out.sse < 0) {
-        double size = norm(products, p);
-        for (int i = 0; i < p; ++i)
-            size += std::fabs(out.b[i]) * norm(products, i);
-        if (out.sse >= -ResolvedSquare * size * size)
-            out.sse = 0;
-    }
+    summarize(
+        products, m, [&](int i) { return sides[i].get(RightSides::Response); }, out);
 }
 
 void findDependent(const CrossProducts &products, int m, std::vector<int> &out)
@@ -134,7 +175,8 @@ void findDependent(const CrossProducts &products, int m, std::vector<int> &out)
 
 #ifdef NUVO_HAS_AVX2
 // Everything is inlined into these, and so compiled for the instructions.
-[[gnu::flatten]] NUVO_AVX2 void solveAvx2(const CrossProducts &products, int m, NormalEquations &out)
+template <class Result>
+[[gnu::flatten]] NUVO_AVX2 void solveAvx2(const CrossProducts &products, int m, Result &out)
 {
     solve(products, m, out);
 }
@@ -145,11 +187,10 @@ void findDependent(const CrossProducts &products, int m, std::vector<int> &out)
 }
 #endif
 
-} // namespace
-
-NormalEquations solveNormalEquations(const CrossProducts &products, int m)
+template <class Result>
+Result solved(const CrossProducts &products, int m)
 {
-    NormalEquations result;
+    Result result;
 #ifdef NUVO_HAS_AVX2
     if (useAvx2()) {
         solveAvx2(products, m, result);
@@ -158,6 +199,18 @@ NormalEquations solveNormalEquations(const CrossProducts &products, int m)
 #endif
     solve(products, m, result);
     return result;
+}
+
+} // namespace
+
+NormalEquations solveNormalEquations(const CrossProducts &products, int m)
+{
+    return solved<NormalEquations>(products, m);
+}
+
+Coefficients solveCoefficients(const CrossProducts &products, int m)
+{
+    return solved<Coefficients>(products, m);
 }
 
 std::vector<int> dependentColumns(const CrossProducts &products, int m)

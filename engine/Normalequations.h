@@ -7,18 +7,23 @@
 
 namespace nuvo {
 
-/// A least-squares fit of the response on the constant and m control variables. Index 0 is the constant, 1 to m are
-/// the columns; what lies beyond m is 0.
-struct NormalEquations
+/// The coefficients of a least-squares fit of the response on the constant and m control variables. Index 0 is the
+/// constant, 1 to m are the columns; what lies beyond m is 0.
+struct Coefficients
+{
+    std::array<double, MaxParameters> b{};
+    double sse = 0;   ///< y'y - b'X'y
+    double ssr = 0;   ///< b'X'y - (sum of y)^2 / n
+    int zeroRows = 0; ///< rows of X'X that are all 0: each is a "singular matrix"
+};
+
+/// A fit with its matrices, indexed likewise.
+struct NormalEquations : Coefficients
 {
     using Matrix = std::array<std::array<double, MaxParameters>, MaxParameters>;
 
-    std::array<double, MaxParameters> b{}; ///< the coefficients
-    Matrix factors{};                      ///< the LU factors of X'X, rows exchanged as ludecomp exchanges them
-    Matrix inverse{};                      ///< (X'X)^-1
-    double sse = 0;                        ///< y'y - b'X'y
-    double ssr = 0;                        ///< b'X'y - (sum of y)^2 / n
-    int zeroRows = 0;                      ///< rows of X'X that are all 0: each is a "singular matrix"
+    Matrix factors{}; ///< the LU factors of X'X, rows exchanged as ludecomp exchanges them
+    Matrix inverse{}; ///< (X'X)^-1
 };
 
 /// Solves (X'X) b = X'y, 0 <= m <= 10, from the cross products of the constant, m columns and, as number m + 1, the
@@ -33,6 +38,10 @@ struct NormalEquations
 /// A singular X'X gives figures without meaning (infinities and NaNs among them) and no error; see
 /// dependentColumns().
 NUVO_EXPORT NormalEquations solveNormalEquations(const CrossProducts &products, int m);
+
+/// The same without the matrices, in a third of the time: what choosing among models asks of each of them. The
+/// figures are those of solveNormalEquations() to the last bit.
+NUVO_EXPORT Coefficients solveCoefficients(const CrossProducts &products, int m);
 
 /// Which of the columns 1 to m are, to working precision, linear combinations of the constant and the columns before
 /// them (those that are not so themselves), in ascending order: what is left of the column is shorter than 2.2e-13

@@ -1,6 +1,8 @@
 #include "engine/Regression.h"
 
+#include "engine/Columncache.h"
 #include "engine/Termreader.h"
+#include "engine/Usablerecords.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
 
@@ -53,7 +55,8 @@ public:
     explicit Private(TRegression &regression)
         : q(regression), busy(regression), controls(regression.controls_),
           showLoadProgress(std::exchange(regression.showLoadProgress_, false)),
-          showWarnings(std::exchange(regression.showWarnings_, false))
+          showWarnings(std::exchange(regression.showWarnings_, false)),
+          cache(std::make_unique<nuvo::ColumnCache>(regression))
     {
     }
 
@@ -62,11 +65,13 @@ public:
     const std::array<TIndepVar, MaxControls> controls;
     const bool showLoadProgress;
     const bool showWarnings;
+    std::unique_ptr<nuvo::ColumnCache> cache;
 };
 
 TRegression::TRegression(TDataSet &dataset, Form form)
-    : dataset_(dataset), form_(form), data_(std::make_unique<Data>())
+    : dataset_(dataset), form_(form), buffer_(std::make_unique<Buffer>()), results_(std::make_unique<Results>())
 {
+    ObserveBuffer();
 }
 
 TRegression::~TRegression() = default;
@@ -136,6 +141,7 @@ void TRegression::Series::Restore()
 
 void TRegression::Series::EnableControls()
 {
+    d_->cache.reset(); // puts the dataset where the controls are to follow
     d_->busy.EnableControls();
 }
 
@@ -208,22 +214,16 @@ void TRegression::Fit()
                       TMsgDlgType::mtInformation, mbOK, 0);
         return;
     }
-    ComputeMaxAndMinY();
-    ComputeMaxAndMinX();
-    ComputexBar();
-    ComputexStdErr();
-    ComputeyBar();
-    ComputeyStdErr();
-    // A message box can be the component's end.
+    // The extremes are there: the load has looked at them. Means, deviations, residuals and matrices wait until they
+    // are asked for.
     const std::weak_ptr<bool> alive = alive_;
     ComputebVector();
+    // A message box can be the component's end.
     if (alive.expired())
         return;
-    ComputeResiduals();
     ComputeSSE();
     ComputeSSR();
-    ComputeCovarMatrix();
-    ComputeCorrMatrix();
+    PutOff();
     computed_ = true;
     resultsCurrent_ = true;
     NotifyComputed();
@@ -254,19 +254,26 @@ bool TRegression::Load()
         const Busy busy(*this);
         resultsCurrent_ = false;
         loadStopped_ = false;
-        const std::unique_ptr<LoadProgress> progress = MakeLoadProgress();
-        columns_ = 0;
+        const auto usesCache = [this] { return cache_ != nullptr && !showLoadProgress_; };
+        std::unique_ptr<LoadProgress> progress = usesCache() ? nullptr : MakeLoadProgress();
+        observed_.m = 0;
         for (const TIndepVar &definition : controls_)
             SetcVarArrays(definition);
         // Whatever shows a window runs events, and one of these can be the component's end.
         CheckDataCount();
-        if (alive.expired() || !ReadRecords(*progress, alive))
+        if (alive.expired())
             return false;
+        if (!usesCache() || !cache_->Load()) {
+            if (!progress)
+                progress = MakeLoadProgress();
+            if (!ReadRecords(*progress, alive))
+                return false;
+        }
         if (!loadStopped_) {
             SetDegreesOfFreedom();
             if (alive.expired())
                 return false;
-            const bool varies = observations_ > 0 && !InvariantCol();
+            const bool varies = observed_.n > 0 && !InvariantCol();
             if (alive.expired())
                 return false;
             loaded_ = varies;
@@ -280,7 +287,7 @@ bool TRegression::Load()
 void TRegression::SetcVarArrays(const TIndepVar &definition)
 {
     if (definition.Transformation() != u"Undefined")
-        columnDefinitions_[++columns_].Assign(definition);
+        columnDefinitions_[++observed_.m].Assign(definition);
 }
 
 void TRegression::CheckDataCount()
@@ -316,7 +323,11 @@ bool TRegression::ValidRecord(int m)
 
 bool TRegression::ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> &alive)
 {
-    observations_ = 0;
+    // What is still due from fits to the observations that are about to go.
+    Settle(Spread);
+    Settle(Residuals);
+    ObserveBuffer();
+    observed_.n = 0;
     recordsRead_ = 0;
     dataset_.First();
     progress.SetGaugeProgress(0);
@@ -338,8 +349,9 @@ bool TRegression::ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> 
     }
 
     std::vector<nuvo::TermReader> terms;
-    terms.reserve(columns_);
-    for (int j = 1; j <= columns_; ++j)
+    const int m = observed_.m;
+    terms.reserve(m);
+    for (int j = 1; j <= m; ++j)
         terms.emplace_back(columnDefinitions_[j], dataset_);
     nuvo::TermReader response(response_, dataset_);
 
@@ -351,9 +363,9 @@ bool TRegression::ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> 
             std::all_of(terms.begin(), terms.end(), [](nuvo::TermReader &term) { return term.Valid(); }) &&
             response.Valid();
         if (valid) {
-            data_->y[n] = response.Value();
-            for (int j = 1; j <= columns_; ++j)
-                data_->x[j][n] = terms[j - 1].Value();
+            buffer_->y[n] = response.Value();
+            for (int j = 1; j <= m; ++j)
+                buffer_->x[j][n] = terms[j - 1].Value();
             ++n;
             if (shown) {
                 const double percentage = double(n) * 100 / double(records);
@@ -365,18 +377,18 @@ bool TRegression::ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> 
         }
         dataset_.Next();
     }
-    observations_ = n;
+    observed_.n = n;
     recordsRead_ = read;
     return true;
 }
 
 void TRegression::SetDegreesOfFreedom()
 {
-    if (observations_ < columns_ + 1) {
+    if (observed_.n < observed_.m + 1) {
         degreesOfFreedom_ = 0;
         MessageDlg(QStringLiteral("There are 0 degrees of freedom."), TMsgDlgType::mtError);
     } else {
-        degreesOfFreedom_ = short(observations_ - (columns_ + 1));
+        degreesOfFreedom_ = short(observed_.n - (observed_.m + 1));
     }
 }
 
@@ -389,7 +401,7 @@ bool TRegression::InvariantCol()
     bool found = invariant(yRange_);
     if (!found) {
         ComputeMaxAndMinX();
-        found = std::any_of(xRange_.begin() + 1, xRange_.begin() + 1 + columns_, invariant);
+        found = std::any_of(xRange_.begin() + 1, xRange_.begin() + 1 + observed_.m, invariant);
     }
     if (found)
         MessageDlg(QStringLiteral("The dataset has an invariant\n\rcolumn. Matrix is singular!"),
@@ -399,22 +411,147 @@ bool TRegression::InvariantCol()
 
 void TRegression::ComputeMaxAndMinY()
 {
-    yRange_ = nuvo::minMax(data_->y, std::max(1, observations_));
+    yRange_ = observed_.y.range ? *observed_.y.range : nuvo::minMax(observed_.y.values, std::max(1, observed_.n));
 }
 
 void TRegression::ComputeMaxAndMinX()
 {
-    for (int j = 1; j <= columns_; ++j)
-        xRange_[j] = nuvo::minMax(data_->x[j], std::max(1, observations_));
+    for (int j = 1; j <= observed_.m; ++j) {
+        const ObservedColumn &column = observed_.x[j];
+        xRange_[j] = column.range ? *column.range : nuvo::minMax(column.values, std::max(1, observed_.n));
+    }
+}
+
+namespace {
+
+template <class Observed>
+auto pointersTo(const Observed &columns)
+{
+    std::array<const double *, MaxParameters> pointers{};
+    for (size_t j = 1; j < pointers.size(); ++j)
+        pointers[j] = columns[j].values;
+    return pointers;
+}
+
+template <class Fit>
+bool isSettled(const Fit &fit)
+{
+    return std::none_of(fit.due.begin(), fit.due.end(), [](bool due) { return due; });
+}
+
+} // namespace
+
+void TRegression::ObserveBuffer()
+{
+    for (int j = 0; j < MaxParameters; ++j)
+        observed_.x[j] = {buffer_->x[j]};
+    observed_.y = {buffer_->y};
+    observed_.records.reset();
 }
 
 // Statistics.
 
-namespace {
+void TRegression::Results::meansOfColumns(const Observations &observed)
+{
+    const auto columns = pointersTo(observed.x);
+    nuvo::means({columns.data() + 1, size_t(observed.m)}, observed.n, xBar.data() + 1);
+}
 
-using ColumnPointers = std::array<const double *, MaxParameters>;
+void TRegression::Results::deviationsOfColumns(const Observations &observed)
+{
+    const auto columns = pointersTo(observed.x);
+    nuvo::standardDeviations({columns.data() + 1, size_t(observed.m)}, xBar.data() + 1, observed.n,
+                             xStdErr.data() + 1);
+}
 
-} // namespace
+void TRegression::Results::meanOfResponse(const Observations &observed)
+{
+    nuvo::means({&observed.y.values, 1}, observed.n, &yBar);
+}
+
+void TRegression::Results::deviationOfResponse(const Observations &observed)
+{
+    nuvo::standardDeviations({&observed.y.values, 1}, &yBar, observed.n, &yStdErr);
+}
+
+void TRegression::Results::fittedValues(const Observations &observed, const std::array<double, MaxParameters> &b)
+{
+    // Predict of every observation, a column at a time: the same operations in the same order.
+    std::fill_n(yHat, observed.n, b[0]);
+    for (int j = 1; j <= observed.m; ++j) {
+        const double *const x = observed.x[j].values;
+        for (int i = 0; i < observed.n; ++i)
+            yHat[i] += b[j] * x[i];
+    }
+}
+
+void TRegression::Results::residuals(const Observations &observed)
+{
+    for (int i = 0; i < observed.n; ++i)
+        e[i] = observed.y.values[i] - yHat[i];
+}
+
+void TRegression::Results::covariances(const ParameterMatrix &inverse, double mse, int m)
+{
+    for (int i = 0; i <= m; ++i) {
+        for (int j = 0; j <= m; ++j)
+            covariance[i][j] = inverse[i][j] * mse;
+    }
+}
+
+void TRegression::Results::correlations(int m)
+{
+    for (int i = 0; i <= m; ++i) {
+        for (int j = 0; j <= m; ++j)
+            correlation[i][j] = covariance[i][j] / std::sqrt(covariance[i][i] * covariance[j][j]);
+    }
+}
+
+void TRegression::PutOff()
+{
+    for (Unsettled &fit : unsettled_) {
+        fit.due[Spread] = fit.due[Spread] && fit.observed.m > observed_.m;
+        fit.due[Matrices] = fit.due[Matrices] && fit.observed.m > observed_.m;
+        fit.due[Residuals] = fit.due[Residuals] && fit.observed.n > observed_.n;
+    }
+    std::erase_if(unsettled_, isSettled<Unsettled>);
+    constexpr size_t kMost = 2 * MaxParameters;
+    if (unsettled_.size() == kMost) {
+        for (const Part part : {Spread, Residuals, Matrices})
+            Settle(part);
+    }
+    due_.fill(true);
+    unsettled_.push_back({due_, observed_, fit_.b, products_, mse_});
+}
+
+void TRegression::Settle(Part part) const
+{
+    due_[part] = false;
+    for (Unsettled &fit : unsettled_) {
+        if (!std::exchange(fit.due[part], false))
+            continue;
+        switch (part) {
+        case Spread:
+            results_->meansOfColumns(fit.observed);
+            results_->deviationsOfColumns(fit.observed);
+            results_->meanOfResponse(fit.observed);
+            results_->deviationOfResponse(fit.observed);
+            break;
+        case Residuals:
+            results_->fittedValues(fit.observed, fit.b);
+            results_->residuals(fit.observed);
+            break;
+        case Matrices:
+            results_->covariances(nuvo::solveNormalEquations(fit.products, fit.observed.m).inverse, fit.mse,
+                                  fit.observed.m);
+            results_->correlations(fit.observed.m);
+            break;
+        case PartCount:
+            break;
+        }
+    }
+    std::erase_if(unsettled_, isSettled<Unsettled>);
+}
 
 void TRegression::ComputexBar()
 {
@@ -424,70 +561,57 @@ void TRegression::ComputexBar()
         if (alive.expired())
             return;
     }
-    ColumnPointers columns{};
-    for (int j = 1; j <= columns_; ++j)
-        columns[j] = data_->x[j];
-    nuvo::means({columns.data() + 1, size_t(columns_)}, observations_, xBar_.data() + 1);
+    Settled(Spread).results_->meansOfColumns(observed_);
 }
 
 void TRegression::ComputexStdErr()
 {
-    ColumnPointers columns{};
-    for (int j = 1; j <= columns_; ++j)
-        columns[j] = data_->x[j];
-    nuvo::standardDeviations({columns.data() + 1, size_t(columns_)}, xBar_.data() + 1, observations_,
-                             xStdErr_.data() + 1);
+    Settled(Spread).results_->deviationsOfColumns(observed_);
 }
 
 void TRegression::ComputeyBar()
 {
-    const double *const column = data_->y;
-    nuvo::means({&column, 1}, observations_, &yBar_);
+    Settled(Spread).results_->meanOfResponse(observed_);
 }
 
 void TRegression::ComputeyStdErr()
 {
-    const double *const column = data_->y;
-    nuvo::standardDeviations({&column, 1}, &yBar_, observations_, &yStdErr_);
+    Settled(Spread).results_->deviationOfResponse(observed_);
 }
 
 void TRegression::ComputebVector()
 {
-    std::array<nuvo::Column, MaxParameters> columns;
-    for (int j = 1; j <= columns_; ++j)
-        columns[j - 1] = {data_->x[j], xRange_[j].largest()};
-    columns[columns_] = {data_->y, yRange_.largest()};
-    nuvo::crossProducts({columns.data(), size_t(columns_) + 1}, observations_, products_);
-    fittedColumns_ = columns_;
-    fit_ = nuvo::solveNormalEquations(products_, columns_);
+    const int m = observed_.m;
+    if (observed_.records) {
+        observed_.records->crossProducts({observed_.numbers.data(), size_t(m) + 1}, products_);
+    } else {
+        std::array<nuvo::DataColumn, MaxParameters> columns;
+        for (int j = 1; j <= m; ++j)
+            columns[j - 1] = {observed_.x[j].values, xRange_[j].largest()};
+        columns[m] = {observed_.y.values, yRange_.largest()};
+        nuvo::crossProducts({columns.data(), size_t(m) + 1}, observed_.n, products_);
+    }
+    fittedColumns_ = m;
+    fit_ = nuvo::solveCoefficients(products_, m);
     for (int rows = fit_.zeroRows; rows > 0; --rows)
         MessageDlg(QStringLiteral("Your matrix is singular"), TMsgDlgType::mtError);
 }
 
 void TRegression::ComputeyHat()
 {
-    // Predict of every observation, a column at a time: the same operations in the same order.
-    double *const yHat = data_->yHat;
-    std::fill_n(yHat, observations_, fit_.b[0]);
-    for (int j = 1; j <= columns_; ++j) {
-        const double b = fit_.b[j];
-        const double *const x = data_->x[j];
-        for (int i = 0; i < observations_; ++i)
-            yHat[i] += b * x[i];
-    }
+    Settled(Residuals).results_->fittedValues(observed_, fit_.b);
 }
 
 void TRegression::ComputeResiduals()
 {
     ComputeyHat();
-    for (int i = 0; i < observations_; ++i)
-        data_->e[i] = data_->y[i] - data_->yHat[i];
+    results_->residuals(observed_);
 }
 
 void TRegression::ComputeSSE()
 {
     sse_ = fit_.sse;
-    mse_ = sse_ / (observations_ - (columns_ + 1));
+    mse_ = sse_ / (observed_.n - (observed_.m + 1));
 }
 
 void TRegression::ComputeSSR()
@@ -497,18 +621,14 @@ void TRegression::ComputeSSR()
 
 void TRegression::ComputeCovarMatrix()
 {
-    for (int i = 0; i <= columns_; ++i) {
-        for (int j = 0; j <= columns_; ++j)
-            covariance_[i][j] = fit_.inverse[i][j] * mse_;
-    }
+    const ParameterMatrix inverse =
+        fittedColumns_ < 0 ? ParameterMatrix() : nuvo::solveNormalEquations(products_, fittedColumns_).inverse;
+    Settled(Matrices).results_->covariances(inverse, mse_, observed_.m);
 }
 
 void TRegression::ComputeCorrMatrix()
 {
-    for (int i = 0; i <= columns_; ++i) {
-        for (int j = 0; j <= columns_; ++j)
-            correlation_[i][j] = covariance_[i][j] / std::sqrt(covariance_[i][i] * covariance_[j][j]);
-    }
+    Settled(Matrices).results_->correlations(observed_.m);
 }
 
 void TRegression::ComputeSST()
@@ -530,7 +650,7 @@ void TRegression::ComputeSyx()
 
 void TRegression::ComputeF()
 {
-    f_ = (GetSSR() / columns_) / (GetSSE() / (observations_ - (columns_ + 1)));
+    f_ = (GetSSR() / observed_.m) / (GetSSE() / (observed_.n - (observed_.m + 1)));
 }
 
 double TRegression::GetSSR()
@@ -571,5 +691,5 @@ double TRegression::GetF()
 
 std::vector<int> TRegression::DependentColumns() const
 {
-    return nuvo::dependentColumns(products_, fittedColumns_);
+    return nuvo::dependentColumns(products_, std::max(0, fittedColumns_));
 }

@@ -16,6 +16,11 @@
 
 class TDataSet;
 
+namespace nuvo {
+class ColumnCache;
+class UsableRecords;
+} // namespace nuvo
+
 /// A message that a component's ShowWarnings governs: shows nothing and returns 0 when `show` is false, else shows a
 /// message box and returns the button pressed.
 NUVO_EXPORT int MlrMessageDlg(bool show, const QString &message, TMsgDlgType type, unsigned buttons, int helpContext);
@@ -89,36 +94,36 @@ public:
     /// Records that were walked.
     int RecordsRead() const { return recordsRead_; }
     /// Records that became observations, GetNumObs().
-    int RecordsUsed() const { return observations_; }
+    int RecordsUsed() const { return observed_.n; }
     /// Records that were walked and could not be transformed.
-    int RecordsSkipped() const { return recordsRead_ - observations_; }
+    int RecordsSkipped() const { return recordsRead_ - observed_.n; }
     /// Whether the person ended the last load with Escape; it then counts as not loaded.
     bool LoadStopped() const { return loadStopped_; }
 
     // Results.
 
-    int GetNumObs() const { return observations_; }
-    int GetNumVars() const { return columns_; }
+    int GetNumObs() const { return observed_.n; }
+    int GetNumVars() const { return observed_.m; }
     /// n - m - 1, and 0 where that is negative.
     short GetDOF() const { return degreesOfFreedom_; }
     /// The definition behind column j as it was at load time.
     const TIndepVar &GetcVar(int j) const { return columnDefinitions_[j]; }
-    double Getx(int i, int j) const { return data_->x[j][i - 1]; }
-    double Gety(int i) const { return data_->y[i - 1]; }
+    double Getx(int i, int j) const { return observed_.x[j].values[i - 1]; }
+    double Gety(int i) const { return observed_.y.values[i - 1]; }
     /// Residual y - yHat.
-    double Gete(int i) const { return data_->e[i - 1]; }
-    double GetyHat(int i) const { return data_->yHat[i - 1]; }
+    double Gete(int i) const { return Settled(Residuals).results_->e[i - 1]; }
+    double GetyHat(int i) const { return Settled(Residuals).results_->yHat[i - 1]; }
     double Getb(int j) const { return fit_.b[j]; }
     /// Covariance of two coefficients, MSE (X'X)^-1.
-    double GetCovar(int i, int j) const { return covariance_[i][j]; }
-    double GetCorr(int i, int j) const { return correlation_[i][j]; }
-    double GetxBar(int j) const { return xBar_[j]; }
+    double GetCovar(int i, int j) const { return Settled(Matrices).results_->covariance[i][j]; }
+    double GetCorr(int i, int j) const { return Settled(Matrices).results_->correlation[i][j]; }
+    double GetxBar(int j) const { return Settled(Spread).results_->xBar[j]; }
     /// Sample standard deviation of a column, divisor n - 1.
-    double GetxStdErr(int j) const { return xStdErr_[j]; }
+    double GetxStdErr(int j) const { return Settled(Spread).results_->xStdErr[j]; }
     double GetxMax(int j) const { return xRange_[j].max; }
     double GetxMin(int j) const { return xRange_[j].min; }
-    double GetyBar() const { return yBar_; }
-    double GetyStdErr() const { return yStdErr_; }
+    double GetyBar() const { return Settled(Spread).results_->yBar; }
+    double GetyStdErr() const { return Settled(Spread).results_->yStdErr; }
     double GetyMax() const { return yRange_.max; }
     double GetyMin() const { return yRange_.min; }
     /// SSE / (n - (m + 1)) as the last ComputeSSE() left it.
@@ -224,23 +229,82 @@ protected:
     void SetResponseStrings(const QStringList &strings);
 
 private:
-    /// Observations by columns, so that sums run along memory. Column j of x stands at j; 0 is not used.
-    struct Data
+    friend class nuvo::ColumnCache;
+
+    struct ObservedColumn
+    {
+        const double *values = nullptr;
+        const nuvo::ColumnRange *range = nullptr; ///< where it is known already
+    };
+    /// The observations of a load, by columns, so that sums run along memory: n values each, in memory that reaches
+    /// further. Column j stands at j; 0 is not used.
+    struct Observations
+    {
+        int n = 0;
+        int m = 0;
+        std::array<ObservedColumn, MaxParameters> x;
+        ObservedColumn y;
+        /// What keeps them, where that is not the component itself, and their numbers there, the response's last.
+        std::shared_ptr<nuvo::UsableRecords> records;
+        std::array<int, MaxParameters> numbers{};
+    };
+    /// Where a load puts observations of its own.
+    struct Buffer
     {
         double x[MaxParameters][MaxObservations];
         double y[MaxObservations];
-        double e[MaxObservations];
-        double yHat[MaxObservations];
     };
     using ParameterMatrix = nuvo::NormalEquations::Matrix;
+    /// What follows from a fit and is worked out when somebody asks.
+    struct Results
+    {
+        double e[MaxObservations];
+        double yHat[MaxObservations];
+        std::array<double, MaxParameters> xBar;
+        std::array<double, MaxParameters> xStdErr;
+        double yBar;
+        double yStdErr;
+        ParameterMatrix covariance;
+        ParameterMatrix correlation;
+
+        void meansOfColumns(const Observations &observed);
+        void deviationsOfColumns(const Observations &observed);
+        void meanOfResponse(const Observations &observed);
+        void deviationOfResponse(const Observations &observed);
+        void fittedValues(const Observations &observed, const std::array<double, MaxParameters> &b);
+        void residuals(const Observations &observed);
+        void covariances(const ParameterMatrix &inverse, double mse, int m);
+        void correlations(int m);
+    };
+    enum Part { Spread, Residuals, Matrices, PartCount };
+    /// A fit of which parts are still to be worked out.
+    struct Unsettled
+    {
+        std::array<bool, PartCount> due;
+        Observations observed;
+        std::array<double, MaxParameters> b;
+        nuvo::CrossProducts products;
+        double mse;
+    };
     class Busy;
 
     void ForgetLoad();
     bool Load();
     void Fit();
+    /// Makes the observations those of the buffer.
+    void ObserveBuffer();
     /// Reads the records into the observations; false when the component was destroyed meanwhile.
     bool ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> &alive);
     void SetDegreesOfFreedom();
+    /// Puts off the parts of the fit just made. What it will not overwrite of those before is kept.
+    void PutOff();
+    void Settle(Part part) const;
+    const TRegression &Settled(Part part) const
+    {
+        if (due_[part])
+            Settle(part);
+        return *this;
+    }
 
     TDataSet &dataset_;
     const Form form_;
@@ -256,23 +320,17 @@ private:
     bool loadStopped_ = false;
     bool resultsCurrent_ = false;
     int recordsRead_ = 0;
-    int observations_ = 0;
-    int columns_ = 0;
     short degreesOfFreedom_ = 0;
     std::array<TIndepVar, MaxParameters> columnDefinitions_; ///< column j at j
-    std::unique_ptr<Data> data_;
+    std::unique_ptr<Buffer> buffer_;
+    Observations observed_; ///< by the last load
+    nuvo::ColumnCache *cache_ = nullptr;
 
     std::array<nuvo::ColumnRange, MaxParameters> xRange_{};
     nuvo::ColumnRange yRange_;
-    std::array<double, MaxParameters> xBar_{};
-    std::array<double, MaxParameters> xStdErr_{};
-    double yBar_ = 0;
-    double yStdErr_ = 0;
     nuvo::CrossProducts products_{}; ///< of the last fit
-    int fittedColumns_ = 0;          ///< columns of the last fit
-    nuvo::NormalEquations fit_;
-    ParameterMatrix covariance_{};
-    ParameterMatrix correlation_{};
+    int fittedColumns_ = -1;         ///< columns of the last fit; -1 before the first
+    nuvo::Coefficients fit_;
     double sse_ = 0;
     double ssr_ = 0;
     double sst_ = 0;
@@ -280,6 +338,9 @@ private:
     double syx_ = 0;
     double rSquared_ = 0;
     double f_ = 0;
+    std::unique_ptr<Results> results_;
+    mutable std::vector<Unsettled> unsettled_; ///< the oldest first
+    mutable std::array<bool, PartCount> due_{};
 
     int busy_ = 0; ///< loads and series under way
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

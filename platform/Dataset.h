@@ -88,6 +88,9 @@ public:
     /// The engine's count of all records, filter included, asked once per opening (not asked when the end was
     /// reached).
     qint64 RecordCount();
+    /// Counts the times that the dataset was opened or read anew: between two moments with the same number at which
+    /// it is Active() the rows are one snapshot.
+    qint64 Opening() const;
 
     int FieldCount();
     TField &Fields(int index);
@@ -155,7 +158,6 @@ private:
     friend void nuvo::setRecordLimits(TDataSet &dataset, const nuvo::RecordLimits &limits);
 
     // What the model asks.
-    qint64 Opening() const;
     int ColumnCount() const;
     const TField &ColumnField(int index) const;
     qint64 KnownRows() const;

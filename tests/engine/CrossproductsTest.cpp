@@ -15,7 +15,7 @@ namespace {
 
 using Values = std::vector<double>;
 
-Column columnOf(const Values &values)
+DataColumn columnOf(const Values &values)
 {
     const int n = static_cast<int>(values.size());
     return {values.data(), n == 0 ? 0 : minMax(values.data(), n).largest()};
@@ -23,7 +23,7 @@ Column columnOf(const Values &values)
 
 DoubleDouble dot(const Values &a, const Values &b)
 {
-    const Column right = columnOf(b);
+    const DataColumn right = columnOf(b);
     DoubleDouble out;
     dots(columnOf(a), {&right, 1}, static_cast<int>(a.size()), &out);
     return out;
@@ -205,7 +205,7 @@ TEST_F(Columns, APairsSumDoesNotDependOnTheOtherPairsOrItsSides)
         std::vector<Values> data;
         for (const auto &[name, kind] : kinds_)
             data.push_back(filled(n, kind));
-        std::vector<Column> columns(data.size());
+        std::vector<DataColumn> columns(data.size());
         std::transform(data.begin(), data.end(), columns.begin(), columnOf);
         for (std::size_t count = 1; count <= columns.size(); ++count) {
             std::vector<DoubleDouble> together(count);
@@ -225,7 +225,7 @@ TEST_F(Columns, SumsAndCrossProductsAreThoseOfTheConstantAndTheColumns)
 {
     const int n = 250;
     std::vector<Values> data{Values(n, 1.0)};
-    std::vector<Column> columns;
+    std::vector<DataColumn> columns;
     for (int j = 0; j < 11; ++j)
         data.push_back(filled(n, kinds_[j % 4].second));
     for (int j = 1; j <= 11; ++j)

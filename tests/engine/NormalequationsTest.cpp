@@ -23,7 +23,7 @@ using Columns = std::vector<std::vector<double>>;
 CrossProducts productsOf(const Columns &data)
 {
     const int n = static_cast<int>(data[0].size());
-    std::vector<Column> columns;
+    std::vector<DataColumn> columns;
     for (const std::vector<double> &values : data)
         columns.push_back({values.data(), minMax(values.data(), n).largest()});
     CrossProducts products;
@@ -170,6 +170,50 @@ TEST_P(Certified, WithoutAvx2EveryBitIsTheSame)
     }
     EXPECT_TRUE(same(fit_.sse, without.sse));
     EXPECT_TRUE(same(fit_.ssr, without.ssr));
+}
+
+TEST_P(Certified, TheCoefficientsAloneAreTheSameToTheLastBit)
+{
+    for (int m = 0; m <= set_.controls(); ++m) {
+        const CrossProducts products = productsOf(set_.columns);
+        CrossProducts fewer = products; // the first m columns and the response
+        for (int i = 0; i <= m; ++i)
+            fewer[i][m + 1] = fewer[m + 1][i] = products[i][set_.controls() + 1];
+        fewer[m + 1][m + 1] = products[set_.controls() + 1][set_.controls() + 1];
+        const NormalEquations whole = solveNormalEquations(fewer, m);
+        const Coefficients alone = solveCoefficients(fewer, m);
+        for (int i = 0; i < MaxParameters; ++i)
+            EXPECT_TRUE(same(alone.b[i], whole.b[i])) << m;
+        EXPECT_TRUE(same(alone.sse, whole.sse)) << m;
+        EXPECT_TRUE(same(alone.ssr, whole.ssr)) << m;
+        EXPECT_EQ(alone.zeroRows, whole.zeroRows);
+    }
+}
+
+TEST_F(NormalEquationsTest, TheCoefficientsAloneAreTheSameForAnyResponseAndMatrix)
+{
+    for (int set = 0; set < 300; ++set) {
+        const int m = set % 11;
+        const int n = 2 + set % 40; // often fewer than parameters
+        Columns data = columns(m + 1, n, set % 3 * 100);
+        if (set % 4 == 0 && m > 0)
+            data[0] = data[static_cast<std::size_t>(m) - 1];
+        if (set % 5 == 0)
+            std::fill(data.back().begin(), data.back().end(), 0.0);
+        if (set % 7 == 0) { // a right side that begins with zeros
+            std::fill(data.back().begin(), data.back().end(), 0.0);
+            data.back()[0] = 1;
+            data.back()[1] = -1;
+        }
+        const CrossProducts products = productsOf(data);
+        const NormalEquations whole = solveNormalEquations(products, m);
+        const Coefficients alone = solveCoefficients(products, m);
+        for (int i = 0; i < MaxParameters; ++i)
+            EXPECT_TRUE(same(alone.b[i], whole.b[i])) << set;
+        EXPECT_TRUE(same(alone.sse, whole.sse)) << set;
+        EXPECT_TRUE(same(alone.ssr, whole.ssr)) << set;
+        EXPECT_EQ(alone.zeroRows, whole.zeroRows);
+    }
 }
 
 TEST(DigitsAgreed, CountsWhatTheWordSays)

@@ -15,7 +15,9 @@
 #include <QPlainTextEdit>
 #include <QPrintDialog>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTemporaryDir>
+#include <QTimer>
 
 namespace {
 
@@ -621,6 +623,91 @@ TEST(ReportWindow, ClosingTwoHundredTimesLeavesNothing)
         showReport(fitted, [](TRegressionOutputForm &form) { EXPECT_TRUE(form.isVisible()); });
     for (const QWidget *widget : QApplication::topLevelWidgets())
         EXPECT_EQ(qobject_cast<const TRegressionOutputForm *>(widget), nullptr);
+}
+
+TEST(ReportWindow, OpeningTwoHundredTimesWithItsPlotsAndMatrixLeavesNothing)
+{
+    Fitted fitted = scatteredFit(12, 2);
+    const qsizetype before = QApplication::topLevelWidgets().size();
+    for (int i = 0; i < 200; ++i) {
+        showReport(
+            fitted,
+            [](TRegressionOutputForm &form) {
+                click(form, "bbtnPlots");
+                chooseMatrix(form, "Zoom1");
+            },
+            [](QDialog &plots) {
+                click(plots, "ResidualvsInputBtn");
+                plots.close();
+            },
+            [](QDialog &matrix) { matrix.close(); });
+        ASSERT_TRUE(fitted.table.FPlotForm.isNull());
+    }
+    EXPECT_EQ(QApplication::topLevelWidgets().size(), before);
+}
+
+TEST(ReportWindow, TheApplicationMayQuitWhileReportAndPlotsAreOpen)
+{
+    Fitted fitted = scatteredFit(12, 2);
+    bool bothWereOpen = false;
+    // Real event loops, one in the other.
+    SetModalRunner([&](QDialog &dialog) {
+        if (qobject_cast<TRegressionOutputForm *>(&dialog) != nullptr)
+            QTimer::singleShot(0, &dialog, [&dialog] { click(dialog, "bbtnPlots"); });
+        else
+            QTimer::singleShot(0, qApp, [&] {
+                bothWereOpen =
+                    fitted.table.FPlotForm->isVisible() && fitted.table.FPlotForm->parentWidget()->isVisible();
+                QApplication::quit();
+            });
+        return dialog.exec();
+    });
+    const auto usual = qScopeGuard([] { SetModalRunner({}); });
+    bool back = false;
+    QTimer::singleShot(0, qApp, [&] {
+        fitted.table.Output();
+        back = true;
+    });
+    QApplication::exec();
+    EXPECT_TRUE(bothWereOpen);
+    EXPECT_TRUE(back);
+    EXPECT_TRUE(fitted.table.FPlotForm.isNull());
+    for (const QWidget *widget : QApplication::topLevelWidgets())
+        EXPECT_FALSE(widget->isVisible()) << widget->objectName().toStdString();
+}
+
+TEST(ReportWindow, FiguresHaveTheSystemsDecimalSignAndSavedTextThePoint)
+{
+    const QLocale before;
+    const auto restore = qScopeGuard([&before] { QLocale::setDefault(before); });
+    QLocale::setDefault(QLocale(QLocale::German));
+    Fitted fitted = scatteredFit(20, 2);
+    const QTemporaryDir directory;
+    const QString file = directory.filePath(QStringLiteral("r.txt"));
+    const nuvo::ReportBlocks comma = nuvo::reportBlocks(fitted.table, u',');
+    const nuvo::ReportBlocks point = nuvo::reportBlocks(fitted.table);
+    ASSERT_NE(comma.SSE, point.SSE);
+    showReport(
+        fitted,
+        [&](TRegressionOutputForm &form) {
+            EXPECT_EQ(text(form, "labSSE"), QStringLiteral("Residual      SSE : ") + comma.SSE);
+            EXPECT_EQ(text(form, "labRsqr"), QStringLiteral("R  : ") + nuvo::windowTexts(comma, u',').RSquared);
+            EXPECT_TRUE(text(form, "labRsqr").contains(u','));
+            EXPECT_TRUE(memo(form).contains(QLatin1String(",")));
+            EXPECT_FALSE(memo(form).contains(QLatin1String("."))) << memo(form).toStdString();
+            chooseReport(form, "SaveReport1");
+            click(form, "bbtnPlots");
+        },
+        nameFile(file),
+        [](QDialog &plots) {
+            click(plots, "ECDFPlotBtn");
+            EXPECT_EQ(text(plots, "yMaxLabel"), QStringLiteral("3,00"));
+            EXPECT_TRUE(part(plots, "PlotImage")->accessibleDescription().contains(QLatin1String("-3,00")));
+            plots.close();
+        });
+    const QString saved = QString::fromUtf8(contentOf(file));
+    EXPECT_TRUE(saved.contains(QStringLiteral("SSE : ") + point.SSE));
+    EXPECT_FALSE(saved.contains(comma.SSE));
 }
 
 TEST(ReportWindow, ThereIsOneAtATimeAndWithoutAnybodyItDoesNotWait)

@@ -162,3 +162,194 @@ TEST(Streaming, EveryPropertyComesFromTheForm)
     EXPECT_FALSE(forward->ShowReport());
     EXPECT_TRUE(forward->ShowProgress());
 }
+
+namespace {
+
+/// A form with regression components "Table" and "Query" and one search.
+class Binding : public testing::Test
+{
+protected:
+    Binding()
+    {
+        table->SetName(text("Table"));
+        query->SetName(text("Query"));
+    }
+
+    QWidget form;
+    TMLRTable *table = new TMLRTable(&form);
+    TMLRQuery *query = new TMLRQuery(&form);
+    TFwdSelectMLR *search = new TFwdSelectMLR(&form);
+};
+
+void expectRunThrows(TCorvane &search, const char *message)
+{
+    try {
+        search.Run();
+        ADD_FAILURE() << "runs";
+    } catch (const EDatabaseError &error) {
+        EXPECT_EQ(error.Message(), text(message));
+    }
+}
+
+} // namespace
+
+TEST_F(Binding, ByTheNameOfATableAndThenOfAQuery)
+{
+    search->SetDataset(text("Table"));
+    EXPECT_EQ(search->Table(), table);
+    EXPECT_EQ(search->Query(), nullptr);
+    EXPECT_EQ(search->Regression(), table);
+    search->SetDataset(text("Query"));
+    EXPECT_EQ(search->Table(), nullptr);
+    EXPECT_EQ(search->Query(), query);
+    EXPECT_EQ(search->Regression(), query);
+}
+
+TEST_F(Binding, ANameThatFindsNothingKeepsTheBindingAndIsStored)
+{
+    search->SetDataset(text("Table"));
+    for (const char *name : {"Nobody", "", "table"}) {
+        search->SetDataset(text(name));
+        EXPECT_EQ(search->Table(), table) << name;
+        EXPECT_EQ(search->Dataset(), text(name));
+    }
+}
+
+TEST_F(Binding, ANameOfAnotherClassKeepsTheBinding)
+{
+    auto *plain = new TTable(&form);
+    plain->SetName(text("Plain"));
+    search->SetDataset(text("Query"));
+    search->SetDataset(text("Plain"));
+    EXPECT_EQ(search->Query(), query);
+    EXPECT_EQ(search->Dataset(), text("Plain"));
+}
+
+TEST_F(Binding, DirectlyReplacesOneKindByTheOtherAndKeepsTheName)
+{
+    search->SetDataset(text("Query"));
+    search->SetTable(table);
+    EXPECT_EQ(search->Table(), table);
+    EXPECT_EQ(search->Query(), nullptr);
+    EXPECT_EQ(search->Dataset(), text("Query"));
+    search->SetQuery(query);
+    EXPECT_EQ(search->Table(), nullptr);
+    EXPECT_EQ(search->Query(), query);
+}
+
+TEST_F(Binding, AComponentThatComesLaterIsFoundWhenItIsNeeded)
+{
+    search->SetDataset(text("Later"));
+    EXPECT_EQ(search->Regression(), nullptr);
+    auto *later = new TMLRTable(&form);
+    later->SetName(text("Later"));
+    EXPECT_EQ(search->Regression(), later);
+}
+
+TEST_F(Binding, OnceBoundAStoredNameIsNotLookedUpAgain)
+{
+    search->SetDataset(text("Table"));
+    search->SetDataset(text("Later"));
+    auto *later = new TMLRTable(&form);
+    later->SetName(text("Later"));
+    EXPECT_EQ(search->Regression(), table);
+}
+
+TEST_F(Binding, OfADestroyedComponentIsNoneUntilTheNextAssignment)
+{
+    search->SetDataset(text("Table"));
+    delete table;
+    EXPECT_EQ(search->Regression(), nullptr);
+    auto *other = new TMLRTable(&form);
+    other->SetName(text("Table"));
+    EXPECT_EQ(search->Regression(), nullptr);
+    expectRunThrows(*search, "The regression component of TFwdSelectMLR is gone; its Dataset is \"Table\".");
+    search->SetDataset(text("Table"));
+    EXPECT_EQ(search->Regression(), other);
+}
+
+TEST_F(Binding, FindsTheNearestOfTheRightClass)
+{
+    // As two copies of a form in one window have the same names.
+    auto *inner = new QWidget(&form);
+    auto *wrong = new TTable(inner);
+    wrong->SetName(text("Table"));
+    auto *innerSearch = new TFwdSelectMLR(inner);
+    innerSearch->SetDataset(text("Table"));
+    EXPECT_EQ(innerSearch->Table(), table) << "the plain table that is nearer is of another class";
+    auto *nearer = new TMLRQuery(inner);
+    nearer->SetName(text("Table"));
+    innerSearch->SetDataset(text("Table"));
+    EXPECT_EQ(innerSearch->Query(), nearer);
+    search->SetDataset(text("Table"));
+    EXPECT_NE(search->Regression(), nullptr);
+}
+
+TEST_F(Binding, ARunWithoutAComponentSaysWhose)
+{
+    search->SetName(text("Chooser"));
+    expectRunThrows(*search, "Chooser has no regression component: its Dataset is empty.");
+    search->SetDataset(text("Nobody"));
+    expectRunThrows(*search, "Chooser finds no regression component called \"Nobody\", its Dataset.");
+    TMLRModel model;
+    EXPECT_THROW(search->SaveModel(model), EDatabaseError);
+    EXPECT_THROW(search->SetModel(model), EDatabaseError);
+    EXPECT_THROW(search->SetControls({}, 0, 0), EDatabaseError);
+}
+
+TEST_F(Binding, OfTheFTableByNameNowOrLater)
+{
+    search->SetFDistTableName(text("Levels"));
+    EXPECT_EQ(search->FDistTable(), nullptr);
+    EXPECT_EQ(search->FDistTableName(), text("Levels"));
+    auto *levels = new TTable(&form);
+    levels->SetName(text("Levels"));
+    EXPECT_EQ(search->FDistTable(), levels);
+    search->SetFDistTableName(QString());
+    EXPECT_EQ(search->FDistTable(), nullptr);
+}
+
+TEST_F(Binding, OfTheFTableDirectlyTellsItsName)
+{
+    auto *levels = new TTable(&form);
+    levels->SetName(text("Levels"));
+    search->SetFDistTable(levels);
+    EXPECT_EQ(search->FDistTable(), levels);
+    EXPECT_EQ(search->FDistTableName(), text("Levels"));
+    delete levels;
+    EXPECT_EQ(search->FDistTable(), nullptr);
+    auto *other = new TTable(&form);
+    other->SetName(text("Levels"));
+    EXPECT_EQ(search->FDistTable(), nullptr) << "only an assignment binds again";
+    search->SetFDistTable(nullptr);
+    EXPECT_EQ(search->FDistTableName(), QString());
+}
+
+TEST(Streaming, ASearchMayStandBeforeWhatItNames)
+{
+    ComponentLoader loader;
+    const auto form =
+        loader.form(ComponentLoader::widget("TStepWiseMLR", "Stepwise",
+                                            ComponentLoader::stringProperty("FDistTable", "Levels") +
+                                                ComponentLoader::stringProperty("Dataset", "Fit")) +
+                    ComponentLoader::widget("TMLRQuery", "Fit") + ComponentLoader::widget("TTable", "Levels"));
+    ASSERT_NE(form, nullptr);
+    const auto *search = form->findChild<TStepWiseMLR *>();
+    EXPECT_EQ(search->Query(), form->findChild<TMLRQuery *>());
+    EXPECT_EQ(search->FDistTable(), form->findChild<TTable *>(text("Levels")));
+}
+
+TEST(Streaming, TwoCopiesOfAFormKeepToThemselves)
+{
+    ComponentLoader loader;
+    const QString widgets =
+        ComponentLoader::widget("TOptimizeMLR", "Optimal", ComponentLoader::stringProperty("Dataset", "Fit")) +
+        ComponentLoader::widget("TMLRTable", "Fit");
+    QWidget window;
+    QWidget *const first = loader.form(widgets).release();
+    QWidget *const second = loader.form(widgets).release();
+    first->setParent(&window);
+    second->setParent(&window);
+    EXPECT_EQ(second->findChild<TOptimizeMLR *>()->Table(), second->findChild<TMLRTable *>());
+    EXPECT_EQ(first->findChild<TOptimizeMLR *>()->Table(), first->findChild<TMLRTable *>());
+}

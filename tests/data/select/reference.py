@@ -47,7 +47,7 @@ class Delicate(Exception):
 
 
 class RunError(Exception):
-    """An error of the platform that passes through a run."""
+    """An error of the platform that passes through a run: the name of its class."""
 
 
 # Numbers.
@@ -140,50 +140,80 @@ def output_term(definition):
     }.get(transformation, "")
 
 
-def control_value(definition, record):
-    """The value of a control in a record; None where the record cannot be transformed."""
-    _, transformation, field1, field2, exponent, scale = definition
+def converted(convert, text):
+    try:
+        return convert(text)
+    except ValueError as error:
+        raise RunError("EConvertError") from error
+
+
+def accepts(definition, record):
+    """Whether a control can take its value from a record."""
+    _, transformation, field1, field2, exponent, _ = definition
     value = record(field1)
     if value is None:
-        return None
-    if transformation == "Log":
-        return math.log(value) if value > TOLERANCE else None
-    if transformation == "Sqrt":
-        return math.sqrt(value) if value > TOLERANCE else None
+        return False
+    if transformation in ("Log", "Sqrt"):
+        return value > TOLERANCE
     if transformation == "Inverse":
-        return 1 / value if abs(value) >= TOLERANCE else None
+        return abs(value) >= TOLERANCE
     if transformation == "Power":
-        if float(exponent) < 0.5:
-            return None
+        return converted(float, exponent) >= 0.5
+    if transformation == "Product":
+        return record(field2) is not None
+    return True  # a divisor may be null or 0
+
+
+def control_value(definition, record):
+    """The value that a control takes from a record that it accepts."""
+    _, transformation, field1, field2, exponent, scale = definition
+    value = record(field1)
+    if transformation == "Log":
+        return math.log(value)
+    if transformation == "Sqrt":
+        return math.sqrt(value)
+    if transformation == "Inverse":
+        return 1 / value
+    if transformation == "Power":
         if value == 0:
             return 0.0
-        power = math.pow(abs(value), int(exponent))
+        power = math.pow(abs(value), converted(int, exponent))
         return power if int(exponent) % 2 == 0 else -power
     if transformation == "Scale":
-        return value / float(scale)
+        return value / converted(float, scale)
     if transformation == "Product":
-        other = record(field2)
-        return None if other is None else value * other
+        return value * record(field2)
     if transformation == "Quotient":
-        other = record(field2)
-        if other is None or other == 0:
-            raise Delicate("a divisor of 0 is accepted and gives infinities")
-        return value / other
-    return value
+        if not record(field2):
+            raise Delicate("a divisor of 0 gives infinities")
+        return value / record(field2)
+    return float(value)
+
+
+def accepts_response(definition, record):
+    _, transformation, field, _, _, scale = definition
+    value = record(field)
+    if value is None:
+        return False
+    if transformation == "Log":
+        return value > TOLERANCE
+    if transformation == "Inverse":
+        return abs(value) > TOLERANCE
+    if transformation == "Scale":
+        return abs(converted(float, scale)) > TOLERANCE
+    return True
 
 
 def response_value(definition, record):
     _, transformation, field, _, _, scale = definition
     value = record(field)
-    if value is None:
-        return None
     if transformation == "Log":
-        return math.log(value) if value > TOLERANCE else None
+        return math.log(value)
     if transformation == "Inverse":
-        return 1 / value if abs(value) > TOLERANCE else None
+        return 1 / value
     if transformation == "Scale":
-        return value / float(scale) if abs(float(scale)) > TOLERANCE else None
-    return value
+        return value / converted(float, scale)
+    return float(value)
 
 
 # The fit.
@@ -234,6 +264,8 @@ class Fit:
         if not exact and sse <= products[size][size] * Fraction(1, 10**16):
             if sse != 0 or n != size:
                 raise Delicate("an exact fit")
+        if not exact and columns and abs(ssr) <= (sse + ssr) * Fraction(1, 10**16):
+            raise Delicate("nothing explained at all")
         self.exact = exact
         self.b = [float(value) for value in b]
         self.inverse = [float(inverse[j][j]) for j in range(size)]
@@ -338,22 +370,14 @@ class Regression:
 
             def record(field, i=i):
                 if field.lower() not in names:
-                    raise RunError(f"no field {field}")
+                    raise RunError("EDatabaseError")
                 return names[field.lower()][i]
 
-            row = []
-            for definition in active:
-                value = control_value(definition, record)
-                if value is None:
-                    break
-                row.append(float(value))
-            if len(row) < len(active):
+            valid = all(accepts(definition, record) for definition in active)
+            if not valid or not accepts_response(self.response, record):
                 continue
-            value = response_value(self.response, record)
-            if value is None:
-                continue
-            rows.append(row)
-            y.append(float(value))
+            y.append(response_value(self.response, record))
+            rows.append([control_value(definition, record) for definition in active])
             if len(y) == MAX_OBSERVATIONS:
                 break
         return [[row[j] for row in rows] for j in range(len(active))], y
@@ -501,7 +525,8 @@ class Search:
 
     def came_back(self, previous):
         """Whether a pass begins where one began before; what follows would only be the same again."""
-        state = (tuple(self.current), previous, self.table.position if self.table else None)
+        others = tuple(self.regression.transformations()[self.n :])
+        state = (tuple(self.current), others, previous, self.table.position if self.table else None)
         if state in self.seen:
             self.ended = "repeats"
             return True
@@ -814,11 +839,11 @@ def expected(run, data, tables):
     search = SEARCHES[run["method"]](
         regression, run.get("options", {}), FTable(table) if table else None, run.get("component", "table")
     )
-    error = False
+    error = None
     try:
         search.run()
-    except RunError:
-        error = True
+    except RunError as passing:
+        error = str(passing)
         del messages[:]
         regression.controls = at_start
     counted = []
@@ -829,7 +854,7 @@ def expected(run, data, tables):
             counted.append([*message, 1])
     result = {"trace": search.trace, "steps": search.steps}
     if error:
-        result["error"] = True
+        result["error"] = error
     else:
         result["ended"] = search.ended
         result["report"] = search.report
@@ -1112,10 +1137,12 @@ def special():
     return group
 
 
-def random_data(rng):
-    records = rng.randint(5, 16)
-    names = "abcdefg"[: rng.randint(1, 6)]
-    nulls = rng.choice((0, 0, 0.1, 0.2, 0.35))
+def random_columns(rng):
+    """Some columns of quarters, with nulls, and a response that a few of them go into."""
+    wide = rng.random() < 0.1
+    records = rng.randint(14, 30) if wide else rng.randint(5, 16)
+    names = "abcdefghij"[: rng.randint(7, 10) if wide else rng.randint(1, 6)]
+    nulls = rng.choice((0, 0, 0.1, 0.2, 0.35)) / (4 if wide else 1)
     columns = {}
     for name in names:
         kind = rng.random()
@@ -1138,19 +1165,38 @@ def random_data(rng):
     return columns
 
 
+def random_design(rng):
+    """Columns of a two-level design: all figures are exact, and equal ones are common."""
+    records = rng.choice((4, 8, 8, 16))
+    every = [[(-1) ** (i & j).bit_count() for i in range(records)] for j in range(1, records)]
+    picked = rng.sample(every, rng.randint(1, min(5, records - 1)))
+    columns = dict(zip("abcde", picked))
+    weights = [rng.choice((0, 1, 1, 2)) for _ in picked]
+    others = [column for column in every if column not in picked]
+    noise = rng.choice(others) if others and rng.random() < 0.8 else [0] * records
+    columns["y"] = [4 + n + sum(w * c[i] for w, c in zip(weights, picked)) for i, n in enumerate(noise)]
+    return columns
+
+
+def random_data(rng):
+    return random_design(rng) if rng.random() < 0.1 else random_columns(rng)
+
+
 def random_controls(rng, columns):
     names = [name for name in columns if name != "y"]
+    whole = all(isinstance(value, int) for value in columns["y"])  # a design: transformed, it would be none
+    gaps = 0.4 if rng.random() < 0.1 else 0.05
     controls = []
     for name in names:
         kind = rng.random()
-        if kind < 0.75:
+        if kind < (1 - gaps if whole else 0.8 - gaps):
             controls.append(control("None", name))
-        elif kind < 0.95:
+        elif kind < 1 - gaps:
             transformation = rng.choice(("Log", "Inverse", "Sqrt", "Power", "Scale", "Product"))
             controls.append(control(transformation, name, rng.choice(names), rng.choice("23"), "4"))
         else:  # a gap
             controls.append(["Inactive", UNDEFINED, name, "Datafield2", "1.00", "10"])
-    if rng.random() < 0.1:  # the same again
+    if rng.random() < 0.1 and len(controls) < CONTROLS:  # the same again
         controls.append(list(controls[rng.randrange(len(controls))]))
     if rng.random() < 0.3:
         rng.shuffle(controls)
@@ -1195,6 +1241,8 @@ def add_random(group, rng, index, want):
             rest["ftable"] = table
         y = rng.choice((response("y"), response("y"), response("y"), response("y", "Log"), response("y", "Scale", "8")))
         controls = random_controls(rng, columns)
+        if method == "optimal" and len(controls) > 6:
+            controls = controls[:6]
         try:
             group.add(f"{name}, {method}", name, method, controls, y, **rest)
             added += 1

@@ -1,0 +1,393 @@
+#include "engine/Columncache.h"
+
+#include "engine/Regression.h"
+#include "engine/Termreader.h"
+#include "engine/Usablerecords.h"
+#include "platform/Dataset.h"
+#include "platform/Errors.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <unordered_map>
+#include <utility>
+
+namespace nuvo {
+
+namespace {
+
+constexpr int MaxRecords = 32768;
+constexpr int MaxTerms = UsableRecords::MaxColumns - 1;
+constexpr std::size_t MaxSets = 64;
+constexpr std::size_t MaxCombinations = 4096;
+
+using Bits = std::vector<std::uint64_t>;
+
+void setBit(Bits &bits, int at, bool value)
+{
+    bits.resize(std::size_t(at / 64) + 1);
+    bits[std::size_t(at / 64)] |= std::uint64_t(value) << (at % 64);
+}
+
+/// The same strings; those in which terms usually differ first.
+bool sameDefinition(const QStringList &a, const QStringList &b)
+{
+    if (a.constData() == b.constData() && a.size() == b.size())
+        return true;
+    return a.size() == b.size() && (a.size() < 3 || a[2] == b[2]) && a == b;
+}
+
+} // namespace
+
+/// A record is kept when the response accepts it: no others can become observations. Of a term is known which of
+/// these it accepts and what it makes of them, up to the first record at which it raises. Numbers of terms and of
+/// their columns count from 1; 0 is the response.
+class ColumnCache::Private
+{
+public:
+    Private(ColumnCache &cache, TRegression &regression)
+        : q(regression), alive(regression.alive_), dataset(regression.dataset_)
+    {
+        q.cache_ = &cache;
+        for (const TIndepVar &definition : q.controls_) {
+            if (definition.Transformation() != u"Undefined")
+                termFor(definition);
+        }
+    }
+    Private(const Private &) = delete;
+    Private &operator=(const Private &) = delete;
+    ~Private()
+    {
+        if (alive.expired())
+            return;
+        q.cache_ = nullptr;
+        try {
+            standBehind();
+        } catch (const EPlatformError &) {
+            // The load has been made; where the records cannot be read any more, the next one will say so.
+        }
+    }
+
+    bool load();
+
+private:
+    struct Term
+    {
+        explicit Term(const TIndepVar &source) { definition.Assign(source); }
+
+        TIndepVar definition;
+        std::optional<TermReader> reader;
+        Bits valid;                 ///< of the records kept
+        std::vector<double> values; ///< of the records kept
+        bool acceptsAll = true;
+        bool raised = false; ///< and so nothing is known of further records
+    };
+
+    int termFor(const TIndepVar &definition);
+    void forget();
+    bool isCurrent() const;
+    bool begin();
+    bool goToEnd();
+    void readRecord();
+    void readTerm(Term &term, bool kept);
+    const Term &term(int number) const { return *terms_[std::size_t(number) - 1]; }
+    bool raises(std::span<const int> numbers) const;
+    std::uint64_t keyOf(std::span<const int> numbers) const;
+    std::shared_ptr<UsableRecords> recordsFor(std::span<const int> numbers);
+    std::optional<UsableRecords> choose(std::span<const int> numbers);
+    std::shared_ptr<UsableRecords> known(UsableRecords &&records);
+    std::shared_ptr<UsableRecords> usedLast(const std::shared_ptr<UsableRecords> &set);
+    void standBehind();
+
+    TRegression &q;
+    std::weak_ptr<bool> alive;
+    TDataSet &dataset;
+
+    std::vector<std::unique_ptr<Term>> terms_; // number 1 first
+    int lastFound_ = 0;
+
+    // The records read.
+    qint64 opening_ = -1; // -1: none
+    TDependentVar response_;
+    std::optional<TermReader> responseReader_;
+    std::vector<double> responses_; // of the records kept
+    std::vector<int> position_;     // of the records kept, among all
+    int read_ = 0;
+    bool atEnd_ = false;
+    bool blocked_ = false; // reading on would raise
+
+    // What loads made of them.
+    std::vector<std::shared_ptr<UsableRecords>> sets_; // asked for last at the end
+    /// By the terms that do not accept all; empty where the records have to be asked.
+    std::unordered_map<std::uint64_t, std::shared_ptr<UsableRecords>> byTerms_;
+    int lastWalked_ = -1; // by the last load, where that was one of these
+};
+
+/// The number of a term. A new one makes everything begin anew.
+int ColumnCache::Private::termFor(const TIndepVar &definition)
+{
+    const QStringList &strings = definition.ToQStringList();
+    const int count = int(terms_.size());
+    for (int tried = 0; tried < count; ++tried) {
+        const int at = (lastFound_ + tried) % count; // columns come in the order of their terms
+        if (!sameDefinition(terms_[std::size_t(at)]->definition.ToQStringList(), strings))
+            continue;
+        terms_[std::size_t(at)]->definition.Assign(definition); // shared strings are quicker to compare
+        lastFound_ = at + 1;
+        return at + 1;
+    }
+    terms_.push_back(std::make_unique<Term>(definition));
+    forget();
+    return count + 1;
+}
+
+void ColumnCache::Private::forget()
+{
+    opening_ = -1;
+    sets_.clear();
+    byTerms_.clear();
+}
+
+bool ColumnCache::Private::isCurrent() const
+{
+    return opening_ == dataset.Opening() && sameDefinition(response_.ToQStringList(), q.response_.ToQStringList());
+}
+
+/// Goes to the first record; false where the response is no definition, which the records' own way reports.
+bool ColumnCache::Private::begin()
+{
+    forget();
+    response_.Assign(q.response_);
+    try {
+        responseReader_.emplace(response_, dataset);
+    } catch (const EPlatformError &) {
+        return false;
+    }
+    responses_.clear();
+    position_.clear();
+    for (const std::unique_ptr<Term> &term : terms_) {
+        term->reader.emplace(term->definition, dataset);
+        term->valid.clear();
+        term->values.clear();
+        term->acceptsAll = true;
+        term->raised = false;
+    }
+    read_ = 0;
+    dataset.First();
+    atEnd_ = dataset.Eof();
+    blocked_ = false;
+    opening_ = dataset.Opening();
+    return true;
+}
+
+/// Moves to the record to be read next; false where there is none any more.
+bool ColumnCache::Private::goToEnd()
+{
+    const qint64 distance = read_ + 1 - dataset.RecNo();
+    return distance == 0 || dataset.MoveBy(distance) == distance;
+}
+
+void ColumnCache::Private::readTerm(Term &term, bool kept)
+{
+    if (term.raised)
+        return;
+    try {
+        const bool valid = term.reader->Valid();
+        if (!kept)
+            return;
+        term.values.push_back(valid ? term.reader->Value() : 0);
+        setBit(term.valid, int(position_.size()) - 1, valid);
+        term.acceptsAll = term.acceptsAll && valid;
+    } catch (const EPlatformError &) {
+        term.raised = true;
+    }
+}
+
+/// Reads the current record and goes to the next one.
+void ColumnCache::Private::readRecord()
+{
+    bool kept = false;
+    double value = 0;
+    try {
+        kept = responseReader_->Valid();
+        if (kept)
+            value = responseReader_->Value();
+    } catch (const EPlatformError &) {
+        blocked_ = true;
+        return;
+    }
+    if (kept) {
+        responses_.push_back(value);
+        position_.push_back(read_);
+    }
+    for (const std::unique_ptr<Term> &term : terms_)
+        readTerm(*term, kept);
+    try {
+        dataset.Next();
+    } catch (...) {
+        forget();
+        throw;
+    }
+    ++read_;
+    atEnd_ = dataset.Eof();
+}
+
+/// Whether reading on would raise for these terms, perhaps.
+bool ColumnCache::Private::raises(std::span<const int> numbers) const
+{
+    return blocked_ ||
+           std::any_of(numbers.begin(), numbers.end(), [this](int number) { return term(number).raised; });
+}
+
+/// The records that these terms accept; none where they have to be asked themselves.
+std::optional<UsableRecords> ColumnCache::Private::choose(std::span<const int> numbers)
+{
+    std::size_t count = position_.size();
+    for (const int number : numbers)
+        count = std::min(count, term(number).values.size());
+    std::vector<int> chosen;
+    const auto take = [&](int record) {
+        const bool usable = std::all_of(numbers.begin(), numbers.end(), [&](int number) {
+            return (term(number).valid[std::size_t(record / 64)] >> (record % 64) & 1) != 0;
+        });
+        if (usable)
+            chosen.push_back(record);
+    };
+    int record = 0;
+    while (record < int(count) && chosen.size() < MaxObservations)
+        take(record++);
+    const auto readsOn = [&] {
+        return chosen.size() < MaxObservations && !atEnd_ && position_.size() < MaxRecords && !raises(numbers);
+    };
+    if (readsOn()) {
+        byTerms_.clear(); // terms can turn out not to accept all
+        if (!goToEnd()) {
+            forget();
+            return {};
+        }
+        while (readsOn()) {
+            readRecord();
+            if (record < int(position_.size()) && !raises(numbers))
+                take(record++);
+        }
+    }
+    if (chosen.size() < MaxObservations && (!atEnd_ || raises(numbers)))
+        return {};
+    const int walked = chosen.size() == MaxObservations ? position_[std::size_t(record) - 1] + 1 : read_;
+    return UsableRecords(std::move(chosen), walked, int(terms_.size()) + 1);
+}
+
+std::uint64_t ColumnCache::Private::keyOf(std::span<const int> numbers) const
+{
+    std::uint64_t key = 0;
+    for (const int number : numbers)
+        key |= std::uint64_t(!term(number).acceptsAll || term(number).raised) << number;
+    return key;
+}
+
+/// The records that these terms accept; null where they have to be asked themselves.
+std::shared_ptr<UsableRecords> ColumnCache::Private::recordsFor(std::span<const int> numbers)
+{
+    const auto found = byTerms_.find(keyOf(numbers));
+    if (found != byTerms_.end())
+        return found->second ? usedLast(found->second) : nullptr;
+    std::optional<UsableRecords> chosen = choose(numbers);
+    if (byTerms_.size() == MaxCombinations)
+        byTerms_.clear();
+    const std::shared_ptr<UsableRecords> records = chosen ? known(std::move(*chosen)) : nullptr;
+    byTerms_[keyOf(numbers)] = records;
+    return records;
+}
+
+std::shared_ptr<UsableRecords> ColumnCache::Private::known(UsableRecords &&records)
+{
+    for (const std::shared_ptr<UsableRecords> &set : sets_) {
+        if (set->walked() == records.walked() && set->records() == records.records())
+            return usedLast(set);
+    }
+    if (sets_.size() == MaxSets) {
+        std::erase_if(byTerms_, [this](const auto &entry) { return entry.second == sets_.front(); });
+        sets_.erase(sets_.begin());
+    }
+    sets_.push_back(std::make_shared<UsableRecords>(std::move(records)));
+    return sets_.back();
+}
+
+std::shared_ptr<UsableRecords> ColumnCache::Private::usedLast(const std::shared_ptr<UsableRecords> &set)
+{
+    if (set != sets_.back()) {
+        const auto at = std::find(sets_.begin(), sets_.end(), set);
+        std::rotate(at, at + 1, sets_.end());
+    }
+    return sets_.back();
+}
+
+bool ColumnCache::Private::load()
+{
+    lastWalked_ = -1;
+    q.observed_.n = 0;
+    q.recordsRead_ = 0;
+    if (!dataset.Active())
+        return false;
+    if (terms_.size() > MaxTerms - MaxControls) {
+        terms_.clear();
+        forget();
+    }
+    const std::size_t m = std::size_t(q.observed_.m);
+    std::array<int, MaxParameters> numbers{};
+    for (std::size_t j = 1; j <= m; ++j)
+        numbers[j - 1] = termFor(q.columnDefinitions_[j]);
+    if (!isCurrent() && !begin())
+        return false;
+    const std::shared_ptr<UsableRecords> records = recordsFor({numbers.data(), m});
+    if (!records)
+        return false;
+    lastWalked_ = q.recordsRead_ = records->walked();
+    q.ObserveBuffer();
+    if (records->count() == 0)
+        return true;
+    const auto observed = [&](int number, const std::vector<double> &source) -> TRegression::ObservedColumn {
+        const UsableRecords::View view = records->column(number, source);
+        return {view.values, view.range};
+    };
+    for (std::size_t j = 1; j <= m; ++j)
+        q.observed_.x[j] = observed(numbers[j - 1], term(numbers[j - 1]).values);
+    q.observed_.y = observed(0, responses_);
+    q.observed_.numbers = numbers;
+    q.observed_.records = records;
+    q.observed_.n = records->count();
+    return true;
+}
+
+/// Puts the dataset where the last load would have left it: behind the last record that it walked.
+void ColumnCache::Private::standBehind()
+{
+    if (lastWalked_ < 0 || !dataset.Active() || dataset.Opening() != opening_)
+        return;
+    const bool ends = atEnd_ && lastWalked_ == read_;
+    if (dataset.Eof() == ends && dataset.RecNo() == (ends ? lastWalked_ : lastWalked_ + 1))
+        return;
+    const ControlsOff quiet(dataset);
+    if (ends) {
+        dataset.Last();
+    } else {
+        dataset.First();
+        dataset.MoveBy(lastWalked_);
+    }
+}
+
+ColumnCache::ColumnCache(TRegression &regression)
+    : d_(regression.cache_ ? nullptr : std::make_unique<Private>(*this, regression))
+{
+}
+
+ColumnCache::~ColumnCache() = default;
+
+bool ColumnCache::Load()
+{
+    return d_->load();
+}
+
+} // namespace nuvo

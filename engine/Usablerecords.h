@@ -1,0 +1,60 @@
+#pragma once
+
+#include "engine/Crossproducts.h"
+#include "platform/Export.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace nuvo {
+
+/// The records that a load found usable, with the columns that stand over them and the cross products of these, each
+/// worked out when it is first asked for. Columns have numbers, 0 to 63.
+class NUVO_EXPORT UsableRecords
+{
+public:
+    static constexpr int MaxColumns = 64;
+
+    /// The records chosen, by their position in the columns' sources, at most 2500; how many records the load walks
+    /// to find them; the number of columns.
+    UsableRecords(std::vector<int> records, int walked, int columns);
+
+    const std::vector<int> &records() const { return records_; }
+    int count() const { return int(records_.size()); }
+    int walked() const { return walked_; }
+
+    struct View
+    {
+        const double *values; ///< count() of them, in memory that reaches to 2500
+        const ColumnRange *range;
+    };
+    /// The values of a column at these records. \pre count() >= 1.
+    View column(int number, const std::vector<double> &source);
+
+    /// As nuvo::crossProducts() for columns of these numbers, to the last bit.  \pre They were asked for by column().
+    void crossProducts(std::span<const int> numbers, CrossProducts &products);
+
+private:
+    struct Values
+    {
+        double values[MaxObservations] = {};
+        ColumnRange range;
+    };
+
+    DataColumn operand(int number) const { return {columns_[number]->values, columns_[number]->range.largest()}; }
+    /// Puts into a row what form() makes of the columns that are wanted and not yet known.
+    template <class Form>
+    void fill(std::uint64_t &known, std::uint64_t wanted, DoubleDouble *row, Form form);
+
+    std::vector<int> records_;
+    int walked_;
+    std::vector<std::unique_ptr<Values>> columns_;
+    std::vector<DoubleDouble> sums_;
+    std::uint64_t sumsKnown_ = 0;
+    std::vector<DoubleDouble> products_;       ///< of columns i and j, in this order, at i * columns + j
+    std::vector<std::uint64_t> productsKnown_; ///< of column i, a bit for each j
+};
+
+} // namespace nuvo
