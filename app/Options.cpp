@@ -106,8 +106,9 @@ Examples:
 constexpr char selectFooter[] = R"(
 The methods start from a fit with all variables and leave the model that they
 choose, which is printed after their steps and their report:
-  optimal   fits every subset and keeps the best models by --criterion; the last
-            of --models is always the one fitted last, so keep two or more
+  optimal   fits every subset and keeps the best --models by --criterion; one
+            place always goes to the model with all variables, so ask for more
+            than one
   stepwise  adds the variable with the smallest residual mean square while its
             partial F is above --f-in, and takes out those whose squared t is
             below --f-out
