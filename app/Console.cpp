@@ -1,6 +1,7 @@
 #include "app/Console.h"
 
 #include "platform/Errors.h"
+#include "platform/Messages.h"
 
 #include <atomic>
 #include <cerrno>
@@ -95,15 +96,6 @@ void writeErrorLine(const QString &line)
 void writeErrorText(const QString &text)
 {
     writeAll(STDERR_FILENO, text.toUtf8());
-}
-
-QString withoutControls(QString text)
-{
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control)
-            c = u' ';
-    }
-    return text;
 }
 
 int outputWidth()

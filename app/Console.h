@@ -19,9 +19,6 @@ void writeErrorLine(const QString &line);
 /// Writes a text to standard error as it stands.
 void writeErrorText(const QString &text);
 
-/// Control characters turned into blanks: names and texts of the user's own cannot steer the terminal.
-QString withoutControls(QString text);
-
 /// Columns of the terminal on standard output, at least 80; 80 where it is no terminal.
 int outputWidth();
 bool errorIsTerminal();

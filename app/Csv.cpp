@@ -370,7 +370,7 @@ CsvSurvey surveyCsv(CsvReader &reader)
         told.intruderLine = column.intruderLine;
         const bool numbers = (column.whole || column.floating) && !column.text;
         if (numbers)
-            told.type = column.floating || column.notFinite ? CsvType::Floating : CsvType::Whole;
+            told.type = column.floating || column.notFinite ? ColumnType::Floating : ColumnType::Whole;
         survey.columns.push_back(told);
         if (told.name.isEmpty())
             throw EPlatformError(QStringLiteral("Column %1 of \"%2\" has no name in the header row.")

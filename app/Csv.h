@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/Columntype.h"
+
 #include <QFile>
 #include <QString>
 
@@ -62,12 +64,10 @@ private:
     std::vector<size_t> ends_;
 };
 
-enum class CsvType { Whole, Floating, Text };
-
 struct CsvColumn
 {
     QString name;
-    CsvType type = CsvType::Text;
+    ColumnType type = ColumnType::Text;
     /// In a column of texts that begins with numbers: the first cell that is none, and its line.
     QString intruder;
     qint64 intruderLine = 0;

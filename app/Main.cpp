@@ -1,15 +1,22 @@
 #include "app/Console.h"
 #include "app/Fit.h"
+#include "app/Ftable.h"
 #include "app/Import.h"
 #include "app/Json.h"
 #include "app/Options.h"
+#include "app/Run.h"
+#include "app/Select.h"
 #include "app/Usage.h"
 #include "platform/Errors.h"
+#include "platform/Modal.h"
 
 #include <QApplication>
 
 #include <algorithm>
+#include <memory>
 #include <new>
+
+#include <unistd.h>
 
 namespace {
 
@@ -35,25 +42,49 @@ int fail(const QString &sentence)
 /// How many arguments Qt gets to see: it would take "-platform" for its own where it is the value of an option.
 constexpr int nameAlone = 1;
 
-int runFit(char **argv, const nuvo::FitOptions &options)
+/// The one way in which Qt says that it cannot reach a display is to end the program.
+void onNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
 {
-    wantsJson = options.format == nuvo::OutputFormat::Json;
-    // Components are widgets, so there must be a QApplication; nothing is ever drawn. `minimal` starts 4 ms earlier
-    // than `offscreen`, and a desktop's theme has nothing to say here.
-    qputenv("QT_QPA_PLATFORM", "minimal");
-    qunsetenv("QT_QPA_PLATFORMTHEME");
-    int count = nameAlone;
-    const QApplication application(count, argv);
-    const nuvo::FitResult result = nuvo::fit(options);
-    nuvo::writeOutput(result.output);
-    return result.fitted ? Success : NoResult;
+    if (type == QtFatalMsg)
+        ::_exit(fail(QStringLiteral("--show needs a display, and none can be reached.")));
 }
 
-int runImport(char **argv, const nuvo::ImportOptions &options)
+/// Components are widgets, so there must be a QApplication.
+std::unique_ptr<QApplication> makeApplication(char **argv, bool show, bool fonts)
+{
+    static int count = nameAlone;
+    if (show) {
+        const QtMessageHandler before = qInstallMessageHandler(onNoDisplay);
+        auto application = std::make_unique<QApplication>(count, argv);
+        qInstallMessageHandler(before);
+        if (!nuvo::somebodyCanAnswer())
+            throw EPlatformError(QStringLiteral("--show needs a display, but Qt's platform is \"%1\".")
+                                     .arg(QGuiApplication::platformName()));
+        return application;
+    }
+    // `minimal` starts 4 ms earlier than `offscreen` but has no fonts; a desktop's theme has nothing to say here.
+    qputenv("QT_QPA_PLATFORM", fonts ? "offscreen" : "minimal");
+    qunsetenv("QT_QPA_PLATFORMTHEME");
+    return std::make_unique<QApplication>(count, argv);
+}
+
+/// For a command whose runs come to a result or not.
+template <class Options>
+int runComponents(char **argv, bool (*perform)(const Options &), const Options &options, bool show = false,
+                  bool fonts = false)
+{
+    wantsJson = options.format == nuvo::OutputFormat::Json;
+    const auto application = makeApplication(argv, show, fonts);
+    return perform(options) ? Success : NoResult;
+}
+
+/// For a command that makes something and says so in a line.
+template <class Options>
+int runMaker(char **argv, QString (*make)(const Options &), const Options &options)
 {
     int count = nameAlone;
     const QCoreApplication application(count, argv);
-    nuvo::writeOutput(nuvo::importCsv(options) + u'\n');
+    nuvo::writeOutput(make(options) + u'\n');
     return Success;
 }
 
@@ -61,9 +92,15 @@ int run(int argc, char **argv)
 {
     const nuvo::Command command = nuvo::parseCommandLine({argv + std::min(argc, 1), argv + argc});
     if (const auto *fit = std::get_if<nuvo::FitOptions>(&command))
-        return runFit(argv, *fit);
+        return runComponents(argv, nuvo::fit, *fit, fit->show, !fit->saveReport.isEmpty());
+    if (const auto *select = std::get_if<nuvo::SelectOptions>(&command))
+        return runComponents(argv, nuvo::select, *select);
+    if (const auto *form = std::get_if<nuvo::RunOptions>(&command))
+        return runComponents(argv, nuvo::runForm, *form);
     if (const auto *import = std::get_if<nuvo::ImportOptions>(&command))
-        return runImport(argv, *import);
+        return runMaker(argv, nuvo::importCsv, *import);
+    if (const auto *ftable = std::get_if<nuvo::FTableOptions>(&command))
+        return runMaker(argv, nuvo::makeFTable, *ftable);
     nuvo::writeOutput(std::get<nuvo::PrintOptions>(command).text);
     return Success;
 }

@@ -7,3 +7,4 @@ EPlatformError::~EPlatformError() = default;
 EConvertError::~EConvertError() = default;
 EDatabaseError::~EDatabaseError() = default;
 EStringListError::~EStringListError() = default;
+EInvalidCast::~EInvalidCast() = default;

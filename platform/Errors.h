@@ -41,3 +41,11 @@ public:
     using EPlatformError::EPlatformError;
     ~EStringListError() override;
 };
+
+/// A component that is not of the class asked for.
+class NUVO_EXPORT EInvalidCast : public EPlatformError
+{
+public:
+    using EPlatformError::EPlatformError;
+    ~EInvalidCast() override;
+};

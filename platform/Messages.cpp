@@ -1,5 +1,7 @@
 #include "platform/Messages.h"
 
+#include "platform/Modal.h"
+
 #include <QApplication>
 #include <QCursor>
 #include <QMessageBox>
@@ -71,14 +73,6 @@ private:
     QList<QCursor> put_aside_;
 };
 
-bool somebodyCanAnswer()
-{
-    if (qobject_cast<QApplication *>(QCoreApplication::instance()) == nullptr)
-        return false;
-    const QString platform = QGuiApplication::platformName();
-    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
-}
-
 int firstButton(unsigned buttons)
 {
     for (const Button &button : Buttons) {
@@ -90,7 +84,7 @@ int firstButton(unsigned buttons)
 
 int defaultHandler(const QString &text, TMsgDlgType type, unsigned buttons)
 {
-    if (somebodyCanAnswer())
+    if (nuvo::somebodyCanAnswer())
         return nuvo::showMessageBox(text, type, buttons);
     const QByteArray line = nuvo::messageLine(text, type).toUtf8() + '\n';
     std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);
@@ -137,6 +131,15 @@ QString DisplayLines(const QString &text)
 }
 
 namespace nuvo {
+
+QString withoutControls(QString text)
+{
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
+    }
+    return text;
+}
 
 QString messageLine(const QString &text, TMsgDlgType type)
 {

@@ -35,6 +35,9 @@ NUVO_EXPORT QString DisplayLines(const QString &text);
 
 namespace nuvo {
 
+/// Control characters turned into blanks: names and texts of the user's own cannot steer a terminal.
+NUVO_EXPORT QString withoutControls(QString text);
+
 /// The message as one line without its end, for terminals and logs: "warning: ", "error: ", "information: " or
 /// "question: " and the text, whose line breaks become single blanks.
 NUVO_EXPORT QString messageLine(const QString &text, TMsgDlgType type);

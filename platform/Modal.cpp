@@ -1,7 +1,7 @@
 #include "platform/Modal.h"
 
+#include <QApplication>
 #include <QDialog>
-#include <QGuiApplication>
 #include <QPointer>
 
 #include <utility>
@@ -16,13 +16,20 @@ TModalRunner &currentRunner()
 
 } // namespace
 
+bool nuvo::somebodyCanAnswer()
+{
+    if (qobject_cast<QApplication *>(QCoreApplication::instance()) == nullptr)
+        return false;
+    const QString platform = QGuiApplication::platformName();
+    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+}
+
 int ShowModal(QDialog &dialog)
 {
     // A copy: the runner may be replaced while it runs.
     if (const TModalRunner runner = currentRunner())
         return runner(dialog);
-    const QString platform = QGuiApplication::platformName();
-    if (platform != QLatin1String("offscreen") && platform != QLatin1String("minimal"))
+    if (nuvo::somebodyCanAnswer())
         return dialog.exec();
     const QPointer<QDialog> shown = &dialog;
     dialog.show();

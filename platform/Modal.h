@@ -6,9 +6,17 @@
 
 class QDialog;
 
+namespace nuvo {
+
+/// Whether there is an application with a screen that somebody sits at: not on the `offscreen` and `minimal`
+/// platforms.
+NUVO_EXPORT bool somebodyCanAnswer();
+
+} // namespace nuvo
+
 /// Shows a dialog modally and returns how it ended, as QDialog::exec() does. Every modal window but the message boxes
-/// comes through here. On the `offscreen` and `minimal` platforms, where nobody could close it, the default runner
-/// shows the dialog, closes it again and returns QDialog::Rejected: nothing waits.
+/// comes through here. Unless nuvo::somebodyCanAnswer(), the default runner shows the dialog, closes it again and
+/// returns QDialog::Rejected: nothing waits.
 NUVO_EXPORT int ShowModal(QDialog &dialog);
 
 using TModalRunner = std::function<int(QDialog &dialog)>;

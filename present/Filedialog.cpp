@@ -3,6 +3,7 @@
 #include "platform/Modal.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -21,6 +22,19 @@ QString askFileName(QWidget *parent, const QString &title, const QStringList &ki
     dialog->setDefaultSuffix(endingOf(kinds.first()));
     QObject::connect(dialog, &QFileDialog::filterSelected, dialog,
                      [&](const QString &kind) { dialog->setDefaultSuffix(endingOf(kind)); });
+    if (ShowModal(*dialog) != QDialog::Accepted || dialog.isNull())
+        return {};
+    return dialog->selectedFiles().value(0);
+}
+
+QString askExistingFile(QWidget *parent, const QString &title, const QStringList &kinds, const QString &current)
+{
+    const QPointer<QFileDialog> dialog = new QFileDialog(parent, title);
+    const auto gone = qScopeGuard([&dialog] { delete dialog; });
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilters(kinds);
+    if (QFileInfo(current).isFile())
+        dialog->selectFile(QFileInfo(current).absoluteFilePath());
     if (ShowModal(*dialog) != QDialog::Accepted || dialog.isNull())
         return {};
     return dialog->selectedFiles().value(0);

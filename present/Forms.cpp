@@ -2,6 +2,8 @@
 
 #include <QFontMetrics>
 #include <QPlainTextEdit>
+#include <QScreen>
+#include <QStyle>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -40,6 +42,13 @@ QFont matrixFont(int points)
     font.setBold(false); // said, so that a bold form does not hand its own on
     font.setPixelSize(pointsToPixels(points));
     return font;
+}
+
+void centreOnScreen(QWidget &window)
+{
+    window.move(
+        QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, window.size(), window.screen()->availableGeometry())
+            .topLeft());
 }
 
 QSize neededSize(const QPlainTextEdit &memo)

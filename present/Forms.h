@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Messages.h"
 
 #include <QFont>
@@ -11,13 +12,14 @@
 #include <utility>
 
 class QPlainTextEdit;
+class QWidget;
 
 namespace nuvo {
 
 /// The forms' colours are fixed, text and ground alike, so that a dark desktop cannot take one of the two away.
-QPalette formPalette();
+NUVO_EXPORT QPalette formPalette();
 /// The forms' letters: 8 points, that is 11 pixels of Arial. The forms are laid out in pixels.
-QFont formFont();
+NUVO_EXPORT QFont formFont();
 
 /// Black on white, for what looks like paper.
 QPalette paperPalette();
@@ -31,6 +33,9 @@ constexpr int pointsToPixels(int points)
 {
     return (points * 96 + 36) / 72;
 }
+
+/// Puts a window that is about to open into the middle of its screen, wherever the window behind it stands.
+void centreOnScreen(QWidget &window);
 
 /// Runs a handler of a form; an error becomes a message box, since it must not reach Qt's event loop.
 template <class Handler>

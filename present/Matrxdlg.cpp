@@ -34,6 +34,7 @@ void TAnalysisMatrix::Open(const QStringList &list, const QString &title, const 
     ui_->Memo1->setPlainText(lines.join(u'\n'));
     ui_->Memo1->setAccessibleName(title);
     LayOut();
+    nuvo::centreOnScreen(*this);
     ShowModal(*this);
 }
 

@@ -9,6 +9,7 @@
 #include "present/Filedialog.h"
 #include "present/Forms.h"
 #include "present/Matrxdlg.h"
+#include "present/Textreport.h"
 #include "ui_Mlroutpt.h"
 
 #include <QActionGroup>
@@ -172,6 +173,7 @@ void TRegressionOutputForm::Open(TRegression *dataSet, const QString &descriptio
          {depVar, indepVars, dataCount, dof, coeffs, sSquared, sse, ssr, means, stdDevs, stdErrs, tValues, fStat,
           covarianceList, correlationList});
     LayOut(screen()->availableSize());
+    nuvo::centreOnScreen(*this);
     ShowModal(*this);
 }
 
@@ -181,8 +183,9 @@ void TRegressionOutputForm::Fill(TRegression *dataSet, const QString &descriptio
     const nuvo::WindowTexts window = nuvo::windowTexts(blocks, QLocale().decimalPoint().front());
     const QString source = QStringLiteral("Data: ") + (dataSet != nullptr ? dataSet->DataSourceName() : QString());
     const QString time = QLocale().toString(now, QLocale::ShortFormat);
-    document_ = dataSet != nullptr ? nuvo::reportDocument(*dataSet, now)
-                                   : nuvo::ReportDocument{QString(), description, time, QString(), blocks, window};
+    document_ = dataSet != nullptr
+                    ? nuvo::reportDocument(*dataSet, now)
+                    : nuvo::ReportDocument{QString(), description, time, QString(), blocks, window, {}, QString()};
 
     covarianceLines_ = blocks.CovarianceLines;
     correlationLines_ = blocks.CorrelationLines;

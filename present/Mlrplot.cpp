@@ -184,6 +184,7 @@ void TMLRPlotForm::Load(TRegression &dataset)
 void TMLRPlotForm::Plot(TRegression &dataset)
 {
     Load(dataset);
+    nuvo::centreOnScreen(*this);
     ShowModal(*this);
 }
 

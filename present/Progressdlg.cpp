@@ -7,8 +7,6 @@
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
-#include <QScreen>
-#include <QStyle>
 #include <QThread>
 #include <QWindow>
 
@@ -91,9 +89,7 @@ void TProgressDlg::Show()
 
 void TProgressDlg::Open()
 {
-    form_->move(
-        QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, form_->size(), form_->screen()->availableGeometry())
-            .topLeft());
+    nuvo::centreOnScreen(*form_);
     form_->show();
     form_->raise();
     form_->activateWindow();

@@ -1,9 +1,11 @@
 #include "present/Reportdocument.h"
 
 #include "engine/Regression.h"
+#include "platform/Dataset.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
 #include "platform/Savefile.h"
+#include "present/Textreport.h"
 
 #include <QFileInfo>
 #include <QPageSize>
@@ -12,6 +14,8 @@
 #include <QTextDocument>
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace nuvo {
 
@@ -61,35 +65,6 @@ QStringList matrixLines(const ReportBlocks &blocks)
     return blocks.CovarianceLines + QStringList{QString()} + blocks.CorrelationLines;
 }
 
-QString withoutBlanksAtEnd(QString line)
-{
-    while (line.endsWith(u' '))
-        line.chop(1);
-    return line;
-}
-
-QString sideBySide(const QStringList &texts)
-{
-    QList<QStringList> columns;
-    qsizetype rows = 0;
-    for (const QString &text : texts) {
-        columns += linesOf(text);
-        rows = std::max(rows, columns.last().size());
-    }
-    QString all;
-    for (qsizetype row = 0; row < rows; ++row) {
-        QString line;
-        for (const QStringList &column : columns) {
-            qsizetype width = 0;
-            for (const QString &cell : column)
-                width = std::max(width, cell.size());
-            line += column.value(row).leftJustified(width + 4);
-        }
-        all += withoutBlanksAtEnd(line) + u'\n';
-    }
-    return all;
-}
-
 QString htmlLines(const QStringList &lines)
 {
     QString html;
@@ -107,6 +82,37 @@ QString htmlBlock(const QString &text)
         return htmlLines(lines);
     const QString caption = QStringLiteral("<b>") + lines.takeFirst().toHtmlEscaped() + QStringLiteral("</b><br/>");
     return caption + htmlLines(lines);
+}
+
+/// Terms with values that no sum can take: a quotient by zero or by a null, say.
+QStringList infiniteTerms(const TRegression &regression)
+{
+    QStringList list;
+    if (!regression.ResultsCurrent())
+        return list;
+    const int n = regression.GetNumObs();
+    const auto addUnlessFinite = [&](const QString &term, const auto &value) {
+        for (int i = 1; i <= n; ++i) {
+            if (!std::isfinite(value(i))) {
+                list.append(term);
+                return;
+            }
+        }
+    };
+    addUnlessFinite(regression.ResponseVarY().OutputTerm(), [&](int i) { return regression.Gety(i); });
+    for (int j = 1; j <= regression.GetNumVars(); ++j)
+        addUnlessFinite(regression.GetcVar(j).OutputTerm(), [&](int i) { return regression.Getx(i, j); });
+    return list;
+}
+
+QList<int> listedColumns(const TRegression &regression)
+{
+    QList<int> columns;
+    for (int j = 1; j <= regression.GetNumVars(); ++j) {
+        if (regression.GetcVar(j).Transformation() != u"Inactive")
+            columns.append(j);
+    }
+    return columns;
 }
 
 bool writePdf(const ReportDocument &report, QIODevice &device)
@@ -158,21 +164,37 @@ ReportDocument reportDocument(TRegression &regression, const QDateTime &time)
             time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")),
             regression.ReportMessage(),
             blocks,
-            windowTexts(blocks)};
+            windowTexts(blocks),
+            listedColumns(regression),
+            regression.ResultsCurrent() && regression.DataSet().Active() ? leftOut(regression) : QString()};
 }
 
-QString reportPlainText(const ReportDocument &report)
+QStringList dependentTerms(const TRegression &regression)
 {
-    QString text = Title % u'\n';
-    for (const QString &line : headOf(report))
-        text += DisplayLines(line) + u'\n';
-    for (const QStringList &part : partsOf(report))
-        text += u'\n' + sideBySide(part);
-    text += u'\n';
-    for (const QString &line : matrixLines(report.blocks))
-        text += withoutBlanksAtEnd(line) + u'\n';
-    if (!report.message.isEmpty())
-        text += u'\n' + DisplayLines(report.message) + u'\n';
+    QStringList list;
+    if (regression.ResultsCurrent()) {
+        for (const int j : regression.DependentColumns())
+            list.append(regression.GetcVar(j).OutputTerm());
+    }
+    return list;
+}
+
+QString leftOut(TRegression &regression)
+{
+    QString text = QStringLiteral("Records: %1 in the dataset, %2 read, %3 used, %4 skipped.")
+                       .arg(regression.DataSet().RecordCount())
+                       .arg(regression.RecordsRead())
+                       .arg(regression.RecordsUsed())
+                       .arg(regression.RecordsSkipped());
+    if (const QStringList infinite = infiniteTerms(regression); !infinite.isEmpty())
+        text +=
+            QStringLiteral("\nInfinite or no number in some of the records used, so that no figure can be had: %1.")
+                .arg(infinite.join(QStringLiteral(", ")));
+    if (const QStringList dependent = dependentTerms(regression); !dependent.isEmpty())
+        text += QStringLiteral(
+                    "\nLinear combinations of the columns before them: %1.\nStandard errors and t values of all "
+                    "columns mean nothing then, nor do the coefficients\nof those combined: leave some out.")
+                    .arg(dependent.join(QStringLiteral(", ")));
     return text;
 }
 
@@ -195,6 +217,8 @@ QString reportHtml(const ReportDocument &report)
     const double points = std::min(MatrixPoints, PageColumnPoints / (MonoAdvance * double(longest)));
     body += QStringLiteral("<pre style=\"font-size: %1pt\">").arg(points, 0, 'f', 1) +
             lines.join(u'\n').toHtmlEscaped() + QStringLiteral("</pre>\n");
+    if (!report.leftOut.isEmpty())
+        body += QStringLiteral("<p>") + htmlLines(report.leftOut.split(u'\n')) + QStringLiteral("</p>\n");
     if (!report.message.isEmpty())
         body += QStringLiteral("<p class=\"message\">") + htmlLines(DisplayLines(report.message).split(u'\n')) +
                 QStringLiteral("</p>\n");
@@ -209,6 +233,13 @@ QString reportHtml(const ReportDocument &report)
                           "</style></head>\n<body><h1>") +
            Title.toString() + QStringLiteral("</h1>\n<p>") + head + QStringLiteral("</p>\n") + body +
            QStringLiteral("</body></html>\n");
+}
+
+bool isReportFile(const QString &file)
+{
+    static const QStringList endings{QStringLiteral("pdf"), QStringLiteral("html"), QStringLiteral("htm"),
+                                     QStringLiteral("txt"), QStringLiteral("png")};
+    return endings.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);
 }
 
 void saveReportDocument(const ReportDocument &report, const QString &file)

@@ -3,7 +3,9 @@
 #include "present/Report.h"
 
 #include <QDateTime>
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 class TRegression;
 
@@ -28,15 +30,24 @@ struct ReportDocument
     QString message;
     ReportBlocks blocks;
     WindowTexts window;
+    QList<int> listed; ///< the columns that the blocks list; those that are "Inactive" are missing
+    QString leftOut;   ///< as leftOut() has it; empty where there is no fit of the records
 };
 /// Numbers with a point, date and time as ISO 8601 has them: for programs as well as people.
 NUVO_EXPORT ReportDocument reportDocument(TRegression &regression, const QDateTime &time);
 
-/// The report as plain text, lines ended by LF: every caption with its text, columns that belong together side by
-/// side, both matrices.
-NUVO_EXPORT QString reportPlainText(const ReportDocument &report);
-/// The same as a page of HTML.
+/// What the load left out, in one line, and in further lines the terms that say nothing: columns that are linear
+/// combinations of others, terms that are infinite or no number in some record. \pre the dataset is open.
+NUVO_EXPORT QString leftOut(TRegression &regression);
+/// The terms of TRegression::DependentColumns(); empty without a current fit.
+NUVO_EXPORT QStringList dependentTerms(const TRegression &regression);
+
+/// The report as a page of HTML: every caption with its text, columns that belong together side by side, both
+/// matrices.
 NUVO_EXPORT QString reportHtml(const ReportDocument &report);
+
+/// Whether a report can be written to a file of that name: .pdf, .html, .htm, .txt or .png, upper or lower case.
+NUVO_EXPORT bool isReportFile(const QString &file);
 
 /// Writes the report as .pdf (its text can be searched and copied), .html (also .htm) or .txt, by the ending, upper
 /// or lower case. \throws EPlatformError for another ending and for a file that cannot be written; no partial file is

@@ -36,9 +36,11 @@ FitOptions fit(std::vector<std::string> arguments)
 TEST(CommandLine, AFitHasItsOptions)
 {
     const FitOptions options =
-        fit({"--database", "demo.db", "--table",    "Longley",    "--filter",   "a > 1",    "--order",       "a,b",
-             "--response", "y",       "--control",  "x1",         "--control",  "Ln(x2)",   "--description", "Jobs",
-             "--message",  "Done",    "--warnings", "--matrices", "--progress", "--format", "json"});
+        fit({"--database", "demo.db",      "--table",       "Longley",  "--filter",  "a > 1",
+             "--order",    "a,b",          "--response",    "y",        "--control", "x1",
+             "--control",  "Ln(x2)",       "--description", "Jobs",     "--message", "Done",
+             "--warnings", "--matrices",   "--progress",    "--format", "json",      "--save-report",
+             "r.pdf",      "--save-plots", "plots",         "--show"});
     EXPECT_EQ(options.database, QStringLiteral("demo.db"));
     EXPECT_EQ(options.table, QStringLiteral("Longley"));
     EXPECT_FALSE(options.sql);
@@ -51,6 +53,9 @@ TEST(CommandLine, AFitHasItsOptions)
     EXPECT_EQ(options.message, QStringLiteral("Done"));
     EXPECT_TRUE(options.warnings && options.matrices && options.progress);
     EXPECT_EQ(options.format, nuvo::OutputFormat::Json);
+    EXPECT_EQ(options.saveReport, QStringLiteral("r.pdf"));
+    EXPECT_EQ(options.savePlots, QStringLiteral("plots"));
+    EXPECT_TRUE(options.show);
 }
 
 TEST(CommandLine, WhatIsNotGivenIsOff)
@@ -121,6 +126,31 @@ TEST(CommandLine, AnImportHasItsOptions)
               QStringLiteral("fit"));
 }
 
+TEST(CommandLine, AnFTableHasItsOptions)
+{
+    const auto parsed = [](std::vector<std::string> more) {
+        more.insert(more.begin(), {"ftable", "--database", "d", "--table", "t"});
+        return std::get<nuvo::FTableOptions>(parse(more));
+    };
+    const nuvo::FTableOptions options = parsed({});
+    EXPECT_EQ(options.database, QStringLiteral("d"));
+    EXPECT_EQ(options.table, QStringLiteral("t"));
+    EXPECT_EQ(options.denominators, 2500);
+    EXPECT_FALSE(options.replace);
+    EXPECT_EQ(parsed({"--denominators", "1000000"}).denominators, 1000000);
+    EXPECT_TRUE(parsed({"--denominators=1", "--replace"}).replace);
+    for (const char *number : {"0", "-1", "1000001", "99999999999", "2.5", "ten", "", "0x10"}) {
+        EXPECT_EQ(refusal({"ftable", "--database", "d", "--table", "t", "--denominators", number}),
+                  QStringLiteral("--denominators is a whole number from 1 to 1000000, not \"%1\". See \"nuvostat "
+                                 "ftable --help\".")
+                      .arg(QString::fromUtf8(number)));
+    }
+    EXPECT_EQ(refusal({"ftable", "--database", "d", "--table", ""}),
+              QStringLiteral("--table needs a name. See \"nuvostat ftable --help\"."));
+    EXPECT_EQ(refusal({"ftable", "--table", "t"}),
+              QStringLiteral("--database is required. See \"nuvostat ftable --help\"."));
+}
+
 TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
 {
     const std::vector<std::string> good{"fit", "--database", "d", "--table", "t", "--response", "y"};
@@ -130,9 +160,12 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
         return refusal(more);
     };
     const QString hint = QStringLiteral(" See \"nuvostat fit --help\".");
-    EXPECT_EQ(refusal({}), QStringLiteral("A command is missing: fit or import. See \"nuvostat --help\"."));
-    EXPECT_EQ(refusal({"select"}),
-              QStringLiteral("There is no command \"select\", but fit and import. See \"nuvostat --help\"."));
+    EXPECT_EQ(refusal({}),
+              QStringLiteral("A command is missing: fit, select, run, import or ftable. See \"nuvostat --help\"."));
+    EXPECT_EQ(
+        refusal({"forget"}),
+        QStringLiteral(
+            "There is no command \"forget\", but fit, select, run, import and ftable. See \"nuvostat --help\"."));
     EXPECT_EQ(refusal({"--frobnicate"}),
               QStringLiteral("There is no option \"--frobnicate\". See \"nuvostat --help\"."));
     EXPECT_EQ(refusal({"fit"}), QStringLiteral("--database is required.") + hint);
@@ -146,8 +179,18 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
     EXPECT_EQ(with({"--warnings=no"}), QStringLiteral("--warnings takes no value.") + hint);
     EXPECT_EQ(with({"--format", "xml"}), QStringLiteral("--format is text or json, not \"xml\".") + hint);
     EXPECT_EQ(with({"u"}), QStringLiteral("\"u\" is one argument too many.") + hint);
-    for (const char *option : {"--tab", "--show", "--save-report", "--save-plots", "-x", "--version"})
+    for (const char *option : {"--tab", "--showing", "-x", "--version"})
         EXPECT_EQ(with({option}), QStringLiteral("There is no option \"%1\".").arg(QString::fromUtf8(option)) + hint);
+    EXPECT_EQ(with({"--save-report", "r.doc"}),
+              QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"r.doc\".") +
+                  hint);
+    EXPECT_EQ(with({"--save-report", "pdf"}),
+              QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"pdf\".") +
+                  hint);
+    EXPECT_EQ(with({"--save-report="}),
+              QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"\".") + hint);
+    EXPECT_EQ(with({"--save-plots="}),
+              QStringLiteral("--save-plots takes the name of a directory, not an empty text.") + hint);
     EXPECT_TRUE(with({"--control", "F^abc"}).startsWith(QStringLiteral("\"F^abc\" is no term for a control")));
     EXPECT_TRUE(with({"--control", "1/10"}).endsWith(hint));
     EXPECT_TRUE(refusal({"fit", "--database", "d", "--table", "t", "--response", "1/x"})
@@ -181,14 +224,18 @@ TEST(CommandLine, HelpNamesEveryOptionInEightyColumns)
     };
     const QString fitHelp = help({"fit", "--help"});
     for (const char *option : {"--database", "--table", "--filter", "--order", "--sql", "--response", "--control",
-                               "--description", "--message", "--warnings", "--matrices", "--progress", "--format"})
+                               "--description", "--message", "--warnings", "--matrices", "--progress", "--format",
+                               "--save-report", "--save-plots", "--show"})
         EXPECT_TRUE(fitHelp.contains(QString::fromUtf8(option))) << option;
     const QString importHelp = help({"import", "--help"});
     for (const char *option : {"FILE.csv", "--database", "--table", "--replace"})
         EXPECT_TRUE(importHelp.contains(QString::fromUtf8(option))) << option;
     const QString general = help({"--help"});
     EXPECT_TRUE(general.contains(QStringLiteral("fit")) && general.contains(QStringLiteral("import")));
-    for (const QString &text : {fitHelp, importHelp, general}) {
+    const QString ftableHelp = help({"ftable", "--help"});
+    for (const char *option : {"--database", "--table", "--denominators", "--replace"})
+        EXPECT_TRUE(ftableHelp.contains(QString::fromUtf8(option))) << option;
+    for (const QString &text : {fitHelp, importHelp, ftableHelp, general}) {
         EXPECT_TRUE(text.contains(QStringLiteral("\nExamples:\n")));
         EXPECT_TRUE(text.endsWith(u'\n'));
         for (const QString &line : text.split(u'\n'))
@@ -202,9 +249,10 @@ TEST(Program, HelpAndVersionGoToStandardOutput)
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.out, QStringLiteral("nuvostat %1\n").arg(QStringLiteral(NUVO_VERSION)));
     EXPECT_EQ(version.err, QString());
-    for (const QStringList &arguments :
-         {QStringList{QStringLiteral("--help")}, QStringList{QStringLiteral("fit"), QStringLiteral("--help")},
-          QStringList{QStringLiteral("import"), QStringLiteral("--help")}}) {
+    for (const QStringList &arguments : {QStringList{QStringLiteral("--help")}, QStringList{QStringLiteral("-h")},
+                                         QStringList{QStringLiteral("fit"), QStringLiteral("-h")},
+                                         QStringList{QStringLiteral("fit"), QStringLiteral("--help")},
+                                         QStringList{QStringLiteral("import"), QStringLiteral("--help")}}) {
         const Outcome help = runProgram(arguments);
         EXPECT_EQ(help.status, 0);
         EXPECT_TRUE(help.out.contains(QStringLiteral("Usage:\n  nuvostat ")));
@@ -215,7 +263,7 @@ TEST(Program, HelpAndVersionGoToStandardOutput)
 TEST(Program, AWrongCommandLineIsStatus2AndOneLineOnStandardError)
 {
     for (const QStringList &arguments :
-         {QStringList(), QStringList{QStringLiteral("fit")}, QStringList{QStringLiteral("run"), QStringLiteral("x")},
+         {QStringList(), QStringList{QStringLiteral("fit")}, QStringList{QStringLiteral("walk"), QStringLiteral("x")},
           QStringList{QStringLiteral("import"), QStringLiteral("a\nb"), QStringLiteral("c\n\rd")}}) {
         const Outcome wrong = runProgram(arguments);
         EXPECT_EQ(wrong.status, 2);

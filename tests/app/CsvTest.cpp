@@ -353,9 +353,9 @@ TEST_F(Csv, AnyBytesAreReadOrRefused)
             while (reader.next()) {
                 ++rows;
                 for (size_t i = 0; rows > 0 && i < reader.cellCount(); ++i) {
-                    if (survey.columns[i].type == nuvo::CsvType::Whole)
+                    if (survey.columns[i].type == nuvo::ColumnType::Whole)
                         nuvo::csvWhole(reader.cell(i));
-                    else if (survey.columns[i].type == nuvo::CsvType::Floating)
+                    else if (survey.columns[i].type == nuvo::ColumnType::Floating)
                         nuvo::csvFloating(reader.cell(i));
                     else
                         nuvo::csvText(reader.cell(i), survey.utf8);

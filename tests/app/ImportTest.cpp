@@ -299,7 +299,7 @@ TEST_F(ImportIntoFile, AFileThatWasMadeIsRemovedWhenTheImportFails)
     const Outcome refused = runProgram(
         {u("import"), u("a.csv"), u("--database"), u("new.db"), u("--table"), u("sqlite_t")}, directory_.path());
     EXPECT_EQ(refused.status, 3);
-    EXPECT_EQ(refused.err, u("nuvostat: Cannot import table \"sqlite_t\" into \"new.db\": object name reserved for "
+    EXPECT_EQ(refused.err, u("nuvostat: Cannot make table \"sqlite_t\" in \"new.db\": object name reserved for "
                              "internal use: sqlite_t.\n"));
     EXPECT_EQ(files(), (QStringList{u("a.csv"), u("bad.csv")}));
 }
@@ -351,8 +351,7 @@ TEST_F(ImportIntoFile, AFullDiskLeavesNothing)
         runShell(u("ulimit -f 1000; \"$nuvostat\" import long.csv --database new.db --table t"), directory_.path());
     EXPECT_EQ(run.status, 3);
     EXPECT_EQ(run.out, QString());
-    EXPECT_TRUE(run.err.startsWith(u("nuvostat: Cannot import table \"t\" into \"new.db\": ")))
-        << run.err.toStdString();
+    EXPECT_TRUE(run.err.startsWith(u("nuvostat: Cannot make table \"t\" in \"new.db\": "))) << run.err.toStdString();
     EXPECT_EQ(run.err.count(u'\n'), 1);
     EXPECT_EQ(files(), (QStringList{u("a.csv"), u("long.csv")}));
 
@@ -378,7 +377,7 @@ TEST_F(ImportIntoFile, WhatIsNoDatabaseALockedOneADirectoryAndAFileWithoutPermis
     database->exec(u("BEGIN IMMEDIATE"));
     const Outcome locked = import(u("a.csv"), database->name());
     EXPECT_EQ(locked.status, 3);
-    EXPECT_EQ(locked.err, u("nuvostat: Cannot import table \"t\" into \"%1\": it is locked by another program that "
+    EXPECT_EQ(locked.err, u("nuvostat: Cannot make table \"t\" in \"%1\": it is locked by another program that "
                             "writes.\n")
                               .arg(database->name()));
     database->exec(u("ROLLBACK"));

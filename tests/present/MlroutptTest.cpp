@@ -15,7 +15,9 @@
 #include <QPlainTextEdit>
 #include <QPrintDialog>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTemporaryDir>
+#include <QTimer>
 
 namespace {
 
@@ -320,6 +322,32 @@ TEST(ReportWindow, CovarianceAfterCorrelationLeavesTheCorrelationLinesAndZoomsTh
         });
 }
 
+TEST(ReportWindow, StandsInTheMiddleOfTheScreenAndSoDoesTheMatrix)
+{
+    QWidget behind; // in a corner, and in front of nothing
+    behind.setGeometry(0, 0, 60, 40);
+    behind.show();
+    behind.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&behind));
+    const auto inTheMiddle = [](const QWidget &window) {
+        const QRect screen = window.screen()->availableGeometry();
+        return (QRect(window.pos(), window.size()).center() - screen.center()).manhattanLength() <= 2;
+    };
+    Fitted fitted = scatteredFit(20, 2);
+    showReport(
+        fitted,
+        [&](TRegressionOutputForm &form) {
+            EXPECT_EQ(form.parentWidget(), &behind);
+            EXPECT_TRUE(inTheMiddle(form));
+            form.move(0, 0);
+            chooseMatrix(form, "Zoom1");
+        },
+        [&](QDialog &matrix) {
+            EXPECT_TRUE(inTheMiddle(matrix));
+            matrix.close();
+        });
+}
+
 TEST(ReportWindow, MenusOpenAboveTheMiddleOfTheirButtonAndOnTheRightMouseButton)
 {
     Fitted fitted = scatteredFit(20, 2);
@@ -597,6 +625,91 @@ TEST(ReportWindow, ClosingTwoHundredTimesLeavesNothing)
         EXPECT_EQ(qobject_cast<const TRegressionOutputForm *>(widget), nullptr);
 }
 
+TEST(ReportWindow, OpeningTwoHundredTimesWithItsPlotsAndMatrixLeavesNothing)
+{
+    Fitted fitted = scatteredFit(12, 2);
+    const qsizetype before = QApplication::topLevelWidgets().size();
+    for (int i = 0; i < 200; ++i) {
+        showReport(
+            fitted,
+            [](TRegressionOutputForm &form) {
+                click(form, "bbtnPlots");
+                chooseMatrix(form, "Zoom1");
+            },
+            [](QDialog &plots) {
+                click(plots, "ResidualvsInputBtn");
+                plots.close();
+            },
+            [](QDialog &matrix) { matrix.close(); });
+        ASSERT_TRUE(fitted.table.FPlotForm.isNull());
+    }
+    EXPECT_EQ(QApplication::topLevelWidgets().size(), before);
+}
+
+TEST(ReportWindow, TheApplicationMayQuitWhileReportAndPlotsAreOpen)
+{
+    Fitted fitted = scatteredFit(12, 2);
+    bool bothWereOpen = false;
+    // Real event loops, one in the other.
+    SetModalRunner([&](QDialog &dialog) {
+        if (qobject_cast<TRegressionOutputForm *>(&dialog) != nullptr)
+            QTimer::singleShot(0, &dialog, [&dialog] { click(dialog, "bbtnPlots"); });
+        else
+            QTimer::singleShot(0, qApp, [&] {
+                bothWereOpen =
+                    fitted.table.FPlotForm->isVisible() && fitted.table.FPlotForm->parentWidget()->isVisible();
+                QApplication::quit();
+            });
+        return dialog.exec();
+    });
+    const auto usual = qScopeGuard([] { SetModalRunner({}); });
+    bool back = false;
+    QTimer::singleShot(0, qApp, [&] {
+        fitted.table.Output();
+        back = true;
+    });
+    QApplication::exec();
+    EXPECT_TRUE(bothWereOpen);
+    EXPECT_TRUE(back);
+    EXPECT_TRUE(fitted.table.FPlotForm.isNull());
+    for (const QWidget *widget : QApplication::topLevelWidgets())
+        EXPECT_FALSE(widget->isVisible()) << widget->objectName().toStdString();
+}
+
+TEST(ReportWindow, FiguresHaveTheSystemsDecimalSignAndSavedTextThePoint)
+{
+    const QLocale before;
+    const auto restore = qScopeGuard([&before] { QLocale::setDefault(before); });
+    QLocale::setDefault(QLocale(QLocale::German));
+    Fitted fitted = scatteredFit(20, 2);
+    const QTemporaryDir directory;
+    const QString file = directory.filePath(QStringLiteral("r.txt"));
+    const nuvo::ReportBlocks comma = nuvo::reportBlocks(fitted.table, u',');
+    const nuvo::ReportBlocks point = nuvo::reportBlocks(fitted.table);
+    ASSERT_NE(comma.SSE, point.SSE);
+    showReport(
+        fitted,
+        [&](TRegressionOutputForm &form) {
+            EXPECT_EQ(text(form, "labSSE"), QStringLiteral("Residual      SSE : ") + comma.SSE);
+            EXPECT_EQ(text(form, "labRsqr"), QStringLiteral("R  : ") + nuvo::windowTexts(comma, u',').RSquared);
+            EXPECT_TRUE(text(form, "labRsqr").contains(u','));
+            EXPECT_TRUE(memo(form).contains(QLatin1String(",")));
+            EXPECT_FALSE(memo(form).contains(QLatin1String("."))) << memo(form).toStdString();
+            chooseReport(form, "SaveReport1");
+            click(form, "bbtnPlots");
+        },
+        nameFile(file),
+        [](QDialog &plots) {
+            click(plots, "ECDFPlotBtn");
+            EXPECT_EQ(text(plots, "yMaxLabel"), QStringLiteral("3,00"));
+            EXPECT_TRUE(part(plots, "PlotImage")->accessibleDescription().contains(QLatin1String("-3,00")));
+            plots.close();
+        });
+    const QString saved = QString::fromUtf8(contentOf(file));
+    EXPECT_TRUE(saved.contains(QStringLiteral("SSE : ") + point.SSE));
+    EXPECT_FALSE(saved.contains(comma.SSE));
+}
+
 TEST(ReportWindow, ThereIsOneAtATimeAndWithoutAnybodyItDoesNotWait)
 {
     Fitted fitted = scatteredFit(12, 2);
@@ -635,11 +748,17 @@ TEST(ReportFiles, SaveReportWritesADocumentOfEachKind)
     EXPECT_TRUE(plain.contains(QLatin1String("A <problem> & more")));
     EXPECT_FALSE(plain.contains(u'\r'));
     const nuvo::ReportBlocks blocks = nuvo::reportBlocks(fitted.table);
-    for (const QString &line :
-         {blocks.FStat, blocks.SSE, blocks.Coeffs.section(nuvo::kLineEnd.toString(), 2, 2),
-          blocks.CovarianceLines[2].trimmed(), blocks.CorrelationLines[4].trimmed(), QStringLiteral("twice")}) {
-        EXPECT_TRUE(html.contains(line)) << line.toStdString();
-        EXPECT_TRUE(plain.contains(line)) << line.toStdString();
+    const auto inBoth = [&](const QString &figure) {
+        EXPECT_TRUE(html.contains(figure)) << figure.toStdString();
+        EXPECT_TRUE(plain.contains(figure)) << figure.toStdString();
+    };
+    for (const QString &figure :
+         {blocks.FStat, blocks.SSE, blocks.Coeffs.section(QLatin1String(": "), -1).trimmed(), QStringLiteral("twice"),
+          QStringLiteral("Records: 20 in the dataset, 20 read, 20 used, 0 skipped.")})
+        inBoth(figure);
+    for (const QStringList &lines : {blocks.CovarianceLines, blocks.CorrelationLines}) {
+        for (const QString &figure : lines.last().split(u' ', Qt::SkipEmptyParts))
+            inBoth(figure);
     }
     EXPECT_EQ(QImage(file("r.png")).size(), size);
     EXPECT_EQ(QApplication::clipboard()->text(), plain);

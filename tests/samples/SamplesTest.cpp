@@ -46,11 +46,11 @@ using Figures = std::vector<double>;
 
 } // namespace
 
-TEST_F(Samples, HoldThreeTables)
+TEST_F(Samples, HoldFourTables)
 {
     QStringList tables = database_.tables();
     tables.sort();
-    EXPECT_EQ(tables.join(u' '), QStringLiteral("Airquality Longley States"));
+    EXPECT_EQ(tables.join(u' '), QStringLiteral("Airquality Fdistribution Longley States"));
 }
 
 TEST_F(Samples, LongleyHasSixteenYearsAndTheSumsOfThePublishedColumns)
@@ -83,4 +83,13 @@ TEST_F(Samples, StatesHaveTheirSumsAndTwoColumnsOfText)
         "round(sum(Murder), 9), round(sum(\"High school\"), 9), sum(Frost), sum(Area), count(DISTINCT Region), "
         "count(DISTINCT Division) FROM States");
     EXPECT_EQ(sums, Figures({50, 212321, 221790, 58.5, 3543.93, 368.9, 2655.4, 5223, 3536794, 4, 9}));
+}
+
+TEST_F(Samples, TheFDistributionHasItsPublishedValuesForOneAndTenDegreesOfFreedom)
+{
+    EXPECT_EQ(Numbers("SELECT count(*), max(Numerator), max(Denominator) FROM Fdistribution"),
+              Figures({25000, 10, 2500}));
+    EXPECT_EQ(Numbers("SELECT round(\"1 Percent\", 2), round(\"5 Percent\", 2), round(\"10 Percent\", 2), "
+                      "round(\"95 Percent\", 2) FROM Fdistribution WHERE Numerator = 1 AND Denominator = 10"),
+              Figures({10.04, 4.96, 3.29, 4.96}));
 }

@@ -1,6 +1,6 @@
-#include "app/Textreport.h"
+#include "present/Textreport.h"
 
-#include "app/Console.h"
+#include "platform/Messages.h"
 
 #include <algorithm>
 
@@ -17,6 +17,15 @@ QStringList blockLines(const QString &block)
         if (const QString text = withoutControls(line.trimmed().toString()); !text.isEmpty())
             lines.append(text);
     }
+    return lines;
+}
+
+/// A text of the user's own; its line breaks stay.
+QString freeText(const QString &text)
+{
+    QString lines;
+    for (const QString &line : DisplayLines(text).split(u'\n'))
+        lines += withoutControls(line) + u'\n';
     return lines;
 }
 
@@ -106,7 +115,7 @@ private:
 };
 
 /// A matrix in as many groups of columns as the width asks for, rows and columns labelled by their coefficients.
-QString setMatrix(const QString &caption, const QList<QStringList> &rows, int columns)
+QString setMatrix(const QString &caption, const QList<QStringList> &rows, const QStringList &names, int columns)
 {
     int width = 3;
     for (const QStringList &row : rows) {
@@ -120,14 +129,14 @@ QString setMatrix(const QString &caption, const QList<QStringList> &rows, int co
         const qsizetype count = std::min(group, rows.size() - from);
         QStringList captions;
         for (qsizetype i = from; i < from + count; ++i)
-            captions.append(QStringLiteral("B%1").arg(i));
+            captions.append(names.value(i));
         Table table(QString(labels, u' '), captions, 1);
         for (qsizetype i = 0; i < rows.size(); ++i) {
             QStringList cells = rows[i].mid(from, count);
             while (cells.size() < count)
                 cells.append(QString());
             cells.first() = rightAligned(cells.first(), width);
-            table.add(QStringLiteral("  B%1").arg(i), cells);
+            table.add(QStringLiteral("  ") + names.value(i), cells);
         }
         text += table.set(columns);
         if (from + count < rows.size())
@@ -137,14 +146,14 @@ QString setMatrix(const QString &caption, const QList<QStringList> &rows, int co
 }
 
 /// The covariance and the correlation lines, each a caption, a blank line and the rows.
-QString setMatrices(const QStringList &lines, int columns)
+QString setMatrices(const QStringList &lines, const QStringList &names, int columns)
 {
     QString text;
     QString caption;
     QList<QStringList> rows;
     const auto finish = [&] {
         if (!rows.isEmpty())
-            text += u'\n' + setMatrix(caption, rows, columns);
+            text += u'\n' + setMatrix(caption, rows, names, columns);
         rows.clear();
     };
     for (const QString &line : lines) {
@@ -169,7 +178,7 @@ int displayWidth(const QString &text)
     return width;
 }
 
-QString terminalReport(const ReportText &report, int columns)
+QString reportPlainText(const ReportDocument &report, Matrices matrices, int columns)
 {
     const ReportBlocks &blocks = report.blocks;
     const QString indent(4, u' ');
@@ -177,7 +186,7 @@ QString terminalReport(const ReportText &report, int columns)
     QString text = title + rightAligned(report.dateTime, columns - displayWidth(title)) + u'\n';
     text += QStringLiteral("Data: ") + withoutControls(report.source) + u'\n';
     if (!report.description.isEmpty())
-        text += withoutControls(report.description) + u'\n';
+        text += freeText(report.description);
 
     text += QStringLiteral("Number of observations: ") + blocks.DataCount + u'\n';
 
@@ -186,25 +195,31 @@ QString terminalReport(const ReportText &report, int columns)
     const auto ofVariable = [&](qsizetype i) {
         return QStringList{labelled(means.value(i), QStringLiteral(": ")).text, stdDevs.value(i)};
     };
-    const QStringList variables = blockLines(blocks.IndepVars);
+    QList<Labelled> variables;
+    for (const QString &line : blockLines(blocks.IndepVars))
+        variables.append(labelled(line, QStringLiteral(" = ")));
     Table data(QStringLiteral("Dependent Variable:"), {QStringLiteral("Mean:"), QStringLiteral("Std. Dev. (Data):")});
     data.add(indent + QStringLiteral("  ") + blockLines(blocks.DepVar).join(u' '), ofVariable(0));
     data.addCaption(QStringLiteral("Independent Variables:"));
-    for (qsizetype i = 0; i < variables.size(); ++i) {
-        const Labelled variable = labelled(variables[i], QStringLiteral(" = "));
-        data.add(indent + rightAligned(variable.label, 3) + QStringLiteral(" = ") + variable.text, ofVariable(i + 1));
-    }
+    for (qsizetype i = 0; i < variables.size(); ++i)
+        data.add(indent + rightAligned(variables[i].label, 3) + QStringLiteral(" = ") + variables[i].text,
+                 ofVariable(i + 1));
     text += u'\n' + data.set(columns);
     const QStringList stdErrs = blockLines(blocks.StdErrs);
     const QStringList tValues = blockLines(blocks.TValues);
     const QStringList coeffs = blockLines(blocks.Coeffs);
+    // Standard errors and matrices have the columns that are not listed as well.
+    QStringList names(stdErrs.size(), QStringLiteral("-"));
     Table coefficients(QString(), {QStringLiteral("Coefficients:"), QStringLiteral("Std. Err. (Coeff):"),
                                    QStringLiteral("t* Values")});
     for (qsizetype i = 0; i < coeffs.size(); ++i) {
         const Labelled coefficient = labelled(coeffs[i], QStringLiteral(": "));
-        const QString term = i == 0 ? QStringLiteral("(constant)") : withoutControls(report.terms.value(i - 1));
+        const QString term = i == 0 ? QStringLiteral("(constant)") : variables.value(i - 1).text;
+        const qsizetype column = i == 0 ? 0 : report.listed.value(i - 1, int(i));
         coefficients.add(indent + rightAligned(coefficient.label, 3) + QStringLiteral(":  ") + term,
-                         {coefficient.text, stdErrs.value(i), tValues.value(i)});
+                         {coefficient.text, stdErrs.value(column), tValues.value(i)});
+        if (column < names.size())
+            names[column] = coefficient.label;
     }
     text += u'\n' + coefficients.set(columns);
 
@@ -220,11 +235,12 @@ QString terminalReport(const ReportText &report, int columns)
             padded(QStringLiteral("R² : ") + report.window.RSquared, 22) + QStringLiteral("F Statistic") +
             blocks.FStat + u'\n';
 
-    if (report.matrices)
-        text += setMatrices(blocks.CovarianceLines + blocks.CorrelationLines, columns);
-    text += u'\n' + report.leftOut + u'\n';
+    if (matrices == Matrices::Shown)
+        text += setMatrices(blocks.CovarianceLines + blocks.CorrelationLines, names, columns);
+    if (!report.leftOut.isEmpty())
+        text += u'\n' + freeText(report.leftOut);
     if (!report.message.isEmpty())
-        text += u'\n' + withoutControls(report.message) + u'\n';
+        text += u'\n' + freeText(report.message);
     return text;
 }
 

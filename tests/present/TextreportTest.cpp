@@ -1,4 +1,4 @@
-#include "app/Textreport.h"
+#include "present/Textreport.h"
 #include "support/Print.h"
 
 #include <gtest/gtest.h>
@@ -11,9 +11,9 @@ QString u(const char *text)
 }
 
 /// A report on two columns with these names.
-nuvo::ReportText report(const QString &first, const QString &second)
+nuvo::ReportDocument report(const QString &first, const QString &second)
 {
-    nuvo::ReportText text;
+    nuvo::ReportDocument text;
     text.source = u("t");
     text.dateTime = u("2000-01-01 00:00:00");
     text.blocks.DepVar = u("\n\r    Y = y");
@@ -31,14 +31,13 @@ nuvo::ReportText report(const QString &first, const QString &second)
     text.blocks.FStat = u("(2,2): 2.000");
     text.window.SST = u("3.000");
     text.window.RSquared = u("0.667");
-    text.terms = {first, second};
     text.leftOut = u("Records: 5.");
     return text;
 }
 
-TEST(TerminalReport, FiguresStandBelowTheirCaptionsBehindTheirTerms)
+TEST(PlainReport, FiguresStandBelowTheirCaptionsBehindTheirTerms)
 {
-    EXPECT_EQ(nuvo::terminalReport(report(u("a"), u("b")), 80),
+    EXPECT_EQ(nuvo::reportPlainText(report(u("a"), u("b")), nuvo::Matrices::Left, 80),
               u(R"(Multiple Regression Analysis Report                          2000-01-01 00:00:00
 Data: t
 Number of observations: 5
@@ -65,10 +64,10 @@ Records: 5.
 )"));
 }
 
-TEST(TerminalReport, ALongNameHasALineOfItsOwnAndTheOthersStayInTheirColumns)
+TEST(PlainReport, ALongNameHasALineOfItsOwnAndTheOthersStayInTheirColumns)
 {
     const QString name = u("a very long name of a field, in dollars (1992) per head and year");
-    const QString text = nuvo::terminalReport(report(name, u("b")), 80);
+    const QString text = nuvo::reportPlainText(report(name, u("b")), nuvo::Matrices::Left, 80);
     EXPECT_TRUE(text.contains(u("     X1 = ") + name +
                               u("\n                     4.0000             0.6000\n"
                                 "     X2 = b          5.0000             0.7000\n")))
@@ -78,34 +77,36 @@ TEST(TerminalReport, ALongNameHasALineOfItsOwnAndTheOthersStayInTheirColumns)
                                 "     B2:  b             1.2345679E8")))
         << text.toStdString();
     // On a wide terminal it fits.
-    const QString wide = nuvo::terminalReport(report(name, u("b")), 140);
+    const QString wide = nuvo::reportPlainText(report(name, u("b")), nuvo::Matrices::Left, 140);
     EXPECT_TRUE(wide.contains(u("     X1 = ") + name + u("  4.0000             0.6000\n"))) << wide.toStdString();
 }
 
-TEST(TerminalReport, NoLineIsLongerThanTheTerminalUnlessANameIs)
+TEST(PlainReport, NoLineIsLongerThanTheTerminalUnlessANameIs)
 {
     for (int length = 1; length < 60; ++length) {
-        nuvo::ReportText text = report(QString(length, u'n'), u("b"));
-        for (const QString &line : nuvo::terminalReport(text, 80).split(u'\n'))
+        nuvo::ReportDocument text = report(QString(length, u'n'), u("b"));
+        for (const QString &line : nuvo::reportPlainText(text, nuvo::Matrices::Shown, 80).split(u'\n'))
             EXPECT_LE(nuvo::displayWidth(line), 80) << line.toStdString();
     }
 }
 
-TEST(TerminalReport, WideLettersTakeTwoColumns)
+TEST(PlainReport, WideLettersTakeTwoColumns)
 {
     EXPECT_EQ(nuvo::displayWidth(u("aä日本")), 6);
-    const QString text = nuvo::terminalReport(report(u("日本"), u("bcde")), 80);
+    const QString text = nuvo::reportPlainText(report(u("日本"), u("bcde")), nuvo::Matrices::Left, 80);
     EXPECT_TRUE(text.contains(u("     X1 = 日本       4.0000")));
     EXPECT_TRUE(text.contains(u("     X2 = bcde       5.0000")));
 }
 
-TEST(TerminalReport, AWideMatrixIsSetInGroupsOfColumns)
+TEST(PlainReport, AWideMatrixIsSetInGroupsOfColumns)
 {
-    nuvo::ReportText text = report(u("a"), u("b"));
-    text.matrices = true;
+    nuvo::ReportDocument text = report(u("a"), u("b"));
     text.blocks.CovarianceLines = {u("Covariance Matrix:"), u(" ")};
     text.blocks.CorrelationLines = {u("Correlation Matrix:"), u(" ")};
+    text.blocks.Coeffs = text.blocks.StdErrs = u("\n\r");
     for (int row = 0; row < 11; ++row) {
+        text.blocks.Coeffs += u("     B%1: 1.0000\n\r").arg(row);
+        text.blocks.StdErrs += u("   1.0000\n\r");
         QString covariances;
         QString correlations;
         for (int column = 0; column < 11; ++column) {
@@ -115,7 +116,7 @@ TEST(TerminalReport, AWideMatrixIsSetInGroupsOfColumns)
         text.blocks.CovarianceLines.append(covariances);
         text.blocks.CorrelationLines.append(correlations);
     }
-    const QString set = nuvo::terminalReport(text, 80);
+    const QString set = nuvo::reportPlainText(text, nuvo::Matrices::Shown, 80);
     EXPECT_TRUE(set.contains(u("\nCovariance Matrix:\n"
                                "             B0        B1        B2        B3        B4        B5        B6\n"
                                "  B0  -1.00E+10 -1.00E+11 -1.00E+12 -1.00E+13 -1.00E+14 -1.00E+15 -1.00E+16\n")))
@@ -123,7 +124,37 @@ TEST(TerminalReport, AWideMatrixIsSetInGroupsOfColumns)
     EXPECT_TRUE(set.contains(u("\n\n             B7        B8        B9       B10\n"
                                "  B0  -1.00E+17 -1.00E+18 -1.00E+19 -1.00E+20\n")));
     EXPECT_TRUE(set.contains(u("\n  B10 -1.10E+17 -1.10E+18 -1.10E+19 -1.10E+20\n\nCorrelation Matrix:\n")));
-    EXPECT_TRUE(nuvo::terminalReport(text, 120).contains(u("-1.00E+19 -1.00E+20\n  B1 ")));
+    EXPECT_TRUE(nuvo::reportPlainText(text, nuvo::Matrices::Shown, 120).contains(u("-1.00E+19 -1.00E+20\n  B1 ")));
+}
+
+TEST(PlainReport, AVariableThatIsNotListedLeavesTheOthersTheirOwnFigures)
+{
+    nuvo::ReportDocument text = report(u("a"), u("c"));
+    text.blocks.StdErrs = u("\n\r   0.1000\n\r   0.2000\n\r   0.2500\n\r   0.3000\n\r");
+    text.blocks.CovarianceLines = {u("Covariance Matrix:"), u(" "),           u(" 1  2  3  4"),
+                                   u(" 5  6  7  8"),        u(" 9 10 11 12"), u("13 14 15 16")};
+    text.listed = {1, 3};
+    const QString set = nuvo::reportPlainText(text);
+    EXPECT_TRUE(set.contains(u("     B1:  a                 -2.5000              0.2000   -12.5000\n"
+                               "     B2:  c             1.2345679E8              0.3000        NAN\n")))
+        << set.toStdString();
+    EXPECT_TRUE(set.contains(u("\n       B0 B1  - B2\n"
+                               "  B0    1  2  3  4\n"
+                               "  B1    5  6  7  8\n"
+                               "  -     9 10 11 12\n"
+                               "  B2   13 14 15 16\n")))
+        << set.toStdString();
+}
+
+TEST(PlainReport, LinesOfTheUsersTextsStayAndControlCharactersDoNot)
+{
+    nuvo::ReportDocument text = report(u("a"), u("b"));
+    text.source = u("t\033[2J");
+    text.description = u("first\n\rsecond\a");
+    text.message = u("one\ntwo");
+    const QString set = nuvo::reportPlainText(text);
+    EXPECT_TRUE(set.contains(u("Data: t [2J\nfirst\nsecond \nNumber of observations"))) << set.toStdString();
+    EXPECT_TRUE(set.endsWith(u("\n\none\ntwo\n")));
 }
 
 } // namespace

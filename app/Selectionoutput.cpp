@@ -1,0 +1,86 @@
+#include "app/Selectionoutput.h"
+
+#include "app/Console.h"
+#include "app/Regressionoutput.h"
+#include "select/Bckmain.h"
+#include "select/Cvmain.h"
+#include "select/Fwdmain.h"
+#include "select/Stepmain.h"
+
+namespace nuvo {
+namespace {
+
+const char *methodName(const TCorvane &selection)
+{
+    if (qobject_cast<const TStepWiseMLR *>(&selection) != nullptr)
+        return "stepwise";
+    if (qobject_cast<const TBackElimMLR *>(&selection) != nullptr)
+        return "backward";
+    if (qobject_cast<const TFwdSelectMLR *>(&selection) != nullptr)
+        return "forward";
+    return "optimal";
+}
+
+const char *endName(TRunEnd end)
+{
+    switch (end) {
+    case TRunEnd::Converged:
+        return "converged";
+    case TRunEnd::Repeats:
+        return "repeats";
+    case TRunEnd::Stopped:
+        break;
+    }
+    return "stopped";
+}
+
+void putModels(const TOptimizeMLR &optimal, Json &output)
+{
+    output["modelCount"] = optimal.ModelCount();
+    Json &models = output["models"] = Json::array();
+    for (int i = 1; i <= optimal.ModelCount(); ++i) {
+        const TMLRModel model = optimal.GetModelList(i);
+        Json one = Json::object();
+        Json &transformations = one["transformations"] = Json::array();
+        for (const QString &transformation : model.Transformations)
+            transformations.push_back(jsonText(transformation));
+        one["f"] = jsonNumber(model.F);
+        one["rSquared"] = jsonNumber(model.RSquared);
+        one["sSquared"] = jsonNumber(model.SSquared);
+        models.push_back(std::move(one));
+    }
+}
+
+} // namespace
+
+Json jsonSelection(TCorvane &selection)
+{
+    Json output = Json::object();
+    output["method"] = methodName(selection);
+    output["report"] = jsonText(selection.Report());
+    output["steps"] = jsonTexts(selection.Steps());
+    output["ended"] = endName(selection.Ended());
+    if (const auto *optimal = qobject_cast<const TOptimizeMLR *>(&selection))
+        putModels(*optimal, output);
+    output["selected"] = jsonRegression(*selection.Regression());
+    return output;
+}
+
+QString textSelection(TCorvane &selection)
+{
+    QString text;
+    for (const QString &step : selection.Steps())
+        text += withoutControls(DisplayLines(step)) + u'\n';
+    if (!text.isEmpty())
+        text += u'\n';
+    for (const QString &line : DisplayLines(selection.Report()).split(u'\n'))
+        text += withoutControls(line) + u'\n';
+    return text + u'\n' + textRegression(*selection.Regression());
+}
+
+bool isOwnReport(const TCorvane &selection, const Message &message)
+{
+    return message.type == TMsgDlgType::mtInformation && message.text == selection.Report();
+}
+
+} // namespace nuvo

@@ -1,0 +1,291 @@
+#include "design/Definitiondlg.h"
+
+#include "engine/Mlrquery.h"
+#include "platform/Errors.h"
+#include "platform/Formats.h"
+#include "platform/Messages.h"
+#include "present/Forms.h"
+#include "present/Report.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QStringBuilder>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int FontPixels = 13;
+constexpr int TitlePixels = 17;
+
+void colour(QLabel &label, const QColor &letters)
+{
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, letters);
+    label.setPalette(palette);
+    QFont font = label.font();
+    font.setPixelSize(TitlePixels);
+    font.setBold(true);
+    label.setFont(font);
+}
+
+} // namespace
+
+namespace nuvo {
+
+DefinitionDialog::DefinitionDialog(QWidget *parent) : QDialog(parent) {}
+
+DefinitionDialog::~DefinitionDialog() = default;
+
+void DefinitionDialog::PrepareForm()
+{
+    setPalette(formPalette());
+    QFont font = formFont();
+    font.setPixelSize(FontPixels);
+    setFont(font);
+}
+
+void DefinitionDialog::PrepareControls(QLabel &shadow, QLabel &title, QPushButton &cancel)
+{
+    colour(shadow, Qt::white);
+    colour(title, QColor(0, 0, 0x80));
+    layout()->setSizeConstraint(QLayout::SetNoConstraint); // Fit() does it, as far as the screen goes
+    shadow.setContentsMargins(2, 2, 0, 0);                 // half of it on each side of what is centred: one pixel
+    for (int index = 0; index < controls_.items->buttons().size(); ++index)
+        controls_.items->setId(controls_.items->buttons()[index], index);
+
+    connect(controls_.items, &QButtonGroup::idClicked, this, &DefinitionDialog::ItemChosen);
+    connect(controls_.bbtnOK, &QPushButton::clicked, this, &QDialog::accept);
+    connect(&cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(controls_.bbtnHelp, &QPushButton::clicked, this, [this] { guarded([this] { bbtnHelpClick(); }); });
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, controls_.bbtnHelp,
+            &QPushButton::click);
+
+    const auto validate = [this] { ValidateData(); };
+    connect(controls_.cboxTableX, &QComboBox::currentIndexChanged, this,
+            [this, validate] { Handle(Moment::Done, validate); });
+    connect(controls_.edStringX, &QLineEdit::textChanged, this,
+            [this, validate] { Handle(Moment::Typing, validate); });
+    WatchExit(*controls_.cboxTableX, validate);
+    WatchEnter(*controls_.edStringX, validate);
+    WatchNumber(*controls_.cboxDivideBy, [this] { ValidateXScaled(); });
+}
+
+void DefinitionDialog::Prepare(const TComponent &component, const QString &propertyName, const QString &title,
+                               const QStringList &fieldNames)
+{
+    isQuery_ = qobject_cast<const TMLRQuery *>(&component) != nullptr;
+    propertyName_ = propertyName;
+    setWindowTitle(component.Name() + title);
+    controls_.RadioGroup1->setTitle(QStringLiteral("Set %1 to ").arg(propertyName));
+    controls_.pnlTblX->setVisible(!isQuery_);
+    controls_.pnlQryX->setVisible(isQuery_);
+    Offer(*controls_.cboxTableX, fieldNames);
+}
+
+void DefinitionDialog::Offer(QComboBox &list, const QStringList &fieldNames)
+{
+    const QSignalBlocker silent(list);
+    list.clear();
+    list.addItems(fieldNames);
+}
+
+void DefinitionDialog::SetHelp(const QStringList &lines)
+{
+    helpString_ = lines.join(kLineEnd);
+}
+
+void DefinitionDialog::AddHelp(const QStringList &lines)
+{
+    helpString_ += kLineEnd % kLineEnd % lines.join(kLineEnd);
+}
+
+void DefinitionDialog::bbtnHelpClick()
+{
+    MessageDlg(helpString_, TMsgDlgType::mtInformation);
+}
+
+int DefinitionDialog::ItemIndex() const
+{
+    return controls_.items->checkedId();
+}
+
+void DefinitionDialog::SetItemIndex(int index)
+{
+    // An exclusive group does not let go of its choice.
+    controls_.items->setExclusive(false);
+    for (QAbstractButton *item : controls_.items->buttons())
+        item->setChecked(controls_.items->id(item) == index);
+    controls_.items->setExclusive(true);
+}
+
+void DefinitionDialog::ItemChosen()
+{
+    if (ItemIndex() >= 0)
+        Handle(Moment::Done, [this] { RadioGroup1Click(); });
+}
+
+QWidget &DefinitionDialog::FieldControl() const
+{
+    return isQuery_ ? static_cast<QWidget &>(*controls_.edStringX) : *controls_.cboxTableX;
+}
+
+bool DefinitionDialog::FieldChosen() const
+{
+    return isQuery_ ? !controls_.edStringX->text().isEmpty() : controls_.cboxTableX->currentIndex() >= 0;
+}
+
+QString DefinitionDialog::FieldText() const
+{
+    return isQuery_ ? controls_.edStringX->text() : controls_.cboxTableX->currentText();
+}
+
+void DefinitionDialog::Select(QComboBox &list, const QString &entry)
+{
+    const QSignalBlocker silent(list);
+    const int exact = list.findText(entry, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    // Databases do not tell the cases of field names apart.
+    list.setCurrentIndex(exact >= 0 ? exact : list.findText(entry, Qt::MatchFixedString));
+}
+
+void DefinitionDialog::ShowTerm(bool complete, const QString &term)
+{
+    controls_.bbtnOK->setEnabled(complete);
+    controls_.Panel2->setText(complete ? term : QString());
+    Fit();
+    controls_.Panel2->setToolTip(controls_.Panel2->sizeHint().width() > width() ? term : QString());
+}
+
+void DefinitionDialog::Fit()
+{
+    layout()->activate();
+    const QRect room = screen()->availableGeometry();
+    setFixedSize(size().expandedTo(layout()->totalMinimumSize().boundedTo(room.size())));
+    if (isVisible() && frameGeometry().right() > room.right())
+        move(std::max(room.left(), room.right() - frameGeometry().width() + 1), y());
+}
+
+double DefinitionDialog::Number(const QComboBox &box)
+{
+    const QString text = box.currentText();
+    double value = 0;
+    if (!TryStrToFloat(QString(text).replace(QLocale().decimalPoint(), QLatin1String(".")), value) ||
+        !std::isfinite(value))
+        throw EConvertError(QStringLiteral("\"%1\" is not a number").arg(text));
+    // "1,000" is a thousand to one person and one to another.
+    bool grouped = false;
+    const double withGroups = QLocale().toDouble(text.trimmed(), &grouped);
+    if (grouped && withGroups != value)
+        throw EConvertError(QStringLiteral("\"%1\" is not a number: digits are written without groups").arg(text));
+    return value;
+}
+
+QString DefinitionDialog::Written(const QComboBox &box)
+{
+    return box.currentText().replace(QLocale().decimalPoint(), QLatin1String(".")).replace(u',', u'.');
+}
+
+void DefinitionDialog::ShowNumber(QComboBox &box, const QString &number)
+{
+    const QSignalBlocker silent(box);
+    box.setCurrentIndex(box.findText(number, Qt::MatchExactly | Qt::MatchCaseSensitive));
+    double value = 0;
+    if (box.currentIndex() < 0) {
+        box.setEditText(TryStrToFloat(number, value)
+                            ? QString(number).replace(QLatin1String("."), QLocale().decimalPoint())
+                            : number);
+    }
+}
+
+void DefinitionDialog::Handle(Moment moment, const std::function<void()> &handler)
+{
+    guarded([&] {
+        if (moment == Moment::Typing)
+            told_.clear();
+        try {
+            handler();
+        } catch (const EConvertError &error) {
+            ShowTerm(false, {});
+            if (moment != Moment::Done || told_ == error.Message())
+                return;
+            told_ = error.Message();
+            throw;
+        }
+    });
+}
+
+void DefinitionDialog::WatchNumber(QComboBox &box, const std::function<void()> &handler)
+{
+    box.setCompleter(nullptr); // it would make a 10 of somebody's 1
+    connect(&box, &QComboBox::editTextChanged, this, [this, handler] { Handle(Moment::Typing, handler); });
+    connect(&box, &QComboBox::activated, this, [this, handler] { Handle(Moment::Done, handler); });
+    connect(box.lineEdit(), &QLineEdit::returnPressed, this, [this, handler] { Handle(Moment::Done, handler); });
+    WatchExit(box, handler);
+}
+
+void DefinitionDialog::WatchEnter(QWidget &control, const std::function<void()> &handler)
+{
+    control.installEventFilter(this);
+    watches_.push_back({&control, QEvent::FocusIn, [this, handler] { Handle(Moment::Entering, handler); }});
+}
+
+void DefinitionDialog::WatchExit(QWidget &control, const std::function<void()> &handler)
+{
+    control.installEventFilter(this);
+    watches_.push_back({&control, QEvent::FocusOut, [this, &control, handler] {
+                            // When the focus has arrived: a message must not come between a press of the mouse and
+                            // its release.
+                            QTimer::singleShot(0, this, [this, &control, handler] {
+                                if (isVisible() && control.isEnabled())
+                                    Handle(Moment::Done, handler);
+                            });
+                        }});
+}
+
+bool DefinitionDialog::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        guarded([this] { FormActivate(); });
+    return QDialog::event(event);
+}
+
+void DefinitionDialog::showEvent(QShowEvent *event)
+{
+    guarded([this] {
+        Fit();
+        FormActivate();
+    });
+    QDialog::showEvent(event);
+}
+
+bool DefinitionDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        // Neither another window nor a list that drops down takes anybody elsewhere; and who clicks Cancel or Help is
+        // not told about a number first.
+        const bool byKey = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+        const bool toButton = !byKey && qobject_cast<QPushButton *>(focusWidget()) != nullptr;
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason && !toButton) {
+            for (const Watch &watch : watches_) {
+                if (watch.control == watched && watch.when == event->type())
+                    watch.handler();
+            }
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+} // namespace nuvo

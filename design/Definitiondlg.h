@@ -1,0 +1,139 @@
+#pragma once
+
+#include <QDialog>
+#include <QEvent>
+
+#include <functional>
+#include <vector>
+
+class QButtonGroup;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class TComponent;
+
+namespace nuvo {
+
+/// What the dialogs for control variables and for the response have in common: the forms to choose from, the field
+/// (picked from a list for a table, typed for a query), the divisor, the term at the bottom and the buttons.
+///
+/// Handlers run on every change, so what somebody has half typed is no reason for a message. An unreadable number
+/// takes OK away at once; the message comes when the person goes on (leaves the box, presses Return, chooses a form)
+/// and once for each text. The dialog stays open.
+class DefinitionDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit DefinitionDialog(QWidget *parent);
+    ~DefinitionDialog() override;
+
+protected:
+    /// Controls that both forms have under the same names.
+    struct Controls
+    {
+        QGroupBox *RadioGroup1;
+        QButtonGroup *items;
+        QWidget *pnlTblX;
+        QComboBox *cboxTableX;
+        QWidget *pnlQryX;
+        QLineEdit *edStringX;
+        QComboBox *cboxDivideBy;
+        QLabel *Panel2;
+        QPushButton *bbtnOK;
+        QPushButton *bbtnHelp;
+    };
+
+    /// Sets up a form: its own controls, and here what both have in common.
+    template <class Form>
+    void SetUp(Form &form)
+    {
+        PrepareForm();
+        form.setupUi(this);
+        controls_ = {form.RadioGroup1, form.RadioGroup1Items, form.pnlTblX, form.cboxTableX, form.pnlQryX,
+                     form.edStringX,   form.cboxDivideBy,     form.Panel2,  form.bbtnOK,     form.bbtnHelp};
+        PrepareControls(*form.Label2, *form.Label3, *form.bbtnCancel);
+    }
+    /// Before the controls are filled: what is edited, and which of the two kinds of field the form shows.
+    void Prepare(const TComponent &component, const QString &propertyName, const QString &title,
+                 const QStringList &fieldNames);
+
+    /// Fills a list without running a handler.
+    static void Offer(QComboBox &list, const QStringList &fieldNames);
+
+    virtual void FormActivate() = 0;
+    virtual void RadioGroup1Click() = 0;
+    virtual void ValidateData() = 0;
+    virtual void ValidateXScaled() = 0;
+
+    /// Whether fields are typed, not picked.
+    bool IsQuery() const { return isQuery_; }
+    const QString &PropertyName() const { return propertyName_; }
+    /// The text of the Help button.
+    void SetHelp(const QStringList &lines);
+    /// A paragraph behind it.
+    void AddHelp(const QStringList &lines);
+
+    /// The chosen form, from 0; -1 when none is chosen.
+    int ItemIndex() const;
+    /// Chooses without running the handler.
+    void SetItemIndex(int index);
+    /// Runs the handler of the chosen form, if one is.
+    void ItemChosen();
+
+    QWidget &FieldControl() const;
+    /// Whether a field is picked or a name typed.
+    bool FieldChosen() const;
+    QString FieldText() const;
+    /// Picks the name from the list, or nothing where it is not in it, without running a handler.
+    static void Select(QComboBox &list, const QString &entry);
+    /// Enables OK and shows the term, or neither.
+    void ShowTerm(bool complete, const QString &term);
+    /// Makes the dialog as large as its texts need; it never shrinks.
+    void Fit();
+
+    // Numbers are shown and typed with the locale's decimal sign; a point is read as well. Definitions hold a point.
+
+    /// The number in a box. \throws EConvertError; for a text that a person could mean with digit groups, too.
+    static double Number(const QComboBox &box);
+    /// The box's text as a definition holds it.
+    static QString Written(const QComboBox &box);
+    /// Shows a definition's number in a box that lists some.
+    static void ShowNumber(QComboBox &box, const QString &number);
+
+    /// What called a handler: the focus, typing, or somebody going on.
+    enum class Moment { Entering, Typing, Done };
+    void Handle(Moment moment, const std::function<void()> &handler);
+    /// Runs the handler at changes of a number box and when somebody goes on.
+    void WatchNumber(QComboBox &box, const std::function<void()> &handler);
+    /// Runs the handler when somebody enters a control, or leaves it for something else than a
+    /// click on a button.
+    void WatchEnter(QWidget &control, const std::function<void()> &handler);
+    void WatchExit(QWidget &control, const std::function<void()> &handler);
+
+    bool event(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void PrepareForm();
+    void PrepareControls(QLabel &shadow, QLabel &title, QPushButton &cancel);
+    void bbtnHelpClick();
+
+    Controls controls_{};
+    QString helpString_;
+    QString propertyName_;
+    bool isQuery_ = false;
+    QString told_; // the last message about a number, until somebody types on
+    struct Watch
+    {
+        const QObject *control;
+        QEvent::Type when;
+        std::function<void()> handler;
+    };
+    std::vector<Watch> watches_;
+};
+
+} // namespace nuvo

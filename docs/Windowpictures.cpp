@@ -1,0 +1,55 @@
+#include "engine/Mlrtable.h"
+#include "platform/Errors.h"
+#include "present/Mlroutpt.h"
+#include "present/Mlrplot.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+
+#include <cstdio>
+
+// Pictures of the windows that a fit of the Longley table opens: windowpictures samples.db DIRECTORY
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_SCALE_FACTOR", "2"); // sharp on dense screens too
+    qputenv("LC_ALL", "C.UTF-8");
+    const QApplication application(argc, argv);
+    if (argc != 3)
+        return 2;
+    const QDir directory(QString::fromLocal8Bit(argv[2]));
+    const auto save = [&directory](QWidget &window, const char *name) {
+        const QString file = directory.filePath(QLatin1String(name));
+        if (!window.grab().save(file))
+            throw EPlatformError(QStringLiteral("cannot write %1").arg(file));
+    };
+    try {
+        TMLRTable longley;
+        longley.SetDatabaseName(QString::fromLocal8Bit(argv[1]));
+        longley.SetTableName(QStringLiteral("Longley"));
+        longley.SetDescription(QStringLiteral("Employment, 1947 to 1962"));
+        longley.ResponseVarY().SetField(QStringLiteral("TOTEMP"));
+        int position = 0;
+        for (const char *field : {"GNPDEFL", "GNP", "UNEMP", "ARMED", "POP", "YEAR"}) {
+            TIndepVar &control = longley.ControlVar(++position);
+            control.SetField1(QLatin1String(field));
+            control.SetTransformation(QStringLiteral("None"));
+        }
+        longley.Open();
+        if (!longley.ReLoad())
+            return 1;
+        longley.Execute();
+
+        nuvo::saveReport(longley, directory.filePath(QStringLiteral("report.png")));
+        TMLRPlotForm plots;
+        plots.Load(longley);
+        plots.findChild<QAction *>(QStringLiteral("X021"))->trigger();
+        save(plots, "scatter.png");
+        plots.ECDFPlotBtnClick();
+        save(plots, "ecdf.png");
+    } catch (const EPlatformError &error) {
+        std::fprintf(stderr, "windowpictures: %s\n", qPrintable(error.Message()));
+        return 1;
+    }
+}
