@@ -1,7 +1,7 @@
 # All subsets of ten control variables with R's leaps, to set beside a run of TOptimizeMLR (bench/select.sh).
 # Usage: Rscript bench/leaps.R DATABASE [process]
-# The table "data" holds y and x1 to x10. Prints the median of 20 searches in this process after a warm-up, in
-# milliseconds; with "process" it reads, searches once and prints the best subset, to be timed from outside.
+# The table "data" holds y and x1 to x10. Prints the median of 20 searches in this process after a warm-up, and their
+# mean processor time; with "process" it reads, searches once and prints the best subset, to be timed from outside.
 
 suppressPackageStartupMessages({
     library(DBI)
@@ -19,11 +19,13 @@ if (length(arguments) > 1) {
     print(found$outmat[which.max(found$adjr2), ])
 } else {
     invisible(search())
+    before <- proc.time()
     milliseconds <- replicate(20, {
         from <- Sys.time()
         search()
         as.numeric(difftime(Sys.time(), from, units = "secs")) * 1000
     })
-    cat(sprintf("R's leaps, exhaustive, nbest 20, with summary: median %.2f ms (%.2f to %.2f)\n", median(milliseconds),
-                min(milliseconds), max(milliseconds)))
+    processor <- sum((proc.time() - before)[c("user.self", "sys.self")]) / 20 * 1000
+    cat(sprintf("R's leaps, exhaustive, nbest 20, with summary: median %.2f ms (%.2f to %.2f), CPU %.1f ms\n",
+                median(milliseconds), min(milliseconds), max(milliseconds), processor))
 }
