@@ -154,6 +154,12 @@ private:
             property.values.append(readText());
         }
         check(widget, property, meta->property(index));
+        // A connection string of ODBC can name the library to load.
+        if (name == u"DatabaseName" && property.values[0].startsWith(u"odbc:", Qt::CaseInsensitive) &&
+            property.values[0].contains(u'='))
+            fail(QStringLiteral("DatabaseName of \"%1\" is a connection string; a form can only name a data source, "
+                                "odbc:NAME")
+                     .arg(widget.name));
         widget.properties.push_back(std::move(property));
         while (nextChild(depth)) {
         }

@@ -4,16 +4,10 @@
 #include "select/Selectionrun.h"
 
 #include <array>
-#include <functional>
 #include <set>
 #include <tuple>
 
 namespace nuvo {
-
-/// What a written expression gives on arithmetic that raises. Ours never does: a division by zero, an invalid
-/// operation or an overflow shows in the result, which is not a number, or infinite although no operand was.
-/// \return the result, or 0 for such a failure.
-double orZero(double result, std::initializer_list<double> operands);
 
 /// A search by partial F, as far as the three of them are the same. Per pass each candidate in turn gets row 0 of the
 /// term table for its own control variable and row 1 for the others; the candidate with the smallest residual mean
