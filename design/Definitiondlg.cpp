@@ -7,6 +7,7 @@
 #include "present/Forms.h"
 #include "present/Report.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QFocusEvent>
@@ -19,10 +20,10 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
-#include <QStringBuilder>
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace {
@@ -109,7 +110,7 @@ void DefinitionDialog::SetHelp(const QStringList &lines)
 
 void DefinitionDialog::AddHelp(const QStringList &lines)
 {
-    helpString_ += kLineEnd % kLineEnd % lines.join(kLineEnd);
+    helpString_ += (QStringList{QString(), QString()} + lines).join(kLineEnd);
 }
 
 void DefinitionDialog::bbtnHelpClick()
@@ -244,14 +245,19 @@ void DefinitionDialog::WatchEnter(QWidget &control, const std::function<void()> 
 void DefinitionDialog::WatchExit(QWidget &control, const std::function<void()> &handler)
 {
     control.installEventFilter(this);
-    watches_.push_back({&control, QEvent::FocusOut, [this, &control, handler] {
-                            // When the focus has arrived: a message must not come between a press of the mouse and
-                            // its release.
-                            QTimer::singleShot(0, this, [this, &control, handler] {
-                                if (isVisible() && control.isEnabled())
-                                    Handle(Moment::Done, handler);
-                            });
-                        }});
+    watches_.push_back({&control, QEvent::FocusOut, [this, &control, handler] { Left(control, handler); }});
+}
+
+void DefinitionDialog::Left(const QWidget &control, const std::function<void()> &handler)
+{
+    // A message must not come between a press of the mouse and its release, nor over a list that is open.
+    constexpr std::chrono::milliseconds Soon(20);
+    QTimer::singleShot(Soon, this, [this, &control, handler] {
+        if (QGuiApplication::mouseButtons() != Qt::NoButton || QApplication::activePopupWidget() != nullptr)
+            Left(control, handler);
+        else if (isVisible() && control.isEnabled())
+            Handle(Moment::Done, handler);
+    });
 }
 
 bool DefinitionDialog::event(QEvent *event)
@@ -274,10 +280,10 @@ bool DefinitionDialog::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        // Neither another window nor a list that drops down takes anybody elsewhere; and who clicks Cancel or Help is
-        // not told about a number first.
+        // Neither another window nor a list that drops down takes anybody elsewhere. Who clicks Cancel or Help is not
+        // told about a number first, and the forms ask for it themselves.
         const bool byKey = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
-        const bool toButton = !byKey && qobject_cast<QPushButton *>(focusWidget()) != nullptr;
+        const bool toButton = !byKey && qobject_cast<QAbstractButton *>(focusWidget()) != nullptr;
         if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason && !toButton) {
             for (const Watch &watch : watches_) {
                 if (watch.control == watched && watch.when == event->type())

@@ -121,6 +121,8 @@ private:
     void PrepareForm();
     void PrepareControls(QLabel &shadow, QLabel &title, QPushButton &cancel);
     void bbtnHelpClick();
+    /// Runs the handler of a control that somebody has left, as soon as a message can be shown.
+    void Left(const QWidget &control, const std::function<void()> &handler);
 
     Controls controls_{};
     QString helpString_;

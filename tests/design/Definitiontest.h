@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -57,10 +58,11 @@ inline void type(const QWidget &dialog, const char *name, const char *text)
     QTest::keyClicks(edit, u(text));
 }
 
+/// Goes on with Tab, slowly enough for a message.
 inline void leave(QDialog &dialog)
 {
     QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-    QApplication::processEvents();
+    QTest::qWait(100);
 }
 
 inline QString term(const QWidget &dialog)
@@ -134,6 +136,7 @@ Edited<Definition> openFor(const TComponent &component, const char *property, co
     Edited<Definition> edited{definition, {}};
     const Person person([&act](QDialog &dialog) {
         dialog.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
         act(dialog);
     });
     Dialog().OpenForm(component, u(property), fields, edited.variable);
@@ -150,6 +153,8 @@ inline const std::array<const char *, 3> &pushButtons()
 /// No label, button or box is narrower or lower than what it shows, and each lies in its parent.
 inline void expectNothingIsClipped(const QDialog &dialog)
 {
+    // A window system may take its time to resize.
+    EXPECT_TRUE(QTest::qWaitFor([&dialog] { return dialog.layout()->geometry().size() == dialog.minimumSize(); }));
     for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
         const bool showsText = qobject_cast<const QLabel *>(widget) != nullptr ||
                                qobject_cast<const QAbstractButton *>(widget) != nullptr ||

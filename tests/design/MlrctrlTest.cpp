@@ -7,6 +7,7 @@
 #include <QLocale>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QWindow>
 
 namespace {
 
@@ -341,6 +342,20 @@ TEST(ControlDialog, ADivisorOfZeroBecomesTen)
     }
 }
 
+TEST(ControlDialog, ATablesFieldIsNotTakenOverWhileTheDivisorIsZero)
+{
+    const auto edited = editTable(variable("Scale", "GNP"), [](QDialog &dialog) {
+        type(dialog, "cboxDivideBy", "0");
+        pick(dialog, "cboxTableX", u("POP"));
+        EXPECT_EQ(term(dialog), u("GNP/10"));
+        EXPECT_TRUE(canConfirm(dialog));
+        type(dialog, "cboxDivideBy", "5");
+        EXPECT_EQ(term(dialog), u("POP/5"));
+        confirm(dialog);
+    });
+    EXPECT_EQ(edited.variable.Field1(), u("POP"));
+}
+
 TEST(ControlDialog, ATableWithoutAChosenFieldIsCompleteOnlyWhenInactive)
 {
     editTable(TIndepVar(), [](QDialog &dialog) {
@@ -519,11 +534,46 @@ TEST(ControlDialog, CancelUponAWrongNumberSaysNothing)
                 QTest::keyClick(&dialog, Qt::Key_Escape);
             else
                 cancel(dialog);
-            QApplication::processEvents();
+            QTest::qWait(100);
         });
         EXPECT_TRUE(edited.messages.isEmpty());
         EXPECT_EQ(edited.variable.ToQStringList(), variable("Scale", "GNP").ToQStringList());
     }
+}
+
+TEST(ControlDialog, NoMessageComesBetweenAPressOfTheMouseAndItsRelease)
+{
+    const auto edited = editQuery(variable("Scale", "AGE"), [](QDialog &dialog) {
+        type(dialog, "cboxDivideBy", "abc");
+        QWindow *window = dialog.windowHandle();
+        const auto *field = part(dialog, "edStringX");
+        const QPoint place = field->mapTo(&dialog, field->rect().center());
+        int told = 0;
+        const TMessageHandler before = SetMessageHandler([&told](const QString &, TMsgDlgType, unsigned, int) {
+            ++told;
+            return int(mrOk);
+        });
+        QTest::mousePress(window, Qt::LeftButton, {}, place);
+        QTest::qWait(100);
+        EXPECT_EQ(told, 0);
+        QTest::mouseRelease(window, Qt::LeftButton, {}, place);
+        EXPECT_TRUE(QTest::qWaitFor([&told] { return told == 1; }));
+        SetMessageHandler(before);
+        cancel(dialog);
+    });
+    EXPECT_TRUE(edited.messages.isEmpty());
+}
+
+TEST(ControlDialog, HelpUponAWrongNumberIsTheOnlyMessage)
+{
+    const auto edited = editTable(variable("Scale", "GNP"), [](QDialog &dialog) {
+        type(dialog, "cboxDivideBy", "abc");
+        click(dialog, "bbtnHelp");
+        QTest::qWait(100);
+        cancel(dialog);
+    });
+    ASSERT_EQ(edited.messages.size(), 1);
+    EXPECT_TRUE(edited.messages[0].startsWith(u("This will set each element of ControlVar03")));
 }
 
 TEST(ControlDialog, ATypedOneStaysAOne)
@@ -617,6 +667,7 @@ TEST(ControlDialog, AnUnknownTransformationSelectsNothing)
             EXPECT_FALSE(
                 part<QRadioButton>(dialog, qPrintable(QStringLiteral("RadioGroup1Item%1").arg(i)))->isChecked());
         EXPECT_FALSE(canConfirm(dialog));
+        EXPECT_EQ(dialog.minimumSize(), dialog.maximumSize());
         chooseItem(dialog, 1);
         EXPECT_TRUE(canConfirm(dialog));
         dialog.close();

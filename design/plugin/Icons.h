@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QIcon>
+#include <QString>
+
+namespace nuvo {
+
+/// What stands for a component on the palette and on a form, drawn at any size; null for a class that is none of ours.
+QIcon componentIcon(const QString &className);
+
+} // namespace nuvo

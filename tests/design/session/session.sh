@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Runs Qt Designer without a display, with a plugin that works in it and writes seen.json and saved.ui. Settings are its
+# own. Usage: session.sh DESIGNER FOLDER SAMPLES_DB PLUGINS… (folders that hold a folder "designer")
+set -euo pipefail
+designer=$1 folder=$2 samples=$3
+shift 3
+
+rm -rf "$folder"
+mkdir -p "$folder/home"
+mkdir -m 700 "$folder/runtime"
+cp "$samples" "$folder/samples.db"
+cat >"$folder/form.ui" <<'FORM'
+<?xml version="1.0" encoding="UTF-8"?>
+<ui version="4.0">
+ <class>Form</class>
+ <widget class="QWidget" name="Form">
+  <property name="geometry">
+   <rect>
+    <x>0</x>
+    <y>0</y>
+    <width>400</width>
+    <height>300</height>
+   </rect>
+  </property>
+  <property name="windowTitle">
+   <string>Form</string>
+  </property>
+ </widget>
+ <resources/>
+ <connections/>
+</ui>
+FORM
+
+plugins=$(IFS=:; echo "$*")
+cd "$folder"
+export HOME=$folder/home XDG_CONFIG_HOME=$folder/home XDG_RUNTIME_DIR=$folder/runtime
+export QT_QPA_PLATFORM=offscreen QT_PLUGIN_PATH=$plugins LC_ALL=C.UTF-8
+status=0
+timeout 240 "$designer" form.ui >designer.log 2>&1 || status=$?
+if [ "$status" -ne 0 ] || [ ! -s seen.json ]; then
+    echo "Qt Designer ended with status $status; it said:"
+    cat designer.log
+    exit 1
+fi
