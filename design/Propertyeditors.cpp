@@ -113,11 +113,14 @@ Component &TPropertyEditor::First() const
 QStringList TPropertyEditor::NamesOnForm(const std::function<bool(const TComponent &)> &wanted) const
 {
     QStringList names;
-    const QWidget *form = scope_(First<TComponent>());
+    const TComponent &own = First<TComponent>();
+    const QWidget *form = scope_(own);
     if (form == nullptr)
         return names;
     for (const TComponent *component : form->findChildren<TComponent *>()) {
-        if (!component->Name().isEmpty() && !names.contains(component->Name()) && wanted(*component))
+        // One that a form designer has taken off its form is not offered.
+        if (component->Designing() == own.Designing() && !component->Name().isEmpty() &&
+            !names.contains(component->Name()) && wanted(*component))
             names += component->Name();
     }
     return names;

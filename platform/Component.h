@@ -28,24 +28,24 @@ class NUVO_EXPORT TComponent : public QWidget
     Q_PROPERTY(bool mouseTracking READ hasMouseTracking WRITE setMouseTracking DESIGNABLE false STORED false)
     Q_PROPERTY(bool tabletTracking READ hasTabletTracking WRITE setTabletTracking DESIGNABLE false STORED false)
     Q_PROPERTY(Qt::FocusPolicy focusPolicy READ focusPolicy WRITE setFocusPolicy DESIGNABLE false STORED false)
-    Q_PROPERTY(Qt::ContextMenuPolicy contextMenuPolicy READ contextMenuPolicy WRITE setContextMenuPolicy DESIGNABLE
-                   false STORED false)
+    Q_PROPERTY(Qt::ContextMenuPolicy contextMenuPolicy READ contextMenuPolicy WRITE setContextMenuPolicy
+                   DESIGNABLE false STORED false)
     Q_PROPERTY(bool acceptDrops READ acceptDrops WRITE setAcceptDrops DESIGNABLE false STORED false)
     Q_PROPERTY(QString toolTip READ toolTip WRITE setToolTip DESIGNABLE false STORED false)
     Q_PROPERTY(int toolTipDuration READ toolTipDuration WRITE setToolTipDuration DESIGNABLE false STORED false)
     Q_PROPERTY(QString statusTip READ statusTip WRITE setStatusTip DESIGNABLE false STORED false)
     Q_PROPERTY(QString whatsThis READ whatsThis WRITE setWhatsThis DESIGNABLE false STORED false)
     Q_PROPERTY(QString accessibleName READ accessibleName WRITE setAccessibleName DESIGNABLE false STORED false)
-    Q_PROPERTY(QString accessibleDescription READ accessibleDescription WRITE setAccessibleDescription DESIGNABLE
-                   false STORED false)
+    Q_PROPERTY(QString accessibleDescription READ accessibleDescription WRITE setAccessibleDescription
+                   DESIGNABLE false STORED false)
     Q_PROPERTY(Qt::LayoutDirection layoutDirection READ layoutDirection WRITE setLayoutDirection RESET
                    unsetLayoutDirection DESIGNABLE false STORED false)
-    Q_PROPERTY(bool autoFillBackground READ autoFillBackground WRITE setAutoFillBackground DESIGNABLE false STORED
-                   false)
+    Q_PROPERTY(
+        bool autoFillBackground READ autoFillBackground WRITE setAutoFillBackground DESIGNABLE false STORED false)
     Q_PROPERTY(QString styleSheet READ styleSheet WRITE setStyleSheet DESIGNABLE false STORED false)
     Q_PROPERTY(QLocale locale READ locale WRITE setLocale RESET unsetLocale DESIGNABLE false STORED false)
-    Q_PROPERTY(Qt::InputMethodHints inputMethodHints READ inputMethodHints WRITE setInputMethodHints DESIGNABLE
-                   false STORED false)
+    Q_PROPERTY(Qt::InputMethodHints inputMethodHints READ inputMethodHints WRITE setInputMethodHints
+                   DESIGNABLE false STORED false)
 
 public:
     explicit TComponent(QWidget *owner = nullptr);
@@ -98,7 +98,8 @@ T *TComponent::FindComponent(const QString &name, const Takes &takes) const
         return nullptr;
     for (QObject *scope = parent(); scope != nullptr && scope != desk_; scope = scope->parent()) {
         for (T *found : scope->findChildren<T *>(name)) {
-            if (takes(*found))
+            // One that a form designer has taken off its form stands for nothing.
+            if (found->Designing() == designing_ && takes(*found))
                 return found;
         }
     }

@@ -37,10 +37,12 @@ struct ToolTip
 };
 
 constexpr ToolTip ToolTips[] = {
-    {"Active", "Whether the program opens the dataset when a record is first needed. Switched on here, it is opened at "
-               "once, so that an error shows."},
-    {"DatabaseName", "The path of an SQLite file, a URL (postgresql://user@host:port/name, mysql://…, odbc:DSN), or a "
-                     "connection that the program registers."},
+    {"Active",
+     "Whether the program opens the dataset when a record is first needed. Switched on here, it is opened at "
+     "once, so that an error shows."},
+    {"DatabaseName",
+     "The path of an SQLite file, a URL (postgresql://user@host:port/name, mysql://…, odbc:DSN), or a "
+     "connection that the program registers."},
     {"TableName", "The table or view that is read."},
     {"Filter", "An SQL condition that selects records, as it stands after WHERE; used while Filtered is set."},
     {"Filtered", "Whether Filter is used."},

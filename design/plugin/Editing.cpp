@@ -79,10 +79,10 @@ void nuvo::Editing::Edit(const QList<TComponent *> &components, const QString &p
             const QStringList values = valuesOf(*editor);
             const TComponent &first = *components.first();
             bool chosen = false;
-            const QString value = QInputDialog::getItem(
-                core_.topLevel(), QStringLiteral("Choose %1").arg(property),
-                QStringLiteral("%1 of \"%2\":").arg(property, first.Name()), values,
-                std::max(0, int(values.indexOf(currentText(first, property)))), true, &chosen);
+            const QString value =
+                QInputDialog::getItem(core_.topLevel(), QStringLiteral("Choose %1").arg(property),
+                                      QStringLiteral("%1 of \"%2\":").arg(property, first.Name()), values,
+                                      std::max(0, int(values.indexOf(currentText(first, property)))), true, &chosen);
             if (chosen)
                 editor->SetValue(value);
         }
@@ -133,7 +133,8 @@ QList<TComponent *> nuvo::Editing::Selected(const QString &property) const
 {
     QList<TComponent *> components;
     auto *shown = qobject_cast<TComponent *>(core_.propertyEditor()->object());
-    auto *form = shown == nullptr ? nullptr : QDesignerFormWindowInterface::findFormWindow(static_cast<QWidget *>(shown));
+    auto *form =
+        shown == nullptr ? nullptr : QDesignerFormWindowInterface::findFormWindow(static_cast<QWidget *>(shown));
     if (form == nullptr)
         return components;
     components += shown;

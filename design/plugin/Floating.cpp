@@ -1,5 +1,6 @@
 #include "design/plugin/Floating.h"
 
+#include "design/plugin/Icons.h"
 #include "platform/Component.h"
 
 #include <QDesignerFormEditorInterface>
@@ -19,6 +20,11 @@ bool takenUp(const TComponent &component)
 
 } // namespace
 
+void nuvo::putOn(TComponent &component, const QDesignerFormWindowInterface &form)
+{
+    component.SetDesigning(true, componentIcon(QString::fromLatin1(component.metaObject()->className())), &form);
+}
+
 nuvo::Floating::Floating(QDesignerFormWindowInterface &form) : QObject(&form), form_(form)
 {
     // Designer is in the middle of a command when it says so.
@@ -27,6 +33,15 @@ nuvo::Floating::Floating(QDesignerFormWindowInterface &form) : QObject(&form), f
     connect(&timer_, &QTimer::timeout, this, &Floating::Sweep);
     const auto soon = [this] { timer_.start(); };
     connect(&form, &QDesignerFormWindowInterface::widgetManaged, this, soon);
+    connect(&form, &QDesignerFormWindowInterface::widgetManaged, this, [this](QWidget *widget) {
+        if (auto *component = qobject_cast<TComponent *>(widget))
+            putOn(*component, form_);
+    });
+    // Designer keeps what was deleted, and an insertion that was undone, as hidden children of the form.
+    connect(&form, &QDesignerFormWindowInterface::widgetUnmanaged, this, [](QWidget *widget) {
+        if (auto *component = qobject_cast<TComponent *>(widget))
+            component->SetDesigning(false);
+    });
     connect(&form, &QDesignerFormWindowInterface::changed, this, soon);
 }
 

@@ -11,8 +11,11 @@ class TComponent;
 
 namespace nuvo {
 
+/// Makes a component show itself on a form that is being edited, and look up names on that form alone.
+void putOn(TComponent &component, const QDesignerFormWindowInterface &form);
+
 /// Keeps the components of a form out of its layouts: where a layout took one up, it goes back to where it floated
-/// last.
+/// last. Those that are not on the form at the moment are told so.
 class Floating : public QObject
 {
     Q_OBJECT

@@ -20,8 +20,8 @@ struct PropertyEdit
     QVariant value;
 };
 
-/// Changes properties of a form's components as one step of the form's undo stack. Designer's own command would forget
-/// that a text is not for translation.
+/// Changes properties of a form's components as one step of the form's undo stack. Designer's own command would
+/// forget that a text is not for translation.
 class EditCommand : public QUndoCommand
 {
 public:

@@ -187,6 +187,9 @@ public:
         return pixmap;
     }
 
+    /// Drawn at any size; but Designer's palette takes an icon without sizes for none.
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override { return {{16, 16}, {32, 32}, {64, 64}}; }
+
     QIconEngine *clone() const override { return new DrawnIcon(*this); }
 
 private:

@@ -5,7 +5,8 @@
 
 namespace nuvo {
 
-/// What stands for a component on the palette and on a form, drawn at any size; null for a class that is none of ours.
+/// What stands for a component on the palette and on a form, drawn at any size; null for a class that is none of
+/// ours.
 QIcon componentIcon(const QString &className);
 
 } // namespace nuvo

@@ -4,6 +4,7 @@
 #include "design/Datareg.h"
 #include "design/Mlr32reg.h"
 #include "design/plugin/Details.h"
+#include "design/plugin/Floating.h"
 #include "design/plugin/Icons.h"
 
 #include <QDesignerFormWindowInterface>
@@ -32,9 +33,10 @@ void writeValue(QXmlStreamWriter &xml, const QMetaProperty &property, const QVar
         xml.writeEndElement();
     };
     if (property.isEnumType()) {
-        xml.writeTextElement(QStringLiteral("enum"),
-                             QStringLiteral("%1::%2").arg(QLatin1String(property.enumerator().scope()),
-                                                          QLatin1String(property.enumerator().valueToKey(value.toInt()))));
+        xml.writeTextElement(
+            QStringLiteral("enum"),
+            QStringLiteral("%1::%2").arg(QLatin1String(property.enumerator().scope()),
+                                         QLatin1String(property.enumerator().valueToKey(value.toInt()))));
         return;
     }
     switch (property.typeId()) {
@@ -91,7 +93,7 @@ QWidget *nuvo::ComponentPlugin::createWidget(QWidget *parent)
     TComponent *component = entry_.create(parent);
     if (core_ != nullptr && parent != nullptr) {
         if (const auto *form = QDesignerFormWindowInterface::findFormWindow(parent); form != nullptr)
-            component->SetDesigning(true, icon(), form);
+            putOn(*component, *form);
     }
     return component;
 }

@@ -9,8 +9,8 @@ class QWidget;
 namespace nuvo {
 
 /// Gives the rows of the property editor a button where the catalogue has an editor for the property: "…" opens its
-/// dialog, an arrow drops down its values. The designer has no interface for that, so this watches the editors that it
-/// opens in the rows; where it puts them together in another way, the components' context menus still do it all.
+/// dialog, an arrow drops down its values. The designer has no interface for that, so this watches the editors that
+/// it opens in the rows; where it puts them together in another way, the components' context menus still do it all.
 class PropertyRows : public QObject
 {
     Q_OBJECT

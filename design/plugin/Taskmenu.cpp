@@ -11,12 +11,11 @@ nuvo::TaskMenu::TaskMenu(TComponent &component, const Editing &editing, QObject 
     for (const QString &property : editing.EditableProperties(component)) {
         const QString type = Catalogue::PropertyType(*component.metaObject(), property);
         const bool definition = type == u"TIndepVar" || type == u"TDependentVar";
-        auto *action = new QAction((definition ? QStringLiteral("Define %1…") : QStringLiteral("Choose %1…")).arg(property),
-                                   this);
+        auto *action = new QAction(
+            (definition ? QStringLiteral("Define %1…") : QStringLiteral("Choose %1…")).arg(property), this);
         action->setData(property);
-        connect(action, &QAction::triggered, this, [&component, &editing, property] {
-            editing.Edit({&component}, property);
-        });
+        connect(action, &QAction::triggered, this,
+                [&component, &editing, property] { editing.Edit({&component}, property); });
         actions_ += action;
     }
 }

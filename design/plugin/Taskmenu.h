@@ -32,7 +32,8 @@ class TaskMenuFactory : public QExtensionFactory
     Q_OBJECT
 
 public:
-    TaskMenuFactory(const Editing &editing, QExtensionManager *manager) : QExtensionFactory(manager), editing_(editing)
+    TaskMenuFactory(const Editing &editing, QExtensionManager *manager)
+        : QExtensionFactory(manager), editing_(editing)
     {
     }
 

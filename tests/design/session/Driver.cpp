@@ -3,6 +3,7 @@
 
 #include "engine/Mlrtable.h"
 #include "platform/Messages.h"
+#include "platform/Modal.h"
 #include "select/Stepmain.h"
 
 #include <QAction>
@@ -52,15 +53,17 @@ public:
             messages_.append(text);
             return int(mrOk);
         });
+        SetModalRunner([](QDialog &dialog) { return dialog.exec(); });
     }
 
     void run()
     {
+        settle(500); // it brings its windows into their places
         core_.topLevel()->resize(1400, 900);
-        settle();
+        settle(200);
         form_ = core_.formWindowManager()->activeFormWindow();
         lookAtPalette();
-        dropComponents();
+        putComponents();
         lookAtProperties();
         bindTable();
         define();
@@ -68,9 +71,9 @@ public:
         undoAndRedo();
         bindSelection();
         save();
+        preview();
         copyAndPaste();
         layOut();
-        preview();
         switchOnWithoutDatabase();
         resetDefinition();
         otherForm();
@@ -93,9 +96,12 @@ private:
 
     void select(QWidget *widget)
     {
-        form_->clearSelection(false);
+        form_->clearSelection();
+        settle();
         form_->selectWidget(widget, true);
         settle();
+        if (core_.propertyEditor()->object() != widget)
+            qFatal("%s cannot be selected", qPrintable(widget->objectName()));
     }
 
     /// Does something that opens a window or a menu, and uses that.
@@ -130,7 +136,7 @@ private:
         QTreeWidget *tree = propertyTree();
         const QList<QTreeWidgetItem *> items = tree->findItems(u(property), Qt::MatchExactly | Qt::MatchRecursive);
         if (items.isEmpty())
-            qFatal("no row %s", property);
+            qFatal("no row %s among %s", property, qPrintable(rows().join(u(" "))));
         tree->scrollToItem(items[0]);
         tree->setCurrentItem(items[0]);
         const QPoint value(tree->columnViewportPosition(1) + 20, tree->visualItemRect(items[0]).center().y());
@@ -142,6 +148,13 @@ private:
         if (row == nullptr)
             qFatal("the row %s has no editor", property);
         return row;
+    }
+
+    QString rowText(const char *property) const
+    {
+        const QList<QTreeWidgetItem *> items =
+            propertyTree()->findItems(u(property), Qt::MatchExactly | Qt::MatchRecursive);
+        return items.isEmpty() ? QString() : items[0]->text(1);
     }
 
     QToolButton *rowButton(const char *property)
@@ -211,8 +224,14 @@ private:
         QTest::mouseClick(dialog->findChild<QPushButton *>(u("bbtnOK")), Qt::LeftButton);
     }
 
-    void see(const char *what, const QJsonValue &value) { seen_[u(what)] = value; }
-    void see(const char *what, const QStringList &list) { seen_[u(what)] = QJsonArray::fromStringList(list); }
+    /// Said too, so that the log tells how far a walk came that broke off.
+    void see(const char *what, const QJsonValue &value)
+    {
+        seen_[u(what)] = value;
+        const QByteArray text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+        qInfo("%s: %s", what, text.left(2000).constData());
+    }
+    void see(const char *what, const QStringList &list) { see(what, QJsonValue(QJsonArray::fromStringList(list))); }
     QStringList strings(const char *name, const char *property) const
     {
         return component<TComponent>(name)->property(property).toStringList();
@@ -226,13 +245,18 @@ private:
     {
         QDesignerWidgetBoxInterface *box = core_.widgetBox();
         QJsonArray pages;
+        QStringList withoutIcon;
         for (int i = 0; i < box->categoryCount(); ++i) {
             QJsonArray widgets;
-            for (int j = 0; j < box->widgetCount(i); ++j)
+            for (int j = 0; j < box->widgetCount(i); ++j) {
                 widgets += box->widget(i, j).name();
+                if (box->widget(i, j).iconName().isEmpty())
+                    withoutIcon += box->widget(i, j).name();
+            }
             pages += QJsonObject{{u("page"), box->category(i).name()}, {u("widgets"), widgets}};
         }
         see("pages", pages);
+        see("withoutIcon", withoutIcon);
 
         QJsonArray classes;
         QDesignerWidgetDataBaseInterface *base = core_.widgetDataBase();
@@ -244,62 +268,51 @@ private:
                                    {u("toolTip"), item->toolTip()},
                                    {u("whatsThis"), item->whatsThis()},
                                    {u("header"), item->includeFile()},
-                                   {u("icon"), !item->icon().isNull()},
+                                   {u("icon"), !item->icon().pixmap(22).isNull()},
                                    {u("container"), item->isContainer()}};
         }
         see("classes", classes);
     }
 
-    /// Drags an entry of the palette onto the form.
-    void drop(const char *className, const QPoint &position)
+    /// Puts an entry of the palette onto the form, by the clipboard: without a display nothing can be dragged.
+    void put(const char *name, const QPoint &position)
     {
-        QListView *list = nullptr;
-        QModelIndex entry;
-        for (QListView *view : core_.widgetBox()->findChildren<QListView *>()) {
-            const QModelIndexList found = view->model()->match(view->model()->index(0, 0), Qt::DisplayRole,
-                                                               u(className), 1, Qt::MatchExactly);
-            if (!found.isEmpty()) {
-                list = view;
-                entry = found[0];
+        QDesignerWidgetBoxInterface *box = core_.widgetBox();
+        QString xml;
+        for (int i = 0; i < box->categoryCount(); ++i) {
+            for (int j = 0; j < box->widgetCount(i); ++j) {
+                if (box->widget(i, j).name() == u(name))
+                    xml = box->widget(i, j).domXml();
             }
         }
-        if (list == nullptr)
-            qFatal("no %s on the palette", className);
-        QTreeWidget *pages = core_.widgetBox()->findChild<QTreeWidget *>();
-        for (int i = 0; i < pages->topLevelItemCount(); ++i) {
-            QTreeWidgetItem *page = pages->topLevelItem(i);
-            if (pages->itemWidget(page->child(0), 0) == list) {
-                page->setExpanded(true);
-                pages->scrollToItem(page->child(0));
-            }
-        }
+        const QString end = u("</widget>");
+        const auto from = xml.indexOf(u("<widget"));
+        const auto until = xml.lastIndexOf(end) + end.size();
+        if (from < 0)
+            qFatal("no %s on the palette", name);
+        QApplication::clipboard()->setText(
+            u("<ui version=\"4.0\"><widget class=\"QWidget\" name=\"__qt_fake_top_level\">") +
+            xml.mid(from, until - from) + u("</widget></ui>"));
+        select(form_->mainContainer());
+        core_.formWindowManager()->actionPaste()->trigger();
         settle();
-        QWidget *target = form_->mainContainer();
-        QWindow *window = target->window()->windowHandle();
-        QTimer::singleShot(100, window, [=] {
-            const QPoint there = target->mapTo(target->window(), position);
-            QTest::mouseMove(window, there - QPoint(10, 10));
-            QTest::mouseMove(window, there);
-            QTest::mouseRelease(window, Qt::LeftButton, {}, there);
-        });
-        QTest::mousePress(list->viewport(), Qt::LeftButton, {}, list->visualRect(entry).center());
-        settle(200);
+        QWidget *added = form_->cursor()->selectedWidget(0);
+        form_->cursor()->setWidgetProperty(added, u("geometry"), QRect(position, added->size()));
+        settle();
     }
 
-    void dropComponents()
+    void putComponents()
     {
-        drop("TMLRTable", QPoint(40, 40));
-        drop("TStepWiseMLR", QPoint(160, 40));
-        QJsonArray dropped;
+        put("TMLRTable", QPoint(40, 40));
+        put("TStepWiseMLR", QPoint(160, 40));
+        QJsonArray components;
         for (const TComponent *component : form_->mainContainer()->findChildren<TComponent *>()) {
-            dropped += QJsonObject{{u("name"), component->Name()},
-                                   {u("class"), u(component->metaObject()->className())},
-                                   {u("visible"), component->isVisible()},
-                                   {u("designing"), component->Designing()},
-                                   {u("width"), component->width()},
-                                   {u("height"), component->height()}};
+            components += QJsonObject{
+                {u("name"), component->Name()},         {u("class"), u(component->metaObject()->className())},
+                {u("visible"), component->isVisible()}, {u("designing"), component->Designing()},
+                {u("width"), component->width()},       {u("height"), component->height()}};
         }
-        see("dropped", dropped);
+        see("put", components);
         see("managed", form_->isManaged(component<TComponent>("mlrTable")));
     }
 
@@ -323,7 +336,8 @@ private:
         select(component<TComponent>("mlrTable"));
         see("tableRows", rows());
         QStringList without;
-        for (const QTreeWidgetItem *item : propertyTree()->findItems(u("*"), Qt::MatchWildcard | Qt::MatchRecursive)) {
+        for (const QTreeWidgetItem *item :
+             propertyTree()->findItems(u("*"), Qt::MatchWildcard | Qt::MatchRecursive)) {
             if (item->childCount() == 0 || item->parent() != nullptr) {
                 if (item->parent() != nullptr && item->parent()->parent() == nullptr && item->toolTip(0).isEmpty())
                     without += item->text(0);
@@ -365,16 +379,16 @@ private:
         see("control1", strings("mlrTable", "ControlVar01"));
         see("control2", strings("mlrTable", "ControlVar02"));
         see("control3", strings("mlrTable", "ControlVar03"));
-        const QList<QTreeWidgetItem *> items =
-            propertyTree()->findItems(u("ControlVar01"), Qt::MatchExactly | Qt::MatchRecursive);
-        see("control1Row", items.isEmpty() ? QString() : items[0]->text(1));
+        see("control1Row", rowText("ControlVar01"));
     }
 
     void cancel()
     {
         const int before = form_->commandHistory()->count();
         during([&] { contextAction(component<TComponent>("mlrTable"), "Define ControlVar01…")->trigger(); },
-               [&](QWidget *dialog) { QTest::mouseClick(dialog->findChild<QPushButton *>(u("bbtnCancel")), Qt::LeftButton); });
+               [&](QWidget *dialog) {
+                   QTest::mouseClick(dialog->findChild<QPushButton *>(u("bbtnCancel")), Qt::LeftButton);
+               });
         see("commandsOfACancel", form_->commandHistory()->count() - before);
     }
 
@@ -409,9 +423,11 @@ private:
     void save()
     {
         see("dirtyBeforeSave", form_->isDirty());
-        for (QAction *action : core_.topLevel()->findChildren<QAction *>()) {
-            if (action->text() == u("&Save"))
-                action->trigger();
+        for (const QMenu *menu : core_.topLevel()->findChildren<QMenu *>()) {
+            for (QAction *action : menu->actions()) {
+                if (action->text() == u("&Save"))
+                    action->trigger();
+            }
         }
         settle();
         see("dirtyAfterSave", form_->isDirty());
@@ -430,32 +446,46 @@ private:
         see("pastedControl1", strings("mlrTable_2", "ControlVar01"));
         see("pastedDesigning", component<TComponent>("mlrTable_2")->Designing());
         see("contentsAfterPaste", contents());
-        // A name that two have: the selection keeps to what it is bound to.
+        select(component<TComponent>("stepWiseMLR"));
+        see("datasetsAfterPaste", choose("Dataset", ""));
+        auto *pasted = component<TComponent>("mlrTable_2");
         manager->actionUndo()->trigger();
         settle();
-        see("undonePaste", form_->mainContainer()->findChild<TComponent *>(u("mlrTable_2")) == nullptr);
+        see("pasteUndone", !form_->isManaged(pasted) && !pasted->isVisible());
+        // Designer keeps it for a redo, out of sight.
+        select(component<TComponent>("stepWiseMLR"));
+        see("datasetsAfterUndonePaste", choose("Dataset", ""));
+        see("findsUndonePasted",
+            component<TComponent>("stepWiseMLR")->FindComponent<TMLRTable>(u("mlrTable_2")) != nullptr);
+        manager->actionRedo()->trigger();
+        settle();
+        see("pasteRedone", form_->isManaged(pasted) && pasted->isVisible() && pasted->Designing());
+        manager->actionUndo()->trigger();
+        settle();
     }
 
     void layOut()
     {
         QDesignerFormWindowManagerInterface *manager = core_.formWindowManager();
         const QString before = contents();
-        drop("Push Button", QPoint(60, 150));
-        drop("Push Button", QPoint(200, 150));
+        const int start = form_->commandHistory()->index();
+        put("Push Button", QPoint(60, 150));
+        put("Push Button", QPoint(200, 150));
         auto *table = component<TComponent>("mlrTable");
         const QPoint place = table->pos();
         see("pushButtons", form_->mainContainer()->findChildren<QPushButton *>().size());
-        int commands = form_->commandHistory()->index();
+        const int commands = form_->commandHistory()->index();
 
         select(form_->mainContainer());
         manager->actionGridLayout()->trigger();
         settle(200);
         const auto look = [&](const char *what) {
             QWidget *parent = table->parentWidget();
-            see(what, QJsonObject{{u("parent"), parent->objectName()},
-                                  {u("inLayout"), parent->layout() != nullptr && parent->layout()->indexOf(table) >= 0},
-                                  {u("moved"), table->pos() != place},
-                                  {u("visible"), table->isVisible()}});
+            see(what,
+                QJsonObject{{u("parent"), parent->objectName()},
+                            {u("inLayout"), parent->layout() != nullptr && parent->layout()->indexOf(table) >= 0},
+                            {u("moved"), table->pos() != place},
+                            {u("visible"), table->isVisible()}});
         };
         look("afterGrid");
         see("gridContents", contents());
@@ -484,7 +514,7 @@ private:
         manager->actionSplitHorizontal()->trigger();
         settle(200);
         look("afterSplitter");
-        while (form_->commandHistory()->canUndo() && !form_->mainContainer()->findChildren<QPushButton *>().isEmpty())
+        while (form_->commandHistory()->index() > start)
             form_->commandHistory()->undo();
         settle(200);
         see("layoutsUndone", contents() == before);
@@ -492,6 +522,7 @@ private:
 
     void preview()
     {
+        select(component<TComponent>("mlrTable"));
         core_.formWindowManager()->showPreview();
         settle(300);
         QJsonArray previews;
@@ -499,11 +530,10 @@ private:
             if (window == core_.topLevel() || window->isAncestorOf(form_))
                 continue;
             for (const TComponent *component : window->findChildren<TComponent *>())
-                previews += QJsonObject{{u("designing"), component->Designing()}, {u("visible"), component->isVisible()}};
+                previews +=
+                    QJsonObject{{u("designing"), component->Designing()}, {u("visible"), component->isVisible()}};
         }
         see("previews", previews);
-        core_.formWindowManager()->closeAllPreviews();
-        settle();
     }
 
     void switchOn()
@@ -530,7 +560,6 @@ private:
         const QString missing = contents();
         switchOn();
         see("activeWithoutDatabase", table->ActiveWished());
-        see("activeRowWithoutDatabase", openRow("Active")->findChild<QCheckBox *>()->isChecked());
         see("messagesWithoutDatabase", takeMessages());
         see("formUnharmed", contents() == missing);
         during([&] { contextAction(table, "Choose TableName…")->trigger(); }, [](QWidget *) {}, true);
@@ -538,7 +567,7 @@ private:
         contextAction(table, "Define ControlVar04…")->trigger();
         settle();
         see("messagesOfDefining", takeMessages());
-        core_.formWindowManager()->actionUndo()->trigger();
+        form_->commandHistory()->undo();
         settle();
         see("sameAfterUndo", contents() == before);
     }
@@ -561,7 +590,7 @@ private:
         select(component<TComponent>("mlrTable"));
         QWidget *row = openRow("ControlVar01");
         for (QToolButton *button : row->findChildren<QToolButton *>()) {
-            if (button->objectName().isEmpty() && button->parentWidget() == row)
+            if (button->objectName().isEmpty() && button->isVisible())
                 QTest::mouseClick(button, Qt::LeftButton);
         }
         settle();
@@ -607,7 +636,8 @@ private:
             qFatal("no saved form");
         const QString saved = QString::fromUtf8(file.readAll());
         QDesignerFormWindowInterface *form = open(saved);
-        see("reloadGivesTheSameForm", form->contents() == saved);
+        see("saved", saved);
+        see("reloaded", form->contents());
         see("dirtyAfterReload", form->isDirty());
         delete form;
         settle();
@@ -619,6 +649,14 @@ private:
     QJsonObject seen_;
 };
 
+class DriverWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+};
+
 /// Not on the palette; it is there to be given the designer's core.
 class Driver : public QObject, public QDesignerCustomWidgetInterface
 {
@@ -626,7 +664,7 @@ class Driver : public QObject, public QDesignerCustomWidgetInterface
     Q_INTERFACES(QDesignerCustomWidgetInterface)
 
 public:
-    QString name() const override { return u("Driver"); }
+    QString name() const override { return u(DriverWidget::staticMetaObject.className()); }
     QString group() const override { return {}; }
     QString toolTip() const override { return {}; }
     QString whatsThis() const override { return {}; }
@@ -634,12 +672,7 @@ public:
     QIcon icon() const override { return {}; }
     bool isContainer() const override { return false; }
     QString domXml() const override { return {}; }
-    QWidget *createWidget(QWidget *parent) override
-    {
-        auto *widget = new QWidget(parent);
-        widget->setObjectName(name());
-        return widget;
-    }
+    QWidget *createWidget(QWidget *parent) override { return new DriverWidget(parent); }
     void initialize(QDesignerFormEditorInterface *core) override
     {
         core_ = core;

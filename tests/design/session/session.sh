@@ -31,12 +31,18 @@ cat >"$folder/form.ui" <<'FORM'
 </ui>
 FORM
 
+# Qt's own screen of 800 x 800 is too small for Designer's windows.
+cat >"$folder/screen.json" <<'SCREEN'
+{"screens": [{"name": "screen", "x": 0, "y": 0, "width": 1600, "height": 1200,
+              "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]}
+SCREEN
+
 plugins=$(IFS=:; echo "$*")
 cd "$folder"
 export HOME=$folder/home XDG_CONFIG_HOME=$folder/home XDG_RUNTIME_DIR=$folder/runtime
-export QT_QPA_PLATFORM=offscreen QT_PLUGIN_PATH=$plugins LC_ALL=C.UTF-8
+export QT_QPA_PLATFORM=offscreen:configfile=screen.json QT_PLUGIN_PATH=$plugins LC_ALL=C.UTF-8
 status=0
-timeout 240 "$designer" form.ui >designer.log 2>&1 || status=$?
+timeout 90 "$designer" form.ui >designer.log 2>&1 || status=$?
 if [ "$status" -ne 0 ] || [ ! -s seen.json ]; then
     echo "Qt Designer ended with status $status; it said:"
     cat designer.log
