@@ -29,11 +29,11 @@ int fail(const QString &sentence)
 {
     nuvo::writeErrorLine(QStringLiteral("nuvostat: ") + sentence);
     if (wantsJson) {
-        nuvo::Json object;
-        object["error"] = nuvo::jsonText(sentence);
         try {
+            nuvo::Json object;
+            object["error"] = nuvo::jsonText(sentence);
             nuvo::writeOutput(nuvo::jsonLines(object));
-        } catch (const EPlatformError &) { // said already, or about to be of no use
+        } catch (const std::exception &) { // said already, or about to be of no use
         }
     }
     return Failure;

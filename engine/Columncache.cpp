@@ -120,7 +120,8 @@ private:
 
     // What loads made of them.
     std::vector<std::shared_ptr<UsableRecords>> sets_; // asked for last at the end
-    /// By the terms that do not accept all; empty where the records have to be asked.
+    /// By the terms that do not accept all; empty where the records have to be asked. Reading on changes none of
+    /// them: the walks had ended before.
     std::unordered_map<std::uint64_t, std::shared_ptr<UsableRecords>> byTerms_;
     int lastWalked_ = -1; // by the last load, where that was one of these
 };
@@ -265,15 +266,13 @@ std::optional<UsableRecords> ColumnCache::Private::choose(std::span<const int> n
     const auto readsOn = [&] {
         return chosen.size() < MaxObservations && !atEnd_ && position_.size() < MaxRecords && !raises(numbers);
     };
-    if (readsOn()) {
-        byTerms_.clear(); // terms can turn out not to accept all
+    if (readsOn())
         goOn();
-        while (readsOn()) {
-            const std::size_t at = position_.size();
-            readRecord();
-            if (at < position_.size() && !raises(numbers) && (accepted(at / 64) >> (at % 64) & 1) != 0)
-                chosen.push_back(int(at));
-        }
+    while (readsOn()) {
+        const std::size_t at = position_.size();
+        readRecord();
+        if (at < position_.size() && !raises(numbers) && (accepted(at / 64) >> (at % 64) & 1) != 0)
+            chosen.push_back(int(at));
     }
     if (chosen.size() < MaxObservations && (!atEnd_ || raises(numbers)))
         return {};

@@ -285,7 +285,7 @@ void Fixture::carryOutOn(const Json &run)
     } catch (const EConvertError &) {
         error = "EConvertError";
     }
-    EXPECT_EQ(error, expected.value("error", std::string()));
+    ASSERT_EQ(error, expected.value("error", std::string()));
 
     compareTraces(trace.lines, expected["trace"]);
     QStringList steps;
