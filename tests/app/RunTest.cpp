@@ -2,7 +2,6 @@
 #include "support/Print.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <QDir>
 #include <QFile>
@@ -13,24 +12,9 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 QString u(const char *text)
 {
     return QString::fromUtf8(text);
-}
-
-Json parsed(const Outcome &outcome)
-{
-    return Json::parse(outcome.out.toStdString());
-}
-
-std::vector<std::string> keys(const Json &object)
-{
-    std::vector<std::string> names;
-    for (const auto &member : object.items())
-        names.push_back(member.key());
-    return names;
 }
 
 QString property(const char *name, const char *kind, const QString &value)

@@ -8,46 +8,17 @@
 #include "support/Print.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <QFile>
-#include <QRegularExpression>
 
 #include <bit>
 #include <csignal>
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 QString u(const char *text)
 {
     return QString::fromUtf8(text);
-}
-
-Json parsed(const Outcome &outcome)
-{
-    return Json::parse(outcome.out.toStdString());
-}
-
-std::vector<std::string> keys(const Json &object)
-{
-    std::vector<std::string> names;
-    for (const auto &member : object.items())
-        names.push_back(member.key());
-    return names;
-}
-
-QString text(const Json &value)
-{
-    return QString::fromStdString(value.get<std::string>());
-}
-
-QString withoutTimes(QString report)
-{
-    static const QRegularExpression date(u("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"));
-    static const QRegularExpression time(u("Processing Time: \\d\\d:\\d\\d:\\d\\d"));
-    return report.replace(date, u("2000-01-01 00:00:00")).replace(time, u("Processing Time: 00:00:00"));
 }
 
 constexpr const char *methods[] = {"optimal", "stepwise", "backward", "forward"};
