@@ -70,9 +70,13 @@ void prepareProcess()
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         endWith(signal);
     ::setenv("LC_ALL", "C.UTF-8", 1);
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
-        if (type != QtFatalMsg)
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &text) {
+        if (type != QtFatalMsg) {
+            // Our own categories are silent until somebody asks for them with QT_LOGGING_RULES.
+            if (qstrncmp(context.category, "nuvo.", 5) == 0)
+                writeErrorLine(text);
             return;
+        }
         writeErrorLine(QStringLiteral("nuvostat: %1").arg(text));
         ::_exit(3); // instead of abort()
     });

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QMetaEnum>
 #include <QMetaProperty>
+#include <QStringDecoder>
 #include <QUiLoader>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
@@ -19,13 +20,52 @@
 namespace nuvo {
 namespace {
 
-constexpr qint64 maxBytes = 64 << 20;
+constexpr qint64 maxBytes = 16 << 20;
 constexpr int maxDepth = 256;
+constexpr int maxAttributes = 64;
 constexpr int maxComponents = 100;
 
 [[noreturn]] void refuse(const QString &caption, const QString &why)
 {
     throw EPlatformError(QStringLiteral("The form \"%1\" cannot be loaded: %2.").arg(caption, why));
+}
+
+QString decoded(const QByteArray &form, const QString &caption)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    QString text = utf8(form);
+    if (utf8.hasError())
+        refuse(caption, QStringLiteral("it is no text in UTF-8"));
+    return text;
+}
+
+/// Whether an element has more attributes than forms use: Qt's reader takes time with the square of their number.
+bool hasTooManyAttributes(QStringView xml)
+{
+    const auto skipTo = [xml](QStringView end, qsizetype from) {
+        const qsizetype at = xml.indexOf(end, from);
+        return at < 0 ? xml.size() : at;
+    };
+    for (qsizetype i = skipTo(u"<", 0); i < xml.size(); i = skipTo(u"<", i)) {
+        const QStringView rest = xml.mid(i);
+        if (rest.startsWith(u"<!--")) {
+            i = skipTo(u"-->", i + 4);
+        } else if (rest.startsWith(u"<![CDATA[")) {
+            i = skipTo(u"]]>", i);
+        } else if (rest.startsWith(u"<?")) {
+            i = skipTo(u"?>", i);
+        } else {
+            int attributes = 0;
+            for (++i; i < xml.size() && xml[i] != u'>'; ++i) {
+                if (xml[i] != u'"' && xml[i] != u'\'')
+                    continue;
+                if (++attributes > maxAttributes)
+                    return true;
+                i = skipTo(xml.mid(i, 1), i + 1);
+            }
+        }
+    }
+    return false;
 }
 
 struct FormProperty
@@ -47,7 +87,7 @@ struct FormWidget
 class FormReader
 {
 public:
-    FormReader(const QByteArray &form, QString caption) : xml_(form), caption_(std::move(caption)) {}
+    FormReader(const QString &form, QString caption) : xml_(form), caption_(std::move(caption)) {}
 
     /// The form's widget.
     FormWidget read()
@@ -154,6 +194,12 @@ private:
             property.values.append(readText());
         }
         check(widget, property, meta->property(index));
+        // A connection string of ODBC can name the library to load.
+        if (name == u"DatabaseName" && property.values[0].startsWith(u"odbc:", Qt::CaseInsensitive) &&
+            property.values[0].contains(u'='))
+            fail(QStringLiteral("DatabaseName of \"%1\" is a connection string; a form can only name a data source, "
+                                "odbc:NAME")
+                     .arg(widget.name));
         widget.properties.push_back(std::move(property));
         while (nextChild(depth)) {
         }
@@ -279,7 +325,10 @@ private:
 
 QByteArray reducedForm(const QByteArray &form, const QString &caption)
 {
-    const FormWidget outside = FormReader(form, caption).read();
+    const QString text = decoded(form, caption);
+    if (hasTooManyAttributes(text))
+        refuse(caption, QStringLiteral("it has an element with more than %1 attributes").arg(maxAttributes));
+    const FormWidget outside = FormReader(text, caption).read();
     QByteArray bytes;
     QXmlStreamWriter xml(&bytes);
     xml.writeStartDocument();

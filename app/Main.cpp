@@ -29,11 +29,11 @@ int fail(const QString &sentence)
 {
     nuvo::writeErrorLine(QStringLiteral("nuvostat: ") + sentence);
     if (wantsJson) {
-        nuvo::Json object;
-        object["error"] = nuvo::jsonText(sentence);
         try {
+            nuvo::Json object;
+            object["error"] = nuvo::jsonText(sentence);
             nuvo::writeOutput(nuvo::jsonLines(object));
-        } catch (const EPlatformError &) { // said already, or about to be of no use
+        } catch (const std::exception &) { // said already, or about to be of no use
         }
     }
     return Failure;
@@ -57,9 +57,6 @@ std::unique_ptr<QApplication> makeApplication(char **argv, bool show, bool fonts
         const QtMessageHandler before = qInstallMessageHandler(onNoDisplay);
         auto application = std::make_unique<QApplication>(count, argv);
         qInstallMessageHandler(before);
-        if (!nuvo::somebodyCanAnswer())
-            throw EPlatformError(QStringLiteral("--show needs a display, but Qt's platform is \"%1\".")
-                                     .arg(QGuiApplication::platformName()));
         return application;
     }
     // `minimal` starts 4 ms earlier than `offscreen` but has no fonts; a desktop's theme has nothing to say here.
@@ -75,6 +72,9 @@ int runComponents(char **argv, bool (*perform)(const Options &), const Options &
 {
     wantsJson = options.format == nuvo::OutputFormat::Json;
     const auto application = makeApplication(argv, show, fonts);
+    if (show && !nuvo::somebodyCanAnswer())
+        return fail(QStringLiteral("--show needs a display, but Qt's platform is \"%1\".")
+                        .arg(QGuiApplication::platformName()));
     return perform(options) ? Success : NoResult;
 }
 

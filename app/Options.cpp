@@ -106,7 +106,9 @@ Examples:
 constexpr char selectFooter[] = R"(
 The methods start from a fit with all variables and leave the model that they
 choose, which is printed after their steps and their report:
-  optimal   fits every subset and keeps the best models by --criterion
+  optimal   fits every subset and keeps the best --models by --criterion; one
+            place always goes to the model with all variables, so ask for more
+            than one
   stepwise  adds the variable with the smallest residual mean square while its
             partial F is above --f-in, and takes out those whose squared t is
             below --f-out
@@ -114,8 +116,9 @@ choose, which is printed after their steps and their report:
   forward   adds one variable after the other while F is above --f
 The thresholds come from an F table (--f-table, made by nuvostat ftable) where
 one is given: from its column "95 Percent", and for the variables that stepwise
-adds from the column --f-percent. What is not given is the component's default:
-nondominated, one model, and 4 for each threshold.
+adds from the column --f-percent; where that column is missing or not named,
+--f-out stands in. What is not given is the component's default: nondominated,
+one model, and 4 for each threshold.
 
 Examples:
   nuvostat select stepwise --database demo.db --table Longley --response y

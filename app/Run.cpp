@@ -85,7 +85,7 @@ private:
             put(selection, textSelection(selection));
     }
 
-    static void put(Json &array, const TComponent &component, Json figures, const MessageLog &log)
+    static void put(Json &array, const TComponent &component, const Json &figures, const MessageLog &log)
     {
         Json one = Json::object();
         one["name"] = jsonText(component.Name());

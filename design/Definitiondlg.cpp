@@ -20,7 +20,6 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
-#include <QStringBuilder>
 #include <QTimer>
 
 #include <algorithm>
@@ -111,7 +110,7 @@ void DefinitionDialog::SetHelp(const QStringList &lines)
 
 void DefinitionDialog::AddHelp(const QStringList &lines)
 {
-    helpString_ += kLineEnd % kLineEnd % lines.join(kLineEnd);
+    helpString_ += (QStringList{QString(), QString()} + lines).join(kLineEnd);
 }
 
 void DefinitionDialog::bbtnHelpClick()

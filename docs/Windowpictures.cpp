@@ -19,10 +19,9 @@ int main(int argc, char **argv)
     if (argc != 3)
         return 2;
     const QDir directory(QString::fromLocal8Bit(argv[2]));
-    const auto save = [&directory](QWidget &window, const char *name) {
-        const QString file = directory.filePath(QLatin1String(name));
-        if (!window.grab().save(file))
-            throw EPlatformError(QStringLiteral("cannot write %1").arg(file));
+    bool saved = true;
+    const auto save = [&](QWidget &window, const char *name) {
+        saved = window.grab().save(directory.filePath(QLatin1String(name))) && saved;
     };
     try {
         TMLRTable longley;
@@ -48,6 +47,9 @@ int main(int argc, char **argv)
         save(plots, "scatter.png");
         plots.ECDFPlotBtnClick();
         save(plots, "ecdf.png");
+        if (!saved)
+            std::fprintf(stderr, "windowpictures: cannot write to %s\n", argv[2]);
+        return saved ? 0 : 1;
     } catch (const EPlatformError &error) {
         std::fprintf(stderr, "windowpictures: %s\n", qPrintable(error.Message()));
         return 1;

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int MaxRecords = 32768;
 constexpr int MaxTerms = UsableRecords::MaxColumns - 1;
-constexpr std::size_t MaxSets = 64;
+constexpr std::size_t MaxSets = 32;
 constexpr std::size_t MaxCombinations = 4096;
 
 using Bits = std::vector<std::uint64_t>;
@@ -89,7 +89,7 @@ private:
     void forget();
     bool isCurrent() const;
     bool begin();
-    bool goToEnd();
+    void goOn();
     void readRecord();
     void readTerm(Term &term, bool kept);
     const Term &term(int number) const { return *terms_[std::size_t(number) - 1]; }
@@ -120,7 +120,8 @@ private:
 
     // What loads made of them.
     std::vector<std::shared_ptr<UsableRecords>> sets_; // asked for last at the end
-    /// By the terms that do not accept all; empty where the records have to be asked.
+    /// By the terms that do not accept all; empty where the records have to be asked. Reading on changes none of
+    /// them: the walks had ended before.
     std::unordered_map<std::uint64_t, std::shared_ptr<UsableRecords>> byTerms_;
     int lastWalked_ = -1; // by the last load, where that was one of these
 };
@@ -182,11 +183,15 @@ bool ColumnCache::Private::begin()
     return true;
 }
 
-/// Moves to the record to be read next; false where there is none any more.
-bool ColumnCache::Private::goToEnd()
+/// Moves to the record to be read next.
+void ColumnCache::Private::goOn()
 {
     const qint64 distance = read_ + 1 - dataset.RecNo();
-    return distance == 0 || dataset.MoveBy(distance) == distance;
+    if (dataset.MoveBy(distance) != distance)
+        throw EDatabaseError(
+            QStringLiteral("Record %1 of %2 is not there any more; others have changed what it reads.")
+                .arg(read_ + 1)
+                .arg(dataset.Caption()));
 }
 
 void ColumnCache::Private::readTerm(Term &term, bool kept)
@@ -224,12 +229,7 @@ void ColumnCache::Private::readRecord()
     }
     for (const std::unique_ptr<Term> &term : terms_)
         readTerm(*term, kept);
-    try {
-        dataset.Next();
-    } catch (...) {
-        forget();
-        throw;
-    }
+    dataset.Next();
     ++read_;
     atEnd_ = dataset.Eof();
 }
@@ -247,35 +247,36 @@ std::optional<UsableRecords> ColumnCache::Private::choose(std::span<const int> n
     std::size_t count = position_.size();
     for (const int number : numbers)
         count = std::min(count, term(number).values.size());
-    std::vector<int> chosen;
-    const auto take = [&](int record) {
-        const bool usable = std::all_of(numbers.begin(), numbers.end(), [&](int number) {
-            return (term(number).valid[std::size_t(record / 64)] >> (record % 64) & 1) != 0;
-        });
-        if (usable)
-            chosen.push_back(record);
+    // A bit for each of 64 records.
+    const auto accepted = [&](std::size_t word) {
+        std::uint64_t bits = ~std::uint64_t(0);
+        for (const int number : numbers)
+            bits &= term(number).valid[word];
+        return bits;
     };
-    int record = 0;
-    while (record < int(count) && chosen.size() < MaxObservations)
-        take(record++);
+    std::vector<int> chosen;
+    chosen.reserve(std::min<std::size_t>(count, MaxObservations));
+    for (std::size_t first = 0; first < count; first += 64) {
+        std::uint64_t bits = accepted(first / 64);
+        if (count - first < 64)
+            bits &= (std::uint64_t(1) << (count - first)) - 1;
+        for (; bits != 0 && chosen.size() < MaxObservations; bits &= bits - 1)
+            chosen.push_back(int(first) + std::countr_zero(bits));
+    }
     const auto readsOn = [&] {
         return chosen.size() < MaxObservations && !atEnd_ && position_.size() < MaxRecords && !raises(numbers);
     };
-    if (readsOn()) {
-        byTerms_.clear(); // terms can turn out not to accept all
-        if (!goToEnd()) {
-            forget();
-            return {};
-        }
-        while (readsOn()) {
-            readRecord();
-            if (record < int(position_.size()) && !raises(numbers))
-                take(record++);
-        }
+    if (readsOn())
+        goOn();
+    while (readsOn()) {
+        const std::size_t at = position_.size();
+        readRecord();
+        if (at < position_.size() && !raises(numbers) && (accepted(at / 64) >> (at % 64) & 1) != 0)
+            chosen.push_back(int(at));
     }
     if (chosen.size() < MaxObservations && (!atEnd_ || raises(numbers)))
         return {};
-    const int walked = chosen.size() == MaxObservations ? position_[std::size_t(record) - 1] + 1 : read_;
+    const int walked = chosen.size() == MaxObservations ? position_[std::size_t(chosen.back())] + 1 : read_;
     return UsableRecords(std::move(chosen), walked, int(terms_.size()) + 1);
 }
 
@@ -293,7 +294,13 @@ std::shared_ptr<UsableRecords> ColumnCache::Private::recordsFor(std::span<const 
     const auto found = byTerms_.find(keyOf(numbers));
     if (found != byTerms_.end())
         return found->second ? usedLast(found->second) : nullptr;
-    std::optional<UsableRecords> chosen = choose(numbers);
+    std::optional<UsableRecords> chosen;
+    try {
+        chosen = choose(numbers);
+    } catch (...) {
+        forget();
+        throw;
+    }
     if (byTerms_.size() == MaxCombinations)
         byTerms_.clear();
     const std::shared_ptr<UsableRecords> records = chosen ? known(std::move(*chosen)) : nullptr;

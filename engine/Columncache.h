@@ -15,9 +15,8 @@ namespace nuvo {
 ///
 /// It holds as long as the rows are the same snapshot, and begins anew when the dataset was opened or read anew, when
 /// the response changed or a new term came up. Loads are made from the records, as without it, while ShowLoadProgress
-/// is on, where a term raises, and beyond the bounds: 32768 records with a valid response, 63 terms. Of different
-/// usable records the 64 sets asked for last are kept. All that takes 30 MB at most, 3 MB with ten terms and without
-/// nulls.
+/// is on, where a term raises, and where a load has to go beyond the first 32768 records with a valid response. At
+/// most 31 terms and the 32 sets of usable records asked for last are kept: 10 MB with ten terms, 30 MB at most.
 ///
 /// The dataset stays wherever the records were read to; at the end it goes where the last load would have left it.
 /// No load progress is made.

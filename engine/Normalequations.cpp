@@ -89,7 +89,8 @@ void summarize(const CrossProducts &products, int m, ResponseOf responseOf, Coef
         out.b[i] = b.hi;
     }
     const DoubleDouble total = products[0][p];
-    out.ssr = (explained - total * total / products[0][0]).hi;
+    // Without controls the mean explains all there is to explain; the difference would be rounding.
+    out.ssr = m == 0 ? 0 : (explained - total * total / products[0][0]).hi;
     out.sse = (products[p][p] - explained).hi;
     if (out.sse < 0) {
         double size = norm(products, p);

@@ -13,7 +13,7 @@ struct Coefficients
 {
     std::array<double, MaxParameters> b{};
     double sse = 0;   ///< y'y - b'X'y
-    double ssr = 0;   ///< b'X'y - (sum of y)^2 / n
+    double ssr = 0;   ///< b'X'y - (sum of y)^2 / n; 0 without controls
     int zeroRows = 0; ///< rows of X'X that are all 0: each is a "singular matrix"
 };
 

@@ -1,5 +1,6 @@
 #include "engine/Usablerecords.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <utility>
@@ -8,9 +9,9 @@ namespace nuvo {
 
 namespace {
 
-constexpr std::uint64_t bitOf(int number)
+constexpr std::uint32_t bitOf(int number)
 {
-    return std::uint64_t(1) << number;
+    return std::uint32_t(1) << number;
 }
 
 } // namespace
@@ -25,35 +26,36 @@ UsableRecords::View UsableRecords::column(int number, const std::vector<double> 
 {
     std::unique_ptr<Values> &column = columns_[number];
     if (!column) {
-        column = std::make_unique<Values>();
-        for (std::size_t i = 0; i < records_.size(); ++i)
-            column->values[i] = source[std::size_t(records_[i])];
+        column = std::make_unique_for_overwrite<Values>();
+        std::transform(records_.begin(), records_.end(), column->values,
+                       [&](int record) { return source[std::size_t(record)]; });
+        std::fill(column->values + records_.size(), column->values + MaxObservations, 0.0);
         column->range = minMax(column->values, count());
     }
     return {column->values, &column->range};
 }
 
 template <class Form>
-void UsableRecords::fill(std::uint64_t &known, std::uint64_t wanted, DoubleDouble *row, Form form)
+void UsableRecords::fill(std::uint32_t &known, std::uint32_t wanted, DoubleDouble *row, Form form)
 {
-    const std::uint64_t missing = wanted & ~known;
+    const std::uint32_t missing = wanted & ~known;
     if (missing == 0)
         return;
     std::array<DataColumn, MaxColumns> operands;
     std::array<DoubleDouble, MaxColumns> results;
     std::size_t found = 0;
-    for (std::uint64_t left = missing; left != 0; left &= left - 1)
+    for (std::uint32_t left = missing; left != 0; left &= left - 1)
         operands[found++] = operand(std::countr_zero(left));
     form(std::span<const DataColumn>(operands.data(), found), results.data());
     found = 0;
-    for (std::uint64_t left = missing; left != 0; left &= left - 1)
+    for (std::uint32_t left = missing; left != 0; left &= left - 1)
         row[std::countr_zero(left)] = results[found++];
     known |= missing;
 }
 
 void UsableRecords::crossProducts(std::span<const int> numbers, CrossProducts &products)
 {
-    std::uint64_t wanted = 0;
+    std::uint32_t wanted = 0;
     for (const int number : numbers)
         wanted |= bitOf(number);
     fill(sumsKnown_, wanted, sums_.data(),

@@ -11,11 +11,11 @@
 namespace nuvo {
 
 /// The records that a load found usable, with the columns that stand over them and the cross products of these, each
-/// worked out when it is first asked for. Columns have numbers, 0 to 63.
+/// worked out when it is first asked for. Columns have numbers, 0 to 31.
 class NUVO_EXPORT UsableRecords
 {
 public:
-    static constexpr int MaxColumns = 64;
+    static constexpr int MaxColumns = 32;
 
     /// The records chosen, by their position in the columns' sources, at most 2500; how many records the load walks
     /// to find them; the number of columns.
@@ -39,22 +39,22 @@ public:
 private:
     struct Values
     {
-        double values[MaxObservations] = {};
+        double values[MaxObservations];
         ColumnRange range;
     };
 
     DataColumn operand(int number) const { return {columns_[number]->values, columns_[number]->range.largest()}; }
     /// Puts into a row what form() makes of the columns that are wanted and not yet known.
     template <class Form>
-    void fill(std::uint64_t &known, std::uint64_t wanted, DoubleDouble *row, Form form);
+    void fill(std::uint32_t &known, std::uint32_t wanted, DoubleDouble *row, Form form);
 
     std::vector<int> records_;
     int walked_;
     std::vector<std::unique_ptr<Values>> columns_;
     std::vector<DoubleDouble> sums_;
-    std::uint64_t sumsKnown_ = 0;
+    std::uint32_t sumsKnown_ = 0;
     std::vector<DoubleDouble> products_;       ///< of columns i and j, in this order, at i * columns + j
-    std::vector<std::uint64_t> productsKnown_; ///< of column i, a bit for each j
+    std::vector<std::uint32_t> productsKnown_; ///< of column i, a bit for each j
 };
 
 } // namespace nuvo

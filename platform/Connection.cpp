@@ -163,6 +163,8 @@ void Connection::openSqlite(const QString &path, Access access)
         refuse(QStringLiteral("there is no such file and no registered connection of that name"));
     if (file.isDir())
         refuse(QStringLiteral("it is a directory, not an SQLite file"));
+    if (!file.isFile()) // opening a pipe would wait for somebody to write into it
+        refuse(QStringLiteral("it is a device or a pipe, not an SQLite file"));
     if (!file.isReadable())
         refuse(QStringLiteral("there is no permission to read the file"));
     if (access == Access::Write && !file.isWritable())

@@ -244,6 +244,9 @@ void checkCondition(const QString &condition, Dialect dialect)
             empty = false;
         if (piece.kind != SqlPiece::Symbol)
             continue;
+        // It would take the value of a parameter of ours, or none.
+        if (word == u"?" && dialect != Dialect::Postgres)
+            refuse(QStringLiteral("it holds a parameter (?)"));
         if (word == u";")
             refuse(QStringLiteral("it holds a semicolon"));
         if (word == u"(")

@@ -14,8 +14,9 @@ const QString &TStringList::Strings(int index) const
 
 void TStringList::Put(int index, const QString &value)
 {
-    Check(index, Count());
-    strings_[index] = value;
+    // The same text again leaves what copies of the list share.
+    if (Strings(index) != value)
+        strings_[index] = value;
 }
 
 int TStringList::Add(const QString &value)

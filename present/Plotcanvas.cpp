@@ -182,15 +182,15 @@ Plot makePlot(const PlotData &data, int code)
     if (across != nullptr && !plotter.Spreads(acrossRange, acrossName))
         return plot;
     for (int i = 0; i < data.n; ++i) {
-        if (code == EcdfPlot)
-            plotter.Dot(std::trunc((i + 0.5) * plotter.Width() / data.n) + 1,
-                        std::trunc((3.0 + up[i]) * plotter.Height() / 6.0));
+        if (across != nullptr)
+            plotter.Dot(left + Plotter::Offset((*across)[i], acrossRange, plotter.Width()),
+                        Plotter::Offset(up[i], upRange, plotter.Height()));
         else if (code == InputOrderPlot)
             plotter.Dot(std::trunc(double(i + 1) / data.n * plotter.Width()),
                         Plotter::Offset(up[i], upRange, plotter.Height()));
         else
-            plotter.Dot(left + Plotter::Offset((*across)[i], acrossRange, plotter.Width()),
-                        Plotter::Offset(up[i], upRange, plotter.Height()));
+            plotter.Dot(std::trunc((i + 0.5) * plotter.Width() / data.n) + 1,
+                        std::trunc((3.0 + up[i]) * plotter.Height() / 6.0));
     }
     plotter.Finish();
     if (plot.note.isEmpty() && !data.current)

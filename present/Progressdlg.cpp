@@ -94,9 +94,11 @@ void TProgressDlg::Open()
     form_->raise();
     form_->activateWindow();
     const auto start = Clock::now();
-    while (Shown() && !form_->windowHandle()->isExposed() && Clock::now() - start < LongestWait) {
+    const auto waits = [this] { return Shown() && !form_->windowHandle()->isExposed(); };
+    while (waits() && Clock::now() - start < LongestWait) {
         form_->runEvents();
-        QThread::msleep(1);
+        if (waits())
+            QThread::msleep(1);
     }
 }
 
@@ -137,7 +139,24 @@ void TProgressDlg::SetGaugeText(const QString &text)
 void TProgressDlg::ApplyText()
 {
     QLabel &status = *controls_.status;
-    status.setText(status.fontMetrics().elidedText(text_, Qt::ElideRight, status.contentsRect().width()));
+    const int room = status.contentsRect().width();
+    status.setText(Fits(room) ? text_ : status.fontMetrics().elidedText(text_, Qt::ElideRight, room));
+}
+
+/// Whether the text is short enough beyond doubt. Laying it out to know takes longer than fitting a model.
+bool TProgressDlg::Fits(int room)
+{
+    constexpr int Kerning = 4;
+    int width = Kerning;
+    for (const QChar c : text_) {
+        if (c < u' ' || c.unicode() >= widths_.size())
+            return false;
+        int &known = widths_[c.unicode()];
+        if (known == 0)
+            known = controls_.status->fontMetrics().horizontalAdvance(c);
+        width += known;
+    }
+    return width <= room;
 }
 
 void TProgressDlg::Changed()

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QString>
 
+#include <array>
 #include <chrono>
 
 class QDialog;
@@ -70,11 +71,13 @@ private:
 
     void Open();
     void ApplyText();
+    bool Fits(int room);
 
     // The window in front can go away while this one is open, and takes it along.
     QPointer<Form> form_;
     Controls controls_;
     QString text_;
+    std::array<int, 127> widths_{}; ///< of the status panel's characters, as far as they came up
     Clock::time_point painted_;
     unsigned short progress_ = 0;
     bool activated_ = false;

@@ -16,7 +16,7 @@ class SelectionRun;
 } // namespace nuvo
 
 /// How a run ended: by its own rule; because the search came back to a model that it had already been at; because the
-/// person stopped it or a component went away meanwhile.
+/// person stopped it, or an error or the end of a component did.
 enum class TRunEnd { Converged, Repeats, Stopped };
 
 /// The base of the components that choose a model. It is bound to a regression component on the same form, by name or

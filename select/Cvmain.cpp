@@ -86,25 +86,35 @@ bool TOptimizeMLR::BetterF(double f) const
     return false;
 }
 
+namespace {
+
+/// An exchange sort, as the order of models that do not beat each other depends on it.
+template <class Better>
+void exchangeSort(TMLRModel *models, int count, Better better)
+{
+    for (int i = 0; i < count; ++i) {
+        for (int j = i + 1; j < count; ++j) {
+            if (better(models[j], models[i]))
+                std::swap(models[i], models[j]);
+        }
+    }
+}
+
+} // namespace
+
 void TOptimizeMLR::SortModelList()
 {
-    const auto better = [this](const TMLRModel &a, const TMLRModel &b) {
-        switch (optCriteria_) {
-        case MinSsquared:
-            return a.SSquared < b.SSquared;
-        case MaxFValue:
-            return a.F > b.F;
-        case Nondominated:
-            break;
-        }
-        return a.RSquared > b.RSquared && a.SSquared < b.SSquared;
-    };
-    // An exchange sort, as the order of models that do not beat each other depends on it.
-    for (int i = 1; i <= modelCount_; ++i) {
-        for (int j = i + 1; j <= modelCount_; ++j) {
-            if (better(modelList_[j], modelList_[i]))
-                std::swap(modelList_[i], modelList_[j]);
-        }
+    TMLRModel *const models = &modelList_[1];
+    switch (optCriteria_) {
+    case MinSsquared:
+        return exchangeSort(models, modelCount_,
+                            [](const TMLRModel &a, const TMLRModel &b) { return a.SSquared < b.SSquared; });
+    case MaxFValue:
+        return exchangeSort(models, modelCount_, [](const TMLRModel &a, const TMLRModel &b) { return a.F > b.F; });
+    case Nondominated:
+        return exchangeSort(models, modelCount_, [](const TMLRModel &a, const TMLRModel &b) {
+            return a.RSquared > b.RSquared && a.SSquared < b.SSquared;
+        });
     }
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <initializer_list>
+#include <utility>
 
 namespace nuvo {
 
@@ -13,19 +15,21 @@ namespace {
 
 bool endRepeatingSearches = true;
 
-} // namespace
-
-void setEndRepeatingSearches(bool on)
-{
-    endRepeatingSearches = on;
-}
-
+/// The result of a written expression, or 0 where its arithmetic fails. Nothing raises here: a division by zero, an
+/// invalid operation or an overflow shows in the result, which is not a number, or infinite although no operand was.
 double orZero(double result, std::initializer_list<double> operands)
 {
     if (std::isfinite(result))
         return result;
     const bool carried = std::any_of(operands.begin(), operands.end(), [](double x) { return std::isinf(x); });
     return carried && !std::isnan(result) ? result : 0;
+}
+
+} // namespace
+
+void setEndRepeatingSearches(bool on)
+{
+    endRepeatingSearches = on;
 }
 
 PartialFRun::PartialFRun(SelectionRun &run, const TPartialFSearch &selector, Rules rules)
@@ -196,7 +200,7 @@ double PartialFRun::partialF(double before, double after)
 double PartialFRun::statisticOfEntry(double meanSquare)
 {
     if (regression().GetNumVars() == 1)
-        return orZero(regression().GetF(), {regression().GetSSR(), regression().GetSSE()});
+        return regression().GetF(); // infinite for an exact fit, as everywhere
     return partialF(previous_, meanSquare);
 }
 

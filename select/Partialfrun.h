@@ -4,16 +4,10 @@
 #include "select/Selectionrun.h"
 
 #include <array>
-#include <functional>
 #include <set>
 #include <tuple>
 
 namespace nuvo {
-
-/// What a written expression gives on arithmetic that raises. Ours never does: a division by zero, an invalid
-/// operation or an overflow shows in the result, which is not a number, or infinite although no operand was.
-/// \return the result, or 0 for such a failure.
-double orZero(double result, std::initializer_list<double> operands);
 
 /// A search by partial F, as far as the three of them are the same. Per pass each candidate in turn gets row 0 of the
 /// term table for its own control variable and row 1 for the others; the candidate with the smallest residual mean
@@ -65,7 +59,7 @@ protected:
     /// The drop of the residual mean square from `before` to `after`, in units of MS / DOF of the model just fitted;
     /// 0 where that cannot be divided.
     double partialF(double before, double after);
-    /// The overall F of a model with one variable, else the partial F.
+    /// The overall F of a model with one variable (infinite for an exact fit), else the partial F.
     double statisticOfEntry(double meanSquare);
     /// The squared t-ratio of coefficient j; 0 where that cannot be worked out.
     double squaredT(int j);

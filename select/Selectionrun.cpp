@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace nuvo {
 
@@ -65,14 +66,10 @@ void SelectionRun::run(const Search &search)
     try {
         try {
             progress_ = selector_->MakeProgress();
-            if (options_.showProgress) {
-                progress_->Show();
-                check();
-                progress_->Repaint();
-                check();
-            } else {
+            if (options_.showProgress)
+                show();
+            else
                 hourglass_ = std::make_unique<Hourglass>();
-            }
             search(*this);
             write(QStringLiteral("\n\r\n\rProcessing Time: ") + FormatTime(elapsed));
         } catch (const Stopped &) {
@@ -89,6 +86,34 @@ void SelectionRun::run(const Search &search)
     } catch (const Gone &) {
         return; // Nobody is left to be told.
     }
+}
+
+void SelectionRun::show()
+{
+    progress_->Show();
+    check();
+    progress_->Repaint();
+    check();
+}
+
+SelectionRun::Inner::Inner(SelectionRun &run)
+    : run_(run), outer_(std::exchange(run.progress_, run.selector_->MakeProgress()))
+{
+    if (!run_.options_.showProgress)
+        return;
+    try {
+        run_.show();
+    } catch (...) {
+        run_.progress_ = std::move(outer_);
+        throw;
+    }
+}
+
+SelectionRun::Inner::~Inner()
+{
+    run_.progress_->Close();
+    run_.stopAsked_ = run_.stopAsked_ || run_.progress_->Stopped();
+    run_.progress_ = std::move(outer_);
 }
 
 void SelectionRun::undo()
@@ -132,7 +157,7 @@ void SelectionRun::start(int variables)
 
 void SelectionRun::beginCandidate()
 {
-    if (progress_->Stopped())
+    if (stopAsked_ || progress_->Stopped())
         throw Stopped();
 }
 
@@ -160,12 +185,6 @@ void SelectionRun::writeHead()
 void SelectionRun::step(const QString &text)
 {
     selector_->steps_.append(text);
-    showAgain(text);
-}
-
-void SelectionRun::showAgain(const QString &text)
-{
-    shownText_ = text;
     progress_->SetGaugeText(text);
     check();
 }

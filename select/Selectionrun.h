@@ -61,9 +61,6 @@ public:
 
     /// A step: it is shown and kept.
     void step(const QString &text);
-    /// Shows a text that was shown before; it is no step.
-    void showAgain(const QString &text);
-    const QString &shownText() const { return shownText_; }
     /// Percentage; 100 stands for one that is no number.
     void progress(double percentage);
     void closeProgress() { progress_->Close(); }
@@ -79,6 +76,20 @@ public:
     TRunEnd ended = TRunEnd::Converged;
     double elapsed = 0; ///< days
 
+    /// While it lives, a second progress in front of the first takes steps and percentages, shown where that one is.
+    class Inner
+    {
+    public:
+        explicit Inner(SelectionRun &run);
+        Inner(const Inner &) = delete;
+        Inner &operator=(const Inner &) = delete;
+        ~Inner();
+
+    private:
+        SelectionRun &run_;
+        std::unique_ptr<SelectionProgress> outer_;
+    };
+
 private:
     class Hourglass;
     class Running;
@@ -91,6 +102,7 @@ private:
 
     SelectionRun(TCorvane &selector, TRegression &regression, const Options &options);
     void run(const Search &search);
+    void show();
     void undo();
     void conclude();
 
@@ -103,7 +115,7 @@ private:
     std::unique_ptr<Hourglass> hourglass_;
     QElapsedTimer clock_;
     QString report_;
-    QString shownText_;
+    bool stopAsked_ = false; ///< on a progress that is gone
 };
 
 } // namespace nuvo

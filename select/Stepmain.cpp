@@ -37,8 +37,12 @@ protected:
     QString stepText(int best) const override { return QStringLiteral("Added Variable ") + rows_[2][best - 1]; }
     void taken() override
     {
-        if (regression().GetNumVars() > 1)
-            backward();
+        if (regression().GetNumVars() <= 1)
+            return;
+        if (regression().DataSetForm() == TRegression::Form::Query)
+            BackwardQuery(previous_);
+        else
+            BackwardTable(previous_);
     }
     int last() const override { return variables_; }
     void writeResult() override
@@ -48,17 +52,19 @@ protected:
     }
 
 private:
-    void backward();
+    void BackwardTable(double &previous) { recheck(previous); }
+    void BackwardQuery(double &previous) { recheck(previous); }
+    void recheck(double &previous);
 
     const double fOutDefault_;
     TMLRModel atBegin_;
 };
 
-/// The re-check, one pass over the variables in the model. It uses the dialog that is there: a second one would cover
-/// it, and be gone again, at every step.
-void StepwiseRun::backward()
+/// The re-check: one pass over the variables in the model, with a progress of its own. `previous` becomes the residual
+/// mean square of what is left.
+void StepwiseRun::recheck(double &previous)
 {
-    const QString shown = run_.shownText();
+    const nuvo::SelectionRun::Inner progress(run_);
     run_.step(QStringLiteral("Checking included variables..."));
     double critical = fOutDefault_;
     run_.reloadAndExecute();
@@ -77,12 +83,11 @@ void StepwiseRun::backward()
             nuvo::writeControlByIndex(regression(), j, QStringLiteral("Undefined"));
             run_.step(QStringLiteral("Removed ") + regression().GetcVar(j).OutputTerm() + QStringLiteral("."));
             if (run_.reloadAndExecute())
-                previous_ = regression().GetMSE();
+                previous = regression().GetMSE();
         }
         const int variables = regression().GetNumVars();
         run_.progress(double(variables - j) / variables * 100);
     }
-    run_.showAgain(shown);
 }
 
 /// Both forms of the search.

@@ -10,6 +10,8 @@ namespace {
 using nuvo::FitOptions;
 using nuvo::ImportOptions;
 using nuvo::PrintOptions;
+using nuvo::RunOptions;
+using nuvo::SelectOptions;
 
 nuvo::Command parse(const std::vector<std::string> &arguments)
 {
@@ -126,6 +128,107 @@ TEST(CommandLine, AnImportHasItsOptions)
               QStringLiteral("fit"));
 }
 
+SelectOptions select(const char *method, const std::vector<std::string> &more)
+{
+    std::vector<std::string> arguments{"select", method, "--database", "d", "--table", "t", "--response", "y"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return std::get<SelectOptions>(parse(arguments));
+}
+
+QString selectRefusal(const char *method, const std::vector<std::string> &more)
+{
+    std::vector<std::string> arguments{"select", method, "--database", "d", "--table", "t", "--response", "y"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return refusal(arguments).remove(QStringLiteral(" See \"nuvostat select --help\"."));
+}
+
+TEST(CommandLine, ASelectionHasItsOptions)
+{
+    using Method = SelectOptions::Method;
+    const SelectOptions optimal =
+        select("optimal", {"--control", "a", "--control", "Ln(b)", "--criterion", "max-f", "--models", "5",
+                           "--description", "Jobs", "--progress", "--format=json"});
+    EXPECT_EQ(optimal.method, Method::Optimal);
+    EXPECT_EQ(optimal.database, QStringLiteral("d"));
+    EXPECT_EQ(optimal.table, QStringLiteral("t"));
+    ASSERT_EQ(optimal.controls.size(), 2);
+    EXPECT_EQ(optimal.controls[1].transformation, QStringLiteral("Log"));
+    EXPECT_EQ(optimal.criterion, TOptimizationType::MaxFValue);
+    EXPECT_EQ(optimal.models, 5);
+    EXPECT_EQ(optimal.description, QStringLiteral("Jobs"));
+    EXPECT_TRUE(optimal.progress);
+    EXPECT_EQ(optimal.format, nuvo::OutputFormat::Json);
+    EXPECT_EQ(select("optimal", {"--criterion=nondominated"}).criterion, TOptimizationType::Nondominated);
+    EXPECT_EQ(select("optimal", {"--criterion=min-s2"}).criterion, TOptimizationType::MinSsquared);
+    EXPECT_EQ(select("optimal", {"--models", "-3"}).models, -3);
+    EXPECT_FALSE(select("optimal", {}).criterion || select("optimal", {}).models);
+
+    const SelectOptions stepwise =
+        select("stepwise", {"--f-in", "-60", "--f-out=-.5e1", "--f-percent", "5 Percent", "--f-table", "F"});
+    EXPECT_EQ(stepwise.method, Method::Stepwise);
+    EXPECT_EQ(stepwise.fIn, -60.0);
+    EXPECT_EQ(stepwise.fOut, -5.0);
+    EXPECT_EQ(stepwise.fPercent, QStringLiteral("5 Percent"));
+    EXPECT_EQ(stepwise.fTable, QStringLiteral("F"));
+    EXPECT_FALSE(select("stepwise", {}).fIn || select("stepwise", {}).fTable);
+
+    EXPECT_EQ(select("backward", {"--f", "-4"}).f, -4.0);
+    EXPECT_EQ(select("backward", {}).method, Method::Backward);
+    EXPECT_EQ(select("forward", {"--f=2.5", "--f-table=F"}).f, 2.5);
+    EXPECT_EQ(select("forward", {}).method, Method::Forward);
+}
+
+TEST(CommandLine, OptionsOfAnotherMethodAreRefused)
+{
+    EXPECT_EQ(selectRefusal("stepwise", {"--models", "3"}),
+              QStringLiteral("--models belongs to optimal, not to stepwise."));
+    EXPECT_EQ(selectRefusal("forward", {"--criterion", "max-f"}),
+              QStringLiteral("--criterion belongs to optimal, not to forward."));
+    EXPECT_EQ(selectRefusal("stepwise", {"--f", "3"}),
+              QStringLiteral("--f belongs to backward and forward, not to stepwise."));
+    for (const char *option : {"--f-in", "--f-out", "--f-percent"}) {
+        for (const char *method : {"optimal", "backward", "forward"})
+            EXPECT_EQ(selectRefusal(method, {option, "3"}),
+                      QStringLiteral("%1 belongs to stepwise, not to %2.")
+                          .arg(QString::fromUtf8(option), QString::fromUtf8(method)));
+    }
+    EXPECT_EQ(selectRefusal("optimal", {"--f-table", "F"}),
+              QStringLiteral("--f-table belongs to stepwise, backward and forward, not to optimal."));
+    for (const char *option : {"--message", "--warnings", "--matrices"})
+        EXPECT_EQ(selectRefusal("optimal", {option}),
+                  QStringLiteral("There is no option \"%1\".").arg(QString::fromUtf8(option)));
+}
+
+TEST(CommandLine, ASelectionIsRefusedInOneSentence)
+{
+    EXPECT_EQ(selectRefusal("best", {}),
+              QStringLiteral("METHOD is optimal, stepwise, backward or forward, not \"best\"."));
+    EXPECT_EQ(refusal({"select", "--database", "d", "--table", "t", "--response", "y"}),
+              QStringLiteral("METHOD is required. See \"nuvostat select --help\"."));
+    EXPECT_EQ(selectRefusal("optimal", {"--criterion", "aic"}),
+              QStringLiteral("--criterion is nondominated, min-s2 or max-f, not \"aic\"."));
+    EXPECT_EQ(selectRefusal("stepwise", {"--f-in", "four"}), QStringLiteral("--f-in is a number, not \"four\"."));
+    EXPECT_EQ(selectRefusal("stepwise", {"--f-out", "4,5"}), QStringLiteral("--f-out is a number, not \"4,5\"."));
+    EXPECT_EQ(selectRefusal("stepwise", {"--f-in", "1e999"}), QStringLiteral("--f-in is a number, not \"1e999\"."));
+    EXPECT_EQ(selectRefusal("backward", {"--f"}), QStringLiteral("--f needs a value."));
+    EXPECT_EQ(selectRefusal("optimal", {"--models", "2.5"}),
+              QStringLiteral("--models is a whole number from -2147483648 to 2147483647, not \"2.5\"."));
+    EXPECT_EQ(selectRefusal("optimal", {"--models", "1", "--models", "2"}),
+              QStringLiteral("--models is there 2 times; it can be given once."));
+    EXPECT_EQ(selectRefusal("optimal", {"forward"}), QStringLiteral("\"forward\" is one argument too many."));
+}
+
+TEST(CommandLine, AFormHasItsOptions)
+{
+    EXPECT_EQ(std::get<RunOptions>(parse({"run", "a.ui"})).form, QStringLiteral("a.ui"));
+    EXPECT_EQ(std::get<RunOptions>(parse({"run", "--format=json", "a.ui"})).format, nuvo::OutputFormat::Json);
+    EXPECT_EQ(refusal({"run"}), QStringLiteral("FORM.ui is required. See \"nuvostat run --help\"."));
+    EXPECT_EQ(refusal({"run", "a.ui", "b.ui"}),
+              QStringLiteral("\"b.ui\" is one argument too many. See \"nuvostat run --help\"."));
+    EXPECT_EQ(refusal({"run", "a.ui", "--format=xml"}),
+              QStringLiteral("--format is text or json, not \"xml\". See \"nuvostat run --help\"."));
+}
+
 TEST(CommandLine, AnFTableHasItsOptions)
 {
     const auto parsed = [](std::vector<std::string> more) {
@@ -235,7 +338,15 @@ TEST(CommandLine, HelpNamesEveryOptionInEightyColumns)
     const QString ftableHelp = help({"ftable", "--help"});
     for (const char *option : {"--database", "--table", "--denominators", "--replace"})
         EXPECT_TRUE(ftableHelp.contains(QString::fromUtf8(option))) << option;
-    for (const QString &text : {fitHelp, importHelp, ftableHelp, general}) {
+    const QString selectHelp = help({"select", "--help"});
+    for (const char *option : {"METHOD", "--database", "--table", "--filter", "--order", "--sql", "--response",
+                               "--control", "--description", "--progress", "--format", "--criterion", "--models",
+                               "--f-in", "--f-out", "--f-percent", "--f ", "--f-table"})
+        EXPECT_TRUE(selectHelp.contains(QString::fromUtf8(option))) << option;
+    const QString runHelp = help({"run", "--help"});
+    EXPECT_TRUE(runHelp.contains(QStringLiteral("FORM.ui")) && runHelp.contains(QStringLiteral("--format")));
+    EXPECT_TRUE(runHelp.contains(QStringLiteral("working directory")));
+    for (const QString &text : {fitHelp, importHelp, ftableHelp, selectHelp, runHelp, general}) {
         EXPECT_TRUE(text.contains(QStringLiteral("\nExamples:\n")));
         EXPECT_TRUE(text.endsWith(u'\n'));
         for (const QString &line : text.split(u'\n'))

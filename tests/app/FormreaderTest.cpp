@@ -203,14 +203,15 @@ TEST_F(FormReader, WhatIsNoFormIsRefused)
 {
     EXPECT_EQ(Refusal(""), u("it is empty."));
     EXPECT_EQ(Refusal("hello"), u("line 1: start tag expected."));
-    EXPECT_EQ(Refusal("\xff\xfe\x41"), u("line 1: premature end of document."));
+    EXPECT_EQ(Refusal("\xff\xfe\x41"), u("it is no text in UTF-8."));
+    EXPECT_EQ(Refusal("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><ui a=\"\xe4\"/>"),
+              u("it is no text in UTF-8."));
     EXPECT_EQ(Refusal("<html/>"), u("line 1: it is no form of Qt Designer."));
     EXPECT_EQ(Refusal("<ui/>"), u("line 1: it is of version \"\", and forms of version 4 are read."));
     EXPECT_EQ(Refusal("<ui version=\"3.3\"/>"),
               u("line 1: it is of version \"3.3\", and forms of version 4 are read."));
     EXPECT_EQ(Refusal("<ui version=\"4.0\"/>"), u("line 1: it has no widget."));
-    EXPECT_EQ(Refusal(form(component("TMLRTable", "t", "\xff\xff"))),
-              u("line 1: encountered incorrectly encoded content."));
+    EXPECT_EQ(Refusal(form(component("TMLRTable", "t", "\xff\xff"))), u("it is no text in UTF-8."));
     EXPECT_EQ(Refusal(form("<a></b>")), u("line 5: opening and ending tag mismatch."));
     EXPECT_EQ(Refusal(form("&unknown;")), u("line 5: entity 'unknown' not declared."));
     EXPECT_EQ(Refusal(form("") + "<more/>"), u("line 9: extra content at end of document."));
@@ -246,12 +247,29 @@ TEST_F(FormReader, DepthSizeAndNumberHaveLimits)
     };
     EXPECT_EQ(Refusal(nested(253)), QString());
     EXPECT_EQ(Refusal(nested(254)), u("line 5: it is nested deeper than 256 elements."));
-    EXPECT_EQ(Refusal(nested(1000000)), u("line 5: it is nested deeper than 256 elements."));
+    EXPECT_EQ(Refusal(nested(300000)), u("line 5: it is nested deeper than 256 elements."));
     EXPECT_EQ(Refusal(form(QByteArray("<foreign>").repeated(1000000))),
               u("line 5: it is nested deeper than 256 elements."));
     EXPECT_EQ(Refusal(form(component("TTable", "t").repeated(100))), QString());
     EXPECT_EQ(Refusal(form(component("TTable", "t").repeated(101))), u("line 105: it has more than 100 components."));
-    EXPECT_EQ(Refusal(QByteArray(65 << 20, ' ')), u("it is larger than 64 MiB."));
+    EXPECT_EQ(Refusal(QByteArray(17 << 20, ' ')), u("it is larger than 16 MiB."));
+}
+
+// Qt's reader takes time with the square of an element's attributes: a file of a megabyte would take a minute.
+TEST_F(FormReader, AttributesHaveALimit)
+{
+    const auto attributes = [](int number, const QByteArray &value) {
+        QByteArray element = "<!-- a ' \" --><?p ' ?><x>it's<![CDATA[ ' <]]></x><a";
+        for (int i = 0; i < number; ++i)
+            element += " a" + QByteArray::number(i) + "=" + value;
+        return form(element + "/>" + component("TMLRTable", "t"));
+    };
+    const QString refused = u("it has an element with more than 64 attributes.");
+    for (const QByteArray value : {"\"1\"", "'>'", "\"'\"", "'\"'", "\"/>\""}) {
+        EXPECT_EQ(Refusal(attributes(64, value)), QString()) << value.toStdString();
+        EXPECT_EQ(Refusal(attributes(65, value)), refused) << value.toStdString();
+        EXPECT_EQ(Refusal(attributes(500000, value)), refused) << value.toStdString();
+    }
 }
 
 TEST_F(FormReader, AHundredThousandControlsAreLeftOut)
@@ -277,7 +295,7 @@ TEST_F(FormReader, WhatCannotBeReadIsTold)
               u("The form \"/no/such/form.ui\" cannot be loaded: No such file or directory."));
     EXPECT_EQ(refusal(u("/")), u("The form \"/\" cannot be loaded: file to open is a directory."));
     EXPECT_EQ(refusal(u("/dev/null")), u("The form \"/dev/null\" cannot be loaded: it is empty."));
-    EXPECT_EQ(refusal(u("/dev/zero")), u("The form \"/dev/zero\" cannot be loaded: it is larger than 64 MiB."));
+    EXPECT_EQ(refusal(u("/dev/zero")), u("The form \"/dev/zero\" cannot be loaded: it is larger than 16 MiB."));
 }
 
 } // namespace

@@ -116,7 +116,7 @@ TEST(FQuantiles, AgreeWithPublishedTablesToTheLastDigitPrinted)
         const QStringList values = QString::fromLatin1(row.values).split(u' ');
         ASSERT_EQ(values.size(), nuvo::FTableNumerators);
         for (int m = 1; m <= nuvo::FTableNumerators; ++m) {
-            const QString value = values[m - 1];
+            const QString &value = values[m - 1];
             const int decimals = int(value.size() - value.indexOf(u'.') - 1);
             const double ours = figures(m, row.denominator)[size_t(row.level)];
             EXPECT_EQ(QString::number(ours, 'f', decimals), value) << m << ", " << row.denominator;

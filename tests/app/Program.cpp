@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QThread>
 
 #include <csignal>
@@ -63,4 +64,30 @@ void waitForSignalHandler(const QProcess &process)
         QThread::msleep(1);
     }
     FAIL() << "the program never installs a handler";
+}
+
+Json parsed(const Outcome &outcome)
+{
+    return Json::parse(outcome.out.toStdString());
+}
+
+std::vector<std::string> keys(const Json &object)
+{
+    std::vector<std::string> names;
+    for (const auto &member : object.items())
+        names.push_back(member.key());
+    return names;
+}
+
+QString text(const Json &value)
+{
+    return QString::fromStdString(value.get<std::string>());
+}
+
+QString withoutTimes(QString report)
+{
+    static const QRegularExpression date(QStringLiteral("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"));
+    static const QRegularExpression time(QStringLiteral("Processing Time: \\d\\d:\\d\\d:\\d\\d"));
+    return report.replace(date, QStringLiteral("2000-01-01 00:00:00"))
+        .replace(time, QStringLiteral("Processing Time: 00:00:00"));
 }

@@ -5,7 +5,11 @@
 #include <QString>
 #include <QStringList>
 
+#include <nlohmann/json.hpp>
+
 #include <memory>
+#include <string>
+#include <vector>
 
 /// What a finished run of the program left.
 struct Outcome
@@ -23,3 +27,12 @@ Outcome finish(QProcess &process);
 Outcome runProgram(const QStringList &arguments, const QString &directory = {});
 /// A shell command in which $nuvostat stands for the program.
 Outcome runShell(const QString &command, const QString &directory = {});
+
+// The JSON that the program prints, its members in order.
+using Json = nlohmann::ordered_json;
+Json parsed(const Outcome &outcome);
+std::vector<std::string> keys(const Json &object);
+QString text(const Json &value);
+
+/// A report with the date, the time of day and the processing time of which it tells set to fixed ones.
+QString withoutTimes(QString report);

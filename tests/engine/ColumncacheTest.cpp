@@ -309,6 +309,9 @@ TYPED_TEST(Twins, TermsThatRaiseDoSoAtTheSamePoint)
     this->fill("y a b c d e", mixedRecords(random, 60, 0.1));
     this->db->exec(text("UPDATE data SET e = 'n/a' WHERE id IN (9, 30, 31)"));
     this->db->exec(text("UPDATE data SET b = NULL WHERE id IN (1, 2, 3, 9, 30, 31)"));
+    // A term raises also where the response would have rejected the record.
+    this->db->exec(text("UPDATE data SET y = NULL, e = 'n/a' WHERE id IN (5, 6, 40)"));
+    this->db->exec(text("UPDATE data SET b = 1, a = 'none', y = NULL WHERE id IN (7, 41)"));
     this->start();
     std::vector<TIndepVar> terms = manyTerms();
     for (const TIndepVar &term : termsThatRaise())

@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -69,6 +70,16 @@ TEST(BadDatabases, ThatAreNotThereAreNotMade)
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_EQ(openError(directory.path()),
               u("Cannot open the database \"%1\": it is a directory, not an SQLite file.").arg(directory.path()));
+}
+
+TEST(BadDatabases, ThatArePipesOrDevicesAreRefusedAndNotOpened)
+{
+    const QTemporaryDir directory;
+    const QString pipe = directory.filePath(u("pipe.db"));
+    ASSERT_EQ(::mkfifo(qPrintable(pipe), 0600), 0); // opening it would wait for ever
+    for (const QString &path : {pipe, u("/dev/zero")})
+        EXPECT_EQ(openError(path),
+                  u("Cannot open the database \"%1\": it is a device or a pipe, not an SQLite file.").arg(path));
 }
 
 TEST(BadDatabases, ThatAreSomeOtherFileAreRefused)

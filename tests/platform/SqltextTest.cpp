@@ -134,4 +134,9 @@ TEST(Conditions, SayWhatIsWrongWithThem)
               u("The filter \"1=1) OR (1=1\" is not one condition: its parentheses do not match."));
     EXPECT_EQ(refusal([] { nuvo::checkCondition(u("1; DROP TABLE t"), Dialect::Sqlite); }),
               u("The filter \"1; DROP TABLE t\" is not one condition: it holds a semicolon."));
+    EXPECT_EQ(refusal([] { nuvo::checkCondition(u("a > ? AND b = '?'"), Dialect::Sqlite); }),
+              u("The filter \"a > ? AND b = '?'\" is not one condition: it holds a parameter (?)."));
+    EXPECT_EQ(refusal([] { nuvo::checkCondition(u("b = '?'"), Dialect::Sqlite); }), QString());
+    EXPECT_EQ(refusal([] { nuvo::checkCondition(u("j ? 'key'"), Dialect::Postgres); }), QString())
+        << "an operator there";
 }

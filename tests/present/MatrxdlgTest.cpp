@@ -104,6 +104,19 @@ TEST(MatrixDialog, ALongDescriptionBreaksIntoLines)
         QStringLiteral("A description of many words ").repeated(12));
 }
 
+TEST(MatrixDialog, TabGoesBetweenTheLinesAndTheButton)
+{
+    open(lines(5), QStringLiteral("m"), [](QDialog &dialog) {
+        dialog.activateWindow();
+        part(dialog, "Memo1")->setFocus();
+        for (const char *next : {"BitBtn1", "Memo1"}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            ASSERT_NE(QApplication::focusWidget(), nullptr);
+            EXPECT_EQ(QApplication::focusWidget()->objectName(), QLatin1String(next));
+        }
+    });
+}
+
 TEST(MatrixDialog, ReturnEscapeAndOkCloseIt)
 {
     const Person person([](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Return); },

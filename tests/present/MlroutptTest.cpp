@@ -544,6 +544,77 @@ TEST(ReportWindow, TabGoesThroughTheButtonsToTheMatrix)
     });
 }
 
+TEST(ReportWindow, EveryControlHasANameForScreenReaders)
+{
+    Fitted fitted = scatteredFit(20, 2);
+    showReport(fitted, [](TRegressionOutputForm &form) {
+        for (const char *name : {"bbtnPrintForm", "bbtnPlots", "bbtnShowMatrix", "bbtnClose"}) {
+            EXPECT_FALSE(part(form, name)->accessibleName().isEmpty()) << name;
+            EXPECT_FALSE(part(form, name)->accessibleName().contains(u'&')) << name;
+            EXPECT_FALSE(part(form, name)->accessibleDescription().isEmpty()) << name;
+        }
+        EXPECT_EQ(part(form, "Matrix")->accessibleName(), QStringLiteral("Covariance or correlation matrix"));
+        EXPECT_TRUE(part(form, "Header1")->accessibleName().startsWith(QLatin1String("Data: Data; ")));
+        for (const char *two : {"Label1", "labSquared1"})
+            EXPECT_EQ(part(form, two)->accessibleName(), QStringLiteral("squared"));
+    });
+}
+
+TEST(ReportWindow, IsDarkOnLightWhateverTheDesktopsColors)
+{
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+    QApplication::setPalette(QPalette(QColor(30, 30, 30)));
+    ASSERT_GT(QApplication::palette().color(QPalette::WindowText).lightness(), 200);
+    const auto readable = [](const QWidget &window) {
+        for (const QWidget *widget : window.findChildren<QWidget *>()) {
+            if (qobject_cast<const QMenu *>(widget) != nullptr || widget->isWindow())
+                continue;
+            const QPalette &palette = widget->palette();
+            EXPECT_LT(palette.color(widget->foregroundRole()).lightness() + 100,
+                      palette.color(widget->backgroundRole()).lightness())
+                << widget->objectName().toStdString();
+        }
+    };
+    Fitted fitted = scatteredFit(20, 2);
+    showReport(
+        fitted,
+        [&](TRegressionOutputForm &form) {
+            readable(form);
+            chooseMatrix(form, "Zoom1");
+            click(form, "bbtnPlots");
+        },
+        [&](QDialog &matrix) {
+            readable(matrix);
+            matrix.close();
+        },
+        [&](QDialog &plots) {
+            readable(plots);
+            plots.close();
+        });
+}
+
+TEST(ReportWindow, TheLargestFitIsShown)
+{
+    Fitted fitted = scatteredFit(2501, 10);
+    showReport(
+        fitted,
+        [](TRegressionOutputForm &form) {
+            EXPECT_EQ(text(form, "labDataCount"), QStringLiteral("Number of observations: 2500"));
+            expectNothingIsCut(form);
+            click(form, "bbtnPlots");
+        },
+        [](QDialog &dialog) {
+            click(dialog, "ECDFPlotBtn");
+            EXPECT_EQ(dynamic_cast<TMLRPlotForm &>(dialog).CurrentPlot().dots.size(), 2500U);
+            EXPECT_TRUE(
+                part(dialog, "PlotImage")
+                    ->accessibleDescription()
+                    .startsWith(QLatin1String("Empirical Cumulative Distribution Function Plot: 2500 dots, ")));
+            dialog.close();
+        });
+}
+
 TEST(ReportWindow, NothingIsCutWithLongNamesAndAnyNumberOfControls)
 {
     for (const int m : {0, 4, 5, 10}) {

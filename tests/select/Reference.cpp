@@ -255,11 +255,8 @@ void Fixture::carryOutOn(const Json &run)
     regression.SetResponse(response);
     regression.SetDescription(QString::fromStdString(run.value("description", std::string())));
     const std::string before = run.value("before", std::string("fitted"));
-    if (before != "nothing" && regression.ReLoad() && before == "fitted")
+    if (before != "nothing" && regression.ReLoad() && before != "loaded")
         regression.Execute();
-    std::vector<QStringList> definitions;
-    for (int k = 1; k <= MaxControls; ++k)
-        definitions.push_back(regression.ControlVar(k).ToQStringList());
 
     Search search;
     prepare(search, run);
@@ -267,6 +264,14 @@ void Fixture::carryOutOn(const Json &run)
         search.component->SetTable(&regression);
     else
         search.component->SetQuery(&regression);
+    if (before == "run") {
+        search.component->Run();
+        if (search.criticalValues.Active())
+            search.criticalValues.First();
+    }
+    std::vector<QStringList> definitions;
+    for (int k = 1; k <= MaxControls; ++k)
+        definitions.push_back(regression.ControlVar(k).ToQStringList());
     regression.SetShowWarnings(true);
     messages.shown.clear();
 
@@ -280,7 +285,7 @@ void Fixture::carryOutOn(const Json &run)
     } catch (const EConvertError &) {
         error = "EConvertError";
     }
-    EXPECT_EQ(error, expected.value("error", std::string()));
+    ASSERT_EQ(error, expected.value("error", std::string()));
 
     compareTraces(trace.lines, expected["trace"]);
     QStringList steps;

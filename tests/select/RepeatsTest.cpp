@@ -111,7 +111,7 @@ TYPED_TEST(Endless, TheGuardChangesNoSearchThatEndsByItselfAndEndsTheOthers)
     std::mt19937 random(20261121);
     int ended = 0;
     int endless = 0;
-    constexpr int Wanted = 300;
+    constexpr int Wanted = 200;
     makeTable(*this->db, "data", "y a b c d e", {});
     for (int set = 0; set < 20 * Wanted && (ended < Wanted || endless < Wanted); ++set) {
         this->db->exec(text("DELETE FROM data"));

@@ -831,14 +831,24 @@ def expected(run, data, tables):
     messages = []
     regression = Regression(data, run["controls"], run["response"], run.get("description", ""), messages)
     before = run.get("before", "fitted")
-    if before != "nothing" and regression.reload() and before == "fitted":
+    if before != "nothing" and regression.reload() and before != "loaded":
         regression.execute()
+
+    def search_of_its_own():
+        table = tables[run["ftable"]] if "ftable" in run else None
+        return SEARCHES[run["method"]](
+            regression, run.get("options", {}), FTable(table) if table else None, run.get("component", "table")
+        )
+
+    if before == "run":
+        # What that leaves is seldom the first control variables, so that positions and numbers part.
+        try:
+            search_of_its_own().run()
+        except RunError as error:
+            raise Delicate("no second run") from error
     del messages[:]
     at_start = [list(definition) for definition in regression.controls]
-    table = tables[run["ftable"]] if "ftable" in run else None
-    search = SEARCHES[run["method"]](
-        regression, run.get("options", {}), FTable(table) if table else None, run.get("component", "table")
-    )
+    search = search_of_its_own()
     error = None
     try:
         search.run()
@@ -880,6 +890,17 @@ def plain(value):
     if isinstance(value, (list, tuple)):
         return [plain(item) for item in value]
     return value
+
+
+def same(a, b):
+    """Whether two fixtures say the same; logarithms are rounded differently on some machines."""
+    if isinstance(a, float) or isinstance(b, float):
+        return isinstance(a, (int, float)) and isinstance(b, (int, float)) and math.isclose(a, b, rel_tol=1e-11)
+    if isinstance(a, dict):
+        return isinstance(b, dict) and list(a) == list(b) and all(same(a[key], b[key]) for key in a)
+    if isinstance(a, list):
+        return isinstance(b, list) and len(a) == len(b) and all(map(same, a, b))
+    return a == b
 
 
 class Group:
@@ -1000,6 +1021,11 @@ def published():
             group.add(f"cement, {method}, as a {component}, critical values", method=method, component=component,
                       ftable="f", **hald)  # fmt: skip
     group.add("cement, backward, loaded but not fitted before", method="backward", before="loaded", **hald)
+    for method in SEARCHES:
+        group.add(f"cement, {method}, once more", method=method, before="run", **hald)
+        group.add(f"cement, {method}, once more, with low thresholds", method=method, before="run", **hald,
+                  options={"OptCriteria": "MinSsquared", "ModelsToSave": 2} if method == "optimal" else
+                  {"FInDefault": 1.0, "FOutDefault": 1.0} if method == "stepwise" else {"FDefault": 1.0})  # fmt: skip
     group.add("cement, stepwise, as a query", method="stepwise", component="query", **hald)
 
     labour = dict(data="longley", controls=longley_controls, y="TOTEMP")
@@ -1234,7 +1260,7 @@ def add_random(group, rng, index, want):
         method = rng.choice(("optimal", "stepwise", "stepwise", "backward", "forward"))
         rest = {"options": random_options(rng, method), "component": rng.choice(("table", "table", "query"))}
         if rng.random() < 0.5:
-            rest["before"] = rng.choice(("loaded", "nothing", "fitted", "fitted"))
+            rest["before"] = rng.choice(("loaded", "nothing", "run", "run"))
         if method != "optimal" and rng.random() < 0.35:
             table = f"f {index} {len(group.runs)}"
             group.tables[table] = random_table(rng)
@@ -1317,7 +1343,7 @@ def main():
         text = make().text()
         if not arguments.check:
             (HERE / name).write_text(text)
-        elif (HERE / name).read_text() != text:
+        elif not same(json.loads((HERE / name).read_text()), json.loads(text)):
             print(f"{name} is not what {Path(__file__).name} makes", file=sys.stderr)
             status = 1
     return status
