@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -174,7 +175,9 @@ TEST_F(Designer, SavesTheFormOfTheExamples)
 {
     QFile file(QStringLiteral(SOURCE_ROOT "/examples/Designed.ui"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(text("saved"), QString::fromUtf8(file.readAll()));
+    // How wide a name is depends on the fonts.
+    static const QRegularExpression size(QStringLiteral("<(width|height)>\\d+</(width|height)>"));
+    EXPECT_EQ(text("saved").remove(size), QString::fromUtf8(file.readAll()).remove(size));
 }
 
 TEST_F(Designer, CopiesAndPastesAComponentWithItsDefinitions)

@@ -52,9 +52,9 @@ TEST_F(RunningAForm, BuiltInLoadedAndOnTheCommandLineItGivesTheSameFigures)
     const QString loaded = run(QStringLiteral(BUILD_ROOT "/examples/example_loaded"), {});
     EXPECT_EQ(built, loaded);
 
-    const QString json = run(QStringLiteral(BUILD_ROOT "/bin/nuvostat"),
-                             {QStringLiteral("run"), QStringLiteral("Designed.ui"), QStringLiteral("--format"),
-                              QStringLiteral("json")});
+    const QString json =
+        run(QStringLiteral(BUILD_ROOT "/bin/nuvostat"), {QStringLiteral("run"), QStringLiteral("Designed.ui"),
+                                                         QStringLiteral("--format"), QStringLiteral("json")});
     const QJsonObject object = QJsonDocument::fromJson(json.toUtf8()).object();
     const QJsonObject regression = object[QStringLiteral("regressions")][0].toObject();
     const QJsonArray coefficients = regression[QStringLiteral("coefficients")].toArray();
