@@ -237,3 +237,18 @@ TEST_F(Designer, LooksUpNamesOnOneFormAlone)
     EXPECT_TRUE(yes("boundOnOtherForm"));
     EXPECT_FALSE(yes("foundAcrossForms"));
 }
+
+TEST_F(Designer, LetsTheFieldsOfAQueryBeTyped)
+{
+    EXPECT_EQ(list("queryControl1"), words("Active;Inverse;Wind;Datafield2;1.00;10"));
+    EXPECT_EQ(list("queryMessages"), Strings());
+}
+
+TEST_F(Designer, RepairsDefinitionsOfAFormAndOpensNothingWhenItLoadsOne)
+{
+    EXPECT_EQ(list("threeStrings"), words("Active;None;GNP;Datafield2;1.00;10"));
+    EXPECT_EQ(list("nineStrings"), words("Active;None;GNP;Active;None;GNP"));
+    EXPECT_EQ(list("numberForAList").size(), 6);
+    EXPECT_TRUE(yes("wishedActive"));
+    EXPECT_EQ(list("messagesOfLoading"), Strings());
+}

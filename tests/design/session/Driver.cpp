@@ -20,6 +20,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -76,6 +77,7 @@ public:
         layOut();
         switchOnWithoutDatabase();
         resetDefinition();
+        defineOnQuery();
         otherForm();
         reload();
     }
@@ -625,6 +627,27 @@ private:
         return form;
     }
 
+    /// The fields of a query are typed.
+    void defineOnQuery()
+    {
+        const int start = form_->commandHistory()->index();
+        put("TMLRQuery", QPoint(40, 200));
+        during([&] { contextAction(component<TComponent>("mlrQuery"), "Define ControlVar01…")->trigger(); },
+               [&](QWidget *dialog) {
+                   auto *item = dialog->findChild<QAbstractButton *>(u("RadioGroup1Item3"));
+                   QTest::mouseClick(item, Qt::LeftButton, {}, QPoint(8, item->height() / 2));
+                   auto *edit = dialog->findChild<QLineEdit *>(u("edStringX"));
+                   edit->selectAll();
+                   QTest::keyClicks(edit, u("Wind"));
+                   QTest::mouseClick(dialog->findChild<QPushButton *>(u("bbtnOK")), Qt::LeftButton);
+               });
+        see("queryControl1", strings("mlrQuery", "ControlVar01"));
+        see("queryMessages", takeMessages());
+        while (form_->commandHistory()->index() > start)
+            form_->commandHistory()->undo();
+        settle();
+    }
+
     /// The names of one form are none of another's.
     void otherForm()
     {
@@ -653,6 +676,29 @@ private:
         see("saved", saved);
         see("reloaded", form->contents());
         see("dirtyAfterReload", form->isDirty());
+
+        // Definitions as an editor of texts may have left them, and a wish that cannot be carried out.
+        const auto replaced = [](QString text, const char *property, const char *value) {
+            const QRegularExpression old(u("(<property name=\"%1\"[^>]*>).*?(</property>)").arg(u(property)),
+                                         QRegularExpression::DotMatchesEverythingOption);
+            return text.replace(old, u("\\1") + u(value) + u("\\2"));
+        };
+        const QString list = u("<string>Active</string><string>None</string><string>GNP</string>");
+        QString broken =
+            replaced(saved, "ControlVar01", qPrintable(u("<stringlist notr=\"true\">") + list + u("</stringlist>")));
+        broken = replaced(broken, "ControlVar02",
+                          qPrintable(u("<stringlist notr=\"true\">") + list + list + list + u("</stringlist>")));
+        broken = replaced(broken, "ControlVar03", "<number>7</number>");
+        broken = replaced(broken, "DatabaseName", "<string notr=\"true\">nowhere.db</string>");
+        broken = replaced(broken, "Active", "<bool>true</bool>");
+        form->setContents(broken);
+        QDesignerFormWindowInterface *first = std::exchange(form_, form);
+        see("threeStrings", strings("mlrTable", "ControlVar01"));
+        see("nineStrings", strings("mlrTable", "ControlVar02"));
+        see("numberForAList", strings("mlrTable", "ControlVar03"));
+        see("wishedActive", component<TMLRTable>("mlrTable")->ActiveWished());
+        see("messagesOfLoading", takeMessages());
+        form_ = first;
         delete form;
     }
 
