@@ -17,3 +17,11 @@ install(FILES ${PROJECT_BINARY_DIR}/NuvoConfig.cmake ${PROJECT_BINARY_DIR}/NuvoC
 # The program finds its library wherever the two are installed together.
 file(RELATIVE_PATH nuvo_lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set_target_properties(nuvostat PROPERTIES INSTALL_RPATH $ORIGIN/${nuvo_lib_from_bin})
+
+# Below the prefix as Qt's own plugins are below Qt's: installed to Qt's prefix, Qt Designer finds it by itself.
+if(NUVO_BUILD_DESIGNER)
+    set(nuvo_designer_dir ${QT6_INSTALL_PLUGINS}/designer)
+    install(TARGETS nuvo_designer LIBRARY DESTINATION ${nuvo_designer_dir})
+    file(RELATIVE_PATH nuvo_lib_from_plugin ${CMAKE_INSTALL_PREFIX}/${nuvo_designer_dir} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(nuvo_designer PROPERTIES INSTALL_RPATH $ORIGIN/${nuvo_lib_from_plugin})
+endif()

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -168,6 +169,15 @@ TEST_F(Designer, MarksTheFormChangedAndSavesIt)
     EXPECT_EQ(text("saved").count(QStringLiteral("<stringlist notr=\"true\">")), 11);
     EXPECT_FALSE(text("saved").contains(QStringLiteral("<stringlist>")));
     EXPECT_TRUE(text("saved").contains(QStringLiteral("<header location=\"global\">engine/Mlrtable.h</header>")));
+}
+
+TEST_F(Designer, SavesTheFormOfTheExamples)
+{
+    QFile file(QStringLiteral(SOURCE_ROOT "/examples/Designed.ui"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    // How wide a name is depends on the fonts.
+    static const QRegularExpression size(QStringLiteral("<(width|height)>\\d+</(width|height)>"));
+    EXPECT_EQ(text("saved").remove(size), QString::fromUtf8(file.readAll()).remove(size));
 }
 
 TEST_F(Designer, CopiesAndPastesAComponentWithItsDefinitions)

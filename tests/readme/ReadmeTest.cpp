@@ -50,6 +50,17 @@ std::vector<Block> blocksOf(const QStringList &text)
     return blocks;
 }
 
+/// Of the documents whose commands and programs are held to what they show.
+std::vector<Block> blocksThatRun()
+{
+    std::vector<Block> blocks;
+    for (const char *document : {"/README.md", "/docs/designer.md"}) {
+        const std::vector<Block> more = blocksOf(linesOf(root + QString::fromLatin1(document)));
+        blocks.insert(blocks.end(), more.begin(), more.end());
+    }
+    return blocks;
+}
+
 /// What a console block shows: a command after "$ " and the lines that it prints.
 struct Command
 {
@@ -114,7 +125,7 @@ TEST(Readme, EveryCommandPrintsWhatIsShown)
     environment.insert(QStringLiteral("NUVO_BUILD_DIR"), QStringLiteral(BUILD_ROOT));
 
     int commands = 0;
-    for (const Block &block : blocksOf(linesOf(root + QStringLiteral("/README.md")))) {
+    for (const Block &block : blocksThatRun()) {
         if (block.language != QLatin1String("console"))
             continue;
         for (Command command : commandsOf(block)) {
@@ -148,7 +159,7 @@ TEST(Readme, EveryCommandPrintsWhatIsShown)
 TEST(Readme, EveryProgramShownIsTheFileThatIsCompiled)
 {
     int programs = 0;
-    for (const Block &block : blocksOf(linesOf(root + QStringLiteral("/README.md")))) {
+    for (const Block &block : blocksThatRun()) {
         if (block.language != QLatin1String("cpp"))
             continue;
         static const QRegularExpression link(QStringLiteral("\\((examples/\\w+\\.cpp)\\)"));

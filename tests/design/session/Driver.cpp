@@ -208,7 +208,7 @@ private:
     }
 
     /// In a definition's dialog: a form, a field, OK.
-    void define(QWidget *dialog, int form, const char *field)
+    void define(QWidget *dialog, int form, const char *field, const char *picture = nullptr)
     {
         auto *item = dialog->findChild<QAbstractButton *>(QStringLiteral("RadioGroup1Item%1").arg(form));
         QTest::mouseClick(item, Qt::LeftButton, {}, QPoint(8, item->height() / 2));
@@ -221,8 +221,13 @@ private:
         list->setFocus();
         while (list->currentIndex() != wanted)
             QTest::keyClick(list, list->currentIndex() < wanted ? Qt::Key_Down : Qt::Key_Up);
+        if (picture != nullptr)
+            take(dialog, picture);
         QTest::mouseClick(dialog->findChild<QPushButton *>(u("bbtnOK")), Qt::LeftButton);
     }
+
+    /// For the documents.
+    static void take(QWidget *window, const char *name) { window->grab().save(u(name)); }
 
     /// Said too, so that the log tells how far a walk came that broke off.
     void see(const char *what, const QJsonValue &value)
@@ -370,7 +375,7 @@ private:
         see("response", strings("mlrTable", "ResponseVarY"));
         during(doubleClick, [&](QWidget *dialog) {
             see("secondDialog", dialog->windowTitle());
-            define(dialog, 2, "GNP");
+            define(dialog, 2, "GNP", "designer-dialog.png");
         });
         during([&] { contextAction(table, "Define ControlVar02…")->trigger(); },
                [&](QWidget *dialog) { define(dialog, 1, "UNEMP"); });
@@ -418,6 +423,14 @@ private:
         see("percent", stepWise->FPercent());
         see("fTable", stepWise->FDistTableName());
         see("bound", stepWise->Regression() != nullptr);
+        select(component<TComponent>("mlrTable"));
+        rowButton("ControlVar01");
+        auto *pages = core_.widgetBox()->findChild<QTreeWidget *>();
+        pages->scrollToItem(pages->topLevelItem(pages->topLevelItemCount() - 1)->child(0));
+        settle();
+        take(core_.topLevel(), "designer.png");
+        rowButton("TableName");
+        take(core_.propertyEditor(), "designer-properties.png");
     }
 
     void save()
@@ -635,12 +648,12 @@ private:
         if (!file.open(QIODevice::ReadOnly))
             qFatal("no saved form");
         const QString saved = QString::fromUtf8(file.readAll());
-        QDesignerFormWindowInterface *form = open(saved);
+        QDesignerFormWindowInterface *form = core_.formWindowManager()->createFormWindow(core_.topLevel());
+        form->setContents(saved);
         see("saved", saved);
         see("reloaded", form->contents());
         see("dirtyAfterReload", form->isDirty());
         delete form;
-        settle();
     }
 
     QDesignerFormEditorInterface &core_;
