@@ -1,6 +1,8 @@
 #include "platform/Component.h"
 
 #include <QCoreApplication>
+#include <QImage>
+#include <QPixmap>
 #include <QPointer>
 #include <QVBoxLayout>
 
@@ -84,6 +86,41 @@ TEST(Component, HasOneSize)
     EXPECT_EQ(component.sizeHint(), QSize(32, 32));
 }
 
+TEST(Component, OnAFormThatIsBeingDesignedHasRoomForItsNameWhichIsCutWhenItIsLong)
+{
+    Window form;
+    TComponent component(&form);
+    component.SetName(QStringLiteral("aRegression"));
+    EXPECT_EQ(component.size(), QSize(32, 32));
+    component.SetDesigning(true);
+    const QSize named = component.size();
+    EXPECT_GT(named.width(), component.fontMetrics().horizontalAdvance(component.Name()));
+    EXPECT_GT(named.height(), 32);
+    component.SetName(QStringLiteral("aRegressionOfEmployment"));
+    EXPECT_GT(component.width(), named.width());
+    component.SetName(QString(1000, u'n'));
+    EXPECT_LT(component.width(), 200);
+    component.SetDesigning(false);
+    EXPECT_EQ(component.size(), QSize(32, 32));
+}
+
+TEST(Component, PaintsItsIconAboveItsName)
+{
+    Window form;
+    TComponent component(&form);
+    QPixmap red(32, 32);
+    red.fill(Qt::red);
+    component.SetName(QStringLiteral("aRegression"));
+    component.SetDesigning(true, QIcon(red));
+    form.show();
+    const QImage picture = component.grab().toImage();
+    EXPECT_EQ(picture.pixelColor(picture.width() / 2, 16), QColor(Qt::red));
+    bool ink = false;
+    for (int x = 0; x < picture.width(); ++x)
+        ink = ink || picture.pixelColor(x, 32 + (picture.height() - 32) / 2) != picture.pixelColor(0, 33);
+    EXPECT_TRUE(ink);
+}
+
 TEST(Component, GoesWithItsOwner)
 {
     auto form = std::make_unique<Window>();
@@ -128,4 +165,23 @@ TEST(Component, FindsOnlyTheClassAskedForAndNothingByAnEmptyName)
     EXPECT_EQ(asking->FindComponent<TComponent>(QStringLiteral("Table1")), nullptr);
     EXPECT_EQ(asking->FindComponent<TComponent>(QString()), nullptr);
     EXPECT_EQ(TComponent().FindComponent<TComponent>(QStringLiteral("Table1")), nullptr);
+}
+
+TEST(Component, OnAFormThatIsBeingDesignedFindsOnlyWhatIsOnIt)
+{
+    // The designer has two forms open, with the same name on the other and on one that was deleted from this.
+    Window designer;
+    auto *desk = new QWidget(&designer);
+    auto *form = new QWidget(desk);
+    auto *asking = new TComponent(form);
+    asking->SetDesigning(true, {}, desk);
+    const QString name = QStringLiteral("Table1");
+    auto *elsewhere = new TComponent(&designer);
+    elsewhere->SetName(name);
+    elsewhere->SetDesigning(true);
+    auto *deleted = new TComponent(form);
+    deleted->SetName(name);
+    EXPECT_EQ(asking->FindComponent<TComponent>(name), nullptr);
+    deleted->SetDesigning(true);
+    EXPECT_EQ(asking->FindComponent<TComponent>(name), deleted);
 }

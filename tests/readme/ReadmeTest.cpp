@@ -162,7 +162,7 @@ TEST(Readme, EveryProgramShownIsTheFileThatIsCompiled)
     for (const Block &block : blocksThatRun()) {
         if (block.language != QLatin1String("cpp"))
             continue;
-        static const QRegularExpression link(QStringLiteral("\\((examples/\\w+\\.cpp)\\)"));
+        static const QRegularExpression link(QStringLiteral("\\((?:\\.\\./)?(examples/\\w+\\.cpp)\\)"));
         const QString path = link.match(block.heading).captured(1);
         ASSERT_FALSE(path.isEmpty()) << "the line before a program names its file: " << qPrintable(block.heading);
         EXPECT_EQ(block.lines.join(u'\n'), linesOf(root + u'/' + path).join(u'\n').trimmed()) << qPrintable(path);
