@@ -60,8 +60,8 @@ private:
     TMLRModel atBegin_;
 };
 
-/// The re-check: one pass over the variables in the model, with a progress of its own. `previous` becomes the residual
-/// mean square of what is left.
+/// The re-check: one pass over the variables in the model, with a progress of its own. `previous` becomes the
+/// residual mean square of what is left.
 void StepwiseRun::recheck(double &previous)
 {
     const nuvo::SelectionRun::Inner progress(run_);

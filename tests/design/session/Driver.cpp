@@ -671,8 +671,10 @@ private:
         if (!file.open(QIODevice::ReadOnly))
             qFatal("no saved form");
         const QString saved = QString::fromUtf8(file.readAll());
-        QDesignerFormWindowInterface *form = core_.formWindowManager()->createFormWindow(core_.topLevel());
-        form->setContents(saved);
+        QDesignerFormWindowInterface *form = open(saved);
+        // The size of a form is that of its window, which Designer gives to those that it opens itself.
+        form->resize(form_->size());
+        settle(100);
         see("saved", saved);
         see("reloaded", form->contents());
         see("dirtyAfterReload", form->isDirty());
