@@ -192,6 +192,14 @@ TEST_F(Designer, CopiesAndPastesAComponentWithItsDefinitions)
     EXPECT_TRUE(yes("pasteRedone"));
 }
 
+TEST_F(Designer, ChoosesFromTheContextMenuAndForSeveralComponentsAtOnce)
+{
+    EXPECT_EQ(text("datasetByMenu"), QStringLiteral("mlrTable_2"));
+    EXPECT_EQ(text("datasetUndone"), QStringLiteral("mlrTable"));
+    EXPECT_EQ(list("tablesOfBoth"), words("States;States"));
+    EXPECT_EQ(seen("stepsForBoth").toInt(), 1);
+}
+
 TEST_F(Designer, KeepsComponentsOutOfLayoutsWhereTheyWere)
 {
     EXPECT_EQ(seen("pushButtons").toInt(), 2);

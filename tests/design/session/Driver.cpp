@@ -463,7 +463,28 @@ private:
         see("contentsAfterPaste", contents());
         select(component<TComponent>("stepWiseMLR"));
         see("datasetsAfterPaste", choose("Dataset", ""));
-        auto *pasted = component<TComponent>("mlrTable_2");
+        auto *stepWise = component<TStepWiseMLR>("stepWiseMLR");
+        during([&] { contextAction(stepWise, "Choose Dataset…")->trigger(); },
+               [&](QWidget *dialog) {
+                   dialog->findChild<QComboBox *>()->setCurrentText(u("mlrTable_2"));
+                   QTest::keyClick(dialog, Qt::Key_Return);
+               });
+        see("datasetByMenu", stepWise->Dataset());
+        manager->actionUndo()->trigger();
+        settle();
+        see("datasetUndone", stepWise->Dataset());
+
+        // One choice for two tables is one step.
+        auto *pasted = component<TMLRTable>("mlrTable_2");
+        select(component<TComponent>("mlrTable"));
+        form_->selectWidget(pasted, true);
+        settle();
+        const int steps = form_->commandHistory()->index();
+        choose("TableName", "States");
+        see("tablesOfBoth", QStringList{component<TMLRTable>("mlrTable")->TableName(), pasted->TableName()});
+        see("stepsForBoth", form_->commandHistory()->index() - steps);
+        manager->actionUndo()->trigger();
+        settle();
         manager->actionUndo()->trigger();
         settle();
         see("pasteUndone", !form_->isManaged(pasted) && !pasted->isVisible());
