@@ -29,6 +29,7 @@
 #include <QtTest>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -625,10 +626,11 @@ private:
     {
         select(component<TComponent>("mlrTable"));
         QWidget *row = openRow("ControlVar01");
-        for (QToolButton *button : row->findChildren<QToolButton *>()) {
-            if (button->objectName().isEmpty() && button->isVisible())
-                QTest::mouseClick(button, Qt::LeftButton);
-        }
+        const QList<QToolButton *> buttons = row->findChildren<QToolButton *>();
+        const auto reset = std::find_if(buttons.begin(), buttons.end(), [](const QToolButton *button) {
+            return button->objectName().isEmpty() && button->isVisible();
+        });
+        QTest::mouseClick(*reset, Qt::LeftButton); // and the row's widgets may be gone
         settle();
         see("resetControl1", strings("mlrTable", "ControlVar01"));
         core_.formWindowManager()->actionUndo()->trigger();
