@@ -1056,7 +1056,7 @@ def published():
     return group
 
 
-def special():
+def edges():
     group = Group()
     methods = ("optimal", "stepwise", "backward", "forward")
 
@@ -1319,7 +1319,7 @@ def some_random():
     return group
 
 
-FIXTURES = {"published.json": published, "special.json": special, "random.json": some_random}
+FIXTURES = {"published.json": published, "edges.json": edges, "random.json": some_random}
 
 
 def main():
