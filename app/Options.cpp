@@ -602,9 +602,6 @@ private:
         CLI::App *app = nullptr;
         CLI::Option *form = nullptr;
         CLI::Option *format = nullptr;
-        CLI::Option *saveReport = nullptr;
-        CLI::Option *savePlots = nullptr;
-        CLI::Option *show = nullptr;
     };
     struct Import
     {
