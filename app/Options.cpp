@@ -1,7 +1,7 @@
 #include "app/Options.h"
 
 #include "app/Usage.h"
-#include "engine/Maxdata.h"
+#include "engine/kernel/Maxdata.h"
 #include "present/Reportdocument.h"
 
 #include <CLI/CLI.hpp>

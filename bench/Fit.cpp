@@ -1,6 +1,6 @@
 #include "bench/Eigenfit.h"
-#include "engine/Instructionset.h"
-#include "engine/Normalequations.h"
+#include "engine/kernel/Instructionset.h"
+#include "engine/kernel/Normalequations.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 #include "engine/Matrix.h"
 
-#include "engine/Ludecomp.h"
+#include "engine/kernel/Ludecomp.h"
 #include "platform/Formats.h"
 #include "platform/Messages.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/Maxdata.h"
+#include "engine/kernel/Maxdata.h"
 #include "platform/Export.h"
 
 #include <array>
@@ -27,7 +27,7 @@ using TCol2500 = std::array<double, MaxObservations>; ///< one row of a paramete
 namespace Matrix {
 
 /// Replaces a by its LU factors; indx(j) is the row that changed places with row j, d = +1 or -1 the parity of the
-/// exchanges. Crout's method with implicit pivoting (see engine/Ludecomp.h). For each row of zeros the error
+/// exchanges. Crout's method with implicit pivoting (see engine/kernel/Ludecomp.h). For each row of zeros the error
 /// message "Your matrix is singular" is shown and the work goes on; a zero pivot becomes 1e-20.
 NUVO_EXPORT void ludecomp(TRow11 *a, int np, int np2, int *indx, double &d);
 

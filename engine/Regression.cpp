@@ -2,7 +2,7 @@
 
 #include "engine/Columncache.h"
 #include "engine/Termreader.h"
-#include "engine/Usablerecords.h"
+#include "engine/kernel/Usablerecords.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "engine/Loadprogress.h"
-#include "engine/Maxdata.h"
 #include "engine/Mlrtypes.h"
-#include "engine/Normalequations.h"
+#include "engine/kernel/Maxdata.h"
+#include "engine/kernel/Normalequations.h"
 #include "platform/Export.h"
 #include "platform/Messages.h"
 

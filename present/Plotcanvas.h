@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/Maxdata.h"
+#include "engine/kernel/Maxdata.h"
 #include "platform/Export.h"
 
 #include <QColor>

@@ -6,6 +6,7 @@
 #include "present/Mlroutpt.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -17,11 +18,6 @@
 #include <QTemporaryDir>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 QStringList airquality(const QStringList &more)
 {

@@ -2,6 +2,7 @@
 #include "engine/Mlrtable.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -12,11 +13,6 @@
 #include <csignal>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 QStringList fitArguments(const QString &database, const QStringList &more)
 {

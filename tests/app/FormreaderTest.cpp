@@ -4,6 +4,7 @@
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -11,11 +12,6 @@
 #include <QTemporaryDir>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 /// A form file with these widgets on it.
 QByteArray form(const QByteArray &widgets)

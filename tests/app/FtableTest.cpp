@@ -4,6 +4,7 @@
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -20,11 +21,6 @@
 #include <numbers>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 /// P(F > f) for m and n degrees of freedom by the finite sums that it has for whole degrees of freedom, in long
 /// double. With x = n/(n + m f) it is the incomplete beta function I_x(n/2, m/2), which is known for parameters 1/2

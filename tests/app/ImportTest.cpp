@@ -2,6 +2,7 @@
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,6 @@
 #include <csignal>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 void writeFile(const QString &name, const QByteArray &bytes)
 {

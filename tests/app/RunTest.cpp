@@ -1,5 +1,6 @@
 #include "app/Program.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -11,11 +12,6 @@
 #include <sys/stat.h>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 QString property(const char *name, const char *kind, const QString &value)
 {

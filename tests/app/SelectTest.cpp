@@ -6,6 +6,7 @@
 #include "select/Stepmain.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,6 @@
 #include <csignal>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 constexpr const char *methods[] = {"optimal", "stepwise", "backward", "forward"};
 // Hald's data: heat of thirteen cements by the composition of their clinkers.

@@ -10,17 +10,13 @@
 #include "select/Fwdmain.h"
 #include "select/Stepmain.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <QMetaProperty>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QString u(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 nuvo::Catalogue everything()
 {

@@ -3,6 +3,7 @@
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 #include "present/Windowtest.h"
+#include "support/Text.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -13,11 +14,6 @@
 #include <QRadioButton>
 
 // What a person does with the dialogs that define variables.
-
-inline QString u(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 inline const QStringList &fieldNames()
 {

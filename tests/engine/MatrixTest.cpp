@@ -1,5 +1,6 @@
 #include "engine/Matrix.h"
-#include "engine/Exact.h"
+#include "engine/kernel/Exact.h"
+#include "engine/kernel/Normalequations.h"
 #include "platform/Messages.h"
 
 #include <gtest/gtest.h>
@@ -511,4 +512,32 @@ TEST_F(MatrixKernel, TwoThreadsInvertSideBySide)
     other.join();
     EXPECT_TRUE(here);
     EXPECT_TRUE(there);
+}
+
+TEST_F(MatrixKernel, InverseAndFactorsAreThoseOfTheNormalEquationsUpToRounding)
+{
+    std::mt19937 random(6);
+    std::normal_distribution<double> normal;
+    std::vector<std::vector<double>> data(6, std::vector<double>(40));
+    std::vector<nuvo::DataColumn> columns;
+    for (std::vector<double> &values : data) {
+        std::generate(values.begin(), values.end(), [&] { return normal(random); });
+        columns.push_back({values.data(), nuvo::minMax(values.data(), 40).largest()});
+    }
+    nuvo::CrossProducts products;
+    nuvo::crossProducts(columns, 40, products);
+    const nuvo::NormalEquations got = nuvo::solveNormalEquations(products, 5);
+    TRow11 c[6] = {};
+    for (int i = 0; i < 6; ++i)
+        for (int j = 0; j < 6; ++j)
+            c[i][j] = products[i][j].hi;
+    TRow11 inverse[6] = {};
+    Matrix::invertnpbynp(c, inverse, 6, 6);
+    for (int i = 0; i < 6; ++i) {
+        for (int j = 0; j < 6; ++j) {
+            EXPECT_NEAR(got.factors[i][j], c[i][j], 1e-12 * 40);
+            EXPECT_NEAR(got.inverse[i][j], inverse[i][j], 1e-12);
+            EXPECT_EQ(got.inverse[i][j], got.inverse[j][i]);
+        }
+    }
 }

@@ -31,6 +31,7 @@ const std::vector<Floor> &floors()
         const auto add = [&list](const char *files, int height) {
             list.push_back({std::regex(files, std::regex::ECMAScript), height});
         };
+        add("engine/kernel/.*", 0);
         add("platform/.*", 0);
         add("engine/Mlr(table|query)\\..*", 3);
         add("engine/.*", 1);

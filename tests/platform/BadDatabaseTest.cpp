@@ -4,6 +4,7 @@
 #include "support/Databases.h"
 #include "support/Postgres.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,21 +20,6 @@
 
 namespace {
 
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-QString errorOf(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const EDatabaseError &error) {
-        return error.Message();
-    }
-    return {};
-}
-
 /// What opening a table of this database says.
 QString openError(const QString &database)
 {
@@ -41,13 +27,13 @@ QString openError(const QString &database)
     TTable table;
     table.SetDatabaseName(database);
     table.SetTableName(u("t"));
-    QString error = errorOf([&] { table.Open(); });
+    QString error = errorOf<EDatabaseError>([&] { table.Open(); });
     EXPECT_FALSE(table.Active());
     EXPECT_FALSE(error.contains(u'\n')) << error.toStdString();
     // Field definitions are as far away, and nothing is left behind.
-    EXPECT_EQ(errorOf([&] { table.GetFieldNames(); }), error);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.GetFieldNames(); }), error);
     if (!error.startsWith(u("No table"))) {
-        EXPECT_EQ(errorOf([&] { table.TableNames(); }), error);
+        EXPECT_EQ(errorOf<EDatabaseError>([&] { table.TableNames(); }), error);
     }
     EXPECT_EQ(QSqlDatabase::connectionNames(), connections);
     return error;
@@ -138,10 +124,12 @@ TEST(BadDatabases, ThatAWriterLocksSayThatTheyAreLocked)
     EXPECT_EQ(openError(db->name()),
               u("Cannot open the database \"%1\": it is locked by another program that writes.").arg(db->name()));
     // One that is open keeps what it has and goes on when the writer is done.
-    EXPECT_EQ(errorOf([&] { table.Last(); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Last(); }),
               u("Cannot read table \"t\": it is locked by another program that writes."));
     EXPECT_EQ(table.RecNo(), 1);
-    EXPECT_TRUE(errorOf([&] { table.RecordCount(); }).endsWith(u(": it is locked by another program that writes.")));
+    EXPECT_TRUE(errorOf<EDatabaseError>([&] {
+                    table.RecordCount();
+                }).endsWith(u(": it is locked by another program that writes.")));
     EXPECT_EQ(table.MoveBy(10), 10);
     db->exec(u("COMMIT"));
     table.Last();
@@ -162,7 +150,7 @@ TEST(BadDatabases, ThatAreDamagedInTheMiddleSaySo)
     ASSERT_TRUE(file.seek(middle / 4096 * 4096));
     file.write(QByteArray(32768, '\x5a'));
     file.close();
-    const QString error = errorOf([&] {
+    const QString error = errorOf<EDatabaseError>([&] {
         const nuvo::ControlsOff quiet(table);
         for (; !table.Eof(); table.Next()) {
         }
@@ -184,11 +172,11 @@ TEST(BadDatabases, WhoseTableVanishesSaySo)
         table.SetTableName(u("t"));
         table.Open();
         db->exec(u("DROP TABLE t"));
-        const QString error = errorOf([&] { table.Last(); });
+        const QString error = errorOf<EDatabaseError>([&] { table.Last(); });
         EXPECT_TRUE(error.startsWith(u("Cannot read table \"t\": "))) << error.toStdString();
         EXPECT_TRUE(error.contains(backend == TestDatabase::Sqlite ? u("no such table: t") : u("does not exist")));
         EXPECT_EQ(table.RecNo(), 1);
-        EXPECT_TRUE(errorOf([&] { table.Refresh(); }).startsWith(u("No table \"t\" in database ")));
+        EXPECT_TRUE(errorOf<EDatabaseError>([&] { table.Refresh(); }).startsWith(u("No table \"t\" in database ")));
         EXPECT_FALSE(table.Active());
         db->makeNumbers(u("t"), 30, 1);
         table.Open();
@@ -205,7 +193,7 @@ TEST(BadDatabases, WhoseFileVanishesSaySoAtTheNextOpening)
     table.SetTableName(u("t"));
     table.Open();
     ASSERT_TRUE(QFile::rename(db->name(), db->name() + u(".away")));
-    EXPECT_TRUE(errorOf([&] { table.Refresh(); }).contains(u("there is no such file")));
+    EXPECT_TRUE(errorOf<EDatabaseError>([&] { table.Refresh(); }).contains(u("there is no such file")));
     EXPECT_FALSE(table.Active());
     ASSERT_TRUE(QFile::rename(db->name() + u(".away"), db->name()));
     table.Open();
@@ -279,7 +267,7 @@ TEST(BadDatabases, BehindARegisteredConnectionThatDoesNotOpenSayWhy)
         TTable table;
         table.SetDatabaseName(name);
         table.SetTableName(u("t"));
-        const QString error = errorOf([&] { table.Open(); });
+        const QString error = errorOf<EDatabaseError>([&] { table.Open(); });
         EXPECT_TRUE(error.startsWith(u("Cannot open the registered connection \"registered\": ")))
             << error.toStdString();
     }
@@ -292,8 +280,9 @@ TEST(BadDatabases, BehindARegisteredConnectionThatDoesNotOpenSayWhy)
     TTable table;
     table.SetDatabaseName(u("of another thread"));
     table.SetTableName(u("t"));
-    EXPECT_EQ(errorOf([&] { table.Open(); }), u("Cannot open the registered connection \"of another thread\": it "
-                                                "belongs to another thread or has no driver."));
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Open(); }),
+              u("Cannot open the registered connection \"of another thread\": it "
+                "belongs to another thread or has no driver."));
 }
 
 TEST(BadServers, ThatAreNotThereSaySo)
@@ -317,7 +306,7 @@ TEST(BadServers, WhoseTableIsLockedSaySo)
     TTable table;
     table.SetDatabaseName(db->name());
     table.SetTableName(u("t"));
-    EXPECT_EQ(errorOf([&] { table.Open(); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Open(); }),
               u("Cannot read table \"t\": it is locked by another program that writes."));
     db->exec(u("COMMIT"));
     table.Open();
@@ -392,7 +381,7 @@ protected:
     }
     QString scan()
     {
-        return errorOf([&] {
+        return errorOf<EDatabaseError>([&] {
             const nuvo::ControlsOff quiet(table);
             for (table.First(); !table.Eof(); table.Next()) {
             }
@@ -411,11 +400,11 @@ TEST_F(ServersThatGoAway, BetweenOpeningAndTheScanGiveOneSentence)
     server.kill();
     isOneSentence(scan());
     EXPECT_FALSE(table.ControlsDisabled());
-    isOneSentence(errorOf([&] { table.RecordCount(); }));
+    isOneSentence(errorOf<EDatabaseError>([&] { table.RecordCount(); }));
     // What was read is there, and when the server is back the scan goes on.
     table.First();
     EXPECT_EQ(table.FieldByName(u("x")).AsFloat(), 0.5);
-    isOneSentence(errorOf([&] { table.Refresh(); }));
+    isOneSentence(errorOf<EDatabaseError>([&] { table.Refresh(); }));
     EXPECT_FALSE(table.Active());
     server.startAgain();
     table.Open();
@@ -430,7 +419,7 @@ TEST_F(ServersThatGoAway, InTheMiddleOfAScanNeverMakeItShort)
     server.kill();
     QString error;
     while (error.isEmpty() && !table.Eof())
-        error = errorOf([&] { table.Next(); });
+        error = errorOf<EDatabaseError>([&] { table.Next(); });
     isOneSentence(error);
     EXPECT_FALSE(table.Eof());
     const qint64 reached = table.RecNo();

@@ -3,6 +3,7 @@
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -11,25 +12,6 @@
 #include <QSqlQuery>
 
 #include <gtest/gtest.h>
-
-namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-QString errorOf(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const EDatabaseError &error) {
-        return error.Message();
-    }
-    return {};
-}
-
-} // namespace
 
 class Datasets : public testing::TestWithParam<TestDatabase::Backend>
 {
@@ -211,20 +193,20 @@ TEST_P(Datasets, ThatAreClosedSaySoWhenARecordIsNeeded)
     table.SetDatabaseName(db->name());
     table.SetTableName(u("numbers"));
     const QString closed = u("Table \"numbers\" is closed.");
-    EXPECT_EQ(errorOf([&] { table.First(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.Next(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.Prior(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.Last(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.MoveBy(1); }), closed);
-    EXPECT_EQ(errorOf([&] { table.Eof(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.Bof(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.IsEmpty(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.RecNo(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.RecordCount(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.Refresh(); }), closed);
-    EXPECT_EQ(errorOf([&] { table.Locate({u("id")}, {1}); }), closed);
-    EXPECT_EQ(errorOf([&] { table.FindKey({1}); }), closed);
-    EXPECT_EQ(errorOf([&] { table.FieldByName(u("id")).AsFloat(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.First(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Next(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Prior(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Last(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.MoveBy(1); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Eof(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Bof(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.IsEmpty(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.RecNo(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.RecordCount(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Refresh(); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Locate({u("id")}, {1}); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.FindKey({1}); }), closed);
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.FieldByName(u("id")).AsFloat(); }), closed);
     EXPECT_FALSE(table.Active());
 }
 
@@ -239,7 +221,8 @@ TEST_P(Datasets, LoadFieldDefinitionsWithoutOpening)
     EXPECT_TRUE(table.FieldByName(u("X0")).IsNumeric());
     EXPECT_EQ(table.FindField(u("y")), nullptr);
     EXPECT_FALSE(table.Active());
-    EXPECT_EQ(errorOf([&] { table.Fields(2); }), u("No field number 2 in table \"numbers\"; it has 2 fields."));
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Fields(2); }),
+              u("No field number 2 in table \"numbers\"; it has 2 fields."));
 
     TQuery query;
     query.SetDatabaseName(db->name());
@@ -340,9 +323,9 @@ TEST_P(Datasets, LocateByOneOrSeveralFields)
     EXPECT_EQ(table.RecNo(), 4);
     EXPECT_FALSE(table.Locate({u("b")}, {u("z")}));
     EXPECT_EQ(table.RecNo(), 4);
-    EXPECT_EQ(errorOf([&] { table.Locate({u("c")}, {1}); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Locate({u("c")}, {1}); }),
               u("No field \"c\" in table \"t\"; its fields: id, a, b."));
-    EXPECT_EQ(errorOf([&] { table.Locate({u("a")}, {}); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Locate({u("a")}, {}); }),
               u("Locate in table \"t\" was given 1 fields and 0 values."));
     EXPECT_FALSE(table.ControlsDisabled());
 }
@@ -456,10 +439,10 @@ TEST_P(Datasets, LeaveATransactionOfARegisteredConnectionToItsOwner)
         TQuery wrong;
         wrong.SetDatabaseName(connection.connectionName());
         wrong.SetSQL(u("SELECT nothing FROM numbers"));
-        EXPECT_NE(errorOf([&] { wrong.Open(); }), QString());
+        EXPECT_NE(errorOf<EDatabaseError>([&] { wrong.Open(); }), QString());
         if (db->backend() == TestDatabase::Postgres) {
             wrong.SetSQL(u("SELECT 1 / (id - 2000) FROM numbers"));
-            EXPECT_NE(errorOf([&] {
+            EXPECT_NE(errorOf<EDatabaseError>([&] {
                           wrong.Open();
                           wrong.Last();
                       }),
@@ -537,7 +520,7 @@ TEST_P(Datasets, SurviveThatTheirRegisteredConnectionIsClosedOrRemoved)
     table.Close();
     table.Open();
     QSqlDatabase::removeDatabase(name);
-    EXPECT_NE(errorOf([&] { table.Last(); }), QString());
+    EXPECT_NE(errorOf<EDatabaseError>([&] { table.Last(); }), QString());
     EXPECT_EQ(table.RecNo(), 1);
     add();
     table.Last();
@@ -603,11 +586,11 @@ TEST_P(Datasets, ReadNoFurtherThanTheyAreWalked)
     query.DisableControls();
     query.MoveBy(100);
     EXPECT_EQ(query.RecNo(), 101);
-    EXPECT_NE(errorOf([&] { query.MoveBy(1000); }), QString());
+    EXPECT_NE(errorOf<EDatabaseError>([&] { query.MoveBy(1000); }), QString());
     // The position is unchanged, and what is there stays usable.
     EXPECT_EQ(query.RecNo(), 101);
     EXPECT_EQ(query.FieldByName(u("id")).AsInteger(), 101);
-    EXPECT_NE(errorOf([&] { query.Last(); }), QString());
+    EXPECT_NE(errorOf<EDatabaseError>([&] { query.Last(); }), QString());
     query.First();
     EXPECT_EQ(query.RecNo(), 1);
     query.EnableControls();

@@ -5,6 +5,7 @@
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
@@ -15,15 +16,6 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
-
-namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-} // namespace
 
 class Views : public testing::TestWithParam<TestDatabase::Backend>
 {

@@ -4,6 +4,7 @@
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -12,21 +13,6 @@
 using nuvo::FieldKind;
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-QString errorOf(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const EPlatformError &error) {
-        return error.Message();
-    }
-    return {};
-}
 
 template <class Class>
 bool is(const TField &field)

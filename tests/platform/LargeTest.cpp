@@ -3,6 +3,7 @@
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 #include "support/Walkrecords.h"
 
 #include <QElapsedTimer>
@@ -14,11 +15,6 @@
 #include <cstdio>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 /// Bytes that this process has read from files so far.
 qint64 bytesRead()

@@ -2,27 +2,9 @@
 #include "platform/Errors.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
-
-namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-QString errorOf(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const EDatabaseError &error) {
-        return error.Message();
-    }
-    return {};
-}
-
-} // namespace
 
 class Queries : public testing::TestWithParam<TestDatabase::Backend>
 {
@@ -50,7 +32,7 @@ TEST_P(Queries, AreNamedByTheirFirstLine)
     EXPECT_EQ(query.Caption(), u("query \"SELECT 1 AS a\""));
     query.SetSQL(QString());
     EXPECT_EQ(query.SQLLines(), QStringList());
-    EXPECT_EQ(errorOf([&] { query.Open(); }), u("There is no SQL text."));
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { query.Open(); }), u("There is no SQL text."));
 }
 
 TEST_P(Queries, TakeWhatReads)
@@ -78,11 +60,11 @@ TEST_P(Queries, RefuseWhatWritesBeforeTheEngineSeesIt)
                             "SELECT 1; DELETE FROM numbers", "WITH t AS (SELECT 1) DELETE FROM numbers",
                             "PRAGMA writable_schema = 1", "EXPLAIN SELECT 1"}) {
         SCOPED_TRACE(sql);
-        EXPECT_NE(errorOf([&] { open(sql); }), QString());
+        EXPECT_NE(errorOf<EDatabaseError>([&] { open(sql); }), QString());
         EXPECT_FALSE(query.Active());
         // A registered connection may write; the statement is refused all the same.
         query.SetDatabaseName(db->writer().connectionName());
-        EXPECT_NE(errorOf([&] { query.Open(); }), QString());
+        EXPECT_NE(errorOf<EDatabaseError>([&] { query.Open(); }), QString());
         query.SetDatabaseName(db->name());
     }
     EXPECT_EQ(db->value(u("SELECT COUNT(*) FROM numbers")).toInt(), 10);
@@ -100,12 +82,12 @@ TEST_P(Queries, CannotWriteByTheBackDoor)
           "SELECT nextval('s')", "SELECT 1 FROM numbers FOR UPDATE"}) {
         SCOPED_TRACE(sql);
         db->exec(u("CREATE SEQUENCE IF NOT EXISTS s"));
-        EXPECT_NE(errorOf([&] { open(sql); }), QString());
+        EXPECT_NE(errorOf<EDatabaseError>([&] { open(sql); }), QString());
     }
     // Nor does it help to prepare the session for the transactions to come.
     open("SELECT set_config('default_transaction_read_only', 'off', false), CASE WHEN i > 500 THEN wipe() END "
          "FROM generate_series(1, 1000) AS n(i)");
-    EXPECT_NE(errorOf([&] { query.Last(); }), QString());
+    EXPECT_NE(errorOf<EDatabaseError>([&] { query.Last(); }), QString());
     EXPECT_EQ(db->value(u("SELECT COUNT(*) FROM numbers")).toInt(), 10);
 }
 
@@ -115,9 +97,10 @@ TEST_P(Queries, TakeParametersByValue)
     query.SetSQL(u(
         "SELECT id, ':least' AS literal FROM numbers WHERE id > :least AND id <= :Most OR id = :least ORDER BY id"));
     EXPECT_EQ(query.ParamNames(), QStringList({u("least"), u("Most")}));
-    EXPECT_EQ(errorOf([&] { query.Open(); }), u("The parameter \"least\" of query \"SELECT id, ':least' AS literal "
-                                                "FROM numbers WHERE id > :least AND id <= "
-                                                ":Most OR id = :least ORDER BY id\" has no value."));
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { query.Open(); }),
+              u("The parameter \"least\" of query \"SELECT id, ':least' AS literal "
+                "FROM numbers WHERE id > :least AND id <= "
+                ":Most OR id = :least ORDER BY id\" has no value."));
     query.SetParam(u("least"), 3);
     query.SetParam(u("MOST"), 5);
     query.Open();
@@ -209,13 +192,13 @@ TEST_P(Queries, AreCountedByTheEngine)
 
 TEST_P(Queries, SayWhatTheEngineHasAgainstThem)
 {
-    const QString unknown = errorOf([&] { open("SELECT x\nFROM nothing"); });
+    const QString unknown = errorOf<EDatabaseError>([&] { open("SELECT x\nFROM nothing"); });
     EXPECT_TRUE(unknown.startsWith(u("Cannot read query \"SELECT x\": "))) << unknown.toStdString();
     EXPECT_TRUE(unknown.contains(u("nothing"))) << unknown.toStdString();
     EXPECT_TRUE(unknown.endsWith(u'.')) << unknown.toStdString();
     EXPECT_FALSE(unknown.contains(u'\n'));
     EXPECT_FALSE(unknown.contains(u("QPSQL")));
-    const QString wrong = errorOf([&] { open("SELECT FROM WHERE"); });
+    const QString wrong = errorOf<EDatabaseError>([&] { open("SELECT FROM WHERE"); });
     EXPECT_TRUE(wrong.contains(u("syntax error"))) << wrong.toStdString();
     open("SELECT 1 AS a");
     EXPECT_EQ(first(), u("1"));

@@ -1,6 +1,7 @@
 #include "platform/Sqltext.h"
 #include "platform/Errors.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -8,29 +9,14 @@ using nuvo::Dialect;
 
 namespace {
 
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-QString refusal(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const EDatabaseError &error) {
-        return error.Message();
-    }
-    return {};
-}
-
 QString statementRefusal(const char *sql, Dialect dialect = Dialect::Sqlite)
 {
-    return refusal([&] { nuvo::readingStatement(u(sql), dialect); });
+    return errorOf<EDatabaseError>([&] { nuvo::readingStatement(u(sql), dialect); });
 }
 
 bool conditionPasses(const char *condition, Dialect dialect = Dialect::Sqlite)
 {
-    return refusal([&] { nuvo::checkCondition(u(condition), dialect); }).isEmpty();
+    return errorOf<EDatabaseError>([&] { nuvo::checkCondition(u(condition), dialect); }).isEmpty();
 }
 
 } // namespace
@@ -80,7 +66,7 @@ TEST(Statements, AreOneAndHaveAnEnd)
     EXPECT_EQ(statementRefusal("SELECT $x$ a", Dialect::Postgres),
               u("A quoted text in the SQL text has no closing $x$."));
     EXPECT_TRUE(statementRefusal("SELECT ?").startsWith(u("Parameters are written with a name")));
-    EXPECT_EQ(refusal([] { nuvo::readingStatement(u("SELECT 1") + QChar(), Dialect::Sqlite); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([] { nuvo::readingStatement(u("SELECT 1") + QChar(), Dialect::Sqlite); }),
               u("The SQL text holds a zero character."));
 }
 
@@ -130,13 +116,13 @@ TEST(Conditions, ThatReachBeyondTheirParenthesesAreRefused)
 
 TEST(Conditions, SayWhatIsWrongWithThem)
 {
-    EXPECT_EQ(refusal([] { nuvo::checkCondition(u("1=1) OR (1=1"), Dialect::Sqlite); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([] { nuvo::checkCondition(u("1=1) OR (1=1"), Dialect::Sqlite); }),
               u("The filter \"1=1) OR (1=1\" is not one condition: its parentheses do not match."));
-    EXPECT_EQ(refusal([] { nuvo::checkCondition(u("1; DROP TABLE t"), Dialect::Sqlite); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([] { nuvo::checkCondition(u("1; DROP TABLE t"), Dialect::Sqlite); }),
               u("The filter \"1; DROP TABLE t\" is not one condition: it holds a semicolon."));
-    EXPECT_EQ(refusal([] { nuvo::checkCondition(u("a > ? AND b = '?'"), Dialect::Sqlite); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([] { nuvo::checkCondition(u("a > ? AND b = '?'"), Dialect::Sqlite); }),
               u("The filter \"a > ? AND b = '?'\" is not one condition: it holds a parameter (?)."));
-    EXPECT_EQ(refusal([] { nuvo::checkCondition(u("b = '?'"), Dialect::Sqlite); }), QString());
-    EXPECT_EQ(refusal([] { nuvo::checkCondition(u("j ? 'key'"), Dialect::Postgres); }), QString())
+    EXPECT_EQ(errorOf<EDatabaseError>([] { nuvo::checkCondition(u("b = '?'"), Dialect::Sqlite); }), QString());
+    EXPECT_EQ(errorOf<EDatabaseError>([] { nuvo::checkCondition(u("j ? 'key'"), Dialect::Postgres); }), QString())
         << "an operator there";
 }

@@ -4,6 +4,7 @@
 #include "platform/Records.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -11,24 +12,9 @@
 
 namespace {
 
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
 QString quoted(const QString &name)
 {
     return u("\"") + QString(name).replace(u'"', u("\"\"")) + u("\"");
-}
-
-QString errorOf(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const EDatabaseError &error) {
-        return error.Message();
-    }
-    return {};
 }
 
 } // namespace
@@ -91,14 +77,14 @@ TEST_P(Tables, ThatAreNotThereAreNamedWithThoseThatAre)
 {
     db->exec(u("CREATE TABLE b (x INTEGER)"));
     db->exec(u("CREATE VIEW a AS SELECT * FROM b"));
-    EXPECT_EQ(errorOf([&] { open(u("c")); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { open(u("c")); }),
               u("No table \"c\" in database \"%1\"; its tables: a, b.").arg(db->name()));
     EXPECT_FALSE(table.Active());
-    EXPECT_EQ(errorOf([&] { table.FieldByName(u("x")); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.FieldByName(u("x")); }),
               u("No table \"c\" in database \"%1\"; its tables: a, b.").arg(db->name()));
-    EXPECT_EQ(errorOf([&] { open(QString()); }), u("No table is named (TableName is empty)."));
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { open(QString()); }), u("No table is named (TableName is empty)."));
     for (const char *name : {"b; DROP TABLE b", "b\" --", "b) --", "(SELECT 1)", "b, b AS c", "\"b\""})
-        EXPECT_TRUE(errorOf([&] { open(u(name)); }).startsWith(u("No table "))) << name;
+        EXPECT_TRUE(errorOf<EDatabaseError>([&] { open(u(name)); }).startsWith(u("No table "))) << name;
     open(u("b"));
     EXPECT_EQ(table.TableNames(), QStringList({u("a"), u("b")}));
 }
@@ -125,7 +111,7 @@ TEST_P(Tables, ComeInTheOrderOfIndexFieldNames)
     EXPECT_EQ(column("id"), u("4 3 2 1"));
     table.SetIndexFieldNames(u("a"));
     EXPECT_EQ(column("id"), u("2 4 1 3"));
-    EXPECT_EQ(errorOf([&] { table.SetIndexFieldNames(u("a;e")); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.SetIndexFieldNames(u("a;e")); }),
               u("No field \"e\" to order table \"t\" by; its fields: id, a, b, c;d."));
     EXPECT_EQ(table.IndexFieldNames(), u("a;e"));
     table.SetIndexFieldNames(QString());
@@ -138,7 +124,7 @@ TEST_P(Tables, WithoutAKeyComeInTheOrderTheyWereStored)
     db->exec(u("INSERT INTO t VALUES (5), (3), (9), (1)"));
     open(u("t"));
     EXPECT_EQ(column("v"), u("5 3 9 1"));
-    EXPECT_EQ(errorOf([&] { table.FindKey({5}); }),
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.FindKey({5}); }),
               u("Table \"t\" has no primary key, and no IndexFieldNames are set, to find a record by."));
 }
 
@@ -179,8 +165,9 @@ TEST_P(Tables, LetNoFilterReachBeyondItsCondition)
         SCOPED_TRACE(filter);
         open(u("numbers"));
         table.SetFiltered(true);
-        EXPECT_TRUE(errorOf([&] { table.SetFilter(u(filter)); }).contains(u("is not one condition")) ||
-                    u(filter).endsWith(u("/*")));
+        EXPECT_TRUE(
+            errorOf<EDatabaseError>([&] { table.SetFilter(u(filter)); }).contains(u("is not one condition")) ||
+            u(filter).endsWith(u("/*")));
         EXPECT_FALSE(table.Active());
         table.SetFilter(QString());
         table.Open();
@@ -190,7 +177,7 @@ TEST_P(Tables, LetNoFilterReachBeyondItsCondition)
     }
     open(u("numbers"));
     table.SetFiltered(true);
-    const QString wrong = errorOf([&] { table.SetFilter(u("nothing > 1")); });
+    const QString wrong = errorOf<EDatabaseError>([&] { table.SetFilter(u("nothing > 1")); });
     EXPECT_TRUE(wrong.startsWith(u("Cannot read table \"numbers\": "))) << wrong.toStdString();
     EXPECT_TRUE(wrong.contains(u("nothing"))) << wrong.toStdString();
     EXPECT_FALSE(wrong.contains(u'\n'));
@@ -221,11 +208,12 @@ TEST_P(Tables, FindTheFirstRecordWithAKey)
     EXPECT_FALSE(table.FindKey({1, 2.5}));
     EXPECT_FALSE(table.FindKey({QVariant(), 5}));
     EXPECT_EQ(table.RecNo(), 17500);
-    EXPECT_EQ(errorOf([&] {
+    EXPECT_EQ(errorOf<EDatabaseError>([&] {
                   table.FindKey({1, 2, 3});
               }),
               u("The key of table \"f\" has 2 fields; 3 values were given."));
-    EXPECT_EQ(errorOf([&] { table.FindKey({}); }), u("The key of table \"f\" has 2 fields; 0 values were given."));
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.FindKey({}); }),
+              u("The key of table \"f\" has 2 fields; 0 values were given."));
 }
 
 TEST_P(Tables, FindTextsAsTheEngineComparesThem)
@@ -357,7 +345,7 @@ TEST_P(SqliteTables, NeverTakeAMissingColumnForAText)
     db->makeNumbers(u("numbers"), 3000, 2);
     open(u("numbers"));
     db->exec(u("ALTER TABLE numbers DROP COLUMN x0"));
-    const QString error = errorOf([&] { table.Last(); });
+    const QString error = errorOf<EDatabaseError>([&] { table.Last(); });
     EXPECT_EQ(error, u("Cannot read table \"numbers\": no such column: numbers.x0."));
     EXPECT_EQ(table.RecNo(), 1);
     table.Refresh();
@@ -433,6 +421,7 @@ TEST_P(PostgresTables, WithoutPermissionSayWhoseItIs)
     url.replace(u("nuvo@"), u("stranger%1@").arg(QString(db->name()).section(u'_', -1)));
     table.SetDatabaseName(url);
     table.SetTableName(u("secret"));
-    EXPECT_EQ(errorOf([&] { table.Open(); }), u("Cannot read table \"secret\": permission denied for table secret."));
+    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Open(); }),
+              u("Cannot read table \"secret\": permission denied for table secret."));
     EXPECT_FALSE(table.Active());
 }

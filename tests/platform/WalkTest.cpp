@@ -5,6 +5,7 @@
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <QAbstractItemModel>
 #include <QSqlQuery>
@@ -16,11 +17,6 @@
 #include <sstream>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 /// What kind of order reading has to begin again in.
 enum Source {

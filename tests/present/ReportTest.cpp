@@ -1,6 +1,6 @@
 #include "present/Report.h"
 
-#include "engine/Nist.h"
+#include "engine/kernel/Nist.h"
 #include "support/Regressions.h"
 
 #include <nlohmann/json.hpp>

@@ -1,14 +1,10 @@
 #include "present/Textreport.h"
 #include "support/Print.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 
 /// A report on two columns with these names.
 nuvo::ReportDocument report(const QString &first, const QString &second)

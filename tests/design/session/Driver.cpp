@@ -5,6 +5,7 @@
 #include "platform/Messages.h"
 #include "platform/Modal.h"
 #include "select/Stepmain.h"
+#include "support/Text.h"
 
 #include <QAction>
 #include <QApplication>
@@ -35,11 +36,6 @@
 #include <functional>
 
 namespace {
-
-QString u(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 void settle(int milliseconds = 50)
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/Crossproducts.h"
-#include "platform/Export.h"
+#include "engine/kernel/Crossproducts.h"
+#include "engine/kernel/Export.h"
 
 #include <cstdint>
 #include <memory>
@@ -12,7 +12,7 @@ namespace nuvo {
 
 /// The records that a load found usable, with the columns that stand over them and the cross products of these, each
 /// worked out when it is first asked for. Columns have numbers, 0 to 31.
-class NUVO_EXPORT UsableRecords
+class NUVO_KERNEL_EXPORT UsableRecords
 {
 public:
     static constexpr int MaxColumns = 32;

@@ -1,6 +1,6 @@
-#include "engine/Crossproducts.h"
+#include "engine/kernel/Crossproducts.h"
 
-#include "engine/Instructionset.h"
+#include "engine/kernel/Instructionset.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,5 +1,5 @@
-#include "engine/Crossproducts.h"
-#include "engine/Exact.h"
+#include "engine/kernel/Crossproducts.h"
+#include "engine/kernel/Exact.h"
 
 #include <gtest/gtest.h>
 

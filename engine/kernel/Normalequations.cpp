@@ -1,7 +1,7 @@
-#include "engine/Normalequations.h"
+#include "engine/kernel/Normalequations.h"
 
-#include "engine/Instructionset.h"
-#include "engine/Ludecomp.h"
+#include "engine/kernel/Instructionset.h"
+#include "engine/kernel/Ludecomp.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "engine/Instructionset.h"
+#include "engine/kernel/Instructionset.h"
 
 #include <atomic>
 

@@ -1,4 +1,4 @@
-#include "engine/Usablerecords.h"
+#include "engine/kernel/Usablerecords.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/Doubledouble.h"
-#include "engine/Instructionset.h"
+#include "engine/kernel/Doubledouble.h"
+#include "engine/kernel/Instructionset.h"
 
 #include <boost/multiprecision/cpp_int.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Export.h"
+#include "engine/kernel/Export.h"
 
 /// Marks a function for processors with AVX2 and fused multiply-add; what is inlined into it is compiled for them
 /// too.
@@ -12,9 +12,9 @@
 namespace nuvo {
 
 /// Whether the functions marked NUVO_AVX2 may be called. All results are the same without them, to the last bit.
-NUVO_EXPORT bool useAvx2();
+NUVO_KERNEL_EXPORT bool useAvx2();
 
 /// For tests and benchmarks: false holds useAvx2() to false, true lets the processor decide again.
-NUVO_EXPORT void allowAvx2(bool allowed);
+NUVO_KERNEL_EXPORT void allowAvx2(bool allowed);
 
 } // namespace nuvo

@@ -1,4 +1,4 @@
-#include "engine/Exact.h"
+#include "engine/kernel/Exact.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/Crossproducts.h"
+#include "engine/kernel/Crossproducts.h"
 
 #include <array>
 #include <vector>
@@ -37,17 +37,17 @@ struct NormalEquations : Coefficients
 ///
 /// A singular X'X gives figures without meaning (infinities and NaNs among them) and no error; see
 /// dependentColumns().
-NUVO_EXPORT NormalEquations solveNormalEquations(const CrossProducts &products, int m);
+NUVO_KERNEL_EXPORT NormalEquations solveNormalEquations(const CrossProducts &products, int m);
 
 /// The same without the matrices, in a third of the time: what choosing among models asks of each of them. The
 /// figures are those of solveNormalEquations() to the last bit.
-NUVO_EXPORT Coefficients solveCoefficients(const CrossProducts &products, int m);
+NUVO_KERNEL_EXPORT Coefficients solveCoefficients(const CrossProducts &products, int m);
 
 /// Which of the columns 1 to m are, to working precision, linear combinations of the constant and the columns before
 /// them (those that are not so themselves), in ascending order: what is left of the column is shorter than 2.2e-13
 /// times the lengths of the combination's terms together. So multiples and sums of columns worked out in doubles are,
 /// also far from zero and where large columns cancel, and columns with three independent digits are not. A column
 /// with NaNs or infinities is not either, and the others are judged without it.
-NUVO_EXPORT std::vector<int> dependentColumns(const CrossProducts &products, int m);
+NUVO_KERNEL_EXPORT std::vector<int> dependentColumns(const CrossProducts &products, int m);
 
 } // namespace nuvo

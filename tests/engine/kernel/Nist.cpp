@@ -1,4 +1,4 @@
-#include "engine/Nist.h"
+#include "engine/kernel/Nist.h"
 
 #include <nlohmann/json.hpp>
 
