@@ -30,8 +30,9 @@ TEST(FDistribution, PValuesAreThoseOfFortyDigits)
          }) {
         const double p = fUpperTail(tail.f, tail.numerator, tail.denominator);
         EXPECT_NEAR(p / tail.p, 1, 1e-13) << tail.f;
-        if (tail.p < 0.99) // one nearer to 1 has lost the digits of its f
+        if (tail.p < 0.99) { // one nearer to 1 has lost the digits of its f
             EXPECT_NEAR(fUpperQuantile(tail.p, tail.numerator, tail.denominator) / tail.f, 1, 1e-12) << tail.f;
+        }
     }
 }
 
