@@ -4,17 +4,13 @@
 #include "platform/Component.h"
 #include "platform/Errors.h"
 
-#include <QBuffer>
-#include <QCoreApplication>
 #include <QFile>
 #include <QMetaEnum>
 #include <QMetaProperty>
 #include <QStringDecoder>
-#include <QUiLoader>
+#include <QWidget>
 #include <QXmlStreamReader>
-#include <QXmlStreamWriter>
 
-#include <algorithm>
 #include <vector>
 
 namespace nuvo {
@@ -70,9 +66,8 @@ bool hasTooManyAttributes(QStringView xml)
 
 struct FormProperty
 {
-    QString name;
-    QString kind; ///< the element that holds the value
-    QStringList values;
+    QByteArray name;
+    QVariant value;
 };
 
 /// A component, or a container of some.
@@ -186,21 +181,21 @@ private:
         const int depth = depth_;
         if (!nextChild(depth))
             return;
-        FormProperty property{name, xml_.name().toString(), {}};
-        if (property.kind == u"stringlist") {
+        const QString kind = xml_.name().toString();
+        QStringList texts;
+        if (kind == u"stringlist") {
             for (const int list = depth_; nextChild(list);)
-                property.values.append(readText());
+                texts.append(readText());
         } else {
-            property.values.append(readText());
+            texts.append(readText());
         }
-        check(widget, property, meta->property(index));
         // A connection string of ODBC can name the library to load.
-        if (name == u"DatabaseName" && property.values[0].startsWith(u"odbc:", Qt::CaseInsensitive) &&
-            property.values[0].contains(u'='))
+        if (name == u"DatabaseName" && texts.value(0).startsWith(u"odbc:", Qt::CaseInsensitive) &&
+            texts[0].contains(u'='))
             fail(QStringLiteral("DatabaseName of \"%1\" is a connection string; a form can only name a data source, "
                                 "odbc:NAME")
                      .arg(widget.name));
-        widget.properties.push_back(std::move(property));
+        widget.properties.push_back({name.toUtf8(), valueOf(widget, meta->property(index), kind, texts)});
         while (nextChild(depth)) {
         }
     }
@@ -220,47 +215,55 @@ private:
     }
 
     /// Refuses a value of another kind: what a widget would make of it differs from loader to compiler.
-    void check(const FormWidget &widget, const FormProperty &property, const QMetaProperty &published) const
+    QVariant valueOf(const FormWidget &widget, const QMetaProperty &published, const QString &kind,
+                     const QStringList &texts) const
     {
-        const QString &value = property.values.value(0);
-        const QString &kind = property.kind;
+        const QString text = texts.value(0);
+        const auto inCase = [](bool good, auto value) { return good ? QVariant(value) : QVariant(); };
+        bool ok = false;
         QString wanted;
-        bool good = false;
+        QVariant value;
         if (published.isEnumType()) {
             QStringList keys;
             for (int i = 0; i < published.enumerator().keyCount(); ++i)
                 keys.append(QString::fromUtf8(published.enumerator().key(i)));
             wanted = QStringLiteral("one of ") + keys.join(QStringLiteral(", "));
-            good = kind == u"enum" && keys.contains(value.section(QStringLiteral("::"), -1));
+            const qsizetype key = keys.indexOf(text.section(QStringLiteral("::"), -1));
+            if (kind == u"enum" && key >= 0)
+                value = published.enumerator().value(int(key));
         } else {
             switch (published.typeId()) {
             case QMetaType::QString:
                 wanted = QStringLiteral("a text");
-                good = kind == u"string" || kind == u"cstring";
+                value = inCase(kind == u"string" || kind == u"cstring", text);
                 break;
             case QMetaType::QStringList:
                 wanted = QStringLiteral("a list of texts");
-                good = kind == u"stringlist";
+                value = inCase(kind == u"stringlist", texts);
                 break;
             case QMetaType::Bool:
                 wanted = QStringLiteral("true or false");
-                good = kind == u"bool" && (value == u"true" || value == u"false");
+                value = inCase(kind == u"bool" && (text == u"true" || text == u"false"), text == u"true");
                 break;
-            case QMetaType::Int:
+            case QMetaType::Int: {
                 wanted = QStringLiteral("a whole number");
-                if (kind == u"number")
-                    value.toInt(&good);
-                break;
-            default:
-                wanted = QStringLiteral("a number");
-                if (kind == u"number" || kind == u"double")
-                    value.toDouble(&good);
+                const int number = text.toInt(&ok);
+                value = inCase(ok && kind == u"number", number);
                 break;
             }
+            default: {
+                // A compiler of forms reads <number> as a whole number, and 2.5 there as 0.
+                wanted = QStringLiteral("a number");
+                const double number = kind == u"number" ? text.toInt(&ok) : text.toDouble(&ok);
+                value = inCase(ok && (kind == u"number" || kind == u"double"), number);
+                break;
+            }
+            }
         }
-        if (!good)
+        if (!value.isValid())
             fail(QStringLiteral("%1 of \"%2\" has to be %3, not <%4>%5")
-                     .arg(property.name, widget.name, wanted, kind, value.left(40)));
+                     .arg(QString::fromUtf8(published.name()), widget.name, wanted, kind, text.left(40)));
+        return value;
     }
 
     QXmlStreamReader xml_;
@@ -270,74 +273,20 @@ private:
     bool found_ = false;
 };
 
-void write(QXmlStreamWriter &xml, const FormWidget &widget)
+/// Makes a widget as a program built with the form designer does: it has its name and its properties before the next
+/// one is there.
+QWidget *make(const FormWidget &form, QWidget *parent)
 {
-    xml.writeStartElement(QStringLiteral("widget"));
-    xml.writeAttribute(QStringLiteral("class"), widget.component == nullptr
-                                                    ? QStringLiteral("QWidget")
-                                                    : QString::fromUtf8(widget.component->meta->className()));
-    xml.writeAttribute(QStringLiteral("name"), widget.name);
-    for (const FormProperty &property : widget.properties) {
-        xml.writeStartElement(QStringLiteral("property"));
-        xml.writeAttribute(QStringLiteral("name"), property.name);
-        if (property.kind == u"stringlist") {
-            xml.writeStartElement(property.kind);
-            for (const QString &value : property.values)
-                xml.writeTextElement(QStringLiteral("string"), value);
-            xml.writeEndElement();
-        } else {
-            xml.writeTextElement(property.kind, property.values.value(0));
-        }
-        xml.writeEndElement();
-    }
-    for (const FormWidget &child : widget.children)
-        write(xml, child);
-    xml.writeEndElement();
+    QWidget *widget = form.component == nullptr ? new QWidget(parent) : form.component->make(parent);
+    widget->setObjectName(form.name);
+    for (const FormProperty &property : form.properties)
+        widget->setProperty(property.name.constData(), property.value);
+    for (const FormWidget &child : form.children)
+        make(child, widget);
+    return widget;
 }
-
-/// Makes our components and plain widgets.
-class ComponentLoader : public QUiLoader
-{
-public:
-    QWidget *createWidget(const QString &className, QWidget *parent, const QString &name) override
-    {
-        const ComponentClass *component = componentClass(className);
-        QWidget *widget = component == nullptr ? new QWidget(parent) : component->make(parent);
-        widget->setObjectName(name);
-        return widget;
-    }
-};
-
-/// While it lives, Qt looks for plugins nowhere: a loader of forms would load all that it finds for the designer.
-class NoPlugins
-{
-public:
-    NoPlugins() : paths_(QCoreApplication::libraryPaths()) { QCoreApplication::setLibraryPaths({}); }
-    ~NoPlugins() { QCoreApplication::setLibraryPaths(paths_); }
-    NoPlugins(const NoPlugins &) = delete;
-    NoPlugins &operator=(const NoPlugins &) = delete;
-
-private:
-    const QStringList paths_;
-};
 
 } // namespace
-
-QByteArray reducedForm(const QByteArray &form, const QString &caption)
-{
-    const QString text = decoded(form, caption);
-    if (hasTooManyAttributes(text))
-        refuse(caption, QStringLiteral("it has an element with more than %1 attributes").arg(maxAttributes));
-    const FormWidget outside = FormReader(text, caption).read();
-    QByteArray bytes;
-    QXmlStreamWriter xml(&bytes);
-    xml.writeStartDocument();
-    xml.writeStartElement(QStringLiteral("ui"));
-    xml.writeAttribute(QStringLiteral("version"), QStringLiteral("4.0"));
-    write(xml, outside);
-    xml.writeEndDocument();
-    return bytes;
-}
 
 std::unique_ptr<QWidget> loadForm(const QString &fileName)
 {
@@ -351,15 +300,10 @@ std::unique_ptr<QWidget> loadForm(const QString &fileName)
         refuse(fileName, QStringLiteral("it is empty"));
     if (bytes.size() > maxBytes)
         refuse(fileName, QStringLiteral("it is larger than %1 MiB").arg(maxBytes >> 20));
-    QByteArray reduced = reducedForm(bytes, fileName);
-    QBuffer buffer(&reduced);
-    const NoPlugins noPlugins;
-    ComponentLoader loader;
-    loader.setTranslationEnabled(false);
-    std::unique_ptr<QWidget> form(loader.load(&buffer));
-    if (!form)
-        refuse(fileName, loader.errorString());
-    return form;
+    const QString text = decoded(bytes, fileName);
+    if (hasTooManyAttributes(text))
+        refuse(fileName, QStringLiteral("it has an element with more than %1 attributes").arg(maxAttributes));
+    return std::unique_ptr<QWidget>(make(FormReader(text, fileName).read(), nullptr));
 }
 
 } // namespace nuvo

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 
 #include <memory>
@@ -20,9 +19,5 @@ namespace nuvo {
 /// nested deeper than 256 elements, has more than 100 components or more than 64 attributes of one element, or a
 /// published property with a value of another kind.
 std::unique_ptr<QWidget> loadForm(const QString &fileName);
-
-/// The form reduced to what loadForm() makes of it.
-/// \param caption names the form in messages
-QByteArray reducedForm(const QByteArray &form, const QString &caption);
 
 } // namespace nuvo

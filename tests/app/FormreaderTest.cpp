@@ -129,33 +129,37 @@ TEST_F(FormReader, AFormThatIsAComponentItselfIsLoaded)
 TEST_F(FormReader, LeavesOutWhatOthersOpenOrRun)
 {
     const QByteArray named = "<string>" + folder_.filePath(u("secret")).toUtf8() + "</string>";
-    const QByteArray reduced = nuvo::reducedForm(
+    const auto loaded = Load(
         "<ui version=\"4.0\"><class>Form</class>"
         "<customwidgets><customwidget><class>Evil</class><extends>QWidget</extends><header>evil.h</header>"
         "<script>exec</script></customwidget></customwidgets>"
         "<widget class=\"QMainWindow\" name=\"Form\"><property name=\"windowIcon\"><iconset><normaloff>secret.png"
         "</normaloff></iconset></property><property name=\"styleSheet\">" +
-            named +
-            "</property><script>system</script><action name=\"a\"/><addaction name=\"a\"/>"
-            "<widget class=\"QLabel\" name=\"label\"><property name=\"pixmap\"><pixmap>secret.png</pixmap></property>"
-            "</widget><widget class=\"QTextBrowser\" name=\"t\"><property name=\"source\"><url>" +
-            named + "</url></property></widget><widget class=\"QQuickWidget\" name=\"q\"/>" +
-            component("TMLRTable", "Mine",
-                      "<property name=\"styleSheet\">" + named +
-                          "</property><property name=\"secret\" stdset=\"0\">" + named +
-                          "</property><property name=\"objectName\">" + named +
-                          "</property><property name=\"windowIcon\"><iconset>secret.png</iconset></property>"
-                          "<property name=\"TableName\"><string>t</string></property>") +
-            "</widget><resources><include location=\"secret.qrc\"/></resources><images><image "
-            "name=\"secret\"/></images>"
-            "<connections><connection><sender>a</sender><signal>s()</signal><receiver>b</receiver><slot>x()</slot>"
-            "</connection></connections><includes><include>secret.h</include></includes>"
-            "<buttongroups><buttongroup name=\"g\"/></buttongroups></ui>",
-        u("f"));
-    EXPECT_EQ(QString::fromUtf8(reduced),
-              u("<?xml version=\"1.0\" encoding=\"UTF-8\"?><ui version=\"4.0\"><widget class=\"QWidget\" name=\"\">"
-                "<widget class=\"QWidget\" name=\"Form\"><widget class=\"TMLRTable\" name=\"Mine\"><property "
-                "name=\"TableName\"><string>t</string></property></widget></widget></widget></ui>\n"));
+        named +
+        "</property><script>system</script><action name=\"a\"/><addaction name=\"a\"/>"
+        "<widget class=\"QLabel\" name=\"label\"><property name=\"pixmap\"><pixmap>secret.png</pixmap></property>"
+        "</widget><widget class=\"QTextBrowser\" name=\"t\"><property name=\"source\"><url>" +
+        named + "</url></property></widget><widget class=\"QQuickWidget\" name=\"q\"/>" +
+        component("TMLRTable", "Mine",
+                  "<property name=\"styleSheet\">" + named + "</property><property name=\"secret\" stdset=\"0\">" +
+                      named + "</property><property name=\"objectName\">" + named +
+                      "</property><property name=\"windowIcon\"><iconset>secret.png</iconset></property>"
+                      "<property name=\"TableName\"><string>t</string></property>") +
+        "</widget><resources><include location=\"secret.qrc\"/></resources><images><image "
+        "name=\"secret\"/></images>"
+        "<connections><connection><sender>a</sender><signal>s()</signal><receiver>b</receiver><slot>x()</slot>"
+        "</connection></connections><includes><include>secret.h</include></includes>"
+        "<buttongroups><buttongroup name=\"g\"/></buttongroups></ui>");
+    QStringList made;
+    for (const QObject *one : loaded->findChildren<QObject *>())
+        made.append(u(one->metaObject()->className()) + u' ' + one->objectName());
+    EXPECT_EQ(made, QStringList({u("QWidget Form"), u("TMLRTable Mine")}));
+    const auto *mine = loaded->findChild<TMLRTable *>();
+    ASSERT_NE(mine, nullptr);
+    EXPECT_EQ(mine->TableName(), u("t"));
+    EXPECT_EQ(mine->styleSheet(), QString());
+    EXPECT_TRUE(mine->windowIcon().isNull());
+    EXPECT_TRUE(mine->dynamicPropertyNames().isEmpty());
 }
 
 TEST_F(FormReader, AListOfThreeOrNineIsRepaired)
@@ -193,6 +197,12 @@ TEST_F(FormReader, AValueOfAnotherKindIsRefusedWithItsLine)
     EXPECT_EQ(refusal("<property name=\"TableName\"><string>x<b/></string></property>"),
               u("line 7: there is an element \"b\" where a text should be."));
     EXPECT_EQ(refusal("<property name=\"TableName\"/>"), QString()); // no value: the default
+    const auto threshold = [this](const QByteArray &value) {
+        return Refusal(form(component("TFwdSelectMLR", "f", "<property name=\"FDefault\">" + value + "</property>")));
+    };
+    EXPECT_EQ(threshold("<double>2.5</double>"), QString());
+    EXPECT_EQ(threshold("<number>2</number>"), QString());
+    EXPECT_EQ(threshold("<number>2.5</number>"), u("line 5: FDefault of \"f\" has to be a number, not <number>2.5."));
 }
 
 TEST_F(FormReader, WhatIsNoFormIsRefused)
