@@ -15,6 +15,8 @@ namespace {
 
 constexpr qint64 bufferSize = 1 << 20;
 constexpr size_t longestRecord = size_t(64) << 20;
+/// More than any database has columns; each costs memory, even an empty one.
+constexpr size_t mostCells = 100000;
 constexpr qsizetype longestIntruder = 40;
 
 enum class Kind { Null, Whole, Floating, NotFinite, Text };
@@ -102,10 +104,17 @@ constexpr std::array<char16_t, 32> windows1252 = {0x20AC, 0,      0x201A, 0x0192
                                                   0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 QString decoded(std::string_view bytes, bool utf8)
 {
-    if (utf8)
-        return QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
+    if (utf8) {
+        QString text = QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
+        // Qt takes it for a byte-order mark, which only the start of the file can have.
+        if (bytes.starts_with(byteOrderMark))
+            text.prepend(QChar(QChar::ByteOrderMark));
+        return text;
+    }
     QString text = QString::fromLatin1(bytes.data(), qsizetype(bytes.size()));
     for (QChar &c : text) {
         if (c.unicode() >= 0x80 && c.unicode() < 0xA0 && windows1252[c.unicode() - 0x80] != 0)
@@ -184,8 +193,8 @@ void CsvReader::rewind()
     expected_ = 0;
     fill();
     const std::string_view start(at_, size_t(end_ - at_));
-    if (start.starts_with("\xEF\xBB\xBF"))
-        at_ += 3;
+    if (start.starts_with(byteOrderMark))
+        at_ += byteOrderMark.size();
     else if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF"))
         throw EPlatformError(QStringLiteral("\"%1\" is written in UTF-16: save it as UTF-8.").arg(fileName_));
 }
@@ -270,6 +279,8 @@ CsvReader::End CsvReader::readCell()
             fail(QStringLiteral("text behind a closing quote"), line_);
         at_ = run;
     }
+    if (ends_.size() == mostCells)
+        fail(QStringLiteral("the record that begins here has more than %1 cells").arg(mostCells), recordLine_);
     ends_.push_back(text_.size());
     return end;
 }
@@ -315,7 +326,7 @@ void CsvReader::append(const char *from, const char *to)
     if (std::memchr(from, 0, size_t(to - from)) != nullptr)
         fail(QStringLiteral("a zero byte, which no text file has"), line_);
     text_.append(from, to);
-    if (text_.size() + ends_.size() * sizeof(size_t) > longestRecord)
+    if (text_.size() > longestRecord)
         fail(QStringLiteral("the record that begins here is longer than 64 MiB (perhaps a quote is never closed)"),
              recordLine_);
 }
@@ -385,6 +396,11 @@ CsvSurvey surveyCsv(CsvReader &reader)
     return survey;
 }
 
+void failChangedCsv()
+{
+    throw EPlatformError(QStringLiteral("The file changed while it was read."));
+}
+
 std::optional<QString> csvText(std::string_view cell, bool utf8)
 {
     if (isNull(withoutBlanks(cell)))
@@ -399,7 +415,7 @@ std::optional<qint64> csvWhole(std::string_view cell)
         return std::nullopt;
     if (const auto number = toWhole(text))
         return number;
-    throw EPlatformError(QStringLiteral("The file changed while it was read."));
+    failChangedCsv();
 }
 
 std::optional<double> csvFloating(std::string_view cell)
@@ -409,7 +425,7 @@ std::optional<double> csvFloating(std::string_view cell)
         return std::nullopt;
     if (const auto number = toDouble(text))
         return std::isnan(*number) ? std::nullopt : number;
-    throw EPlatformError(QStringLiteral("The file changed while it was read."));
+    failChangedCsv();
 }
 
 } // namespace nuvo

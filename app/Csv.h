@@ -26,7 +26,8 @@ public:
 
     /// Reads the next record; false at the end of the file. From the second record on, each must have as many cells
     /// as the first. \throws EPlatformError naming file and line for a record that has not, a quote that is never
-    /// closed, text behind a closing quote, a NUL byte, a record of more than 64 MiB, and when reading fails.
+    /// closed, text behind a closing quote, a NUL byte, a record of more than 64 MiB or 100,000 cells, and when
+    /// reading fails.
     bool next();
     /// Back in front of the first record.
     void rewind();
@@ -91,6 +92,9 @@ struct CsvSurvey
 /// \throws EPlatformError as CsvReader::next(), and for an empty file, a column without a name and a doubled name
 /// (upper and lower case alike).
 CsvSurvey surveyCsv(CsvReader &reader);
+
+/// For a file that is no longer what it was when it was surveyed. \throws EPlatformError
+[[noreturn]] void failChangedCsv();
 
 /// A cell as text, or nothing when it is null.
 std::optional<QString> csvText(std::string_view cell, bool utf8);

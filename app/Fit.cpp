@@ -3,11 +3,37 @@
 #include "app/Console.h"
 #include "app/Model.h"
 #include "app/Regressionoutput.h"
+#include "app/Usage.h"
+#include "platform/Errors.h"
 #include "present/Mlroutpt.h"
 #include "present/Plotfile.h"
+#include "present/Reportdocument.h"
 
 namespace nuvo {
 namespace {
+
+constexpr char fitUsage[] = R"(Usage:
+  nuvostat fit --database DB --table NAME [--filter EXPRESSION]
+           [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
+  nuvostat fit --database DB --sql TEXT VARIABLES [OPTIONS]
+VARIABLES is --response TERM [--control TERM]...
+)";
+
+constexpr char fitFooter[] = R"(
+Report and plots are written when a fit came out, each file whole or not at all,
+before anything is printed; that needs no display. A report's .png is a picture
+of the report window. The plots are scatter-x1.png,
+residual-order.png, residual-x1.png, residual-response.png, residual-fitted.png,
+ecdf.png and so on, 327 x 185 pixels.
+
+Examples:
+  nuvostat fit --database demo.db --table Longley --response y
+           --control x2 --control 'Ln(x3)' --matrices
+  nuvostat fit --database postgresql://ann@localhost/shop --format json
+           --sql 'SELECT price, size, age FROM houses WHERE price > 0'
+           --response 'Ln(price)' --control size --control 'age^2'
+  nuvostat fit --database demo.db --table Longley --response y --control x2
+           --save-report longley.pdf --save-plots plots)";
 
 QString output(TRegression &regression, const FitOptions &options, const MessageLog &log)
 {
@@ -18,16 +44,36 @@ QString output(TRegression &regression, const FitOptions &options, const Message
     return jsonLines(json);
 }
 
-/// An interrupt waits until the files are whole.
-void saveFiles(TRegression &regression, const FitOptions &options)
+/// What follows files that are written: an error says that these are there.
+template <class Action>
+void withFiles(const QStringList &written, const Action &action)
+{
+    try {
+        action();
+    } catch (const EPlatformError &error) {
+        if (written.isEmpty())
+            throw;
+        throw EPlatformError(
+            QStringLiteral("%1 Written: %2.").arg(error.Message(), written.join(QStringLiteral(" and "))));
+    }
+}
+
+/// An interrupt waits until the files are whole. \return what was written
+QStringList saveFiles(TRegression &regression, const FitOptions &options)
 {
     const InterruptHold hold;
-    if (!options.saveReport.isEmpty())
+    QStringList written;
+    if (!options.saveReport.isEmpty()) {
         saveReport(regression, options.saveReport);
+        written.append(QStringLiteral("the report \"%1\"").arg(options.saveReport));
+    }
     hold.check();
-    if (!options.savePlots.isEmpty())
-        savePlots(regression, options.savePlots);
+    if (!options.savePlots.isEmpty()) {
+        withFiles(written, [&] { savePlots(regression, options.savePlots); });
+        written.append(QStringLiteral("the plots in \"%1\"").arg(options.savePlots));
+    }
     hold.check();
+    return written;
 }
 
 template <class Component>
@@ -42,9 +88,10 @@ bool fitOn(Component &component, const FitOptions &options)
         component.Open();
         if (component.ReLoad())
             component.Execute();
+        QStringList written;
         if (component.ResultsCurrent())
-            saveFiles(component, options);
-        writeOutput(output(component, options, log));
+            written = saveFiles(component, options);
+        withFiles(written, [&] { writeOutput(output(component, options, log)); });
     }
     // Whoever sits at the window gets its messages there.
     const bool fitted = component.ResultsCurrent();
@@ -54,6 +101,37 @@ bool fitOn(Component &component, const FitOptions &options)
 }
 
 } // namespace
+
+FitCommand::FitCommand(CLI::App &program)
+    : ModelSyntax(program, "fit", "Fit a regression and print its report", fitUsage, fitFooter)
+{
+    addModel();
+    message_ = addValue("--message", "TEXT", "A message for the report's foot");
+    warnings_ = addFlag("--warnings", "Warn when records are too many to be used");
+    matrices_ = addFlag("--matrices", "Print the coefficients' covariances and correlations");
+    saveReport_ = addValue("--save-report", "FILE", "Write the report: .pdf, .html, .txt or .png");
+    savePlots_ = addValue("--save-plots", "DIR", "Write all plots as PNG; makes DIR if need be");
+    show_ = addFlag("--show", "Show the report in a window, until it is closed");
+}
+
+FitOptions FitCommand::read() const
+{
+    FitOptions options;
+    readModel(options);
+    options.message = optionText(message_);
+    options.warnings = isGiven(warnings_);
+    options.matrices = isGiven(matrices_);
+    options.saveReport = optionText(saveReport_);
+    if (isGiven(saveReport_) && !isReportFile(options.saveReport))
+        throw UsageError(
+            QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"%1\".")
+                .arg(options.saveReport));
+    options.savePlots = optionText(savePlots_);
+    if (isGiven(savePlots_) && options.savePlots.isEmpty())
+        throw UsageError(QStringLiteral("--save-plots takes the name of a directory, not an empty text."));
+    options.show = isGiven(show_);
+    return options;
+}
 
 bool fit(const FitOptions &options)
 {

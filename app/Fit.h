@@ -1,8 +1,34 @@
 #pragma once
 
-#include "app/Options.h"
+#include "app/Modeloptions.h"
 
 namespace nuvo {
+
+struct FitOptions : ModelOptions
+{
+    QString message;
+    bool warnings = false;
+    bool matrices = false;
+    QString saveReport; ///< a file; empty for none
+    QString savePlots;  ///< a directory; empty for none
+    bool show = false;
+};
+
+/// The command line of fit.
+class FitCommand : public ModelSyntax
+{
+public:
+    explicit FitCommand(CLI::App &program);
+    FitOptions read() const;
+
+private:
+    CLI::Option *message_;
+    CLI::Option *warnings_;
+    CLI::Option *matrices_;
+    CLI::Option *saveReport_;
+    CLI::Option *savePlots_;
+    CLI::Option *show_;
+};
 
 /// Loads and fits; message boxes go to standard error meanwhile. When a fit came out, writes the files that are asked
 /// for; then prints, in the format that is asked for; then shows the report window until it is closed. Returns

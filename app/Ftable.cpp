@@ -8,6 +8,47 @@
 #include <boost/math/distributions/fisher_f.hpp>
 
 namespace nuvo {
+namespace {
+
+constexpr char ftableUsage[] = R"(Usage:
+  nuvostat ftable --database DB --table NAME [--denominators N] [--replace]
+)";
+
+constexpr char ftableFooter[] = R"(
+The table holds quantiles of the F distribution, as the selection of variables
+looks them up. Its key is Numerator (1 to 10) and Denominator (1 to N), the
+degrees of freedom. The columns "1 Percent", "5 Percent" and "10 Percent" are
+the values that are exceeded with that probability, "95 Percent" is the 95th
+percentile.
+
+The table is made whole or not at all, in an SQLite file, which is made when it
+is not there, or in a PostgreSQL database.
+
+Examples:
+  nuvostat ftable --database demo.db --table Fdistribution
+  nuvostat ftable --database postgresql://ann@localhost/shop
+           --table Fdistribution --denominators 500 --replace)";
+
+} // namespace
+
+FTableCommand::FTableCommand(CLI::App &program)
+    : CommandSyntax(program, "ftable", "Make a table of F quantiles", ftableUsage, ftableFooter),
+      database_(addDatabase()), table_(addRequired("--table", "NAME", "The table to make")),
+      denominators_(addValue("--denominators", "N", "Up to how many; 2500 unless told")),
+      replace_(addFlag("--replace", "Replace a table that is there already"))
+{
+}
+
+FTableOptions FTableCommand::read() const
+{
+    FTableOptions options;
+    options.database = optionText(database_);
+    options.table = newTableName(table_);
+    if (isGiven(denominators_))
+        options.denominators = wholeNumber(denominators_, 1, MaxDenominators);
+    options.replace = isGiven(replace_);
+    return options;
+}
 
 FQuantiles fQuantiles(int numerator, int denominator)
 {

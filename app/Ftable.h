@@ -1,8 +1,33 @@
 #pragma once
 
-#include "app/Options.h"
+#include "app/Syntax.h"
 
 namespace nuvo {
+
+/// The most denominators that a table of F quantiles takes.
+inline constexpr int MaxDenominators = 1000000;
+
+struct FTableOptions
+{
+    QString database;
+    QString table;
+    int denominators = 2500; ///< 1 to MaxDenominators
+    bool replace = false;
+};
+
+/// The command line of ftable.
+class FTableCommand : public CommandSyntax
+{
+public:
+    explicit FTableCommand(CLI::App &program);
+    FTableOptions read() const;
+
+private:
+    CLI::Option *database_;
+    CLI::Option *table_;
+    CLI::Option *denominators_;
+    CLI::Option *replace_;
+};
 
 /// Numerators of the table: 1 to this.
 inline constexpr int FTableNumerators = 10;

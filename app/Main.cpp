@@ -1,13 +1,9 @@
+#include "app/Commandline.h"
 #include "app/Console.h"
-#include "app/Fit.h"
-#include "app/Ftable.h"
-#include "app/Import.h"
 #include "app/Json.h"
-#include "app/Options.h"
-#include "app/Run.h"
-#include "app/Select.h"
 #include "app/Usage.h"
 #include "platform/Errors.h"
+#include "platform/Messages.h"
 #include "platform/Modal.h"
 
 #include <QApplication>
@@ -84,7 +80,12 @@ int runMaker(char **argv, QString (*make)(const Options &), const Options &optio
 {
     int count = nameAlone;
     const QCoreApplication application(count, argv);
-    nuvo::writeOutput(make(options) + u'\n');
+    const QString made = nuvo::withoutControls(make(options));
+    try {
+        nuvo::writeOutput(made + u'\n');
+    } catch (const EPlatformError &error) { // what was made stays, and standard error says so
+        throw EPlatformError(error.Message() + u' ' + made);
+    }
     return Success;
 }
 

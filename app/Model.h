@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Components.h"
-#include "app/Options.h"
+#include "app/Modeloptions.h"
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 

@@ -15,6 +15,21 @@
 namespace nuvo {
 namespace {
 
+constexpr char runUsage[] = R"(Usage:
+  nuvostat run FORM.ui [--format text|json]
+)";
+
+constexpr char runFooter[] = R"(
+FORM.ui is a form of Qt Designer with our components on it. In the form's order
+every regression component is opened, loaded and fitted, then every selection
+component is run. Nothing else of the form is made, and no file is opened
+because the form names it, except the databases of its components; a relative
+path of a database starts in the working directory, as it does in a program.
+
+Examples:
+  nuvostat run longley.ui
+  nuvostat run longley.ui --format json)";
+
 class FormRun
 {
 public:
@@ -122,6 +137,17 @@ private:
 };
 
 } // namespace
+
+RunCommand::RunCommand(CLI::App &program)
+    : CommandSyntax(program, "run", "Fit and select what a form of Qt Designer holds", runUsage, runFooter),
+      form_(addRequired("FORM.ui", "", "The form to load")), format_(addFormat())
+{
+}
+
+RunOptions RunCommand::read() const
+{
+    return {optionText(form_), outputFormat(format_)};
+}
 
 bool runForm(const RunOptions &options)
 {

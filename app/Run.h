@@ -1,8 +1,26 @@
 #pragma once
 
-#include "app/Options.h"
+#include "app/Syntax.h"
 
 namespace nuvo {
+
+struct RunOptions
+{
+    QString form; ///< a file
+    OutputFormat format = OutputFormat::Text;
+};
+
+/// The command line of run.
+class RunCommand : public CommandSyntax
+{
+public:
+    explicit RunCommand(CLI::App &program);
+    RunOptions read() const;
+
+private:
+    CLI::Option *form_;
+    CLI::Option *format_;
+};
 
 /// Loads a form and, in the form's order, opens and fits every regression component and runs every selection
 /// component; then prints. Message boxes go to standard error meanwhile. Paths that the form names start in the

@@ -189,10 +189,20 @@ void savePlots(TRegression &regression, const QString &directory)
         throw EPlatformError(
             QStringLiteral("Cannot make the directory \"%1\".").arg(QDir::toNativeSeparators(directory)));
     const PlotData data = plotData(regression);
+    QStringList written;
     for (const NamedPlot &named : allPlots(data.m)) {
         PlotCanvas canvas;
         canvas.DrawDots(makePlot(data, named.code));
-        savePng(canvas.Image(), folder.filePath(named.name + QLatin1String(".png")));
+        const QString file = named.name + QLatin1String(".png");
+        try {
+            savePng(canvas.Image(), folder.filePath(file));
+        } catch (const EPlatformError &error) {
+            if (written.isEmpty())
+                throw;
+            throw EPlatformError(
+                QStringLiteral("%1 Written before it: %2.").arg(error.Message(), written.join(QStringLiteral(", "))));
+        }
+        written.append(file);
     }
 }
 

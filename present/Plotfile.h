@@ -32,7 +32,7 @@ NUVO_EXPORT void savePlot(const PlotPicture &picture, const QString &file, int w
 
 /// Writes the canvas of every plot of a regression into a directory, made when it is not there: PNG files of 327 x
 /// 185 pixels, maroon on white, named as allPlots() has them. Needs no display. \throws EPlatformError naming the
-/// directory or file that cannot be written.
+/// directory or file that cannot be written, and the files that were written before it.
 NUVO_EXPORT void savePlots(TRegression &regression, const QString &directory);
 
 } // namespace nuvo

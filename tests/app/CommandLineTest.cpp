@@ -1,4 +1,4 @@
-#include "app/Options.h"
+#include "app/Commandline.h"
 #include "app/Program.h"
 #include "app/Usage.h"
 #include "support/Print.h"

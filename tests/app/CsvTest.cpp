@@ -144,6 +144,22 @@ TEST_F(Csv, WhatIsNoTableOfTextIsToldWithItsLine)
               QStringLiteral("\"file.csv\" is written in UTF-16: save it as UTF-8."));
 }
 
+TEST_F(Csv, EmptyCellsCountTowardsTheBoundOfARecord)
+{
+    const QString refused = QStringLiteral("the record that begins here has more than 100000 cells.");
+    EXPECT_EQ(read(QByteArray(100000, ',')).last(), QStringLiteral("\"file.csv\", line 1: ") + refused);
+    EXPECT_EQ(typesOf("a,b\n" + QByteArray(20000000, ',')), QStringLiteral("\"file.csv\", line 2: ") + refused);
+    EXPECT_TRUE(read(QByteArray(99999, ',')).last().startsWith(QStringLiteral("1:[][]")));
+}
+
+TEST_F(Csv, OnlyTheStartOfTheFileHasAByteOrderMark)
+{
+    const QByteArray mark = "\xEF\xBB\xBF";
+    EXPECT_EQ(typesOf(mark + mark + "a," + mark + "b\n1,2\n"), QStringLiteral("\uFEFFa:whole \uFEFFb:whole"));
+    EXPECT_EQ(nuvo::csvText((mark + "x").toStdString(), true), QStringLiteral("\uFEFFx"));
+    EXPECT_EQ(nuvo::csvText((mark + mark).toStdString(), true), QStringLiteral("\uFEFF\uFEFF"));
+}
+
 TEST_F(Csv, AQuoteThatIsNeverClosedInALongFileEndsAtTheBound)
 {
     const QByteArray bytes = "a,b\n1,\"" + QByteArray(70 << 20, 'x');

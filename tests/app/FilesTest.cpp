@@ -1,5 +1,4 @@
 #include "app/Fit.h"
-#include "app/Options.h"
 #include "app/Program.h"
 #include "platform/Messages.h"
 #include "platform/Modal.h"
@@ -113,6 +112,28 @@ TEST(FitFiles, WhatCannotBeWrittenIsStatus3AndNothingIsLeftNorPrinted)
     EXPECT_EQ(json.status, 3);
     EXPECT_EQ(nlohmann::json::parse(json.out.toStdString()).at("error"),
               "Cannot write \"no/r.pdf\": No such file or directory.");
+}
+
+TEST(FitFiles, WhatWasWrittenBeforeAFailureIsTold)
+{
+    const QTemporaryDir directory;
+    ASSERT_TRUE(QDir(directory.path()).mkpath(u("p/scatter-x2.png")));
+    const QString refused = u("nuvostat: Cannot write \"p/scatter-x2.png\": Filename refers to a directory.");
+    const QStringList plots = airquality({u("--save-plots"), u("p")});
+    const Outcome alone = runProgram(plots, directory.path());
+    EXPECT_EQ(alone.status, 3);
+    EXPECT_EQ(alone.out, QString());
+    EXPECT_EQ(alone.err, refused + u(" Written before it: scatter-x1.png.\n"));
+    EXPECT_EQ(runProgram(plots + QStringList{u("--save-report"), u("r.txt")}, directory.path()).err,
+              refused + u(" Written before it: scatter-x1.png. Written: the report \"r.txt\".\n"));
+
+    QStringList quoted;
+    for (const QString &argument : airquality({u("--save-report"), u("r.html"), u("--save-plots"), u("q")}))
+        quoted.append(u'\'' + argument + u'\'');
+    EXPECT_EQ(
+        runShell(u("\"$nuvostat\" ") + quoted.join(u' ') + u(" >/dev/full"), directory.path()).err,
+        u("nuvostat: Standard output cannot be written: No space left on device. Written: the report \"r.html\" "
+          "and the plots in \"q\".\n"));
 }
 
 TEST(FitFiles, ADeviceIsNotReplaced)

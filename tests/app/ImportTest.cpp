@@ -191,6 +191,14 @@ TEST_P(Import, SaysWhatAPersonWouldNotExpect)
     EXPECT_EQ(rows(u("SELECT s FROM t WHERE n = 'n/a'")), QStringList{u("ä")});
 }
 
+TEST_P(Import, NamesAndCellsCannotSteerTheTerminal)
+{
+    const Outcome run = import("\"a\x1b[31m\nb\",c\n1,2\n1,\x1b[2J\n", u("t\x1b]0;x\n"));
+    EXPECT_EQ(run.status, 0) << run.err.toStdString();
+    EXPECT_EQ(run.out, u("Imported 2 rows into table \"t ]0;x \": a [31m b %1, c TEXT (line 4: \" [2J\").\n")
+                           .arg(type("INTEGER", "BIGINT")));
+}
+
 TEST_P(Import, ATableThatIsThereStaysUnlessItIsToBeReplaced)
 {
     ASSERT_EQ(import("a\n1\n", u("t")).status, 0);
@@ -313,6 +321,72 @@ TEST_F(ImportIntoFile, AFileThatWasMadeIsRemovedOnCtrlC)
     ::kill(pid_t(process->processId()), SIGINT);
     EXPECT_EQ(finish(*process).status, 130);
     EXPECT_EQ(files(), (QStringList{u("a.csv"), u("long.csv")}));
+}
+
+/// Imports a file into a database that is locked, changes the file once its types are known, and lets the import go
+/// on.
+class ImportOfAChangingFile : public ImportIntoFile
+{
+protected:
+    Outcome importChanged(const QByteArray &before, const QByteArray &after)
+    {
+        const auto database = TestDatabase::make(TestDatabase::Sqlite);
+        database->exec(u("CREATE TABLE other (a)"));
+        Outcome run;
+        for (int attempt = 0; attempt < 10; ++attempt) {
+            writeFile(path(u("a.csv")), before);
+            database->exec(u("BEGIN IMMEDIATE"));
+            const auto process =
+                startProgram({u("import"), u("a.csv"), u("--database"), database->name(), u("--table"), u("t")},
+                             directory_.path());
+            EXPECT_TRUE(waitUntilOpen(*process, database->name()));
+            writeFile(path(u("a.csv")), after);
+            database->exec(u("ROLLBACK"));
+            run = finish(*process);
+            if (!run.err.contains(u("locked"))) // the machine was so busy that the program waited in vain
+                break;
+        }
+        EXPECT_EQ(database->writer().tables(), QStringList{u("other")});
+        return run;
+    }
+
+private:
+    /// The database is opened when the file has been looked at.
+    static bool waitUntilOpen(const QProcess &process, const QString &file)
+    {
+        const QDir descriptors(u("/proc/%1/fd").arg(process.processId()));
+        const QString real = QFileInfo(file).canonicalFilePath();
+        for (int i = 0; i < 30000; ++i) {
+            for (const QFileInfo &one : descriptors.entryInfoList(QDir::Files | QDir::System)) {
+                if (one.canonicalFilePath() == real)
+                    return true;
+            }
+            QThread::msleep(1);
+        }
+        return false;
+    }
+};
+
+TEST_F(ImportOfAChangingFile, MoreOrFewerRowsAndAnotherHeaderAreTold)
+{
+    const QByteArray before = "a,b\n1,x\n2,y\n";
+    for (const QByteArray after :
+         {"a,b\n1,x\n2,y\n3,z\n", "a,b\n1,x\n", "a\n1\n2\n", "a,b,c\n1,2,3\n4,5,6\n", "", "a,b\n1,x\ny,2\n"}) {
+        const Outcome run = importChanged(before, after);
+        EXPECT_EQ(run.status, 3);
+        EXPECT_EQ(run.out, QString());
+        EXPECT_EQ(run.err, u("nuvostat: The file changed while it was read.\n")) << after.toStdString();
+    }
+}
+
+TEST_F(ImportIntoFile, WhatWasMadeIsToldWhereStandardOutputIsFull)
+{
+    const Outcome run =
+        runShell(u("\"$nuvostat\" import a.csv --database new.db --table t >/dev/full"), directory_.path());
+    EXPECT_EQ(run.status, 3);
+    EXPECT_EQ(run.err, u("nuvostat: Standard output cannot be written: No space left on device. Imported 1 row into "
+                         "table \"t\": a INTEGER, b TEXT.\n"));
+    EXPECT_TRUE(QFile::exists(path(u("new.db"))));
 }
 
 TEST_F(ImportIntoFile, ADatasetReadsTheOldTableAfterAKilledImport)
