@@ -1,14 +1,9 @@
 #include "app/Components.h"
 
-#include "engine/Mlrquery.h"
-#include "engine/Mlrtable.h"
-#include "select/Bckmain.h"
-#include "select/Cvmain.h"
-#include "select/Fwdmain.h"
-#include "select/Stepmain.h"
+#include "select/Components.h"
 
 #include <algorithm>
-#include <iterator>
+#include <vector>
 
 namespace nuvo {
 namespace {
@@ -19,8 +14,21 @@ QWidget *make(QWidget *owner)
     return new Component(owner);
 }
 
-template <class Component, class Made = Component>
-constexpr ComponentClass entry{&Component::staticMetaObject, make<Made>};
+/// Runs tell the terminal instead of a dialog.
+std::vector<ComponentClass> allClasses()
+{
+    std::vector<ComponentClass> classes;
+    forEach(DataComponents, [&]<class Component>(const Listed<Component> &) {
+        classes.push_back({&Component::staticMetaObject, make<Component>});
+    });
+    forEach(RegressionComponents, [&]<class Component>(const Listed<Component> &) {
+        classes.push_back({&Component::staticMetaObject, make<OnTerminal<Component>>});
+    });
+    forEach(SelectionComponents, [&]<class Component>(const Listed<Component> &) {
+        classes.push_back({&Component::staticMetaObject, make<SearchOnTerminal<Component>>});
+    });
+    return classes;
+}
 
 } // namespace
 
@@ -67,20 +75,11 @@ void TerminalSelectionProgress::SetGaugeText(const QString &text)
 
 const ComponentClass *componentClass(const QString &name)
 {
-    static constexpr ComponentClass classes[] = {
-        entry<TTable>,
-        entry<TQuery>,
-        entry<TMLRTable, OnTerminal<TMLRTable>>,
-        entry<TMLRQuery, OnTerminal<TMLRQuery>>,
-        entry<TOptimizeMLR, SearchOnTerminal<TOptimizeMLR>>,
-        entry<TStepWiseMLR, SearchOnTerminal<TStepWiseMLR>>,
-        entry<TBackElimMLR, SearchOnTerminal<TBackElimMLR>>,
-        entry<TFwdSelectMLR, SearchOnTerminal<TFwdSelectMLR>>,
-    };
-    const auto *const found =
-        std::find_if(std::begin(classes), std::end(classes),
-                     [&name](const ComponentClass &one) { return name == QLatin1StringView(one.meta->className()); });
-    return found == std::end(classes) ? nullptr : found;
+    static const std::vector<ComponentClass> classes = allClasses();
+    const auto found = std::find_if(classes.begin(), classes.end(), [&name](const ComponentClass &one) {
+        return name == QLatin1StringView(one.meta->className());
+    });
+    return found == classes.end() ? nullptr : &*found;
 }
 
 } // namespace nuvo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "design/Propertyeditors.h"
+#include "select/Components.h"
 
 #include <QMetaObject>
 
@@ -16,6 +17,9 @@ struct ComponentEntry
     const QMetaObject *metaObject;
     QString page;
     QString description; ///< one line, for a tool tip
+    QString header;      ///< as a program includes it
+    QString firstName;   ///< of a new one; the designer numbers the others
+    QString whatsThis;
     std::function<TComponent *(QWidget *owner)> create;
 
     QString ClassName() const { return QString::fromLatin1(metaObject->className()); }
@@ -36,11 +40,11 @@ struct EditorEntry
 class Catalogue
 {
 public:
-    template <class Component>
-    void RegisterComponent(const QString &page, const QString &description)
+    /// The components of one of the lists.
+    template <class List>
+    void RegisterComponents(const List &list)
     {
-        components_.push_back({&Component::staticMetaObject, page, description,
-                               [](QWidget *owner) -> TComponent * { return new Component(owner); }});
+        forEach(list, [this](const auto &listed) { Register(listed); });
     }
     /// For the properties of that type and name on a class and the classes derived from it.
     template <class Component, class Editor>
@@ -64,6 +68,15 @@ public:
     static QString PropertyType(const QMetaObject &component, const QString &propertyName);
 
 private:
+    template <class Component>
+    void Register(const Listed<Component> &listed)
+    {
+        components_.push_back({&Component::staticMetaObject, QString::fromUtf8(listed.page),
+                               QString::fromUtf8(listed.description), QString::fromUtf8(listed.header),
+                               QString::fromUtf8(listed.firstName), QString::fromUtf8(listed.whatsThis),
+                               [](QWidget *owner) -> TComponent * { return new Component(owner); }});
+    }
+
     std::vector<ComponentEntry> components_;
     std::vector<EditorEntry> editors_;
 };

@@ -4,32 +4,6 @@
 
 namespace {
 
-constexpr nuvo::ComponentDetails Components[] = {
-    {"TMLRTable", "<engine/Mlrtable.h>", "mlrTable",
-     "A table that fits a multiple linear regression to its own records. Bind it with DatabaseName and TableName, "
-     "define the response and up to ten control variables; the program calls Open, ReLoad and Execute."},
-    {"TMLRQuery", "<engine/Mlrquery.h>", "mlrQuery",
-     "An SQL statement that fits a multiple linear regression to its own records. Bind it with DatabaseName and SQL, "
-     "define the response and up to ten control variables; the program calls Open, ReLoad and Execute."},
-    {"TOptimizeMLR", "<select/Cvmain.h>", "optimizeMLR",
-     "Fits every subset of a regression component's control variables and keeps the best models by OptCriteria. The "
-     "program calls Run."},
-    {"TBackElimMLR", "<select/Bckmain.h>", "backElimMLR",
-     "Takes control variables out of a regression component's model, one by one, by their partial F. The program "
-     "calls Run."},
-    {"TFwdSelectMLR", "<select/Fwdmain.h>", "fwdSelectMLR",
-     "Puts control variables into a regression component's model, one by one, by their partial F. The program calls "
-     "Run."},
-    {"TStepWiseMLR", "<select/Stepmain.h>", "stepWiseMLR",
-     "Puts control variables into a regression component's model and takes them out again, by their partial F. The "
-     "program calls Run."},
-    {"TTable", "<platform/Table.h>", "table",
-     "The records of one table or view. Bind it with DatabaseName and TableName; its models show it in Qt's views."},
-    {"TQuery", "<platform/Query.h>", "query",
-     "The records of an SQL statement that reads. Bind it with DatabaseName and SQL; its models show it in Qt's "
-     "views."},
-};
-
 struct ToolTip
 {
     const char *property;
@@ -68,15 +42,6 @@ constexpr ToolTip ToolTips[] = {
 };
 
 } // namespace
-
-const nuvo::ComponentDetails *nuvo::componentDetails(const QString &className)
-{
-    for (const ComponentDetails &details : Components) {
-        if (className == QLatin1String(details.className))
-            return &details;
-    }
-    return nullptr;
-}
 
 QString nuvo::propertyToolTip(const QString &property)
 {

@@ -1,5 +1,7 @@
 #include "design/plugin/Icons.h"
 
+#include "select/Components.h"
+
 #include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
@@ -64,30 +66,39 @@ void drawFit(QPainter &painter, double right)
     painter.setClipping(false);
 }
 
-void drawTable(QPainter &painter)
+/// The drawing of each component; one that is listed and not drawn does not link.
+template <class Component>
+void draw(QPainter &painter);
+
+template <>
+void draw<TTable>(QPainter &painter)
 {
     drawGrid(painter, Pale);
 }
 
-void drawQuery(QPainter &painter)
+template <>
+void draw<TQuery>(QPainter &painter)
 {
     drawGrid(painter, Pale);
     drawGlass(painter);
 }
 
-void drawMlrTable(QPainter &painter)
+template <>
+void draw<TMLRTable>(QPainter &painter)
 {
     drawFit(painter, 30);
 }
 
-void drawMlrQuery(QPainter &painter)
+template <>
+void draw<TMLRQuery>(QPainter &painter)
 {
     drawFit(painter, 18);
     drawGlass(painter);
 }
 
 /// Candidates, the best one marked.
-void drawOptimize(QPainter &painter)
+template <>
+void draw<TOptimizeMLR>(QPainter &painter)
 {
     drawSheet(painter);
     painter.fillRect(6, 18, 4, 10, Pale);
@@ -115,20 +126,23 @@ void drawSign(QPainter &painter, const QColor &color, bool plus)
         painter.fillRect(QRectF(22, 18, 2, 10), Qt::white);
 }
 
-void drawBackElim(QPainter &painter)
+template <>
+void draw<TBackElimMLR>(QPainter &painter)
 {
     drawVariables(painter, Pale);
     drawSign(painter, Accent, false);
 }
 
-void drawFwdSelect(QPainter &painter)
+template <>
+void draw<TFwdSelectMLR>(QPainter &painter)
 {
     drawVariables(painter, Header);
     drawSign(painter, Plus, true);
 }
 
 /// Steps upwards: what goes in above them, what goes out below.
-void drawStepWise(QPainter &painter)
+template <>
+void draw<TStepWiseMLR>(QPainter &painter)
 {
     drawSheet(painter);
     QPainterPath steps;
@@ -142,23 +156,6 @@ void drawStepWise(QPainter &painter)
     painter.fillRect(9, 7, 2, 8, Plus);
     painter.fillRect(20, 20, 8, 2, Qt::white);
 }
-
-struct Drawing
-{
-    const char *className;
-    void (*draw)(QPainter &painter);
-};
-
-constexpr Drawing Drawings[] = {
-    {"TTable", drawTable},
-    {"TQuery", drawQuery},
-    {"TMLRTable", drawMlrTable},
-    {"TMLRQuery", drawMlrQuery},
-    {"TOptimizeMLR", drawOptimize},
-    {"TBackElimMLR", drawBackElim},
-    {"TFwdSelectMLR", drawFwdSelect},
-    {"TStepWiseMLR", drawStepWise},
-};
 
 class DrawnIcon : public QIconEngine
 {
@@ -200,9 +197,10 @@ private:
 
 QIcon nuvo::componentIcon(const QString &className)
 {
-    for (const Drawing &drawing : Drawings) {
-        if (className == QLatin1String(drawing.className))
-            return QIcon(new DrawnIcon(drawing.draw)); // the icon owns it
-    }
-    return {};
+    QIcon icon;
+    forEachComponent([&]<class Component>(const Listed<Component> &) {
+        if (className == QLatin1String(Component::staticMetaObject.className()))
+            icon = QIcon(new DrawnIcon(draw<Component>)); // the icon owns it
+    });
+    return icon;
 }

@@ -68,12 +68,12 @@ nuvo::ComponentPlugin::~ComponentPlugin() = default;
 
 QString nuvo::ComponentPlugin::whatsThis() const
 {
-    return QString::fromUtf8(componentDetails(name())->whatsThis);
+    return entry_.whatsThis;
 }
 
 QString nuvo::ComponentPlugin::includeFile() const
 {
-    return QString::fromUtf8(componentDetails(name())->header);
+    return entry_.header;
 }
 
 QIcon nuvo::ComponentPlugin::icon() const
@@ -114,7 +114,7 @@ QString nuvo::ComponentPlugin::domXml() const
     xml.writeAttribute(QStringLiteral("language"), QStringLiteral("c++"));
     xml.writeStartElement(QStringLiteral("widget"));
     xml.writeAttribute(QStringLiteral("class"), name());
-    xml.writeAttribute(QStringLiteral("name"), QLatin1String(componentDetails(name())->firstName));
+    xml.writeAttribute(QStringLiteral("name"), entry_.firstName);
     for (const QMetaProperty &property : properties) {
         startNamed(QStringLiteral("property"), QLatin1String(property.name()));
         xml.writeAttribute(QStringLiteral("stdset"), QStringLiteral("0"));
