@@ -69,7 +69,12 @@ void prepareProcess()
     std::signal(SIGXFSZ, SIG_IGN);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         endWith(signal);
-    ::setenv("LC_ALL", "C.UTF-8", 1);
+    // The encoding alone: each of the others is a file to open and says what "C" says without one.
+    for (const char *category :
+         {"LANG", "LANGUAGE", "LC_ALL", "LC_NUMERIC", "LC_TIME", "LC_COLLATE", "LC_MONETARY", "LC_MESSAGES",
+          "LC_PAPER", "LC_NAME", "LC_ADDRESS", "LC_TELEPHONE", "LC_MEASUREMENT", "LC_IDENTIFICATION"})
+        ::unsetenv(category);
+    ::setenv("LC_CTYPE", "C.UTF-8", 1);
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &text) {
         if (type != QtFatalMsg) {
             // Our own categories are silent until somebody asks for them with QT_LOGGING_RULES.

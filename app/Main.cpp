@@ -1,6 +1,7 @@
 #include "app/Commandline.h"
 #include "app/Console.h"
 #include "app/Json.h"
+#include "app/Startup.h"
 #include "app/Usage.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
@@ -67,6 +68,8 @@ int runComponents(char **argv, bool (*perform)(const Options &), const Options &
                   bool fonts = false)
 {
     wantsJson = options.format == nuvo::OutputFormat::Json;
+    if constexpr (requires { options.database; })
+        nuvo::prepareDriver(options.database);
     const auto application = makeApplication(argv, show, fonts);
     if (show && !nuvo::somebodyCanAnswer())
         return fail(QStringLiteral("--show needs a display, but Qt's platform is \"%1\".")
@@ -80,6 +83,7 @@ int runMaker(char **argv, QString (*make)(const Options &), const Options &optio
 {
     int count = nameAlone;
     const QCoreApplication application(count, argv);
+    nuvo::prepareDriver(options.database);
     const QString made = nuvo::withoutControls(make(options));
     try {
         nuvo::writeOutput(made + u'\n');
