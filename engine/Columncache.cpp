@@ -1,12 +1,12 @@
 #include "engine/Columncache.h"
 
-#include "engine/Regression.h"
 #include "engine/Termreader.h"
 #include "engine/kernel/Usablerecords.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <optional>
@@ -47,30 +47,17 @@ bool sameDefinition(const QStringList &a, const QStringList &b)
 class ColumnCache::Private
 {
 public:
-    Private(ColumnCache &cache, TRegression &regression)
-        : q(regression), alive(regression.alive_), dataset(regression.dataset_)
+    Private(TDataSet &source, std::span<const TIndepVar> terms) : dataset(source)
     {
-        q.cache_ = &cache;
-        for (const TIndepVar &definition : q.controls_) {
+        for (const TIndepVar &definition : terms) {
             if (definition.Transformation() != u"Undefined")
                 termFor(definition);
         }
     }
-    Private(const Private &) = delete;
-    Private &operator=(const Private &) = delete;
-    ~Private()
-    {
-        if (alive.expired())
-            return;
-        q.cache_ = nullptr;
-        try {
-            standBehind();
-        } catch (const EPlatformError &) {
-            // The load has been made; where the records cannot be read any more, the next one will say so.
-        }
-    }
 
-    bool load();
+    std::optional<LoadedRecords> load(const ModelDefinitions &definitions);
+    void standBehind();
+    void forgetPlace() { lastWalked_ = -1; }
 
 private:
     struct Term
@@ -87,8 +74,8 @@ private:
 
     int termFor(const TIndepVar &definition);
     void forget();
-    bool isCurrent() const;
-    bool begin();
+    bool isCurrent(const TDependentVar &response) const;
+    bool begin(const TDependentVar &response);
     void goOn();
     void readRecord();
     void readTerm(Term &term, bool kept);
@@ -99,10 +86,7 @@ private:
     std::optional<UsableRecords> choose(std::span<const int> numbers);
     std::shared_ptr<UsableRecords> known(UsableRecords &&records);
     std::shared_ptr<UsableRecords> usedLast(const std::shared_ptr<UsableRecords> &set);
-    void standBehind();
 
-    TRegression &q;
-    std::weak_ptr<bool> alive;
     TDataSet &dataset;
 
     std::vector<std::unique_ptr<Term>> terms_; // number 1 first
@@ -151,16 +135,16 @@ void ColumnCache::Private::forget()
     byTerms_.clear();
 }
 
-bool ColumnCache::Private::isCurrent() const
+bool ColumnCache::Private::isCurrent(const TDependentVar &response) const
 {
-    return opening_ == dataset.Opening() && sameDefinition(response_.ToQStringList(), q.response_.ToQStringList());
+    return opening_ == dataset.Opening() && sameDefinition(response_.ToQStringList(), response.ToQStringList());
 }
 
 /// Goes to the first record; false where the response is no definition, which the records' own way reports.
-bool ColumnCache::Private::begin()
+bool ColumnCache::Private::begin(const TDependentVar &response)
 {
     forget();
-    response_.Assign(q.response_);
+    response_.Assign(response);
     try {
         responseReader_.emplace(response_, dataset);
     } catch (const EPlatformError &) {
@@ -277,7 +261,10 @@ std::optional<UsableRecords> ColumnCache::Private::choose(std::span<const int> n
     if (chosen.size() < MaxObservations && (!atEnd_ || raises(numbers)))
         return {};
     const int walked = chosen.size() == MaxObservations ? position_[std::size_t(chosen.back())] + 1 : read_;
-    return UsableRecords(std::move(chosen), walked, int(terms_.size()) + 1);
+    std::vector<std::int64_t> ordinals(chosen.size());
+    std::transform(chosen.begin(), chosen.end(), ordinals.begin(),
+                   [this](int record) { return std::int64_t(position_[std::size_t(record)]) + 1; });
+    return UsableRecords(std::move(chosen), walked, int(terms_.size()) + 1, std::move(ordinals));
 }
 
 std::uint64_t ColumnCache::Private::keyOf(std::span<const int> numbers) const
@@ -331,41 +318,31 @@ std::shared_ptr<UsableRecords> ColumnCache::Private::usedLast(const std::shared_
     return sets_.back();
 }
 
-bool ColumnCache::Private::load()
+std::optional<LoadedRecords> ColumnCache::Private::load(const ModelDefinitions &definitions)
 {
     lastWalked_ = -1;
-    q.observed_.n = 0;
-    q.recordsRead_ = 0;
     if (!dataset.Active())
-        return false;
+        return {};
     if (terms_.size() > MaxTerms - MaxControls) {
         terms_.clear();
         forget();
     }
-    const std::size_t m = std::size_t(q.observed_.m);
-    std::array<int, MaxParameters> numbers{};
-    for (std::size_t j = 1; j <= m; ++j)
-        numbers[j - 1] = termFor(q.columnDefinitions_[j]);
-    if (!isCurrent() && !begin())
-        return false;
+    const std::size_t m = definitions.columns.size();
+    std::array<int, MaxParameters> numbers{}; // the response's last, 0
+    for (std::size_t j = 0; j < m; ++j)
+        numbers[j] = termFor(definitions.columns[j]);
+    if (!isCurrent(definitions.response) && !begin(definitions.response))
+        return {};
     const std::shared_ptr<UsableRecords> records = recordsFor({numbers.data(), m});
     if (!records)
-        return false;
-    lastWalked_ = q.recordsRead_ = records->walked();
-    q.ObserveBuffer();
-    if (records->count() == 0)
-        return true;
-    const auto observed = [&](int number, const std::vector<double> &source) -> TRegression::ObservedColumn {
-        const UsableRecords::View view = records->column(number, source);
-        return {view.values, view.range};
-    };
-    for (std::size_t j = 1; j <= m; ++j)
-        q.observed_.x[j] = observed(numbers[j - 1], term(numbers[j - 1]).values);
-    q.observed_.y = observed(0, responses_);
-    q.observed_.numbers = numbers;
-    q.observed_.records = records;
-    q.observed_.n = records->count();
-    return true;
+        return {};
+    lastWalked_ = records->walked();
+    if (records->count() > 0) {
+        for (std::size_t j = 0; j < m; ++j)
+            records->column(numbers[j], term(numbers[j]).values);
+        records->column(0, responses_);
+    }
+    return LoadedRecords{Observations(records, {numbers.data(), m + 1}), records->walked()};
 }
 
 /// Puts the dataset where the last load would have left it: behind the last record that it walked.
@@ -385,16 +362,26 @@ void ColumnCache::Private::standBehind()
     }
 }
 
-ColumnCache::ColumnCache(TRegression &regression)
-    : d_(regression.cache_ ? nullptr : std::make_unique<Private>(*this, regression))
+ColumnCache::ColumnCache(TDataSet &dataset, std::span<const TIndepVar> terms)
+    : d_(std::make_unique<Private>(dataset, terms))
 {
 }
 
 ColumnCache::~ColumnCache() = default;
 
-bool ColumnCache::Load()
+std::optional<LoadedRecords> ColumnCache::load(const ModelDefinitions &definitions)
 {
-    return d_->load();
+    return d_->load(definitions);
+}
+
+void ColumnCache::standBehind()
+{
+    d_->standBehind();
+}
+
+void ColumnCache::forgetPlace()
+{
+    d_->forgetPlace();
 }
 
 } // namespace nuvo

@@ -3,14 +3,12 @@
 #include "engine/Loadprogress.h"
 #include "engine/Mlrtypes.h"
 #include "engine/kernel/Maxdata.h"
-#include "engine/kernel/Normalequations.h"
 #include "platform/Export.h"
 #include "platform/Messages.h"
 
 #include <QString>
 #include <QStringList>
 
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -18,7 +16,7 @@ class TDataSet;
 
 namespace nuvo {
 class ColumnCache;
-class UsableRecords;
+class Fit;
 } // namespace nuvo
 
 /// A message that a component's ShowWarnings governs: shows nothing and returns 0 when `show` is false, else shows a
@@ -35,7 +33,8 @@ NUVO_EXPORT int MlrMessageDlg(bool show, const QString &message, TMsgDlgType typ
 ///
 /// Messages go through MessageDlg; conversion and database errors of a definition pass through to the caller. While a
 /// load shows its progress, and during a Series, events of the application run: ReLoad(), Execute() and property
-/// writes are then refused with an EDatabaseError, and destroying the component ends the load.
+/// writes are then refused with an EDatabaseError, and destroying the component ends the load. A load that throws
+/// makes the component unloaded and leaves the observations and figures of the load before as they were.
 class NUVO_EXPORT TRegression
 {
 public:
@@ -46,8 +45,8 @@ public:
     TRegression &operator=(const TRegression &) = delete;
     virtual ~TRegression();
 
-    TDataSet &DataSet() { return dataset_; }
-    Form DataSetForm() const { return form_; }
+    TDataSet &DataSet();
+    Form DataSetForm() const;
     /// What the report heads its data with: the table's name, or the first line of the SQL text.
     virtual QString DataSourceName() const = 0;
 
@@ -55,22 +54,22 @@ public:
     // changing the definition itself does neither.
 
     /// Control variable k, 1 to 10. \pre 1 <= k <= 10.
-    TIndepVar &ControlVar(int k) { return controls_[k - 1]; }
-    const TIndepVar &ControlVar(int k) const { return controls_[k - 1]; }
+    TIndepVar &ControlVar(int k);
+    const TIndepVar &ControlVar(int k) const;
     void SetControl(int k, const TIndepVar &definition);
-    TDependentVar &ResponseVarY() { return response_; }
-    const TDependentVar &ResponseVarY() const { return response_; }
+    TDependentVar &ResponseVarY();
+    const TDependentVar &ResponseVarY() const;
     void SetResponse(const TDependentVar &definition);
 
-    const QString &Description() const { return description_; }
-    void SetDescription(const QString &text) { description_ = text; }
+    const QString &Description() const;
+    void SetDescription(const QString &text);
     /// Replaces the report window's footer unless it is empty.
-    const QString &ReportMessage() const { return reportMessage_; }
-    void SetReportMessage(const QString &text) { reportMessage_ = text; }
-    bool ShowLoadProgress() const { return showLoadProgress_; }
+    const QString &ReportMessage() const;
+    void SetReportMessage(const QString &text);
+    bool ShowLoadProgress() const;
     void SetShowLoadProgress(bool show);
     /// Whether the warnings "more than 2500 records" and "NOT loaded" are shown.
-    bool ShowWarnings() const { return showWarnings_; }
+    bool ShowWarnings() const;
     void SetShowWarnings(bool show);
 
     // The run.
@@ -83,51 +82,59 @@ public:
     /// b0 + the sum of b(j) values[j] over j = 1..k; values[0] is not read.
     double Predict(const double *values, int k) const;
 
-    bool Loaded() const { return loaded_; }
+    bool Loaded() const;
     /// Whether Execute() has completed since a property write last changed a definition. ReLoad() alone leaves it.
-    bool Computed() const { return computed_; }
+    bool Computed() const;
     /// Whether the results are those of the observations loaded now.
-    bool ResultsCurrent() const { return resultsCurrent_; }
+    bool ResultsCurrent() const;
+    /// The fit as a value, with the observations that it is of; null unless ResultsCurrent().
+    std::shared_ptr<const nuvo::Fit> CurrentFit() const;
 
     // What the last load made of the records.
 
     /// Records that were walked.
-    int RecordsRead() const { return recordsRead_; }
+    int RecordsRead() const;
     /// Records that became observations, GetNumObs().
-    int RecordsUsed() const { return observed_.n; }
+    int RecordsUsed() const { return GetNumObs(); }
     /// Records that were walked and could not be transformed.
-    int RecordsSkipped() const { return recordsRead_ - observed_.n; }
+    int RecordsSkipped() const { return RecordsRead() - GetNumObs(); }
     /// Whether the person ended the last load with Escape; it then counts as not loaded.
-    bool LoadStopped() const { return loadStopped_; }
+    bool LoadStopped() const;
 
     // Results.
 
-    int GetNumObs() const { return observed_.n; }
-    int GetNumVars() const { return observed_.m; }
+    int GetNumObs() const;
+    int GetNumVars() const;
     /// n - m - 1, and 0 where that is negative.
-    short GetDOF() const { return degreesOfFreedom_; }
+    short GetDOF() const;
     /// The definition behind column j as it was at load time.
-    const TIndepVar &GetcVar(int j) const { return columnDefinitions_[j]; }
-    double Getx(int i, int j) const { return observed_.x[j].values[i - 1]; }
-    double Gety(int i) const { return observed_.y.values[i - 1]; }
+    const TIndepVar &GetcVar(int j) const;
+    double Getx(int i, int j) const;
+    double Gety(int i) const;
+    /// The number in the dataset of the record behind observation i, from 1, skipped records counted.
+    qint64 GetRecord(int i) const;
     /// Residual y - yHat.
-    double Gete(int i) const { return Settled(Residuals).results_->e[i - 1]; }
-    double GetyHat(int i) const { return Settled(Residuals).results_->yHat[i - 1]; }
-    double Getb(int j) const { return fit_.b[j]; }
+    double Gete(int i) const;
+    double GetyHat(int i) const;
+    double Getb(int j) const;
     /// Covariance of two coefficients, MSE (X'X)^-1.
-    double GetCovar(int i, int j) const { return Settled(Matrices).results_->covariance[i][j]; }
-    double GetCorr(int i, int j) const { return Settled(Matrices).results_->correlation[i][j]; }
-    double GetxBar(int j) const { return Settled(Spread).results_->xBar[j]; }
+    double GetCovar(int i, int j) const;
+    double GetCorr(int i, int j) const;
+    /// Standard error of a coefficient, the square root of its variance GetCovar(j, j).
+    double GetStdErr(int j) const;
+    /// Getb(j) / GetStdErr(j)
+    double GetTValue(int j) const;
+    double GetxBar(int j) const;
     /// Sample standard deviation of a column, divisor n - 1.
-    double GetxStdErr(int j) const { return Settled(Spread).results_->xStdErr[j]; }
-    double GetxMax(int j) const { return xRange_[j].max; }
-    double GetxMin(int j) const { return xRange_[j].min; }
-    double GetyBar() const { return Settled(Spread).results_->yBar; }
-    double GetyStdErr() const { return Settled(Spread).results_->yStdErr; }
-    double GetyMax() const { return yRange_.max; }
-    double GetyMin() const { return yRange_.min; }
+    double GetxStdErr(int j) const;
+    double GetxMax(int j) const;
+    double GetxMin(int j) const;
+    double GetyBar() const;
+    double GetyStdErr() const;
+    double GetyMax() const;
+    double GetyMin() const;
     /// SSE / (n - (m + 1)) as the last ComputeSSE() left it.
-    double GetMSE() const { return mse_; }
+    double GetMSE() const;
 
     // These compute before they return.
 
@@ -145,6 +152,10 @@ public:
 
     /// \throws EDatabaseError while a load or a Series is under way.
     void RefuseWhileBusy() const;
+
+    /// Loads go through a cache of this component's dataset, as far as it knows the records and no progress is shown,
+    /// until it is replaced or taken away (null); the dataset then goes where the last load would have left it.
+    void SetColumnCache(std::shared_ptr<nuvo::ColumnCache> cache);
 
     /// Many loads and fits by one client, a model selection. From the first to the last moment nobody else can load,
     /// fit, close or change the component, ShowLoadProgress and ShowWarnings are off, and the dataset's controls are
@@ -223,125 +234,13 @@ protected:
     virtual void NotifyLoaded() = 0;
     virtual void NotifyComputed() = 0;
     // The definitions as a form streams them.
-    QStringList ControlStrings(int k) const { return ControlVar(k).ToQStringList(); }
+    QStringList ControlStrings(int k) const;
     void SetControlStrings(int k, const QStringList &strings);
-    QStringList ResponseStrings() const { return response_.ToQStringList(); }
+    QStringList ResponseStrings() const;
     void SetResponseStrings(const QStringList &strings);
 
 private:
-    friend class nuvo::ColumnCache;
+    class Private;
 
-    struct ObservedColumn
-    {
-        const double *values = nullptr;
-        const nuvo::ColumnRange *range = nullptr; ///< where it is known already
-    };
-    /// The observations of a load, by columns, so that sums run along memory: n values each, in memory that reaches
-    /// further. Column j stands at j; 0 is not used.
-    struct Observations
-    {
-        int n = 0;
-        int m = 0;
-        std::array<ObservedColumn, MaxParameters> x;
-        ObservedColumn y;
-        /// What keeps them, where that is not the component itself, and their numbers there, the response's last.
-        std::shared_ptr<nuvo::UsableRecords> records;
-        std::array<int, MaxParameters> numbers{};
-    };
-    /// Where a load puts observations of its own.
-    struct Buffer
-    {
-        double x[MaxParameters][MaxObservations];
-        double y[MaxObservations];
-    };
-    using ParameterMatrix = nuvo::NormalEquations::Matrix;
-    /// What follows from a fit and is worked out when somebody asks.
-    struct Results
-    {
-        double e[MaxObservations];
-        double yHat[MaxObservations];
-        std::array<double, MaxParameters> xBar;
-        std::array<double, MaxParameters> xStdErr;
-        double yBar;
-        double yStdErr;
-        ParameterMatrix covariance;
-        ParameterMatrix correlation;
-
-        void meansOfColumns(const Observations &observed);
-        void deviationsOfColumns(const Observations &observed);
-        void meanOfResponse(const Observations &observed);
-        void deviationOfResponse(const Observations &observed);
-        void fittedValues(const Observations &observed, const std::array<double, MaxParameters> &b);
-        void residuals(const Observations &observed);
-        void covariances(const ParameterMatrix &inverse, double mse, int m);
-        void correlations(int m);
-    };
-    enum Part { Spread, Residuals, Matrices, PartCount };
-    /// A fit of which parts are still to be worked out.
-    struct Unsettled
-    {
-        std::array<bool, PartCount> due;
-        Observations observed;
-        std::array<double, MaxParameters> b;
-        nuvo::CrossProducts products;
-        double mse;
-    };
-    class Busy;
-
-    void ForgetLoad();
-    bool Load();
-    void Fit();
-    /// Makes the observations those of the buffer.
-    void ObserveBuffer();
-    /// Reads the records into the observations; false when the component was destroyed meanwhile.
-    bool ReadRecords(LoadProgress &progress, const std::weak_ptr<bool> &alive);
-    void SetDegreesOfFreedom();
-    /// Puts off the parts of the fit just made. What it will not overwrite of those before is kept.
-    void PutOff();
-    void Settle(Part part) const;
-    const TRegression &Settled(Part part) const
-    {
-        if (due_[part])
-            Settle(part);
-        return *this;
-    }
-
-    TDataSet &dataset_;
-    const Form form_;
-    std::array<TIndepVar, MaxControls> controls_;
-    TDependentVar response_;
-    QString description_;
-    QString reportMessage_;
-    bool showLoadProgress_ = false;
-    bool showWarnings_ = false;
-
-    bool loaded_ = false;
-    bool computed_ = false;
-    bool loadStopped_ = false;
-    bool resultsCurrent_ = false;
-    int recordsRead_ = 0;
-    short degreesOfFreedom_ = 0;
-    std::array<TIndepVar, MaxParameters> columnDefinitions_; ///< column j at j
-    std::unique_ptr<Buffer> buffer_;
-    Observations observed_; ///< by the last load
-    nuvo::ColumnCache *cache_ = nullptr;
-
-    std::array<nuvo::ColumnRange, MaxParameters> xRange_{};
-    nuvo::ColumnRange yRange_;
-    nuvo::CrossProducts products_{}; ///< of the last fit
-    int fittedColumns_ = -1;         ///< columns of the last fit; -1 before the first
-    nuvo::Coefficients fit_;
-    double sse_ = 0;
-    double ssr_ = 0;
-    double sst_ = 0;
-    double mse_ = 0;
-    double syx_ = 0;
-    double rSquared_ = 0;
-    double f_ = 0;
-    std::unique_ptr<Results> results_;
-    mutable std::vector<Unsettled> unsettled_; ///< the oldest first
-    mutable std::array<bool, PartCount> due_{};
-
-    int busy_ = 0; ///< loads and series under way
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    std::unique_ptr<Private> d;
 };

@@ -16,9 +16,9 @@ constexpr std::uint32_t bitOf(int number)
 
 } // namespace
 
-UsableRecords::UsableRecords(std::vector<int> records, int walked, int columns)
-    : records_(std::move(records)), walked_(walked), columns_(columns), sums_(columns),
-      products_(std::size_t(columns) * std::size_t(columns)), productsKnown_(columns)
+UsableRecords::UsableRecords(std::vector<int> records, int walked, int columns, std::vector<std::int64_t> ordinals)
+    : records_(std::move(records)), ordinals_(std::move(ordinals)), walked_(walked), columns_(columns),
+      sums_(columns), products_(std::size_t(columns) * std::size_t(columns)), productsKnown_(columns)
 {
 }
 

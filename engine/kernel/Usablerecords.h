@@ -18,10 +18,11 @@ public:
     static constexpr int MaxColumns = 32;
 
     /// The records chosen, by their position in the columns' sources, at most 2500; how many records the load walks
-    /// to find them; the number of columns.
-    UsableRecords(std::vector<int> records, int walked, int columns);
+    /// to find them; the number of columns; the records' numbers in the dataset, where somebody is to ask.
+    UsableRecords(std::vector<int> records, int walked, int columns, std::vector<std::int64_t> ordinals = {});
 
     const std::vector<int> &records() const { return records_; }
+    const std::vector<std::int64_t> &ordinals() const { return ordinals_; }
     int count() const { return int(records_.size()); }
     int walked() const { return walked_; }
 
@@ -32,6 +33,8 @@ public:
     };
     /// The values of a column at these records. \pre count() >= 1.
     View column(int number, const std::vector<double> &source);
+    /// The same of a column that was asked for before.
+    View column(int number) const { return {columns_[number]->values, &columns_[number]->range}; }
 
     /// As nuvo::crossProducts() for columns of these numbers, to the last bit.  \pre They were asked for by column().
     void crossProducts(std::span<const int> numbers, CrossProducts &products);
@@ -49,6 +52,7 @@ private:
     void fill(std::uint32_t &known, std::uint32_t wanted, DoubleDouble *row, Form form);
 
     std::vector<int> records_;
+    std::vector<std::int64_t> ordinals_;
     int walked_;
     std::vector<std::unique_ptr<Values>> columns_;
     std::vector<DoubleDouble> sums_;

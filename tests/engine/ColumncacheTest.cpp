@@ -72,6 +72,14 @@ QString thrownBy(Call call)
     }
 }
 
+std::shared_ptr<nuvo::ColumnCache> cacheFor(TRegression &regression)
+{
+    std::vector<TIndepVar> terms;
+    for (int k = 1; k <= MaxControls; ++k)
+        terms.push_back(regression.ControlVar(k));
+    return std::make_shared<nuvo::ColumnCache>(regression.DataSet(), terms);
+}
+
 /// Two components on the same records, of which one has the cache.
 template <class Component>
 class Twins : public testing::Test
@@ -91,7 +99,7 @@ protected:
     {
         for (Twin &twin : twins)
             bind(twin.component, *db, "data");
-        cache = std::make_unique<nuvo::ColumnCache>(twins[0].component);
+        twins[0].component.SetColumnCache(cacheFor(twins[0].component));
     }
 
     /// Does the same with both, and says what differs.
@@ -128,7 +136,7 @@ protected:
 
     void expectSamePlace()
     {
-        cache.reset();
+        twins[0].component.SetColumnCache(nullptr);
         EXPECT_EQ(twins[0].component.RecNo(), twins[1].component.RecNo());
         EXPECT_EQ(twins[0].component.Eof(), twins[1].component.Eof());
         EXPECT_EQ(twins[0].component.Bof(), twins[1].component.Bof());
@@ -141,7 +149,6 @@ protected:
     std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Sqlite);
     Messages messages;
     Twin twins[2];
-    std::unique_ptr<nuvo::ColumnCache> cache;
 };
 using Components = testing::Types<TMLRTable, TMLRQuery>;
 struct ComponentNames
@@ -558,19 +565,19 @@ TEST_F(Tables, WhatWasLoadedStaysWhenTheCacheGoes)
         define(twin.component, "a c");
     reload();
     both([](TMLRTable &component) { component.Execute(); }, text("execute"));
-    cache.reset();
+    twins[0].component.SetColumnCache(nullptr);
     expectAlike(text("gone"));
     both([](TMLRTable &component) { component.Execute(); }, text("execute"));
     expectAlike(text("fitted again"));
     reload();
     both([](TMLRTable &component) { component.Execute(); }, text("execute"));
     expectAlike(text("loaded again"));
-    nuvo::ColumnCache first(twins[0].component);
+    const auto first = cacheFor(twins[0].component);
+    twins[0].component.SetColumnCache(first);
     reload();
-    {
-        const nuvo::ColumnCache second(twins[0].component);
-        reload();
-    }
+    twins[0].component.SetColumnCache(cacheFor(twins[0].component));
+    reload();
+    twins[0].component.SetColumnCache(first);
     reload();
     both([](TMLRTable &component) { component.Execute(); }, text("execute"));
     expectAlike(text("two of them"));
@@ -582,7 +589,8 @@ TEST_F(Tables, ARegressionCanGoBeforeItsCache)
     auto component = std::make_unique<TMLRTable>();
     bind(*component, *db, "data");
     define(*component, "a");
-    const nuvo::ColumnCache held(*component);
+    const auto held = cacheFor(*component);
+    component->SetColumnCache(held);
     EXPECT_TRUE(component->ReLoad());
     component.reset();
 }
@@ -612,6 +620,6 @@ TEST_F(Tables, TheDatabaseIsAskedOnce)
     EXPECT_TRUE(component.ReLoad());
     component.Execute();
     EXPECT_EQ(component.GetSSE(), sse);
-    cache.reset(); // cannot go where it should, and keeps quiet about it
+    component.SetColumnCache(nullptr); // cannot go where it should, and keeps quiet about it
     EXPECT_EQ(component.GetSSE(), sse);
 }

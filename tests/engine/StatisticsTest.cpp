@@ -453,14 +453,63 @@ TEST_F(Statistics, NumbersTooSmallForTheToleranceDoNotVary)
     EXPECT_TRUE(regression.ReLoad());
 }
 
-TEST_F(Statistics, SquaresBeyondTheRangeAreInfiniteOrNothingAndRaiseNothing)
+TEST_F(Statistics, SquaresBeyondTheRangeOfDoublesFitLikeAnyOther)
 {
-    fill("y a", {{1, 1e200}, {2, 2e200}, {3, 3e200}, {4, -5e200}});
+    const double big = 1e200;
+    fill("y a b", {{1, 1 * big, 1 * big}, {2, 2 * big, 2 * big}, {3, 3 * big, 3 * big}, {4, -5 * big, 4 * big}});
+    const double rSquared = 8.5 * 8.5 / (38.75 * 5);
     define(regression, "a");
     EXPECT_TRUE(regression.ReLoad());
-    EXPECT_NO_THROW(regression.Execute());
-    EXPECT_EQ(regression.GetxStdErr(1), kInfinity);
-    (void)regression.GetRSquared();
-    (void)regression.GetF();
+    regression.Execute();
+    EXPECT_NEAR(regression.Getb(1) * big, -8.5 / 38.75, 1e-14);
+    EXPECT_NEAR(regression.GetxStdErr(1) / big, std::sqrt(38.75 / 3), 1e-14);
+    EXPECT_NEAR(regression.GetRSquared(), rSquared, 1e-14);
+    EXPECT_NEAR(regression.GetF(), 2 * rSquared / (1 - rSquared), 1e-13);
+    EXPECT_EQ(regression.GetCovar(1, 1), 0) << "too small for a double, but";
+    EXPECT_NEAR(regression.GetStdErr(1) * big, std::sqrt(5 * (1 - rSquared) / 2 / 38.75), 1e-14);
+    EXPECT_NEAR(regression.GetTValue(1), -std::sqrt(regression.GetF()), 1e-13);
+    EXPECT_NEAR(regression.GetCorr(0, 1), -0.25 / std::sqrt(39.0 / 4), 1e-14);
+
+    define(regression, "b", "a");
+    EXPECT_TRUE(regression.ReLoad());
+    regression.Execute();
+    EXPECT_NEAR(regression.Getb(1), -8.5 / 5, 1e-14);
+    EXPECT_EQ(regression.GetSSE(), kInfinity) << "too large for a double, but";
+    EXPECT_NEAR(regression.GetSyx() / big, std::sqrt(38.75 * (1 - rSquared) / 2), 1e-13);
+    EXPECT_NEAR(regression.GetRSquared(), rSquared, 1e-14);
+    EXPECT_NEAR(regression.GetF(), 2 * rSquared / (1 - rSquared), 1e-13);
+    EXPECT_NEAR(regression.Gete(1) / big, 1 - (0.25 - 1.7 * -1.5), 1e-14);
     EXPECT_EQ(messages.shown, std::vector<Message>());
+}
+
+TEST_F(Statistics, StandardErrorsAndTValuesFollowFromTheCovariances)
+{
+    fill("y a b", 30, [](int i) { return Row{double(i * i % 17), double(i % 7), double(i % 5)}; });
+    define(regression, "a b");
+    EXPECT_TRUE(regression.ReLoad());
+    regression.Execute();
+    for (int j = 0; j <= 2; ++j) {
+        EXPECT_EQ(regression.GetStdErr(j), std::sqrt(regression.GetCovar(j, j)));
+        EXPECT_EQ(regression.GetTValue(j), regression.Getb(j) / std::sqrt(regression.GetCovar(j, j)));
+    }
+}
+
+TEST_F(Statistics, CorrelationsKeepTheirDigitsWhereProductsOfVariancesLeaveTheRange)
+{
+    for (const double scale : {1.0, 1e40, 1e60, 1e80, 1e100, 1e140, 1e200, 1e300}) {
+        std::vector<Row> rows = {{3, 1, 2}, {5, 2, 0}, {7, 4, 1}, {8, 5, 3}, {12, 7, 4}, {13, 8, 2}};
+        for (Row &row : rows)
+            row = {row[0], *row[1] * scale, *row[2] * scale};
+        db->exec(text("DROP TABLE IF EXISTS data"));
+        regression.Close();
+        fill("y a b", rows);
+        define(regression, "a b");
+        EXPECT_TRUE(regression.ReLoad());
+        regression.Execute();
+        // (X'X)^-1 of the unscaled columns is ((1181, -138, -153), (., 60, -66), (., ., 225)) / 1524.
+        EXPECT_NEAR(regression.GetCorr(1, 2), -66 / std::sqrt(60.0 * 225), 1e-13) << scale;
+        EXPECT_NEAR(regression.GetCorr(0, 1), -138 / std::sqrt(1181.0 * 60), 1e-13) << scale;
+        EXPECT_NEAR(regression.GetCorr(0, 2), -153 / std::sqrt(1181.0 * 225), 1e-13) << scale;
+        EXPECT_NEAR(regression.GetCorr(1, 1), 1, 1e-15) << scale;
+    }
 }

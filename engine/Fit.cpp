@@ -1,0 +1,186 @@
+#include "engine/Fit.h"
+
+#include <cmath>
+#include <utility>
+
+namespace nuvo {
+
+struct Fit::Matrices
+{
+    Matrix scaledInverse{};
+    Matrix scaledCovariances{};
+    Matrix covariances{};
+    Matrix correlations{};
+};
+
+struct Fit::Residuals
+{
+    std::vector<double> fitted;
+    std::vector<double> residuals;
+};
+
+namespace {
+
+/// The covariances of the coefficients of the scaled columns.
+void findScaledCovariances(const Fit::Matrix &inverse, double mse, int m, Fit::Matrix &covariances)
+{
+    for (std::size_t i = 0; i <= std::size_t(m); ++i) {
+        for (std::size_t j = 0; j <= std::size_t(m); ++j)
+            covariances[i][j] = inverse[i][j] * mse;
+    }
+}
+
+void unscale(const Sums &sums, int m, Fit::Matrix &covariances)
+{
+    if (sums.plain())
+        return;
+    const int response = sums.exponents[std::size_t(sums.m) + 1];
+    for (std::size_t i = 0; i <= std::size_t(m); ++i) {
+        for (std::size_t j = 0; j <= std::size_t(m); ++j)
+            covariances[i][j] = std::scalbn(covariances[i][j], 2 * response - sums.exponents[i] - sums.exponents[j]);
+    }
+}
+
+} // namespace
+
+Fit::Fit(Observations observations) : observations_(std::move(observations)), sums_(sumsOf(observations_))
+{
+    solve();
+}
+
+Fit::Fit(Observations sample, const Sums &sums) : observations_(std::move(sample)), sums_(sums)
+{
+    solve();
+}
+
+Fit::~Fit() = default;
+
+void Fit::solve()
+{
+    coefficients_ = solveCoefficients(sums_.products, sums_.m);
+    b_ = coefficients_.b;
+    if (sums_.plain())
+        return;
+    for (std::size_t j = 0; j <= std::size_t(sums_.m); ++j)
+        b_[j] = std::scalbn(b_[j], responseExponent() - sums_.exponents[j]);
+}
+
+double Fit::squares(double value) const
+{
+    return responseExponent() == 0 ? value : std::scalbn(value, 2 * responseExponent());
+}
+
+double Fit::syx() const
+{
+    return std::scalbn(std::sqrt(scaledMse()), responseExponent());
+}
+
+std::optional<double> Fit::rSquared() const
+{
+    const double total = coefficients_.sse + coefficients_.ssr;
+    if (total > 0)
+        return coefficients_.ssr / total;
+    return {};
+}
+
+double Fit::f() const
+{
+    return (coefficients_.ssr / sums_.m) / scaledMse();
+}
+
+const Fit::Matrices &Fit::matrices() const
+{
+    if (!matrices_) {
+        matrices_ = std::make_unique<Matrices>();
+        const int m = sums_.m;
+        matrices_->scaledInverse = solveNormalEquations(sums_.products, m).inverse;
+        findScaledCovariances(matrices_->scaledInverse, scaledMse(), m, matrices_->scaledCovariances);
+        findCorrelations(matrices_->scaledCovariances, m, matrices_->correlations);
+        matrices_->covariances = matrices_->scaledCovariances;
+        unscale(sums_, m, matrices_->covariances);
+    }
+    return *matrices_;
+}
+
+const Fit::Matrix &Fit::scaledInverse() const
+{
+    return matrices().scaledInverse;
+}
+
+const Fit::Matrix &Fit::covariances() const
+{
+    return matrices().covariances;
+}
+
+const Fit::Matrix &Fit::correlations() const
+{
+    return matrices().correlations;
+}
+
+double Fit::stdErr(int j) const
+{
+    const std::size_t at = std::size_t(j);
+    const double root = std::sqrt(matrices().scaledCovariances[at][at]);
+    return std::scalbn(root, responseExponent() - sums_.exponents[at]);
+}
+
+const Spread &Fit::spread() const
+{
+    if (!spread_) {
+        spread_.emplace();
+        findMeans(observations_, *spread_);
+        findDeviations(observations_, *spread_);
+    }
+    return *spread_;
+}
+
+const Fit::Residuals &Fit::settledResiduals() const
+{
+    if (!residuals_) {
+        residuals_ = std::make_unique<Residuals>();
+        const std::size_t n = std::size_t(observations_.n());
+        residuals_->fitted.resize(n);
+        residuals_->residuals.resize(n);
+        findFitted(observations_, b_, residuals_->fitted.data());
+        for (std::size_t i = 0; i < n; ++i)
+            residuals_->residuals[i] = observations_.y().values[i] - residuals_->fitted[i];
+    }
+    return *residuals_;
+}
+
+const std::vector<double> &Fit::fitted() const
+{
+    return settledResiduals().fitted;
+}
+
+const std::vector<double> &Fit::residuals() const
+{
+    return settledResiduals().residuals;
+}
+
+const std::vector<int> &Fit::dependentColumns() const
+{
+    if (!dependent_)
+        dependent_ = nuvo::dependentColumns(sums_.products, sums_.m);
+    return *dependent_;
+}
+
+void findCovariances(const Fit &fit, double scaledMse, int m, Fit::Matrix &covariances)
+{
+    findScaledCovariances(fit.scaledInverse(), scaledMse, m, covariances);
+    unscale(fit.sums(), m, covariances);
+}
+
+void findCorrelations(const Fit::Matrix &covariances, int m, Fit::Matrix &correlations)
+{
+    for (std::size_t i = 0; i <= std::size_t(m); ++i) {
+        for (std::size_t j = 0; j <= std::size_t(m); ++j) {
+            const double product = covariances[i][i] * covariances[j][j];
+            correlations[i][j] = std::isnormal(product) ? covariances[i][j] / std::sqrt(product)
+                                                        : covariances[i][j] / std::sqrt(covariances[i][i]) /
+                                                              std::sqrt(covariances[j][j]);
+        }
+    }
+}
+
+} // namespace nuvo

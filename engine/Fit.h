@@ -1,0 +1,116 @@
+#pragma once
+
+#include "engine/Observations.h"
+#include "engine/Sums.h"
+#include "engine/kernel/Export.h"
+#include "engine/kernel/Normalequations.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace nuvo {
+
+/// A least-squares fit of the response on the constant and m control variables: a value that does not change. The
+/// coefficients and the sums of squares are there at once; means, deviations, residuals and matrices are worked out
+/// when they are first asked for. Coefficients are indexed from 0, the constant, to m; observations from 1.
+///
+/// Figures that are quotients (R2, F, t, correlations) and roots are right also where the squares that they stand on
+/// leave the range of doubles, in which case these are infinite or 0 themselves. Nothing raises: without degrees of
+/// freedom the divisions by zero take their course. Not to be used from several threads at once.
+class NUVO_KERNEL_EXPORT Fit
+{
+public:
+    using Vector = std::array<double, MaxParameters>;
+    using Matrix = NormalEquations::Matrix;
+
+    explicit Fit(Observations observations);
+    /// From sums over more records than the observations, which are a sample of them.
+    Fit(Observations sample, const Sums &sums);
+    ~Fit();
+    Fit(const Fit &) = delete;
+    Fit &operator=(const Fit &) = delete;
+
+    /// What the residuals are of.
+    const Observations &observations() const { return observations_; }
+    const Sums &sums() const { return sums_; }
+
+    /// Observations behind the sums.
+    std::int64_t n() const { return sums_.n; }
+    int m() const { return sums_.m; }
+    /// n - (m + 1), also where that is not positive.
+    std::int64_t degreesOfFreedom() const { return sums_.n - (sums_.m + 1); }
+
+    const Vector &b() const { return b_; }
+    double b(int j) const { return b_[std::size_t(j)]; }
+    /// Rows of X'X that are all 0.
+    int zeroRows() const { return coefficients_.zeroRows; }
+
+    /// y'y - b'X'y
+    double sse() const { return squares(coefficients_.sse); }
+    /// b'X'y - (sum of y)^2 / n
+    double ssr() const { return squares(coefficients_.ssr); }
+    /// SSE + SSR
+    double sst() const { return squares(coefficients_.sse + coefficients_.ssr); }
+    /// SSE / (n - (m + 1))
+    double mse() const { return squares(scaledMse()); }
+    /// The square root of MSE.
+    double syx() const;
+    /// SSR / SST; empty where SST is not above 0.
+    std::optional<double> rSquared() const;
+    /// (SSR / m) / MSE
+    double f() const;
+
+    /// SSE, SSR and MSE are these times 2^(2 responseExponent()), which can be out of range.
+    double scaledSse() const { return coefficients_.sse; }
+    double scaledSsr() const { return coefficients_.ssr; }
+    double scaledMse() const { return coefficients_.sse / double(degreesOfFreedom()); }
+    int responseExponent() const { return sums_.exponents[std::size_t(sums_.m) + 1]; }
+
+    /// (X'X)^-1; of sums that are scaled it is that of these: element (i, j) times 2^(e(i) + e(j)).
+    const Matrix &scaledInverse() const;
+    /// MSE (X'X)^-1
+    const Matrix &covariances() const;
+    const Matrix &correlations() const;
+    /// The square root of the coefficient's variance.
+    double stdErr(int j) const;
+    /// b(j) / stdErr(j)
+    double tValue(int j) const { return b(j) / stdErr(j); }
+
+    /// Of the observations.
+    const Spread &spread() const;
+    /// Fitted values and residuals y - fitted, of observation i at i - 1.
+    const std::vector<double> &fitted() const;
+    const std::vector<double> &residuals() const;
+
+    /// As nuvo::dependentColumns().
+    const std::vector<int> &dependentColumns() const;
+
+private:
+    struct Matrices;
+    struct Residuals;
+
+    void solve();
+    double squares(double value) const;
+    const Matrices &matrices() const;
+    const Residuals &settledResiduals() const;
+
+    Observations observations_;
+    Sums sums_;
+    Coefficients coefficients_; ///< of the sums, scaled as these are
+    Vector b_;
+    mutable std::unique_ptr<Matrices> matrices_;
+    mutable std::optional<Spread> spread_;
+    mutable std::unique_ptr<Residuals> residuals_;
+    mutable std::optional<std::vector<int>> dependent_;
+};
+
+/// MSE (X'X)^-1 for another mean square error, scaled like the fit's, as far as column m.
+NUVO_KERNEL_EXPORT void findCovariances(const Fit &fit, double scaledMse, int m, Fit::Matrix &covariances);
+/// corr(i, j) = covar(i, j) / (covar(i, i) covar(j, j))^1/2, as far as column m; roots are taken before the product
+/// where that leaves the range of doubles.
+NUVO_KERNEL_EXPORT void findCorrelations(const Fit::Matrix &covariances, int m, Fit::Matrix &correlations);
+
+} // namespace nuvo

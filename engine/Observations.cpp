@@ -1,0 +1,168 @@
+#include "engine/Observations.h"
+
+#include "engine/kernel/Usablerecords.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace nuvo {
+
+namespace {
+
+constexpr double zeros[MaxObservations] = {};
+
+ObservedColumn observed(const double *values, int n)
+{
+    return {values, nullptr, n > 0 ? minMax(values, n) : ColumnRange()};
+}
+
+/// A column times 2^-exponent.
+std::vector<double> scaled(const double *values, int n, int exponent)
+{
+    std::vector<double> result(static_cast<std::size_t>(n));
+    std::transform(values, values + n, result.begin(), [&](double value) { return std::scalbn(value, -exponent); });
+    return result;
+}
+
+using Pointers = std::array<const double *, MaxParameters>;
+
+/// The columns in order, the response last.
+Pointers pointersTo(const Observations &observations)
+{
+    Pointers pointers{};
+    for (int j = 1; j <= observations.m(); ++j)
+        pointers[std::size_t(j - 1)] = observations.x(j).values;
+    pointers[std::size_t(observations.m())] = observations.y().values;
+    return pointers;
+}
+
+} // namespace
+
+Observations::Observations() : y_{zeros, nullptr, {}}, record_(nullptr)
+{
+    x_.fill({zeros, nullptr, {}});
+}
+
+Observations::Observations(std::shared_ptr<const ObservationBuffer> buffer, int n, int m) : Observations()
+{
+    n_ = n;
+    m_ = m;
+    for (int j = 1; j <= m; ++j)
+        x_[std::size_t(j)] = observed(buffer->x[j - 1], n);
+    y_ = observed(buffer->y, n);
+    record_ = buffer->record;
+    owner_ = std::move(buffer);
+}
+
+Observations::Observations(std::shared_ptr<UsableRecords> records, std::span<const int> numbers) : Observations()
+{
+    n_ = records->count();
+    m_ = int(numbers.size()) - 1;
+    if (n_ == 0)
+        return;
+    record_ = records->ordinals().data();
+    std::copy(numbers.begin(), numbers.end(), numbers_.begin());
+    for (std::size_t j = 0; j < numbers.size(); ++j) {
+        const UsableRecords::View view = records->column(numbers[j]);
+        ObservedColumn &column = j + 1 < numbers.size() ? x_[j + 1] : y_;
+        column = {view.values, nullptr, *view.range};
+    }
+    kept_ = std::move(records);
+    keepsProducts_ = true;
+}
+
+Observations Observations::of(const std::vector<std::vector<double>> &x, const std::vector<double> &y)
+{
+    auto buffer = std::make_shared<ObservationBuffer>();
+    for (std::size_t j = 0; j < x.size(); ++j)
+        std::copy(x[j].begin(), x[j].end(), buffer->x[j]);
+    std::copy(y.begin(), y.end(), buffer->y);
+    for (std::size_t i = 0; i < y.size(); ++i)
+        buffer->record[i] = std::int64_t(i) + 1;
+    return {std::move(buffer), int(y.size()), int(x.size())};
+}
+
+Observations Observations::ofColumns(int m) const
+{
+    Observations result = *this;
+    if (m == m_)
+        return result;
+    for (int j = m + 1; j <= m_; ++j)
+        result.x_[std::size_t(j)] = {zeros, nullptr, {}};
+    result.m_ = m;
+    result.keepsProducts_ = false;
+    return result;
+}
+
+std::array<DataColumn, MaxParameters> Observations::columns() const
+{
+    std::array<DataColumn, MaxParameters> result;
+    for (int j = 1; j <= m_; ++j)
+        result[std::size_t(j - 1)] = {x(j).values, x(j).range.largest()};
+    result[std::size_t(m_)] = {y_.values, y_.range.largest()};
+    return result;
+}
+
+int scaleOf(const ObservedColumn &column)
+{
+    const double largest = column.range.largest();
+    const bool ordinary = largest >= 0x1p-200 && largest <= 0x1p200;
+    return ordinary || !(largest > 0) || std::isinf(largest) ? 0 : std::ilogb(largest);
+}
+
+void findMeans(const Observations &observations, Spread &spread)
+{
+    const std::size_t count = std::size_t(observations.m()) + 1;
+    const Pointers columns = pointersTo(observations);
+    double result[MaxParameters];
+    means({columns.data(), count}, observations.n(), result);
+    for (std::size_t j = 0; j < count; ++j) {
+        const ObservedColumn &column = j + 1 < count ? observations.x(int(j) + 1) : observations.y();
+        if (const int exponent = scaleOf(column)) {
+            const std::vector<double> values = scaled(column.values, observations.n(), exponent);
+            const double *const pointer = values.data();
+            means({&pointer, 1}, observations.n(), &result[j]);
+            result[j] = std::scalbn(result[j], exponent);
+        }
+    }
+    std::copy_n(result, count - 1, spread.xBar.begin() + 1);
+    spread.yBar = result[count - 1];
+}
+
+void findDeviations(const Observations &observations, Spread &spread)
+{
+    const std::size_t count = std::size_t(observations.m()) + 1;
+    const Pointers columns = pointersTo(observations);
+    double mean[MaxParameters];
+    std::copy_n(spread.xBar.begin() + 1, count - 1, mean);
+    mean[count - 1] = spread.yBar;
+    double result[MaxParameters];
+    standardDeviations({columns.data(), count}, mean, observations.n(), result);
+    for (std::size_t j = 0; j < count; ++j) {
+        const ObservedColumn &column = j + 1 < count ? observations.x(int(j) + 1) : observations.y();
+        if (const int exponent = scaleOf(column)) {
+            const std::vector<double> values = scaled(column.values, observations.n(), exponent);
+            const double *const pointer = values.data();
+            const double centre = std::scalbn(mean[j], -exponent);
+            standardDeviations({&pointer, 1}, &centre, observations.n(), &result[j]);
+            result[j] = std::scalbn(result[j], exponent);
+        }
+    }
+    std::copy_n(result, count - 1, spread.xStdErr.begin() + 1);
+    spread.yStdErr = result[count - 1];
+}
+
+void findFitted(const Observations &observations, const std::array<double, MaxParameters> &b, double *fitted)
+{
+    const int n = observations.n();
+    std::fill_n(fitted, n, b[0]);
+    for (int j = 1; j <= observations.m(); ++j) {
+        const double *const x = observations.x(j).values;
+        const double slope = b[std::size_t(j)];
+        for (int i = 0; i < n; ++i)
+            fitted[i] += slope * x[i];
+    }
+}
+
+} // namespace nuvo

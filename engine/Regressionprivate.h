@@ -1,0 +1,123 @@
+#pragma once
+
+#include "engine/Columncache.h"
+#include "engine/Fit.h"
+#include "engine/Recordload.h"
+#include "engine/Regression.h"
+
+#include <array>
+#include <memory>
+#include <utility>
+#include <vector>
+
+/// What a regression component holds: its definitions and flags, the observations of the last load, the last fit, and
+/// the figures that its accessors show.
+class TRegression::Private
+{
+public:
+    class Busy;
+
+    /// The parts of a fit that wait until somebody asks.
+    enum Part { MeansAndDeviations, FittedAndResiduals, Matrices, PartCount };
+    /// A fit of which parts are still to be shown.
+    struct Unsettled
+    {
+        std::array<bool, PartCount> due;
+        std::shared_ptr<const nuvo::Fit> fit;
+    };
+    /// The figures as accessors show them. A fit overwrites what it has and leaves the rest of those before: rows of
+    /// a larger matrix, residuals of further observations. The steps that a client can take one by one work on these
+    /// as well.
+    struct Shown
+    {
+        double e[MaxObservations];
+        double yHat[MaxObservations];
+        nuvo::Spread spread;
+        nuvo::Fit::Matrix covariance;
+        nuvo::Fit::Matrix correlation;
+    };
+
+    Private(TRegression &regression, TDataSet &source, Form kind) : q(regression), dataset(source), form(kind) {}
+
+    void forgetLoad();
+    bool load();
+    void fit();
+    void setDegreesOfFreedom();
+    int degreesLeft() const { return observed.n() - (m + 1); }
+    /// Of the response's multiple that sums of squares are of.
+    int exponent() const { return lastFit ? lastFit->responseExponent() : 0; }
+
+    /// Puts off the parts of the fit just made. What it will not overwrite of those before is kept.
+    void putOff();
+    void settle(Part part);
+    const Shown &shownAfter(Part part)
+    {
+        if (due[part])
+            settle(part);
+        return *shown;
+    }
+    Shown &settled(Part part) { return const_cast<Shown &>(shownAfter(part)); }
+
+    TRegression &q;
+    TDataSet &dataset;
+    const Form form;
+    std::array<TIndepVar, MaxControls> controls;
+    TDependentVar response;
+    QString description;
+    QString reportMessage;
+    bool showLoadProgress = false;
+    bool showWarnings = false;
+
+    bool loaded = false;
+    bool computed = false;
+    bool loadStopped = false;
+    bool resultsCurrent = false;
+
+    // By the last load.
+    int m = 0;
+    std::array<TIndepVar, MaxControls> columns; ///< column j at j - 1
+    nuvo::Observations observed;
+    int recordsRead = 0;
+    short degreesOfFreedom = 0;
+    std::array<nuvo::ColumnRange, MaxParameters> xRange{};
+    nuvo::ColumnRange yRange;
+
+    nuvo::RecordLoad records{dataset};
+    std::array<TIndepVar, MaxControls> nextColumns; ///< of the load under way
+    std::shared_ptr<nuvo::ColumnCache> cache;
+
+    std::shared_ptr<const nuvo::Fit> lastFit;
+    // Sums of squares are kept as the fit has them: times 2^(-2 exponent()).
+    double sse = 0;
+    double ssr = 0;
+    double sst = 0;
+    double mse = 0;
+    int mseExponent = 0;
+    double syx = 0;
+    double rSquared = 0;
+    double f = 0;
+    std::unique_ptr<Shown> shown = std::make_unique<Shown>();
+    std::vector<Unsettled> unsettled; ///< the oldest first
+    std::array<bool, PartCount> due{};
+
+    int busy = 0; ///< loads and series under way
+    std::shared_ptr<bool> alive = std::make_shared<bool>(true);
+};
+
+/// Marks the component as busy, for as long as there is a component.
+class TRegression::Private::Busy
+{
+public:
+    explicit Busy(Private &regression);
+    Busy(const Busy &) = delete;
+    Busy &operator=(const Busy &) = delete;
+    ~Busy();
+
+    bool Alive() const { return !alive_.expired(); }
+    void EnableControls();
+
+private:
+    Private &regression_;
+    std::weak_ptr<bool> alive_;
+    bool disabled_ = true;
+};
