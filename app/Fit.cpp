@@ -38,8 +38,8 @@ Examples:
 QString output(TRegression &regression, const FitOptions &options, const MessageLog &log)
 {
     if (options.format == OutputFormat::Text)
-        return textRegression(regression, options.matrices ? Matrices::Shown : Matrices::Left);
-    Json json = jsonRegression(regression);
+        return textRegression(figures(regression), options.matrices ? Matrices::Shown : Matrices::Left);
+    Json json = jsonRegression(figures(regression));
     json["messages"] = jsonMessages(log.messages());
     return jsonLines(json);
 }

@@ -1,34 +1,34 @@
 #include "app/Regressionoutput.h"
 
 #include "app/Console.h"
-#include "engine/Regression.h"
-#include "platform/Dataset.h"
 #include "present/Report.h"
-#include "present/Reportdocument.h"
-
-#include <QDateTime>
-
-#include <cmath>
-#include <utility>
 
 namespace nuvo {
 namespace {
 
-QStringList terms(const TRegression &regression)
-{
-    QStringList list;
-    for (int j = 1; j <= regression.GetNumVars(); ++j)
-        list.append(regression.GetcVar(j).OutputTerm());
-    return list;
-}
-
-/// The numbers that `at` gives for first to last.
-template <class Function>
-Json jsonNumbers(int first, int last, Function at)
+Json jsonNumbers(const Figures::Numbers &numbers)
 {
     Json array = Json::array();
-    for (int i = first; i <= last; ++i)
-        array.push_back(jsonNumber(at(i)));
+    for (const double number : numbers)
+        array.push_back(jsonNumber(number));
+    return array;
+}
+
+Json jsonMatrix(const Figures::Matrix &matrix)
+{
+    Json rows = Json::array();
+    for (const Figures::Numbers &row : matrix)
+        rows.push_back(jsonNumbers(row));
+    return rows;
+}
+
+/// One figure of each of them.
+template <class Item>
+Json jsonOfEach(const std::vector<Item> &items, double Item::*figure)
+{
+    Json array = Json::array();
+    for (const Item &item : items)
+        array.push_back(jsonNumber(item.*figure));
     return array;
 }
 
@@ -47,9 +47,9 @@ const char *typeName(TMsgDlgType type)
     return "question";
 }
 
-Json jsonReport(TRegression &regression)
+Json jsonReport(const Figures &figures)
 {
-    const ReportBlocks blocks = reportBlocks(regression);
+    const ReportBlocks blocks = reportBlocks(figures);
     const WindowTexts window = windowTexts(blocks);
     Json report = Json::object();
     report["DepVar"] = jsonText(blocks.DepVar);
@@ -72,43 +72,33 @@ Json jsonReport(TRegression &regression)
     return report;
 }
 
-Json jsonFigures(TRegression &regression)
+void putFigures(const Figures &figures, Json &output)
 {
-    Json figures = Json::object();
-    const int n = regression.GetNumObs();
-    const int m = regression.GetNumVars();
-    const auto coefficient = [&](int j) { return regression.Getb(j); };
-    const auto standardError = [&](int j) { return std::sqrt(regression.GetCovar(j, j)); };
-    figures["coefficients"] = jsonNumbers(0, m, coefficient);
-    figures["standardErrors"] = jsonNumbers(0, m, standardError);
-    figures["tValues"] = jsonNumbers(0, m, [&](int j) { return coefficient(j) / standardError(j); });
-    figures["sse"] = jsonNumber(regression.GetSSE());
-    figures["ssr"] = jsonNumber(regression.GetSSR());
-    figures["sst"] = jsonNumber(regression.GetSST());
-    figures["mse"] = jsonNumber(regression.GetMSE());
-    figures["syx"] = jsonNumber(regression.GetSyx());
-    figures["rSquared"] = jsonNumber(regression.GetRSquared());
-    figures["f"] = jsonNumber(regression.GetF());
-    figures["yBar"] = jsonNumber(regression.GetyBar());
-    figures["yStdErr"] = jsonNumber(regression.GetyStdErr());
-    figures["yMin"] = jsonNumber(regression.GetyMin());
-    figures["yMax"] = jsonNumber(regression.GetyMax());
-    figures["xBar"] = jsonNumbers(1, m, [&](int j) { return regression.GetxBar(j); });
-    figures["xStdErr"] = jsonNumbers(1, m, [&](int j) { return regression.GetxStdErr(j); });
-    figures["xMin"] = jsonNumbers(1, m, [&](int j) { return regression.GetxMin(j); });
-    figures["xMax"] = jsonNumbers(1, m, [&](int j) { return regression.GetxMax(j); });
-    for (const bool covariance : {true, false}) {
-        Json rows = Json::array();
-        for (int i = 0; i <= m; ++i) {
-            rows.push_back(jsonNumbers(
-                0, m, [&](int j) { return covariance ? regression.GetCovar(i, j) : regression.GetCorr(i, j); }));
-        }
-        figures[covariance ? "covariance" : "correlation"] = std::move(rows);
-    }
-    figures["fitted"] = jsonNumbers(1, n, [&](int i) { return regression.GetyHat(i); });
-    figures["residuals"] = jsonNumbers(1, n, [&](int i) { return regression.Gete(i); });
-    figures["report"] = jsonReport(regression);
-    return figures;
+    using Coefficient = Figures::Coefficient;
+    output["coefficients"] = jsonOfEach(figures.coefficients, &Coefficient::estimate);
+    output["standardErrors"] = jsonOfEach(figures.coefficients, &Coefficient::standardError);
+    output["tValues"] = jsonOfEach(figures.coefficients, &Coefficient::t);
+    output["sse"] = jsonNumber(figures.sums.residual);
+    output["ssr"] = jsonNumber(figures.sums.regression);
+    output["sst"] = jsonNumber(figures.sums.total);
+    output["mse"] = jsonNumber(figures.sums.mse);
+    output["syx"] = jsonNumber(figures.sums.syx);
+    output["rSquared"] = jsonNumber(figures.sums.rSquared);
+    output["f"] = jsonNumber(figures.sums.f);
+    using Variable = Figures::Variable;
+    output["yBar"] = jsonNumber(figures.response.mean);
+    output["yStdErr"] = jsonNumber(figures.response.standardDeviation);
+    output["yMin"] = jsonNumber(figures.response.least);
+    output["yMax"] = jsonNumber(figures.response.greatest);
+    output["xBar"] = jsonOfEach(figures.columns, &Variable::mean);
+    output["xStdErr"] = jsonOfEach(figures.columns, &Variable::standardDeviation);
+    output["xMin"] = jsonOfEach(figures.columns, &Variable::least);
+    output["xMax"] = jsonOfEach(figures.columns, &Variable::greatest);
+    output["covariance"] = jsonMatrix(figures.covariance);
+    output["correlation"] = jsonMatrix(figures.correlation);
+    output["fitted"] = jsonNumbers(figures.fitted);
+    output["residuals"] = jsonNumbers(figures.residuals);
+    output["report"] = jsonReport(figures);
 }
 
 } // namespace
@@ -121,27 +111,29 @@ Json jsonTexts(const QStringList &texts)
     return array;
 }
 
-Json jsonRegression(TRegression &regression)
+Json jsonRegression(const Figures &figures)
 {
     Json output = Json::object();
-    output["component"] = regression.DataSetForm() == TRegression::Form::Query ? "query" : "table";
-    output["dataset"] = jsonText(regression.DataSourceName());
-    output["description"] = jsonText(regression.Description());
-    output["loaded"] = regression.Loaded();
-    output["computed"] = regression.ResultsCurrent();
-    output["observations"] = regression.GetNumObs();
-    output["controls"] = regression.GetNumVars();
-    output["degreesOfFreedom"] = regression.GetDOF();
+    output["component"] = figures.query ? "query" : "table";
+    output["dataset"] = jsonText(figures.source);
+    output["description"] = jsonText(figures.description);
+    output["loaded"] = figures.loaded;
+    output["computed"] = figures.current;
+    output["observations"] = figures.observations;
+    output["controls"] = figures.controls;
+    output["degreesOfFreedom"] = figures.degreesOfFreedom;
     Json &records = output["records"];
-    records["total"] = regression.DataSet().RecordCount();
-    records["read"] = regression.RecordsRead();
-    records["used"] = regression.RecordsUsed();
-    records["skipped"] = regression.RecordsSkipped();
-    output["dependentTerms"] = jsonTexts(dependentTerms(regression));
-    output["response"] = jsonText(regression.ResponseVarY().OutputTerm());
-    output["terms"] = jsonTexts(terms(regression));
-    if (regression.ResultsCurrent())
-        output.update(jsonFigures(regression));
+    records["total"] = figures.records.total ? Json(*figures.records.total) : Json();
+    records["read"] = figures.records.read;
+    records["used"] = figures.records.used;
+    records["skipped"] = figures.records.skipped;
+    output["dependentTerms"] = jsonTexts(figures.dependentTerms);
+    output["response"] = jsonText(figures.response.term);
+    Json &terms = output["terms"] = Json::array();
+    for (const Figures::Variable &column : figures.columns)
+        terms.push_back(jsonText(column.term));
+    if (figures.current)
+        putFigures(figures, output);
     return output;
 }
 
@@ -157,13 +149,12 @@ Json jsonMessages(const QList<Message> &messages)
     return array;
 }
 
-QString textRegression(TRegression &regression, Matrices matrices)
+QString textRegression(const Figures &figures, Matrices matrices)
 {
-    if (!regression.ResultsCurrent()) {
-        return QStringLiteral("Data: %1\nNo result. %2\n")
-            .arg(withoutControls(regression.DataSourceName()), leftOut(regression));
+    if (!figures.current) {
+        return QStringLiteral("Data: %1\nNo result. %2\n").arg(withoutControls(figures.source), leftOut(figures));
     }
-    return reportPlainText(reportDocument(regression, QDateTime::currentDateTime()), matrices, outputWidth());
+    return reportPlainText(figures, matrices, outputWidth());
 }
 
 } // namespace nuvo

@@ -84,9 +84,9 @@ private:
             regression.Execute();
         succeeded_ = succeeded_ && regression.ResultsCurrent();
         if (options_.format == OutputFormat::Json)
-            put(regressions_, dataset, jsonRegression(regression), log);
+            put(regressions_, dataset, jsonRegression(figures(regression)), log);
         else
-            put(dataset, textRegression(regression));
+            put(dataset, textRegression(figures(regression)));
     }
 
     void choose(TCorvane &selection)

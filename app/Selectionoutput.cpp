@@ -62,7 +62,7 @@ Json jsonSelection(TCorvane &selection)
     output["ended"] = endName(selection.Ended());
     if (const auto *optimal = qobject_cast<const TOptimizeMLR *>(&selection))
         putModels(*optimal, output);
-    output["selected"] = jsonRegression(*selection.Regression());
+    output["selected"] = jsonRegression(figures(*selection.Regression()));
     return output;
 }
 
@@ -75,7 +75,7 @@ QString textSelection(TCorvane &selection)
         text += u'\n';
     for (const QString &line : DisplayLines(selection.Report()).split(u'\n'))
         text += withoutControls(line) + u'\n';
-    return text + u'\n' + textRegression(*selection.Regression());
+    return text + u'\n' + textRegression(figures(*selection.Regression()));
 }
 
 bool isOwnReport(const TCorvane &selection, const Message &message)

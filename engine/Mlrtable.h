@@ -23,7 +23,7 @@ public:
     /// nuvo::showReport.
     void Output();
     /// Shows the diagnostic plots in a window and returns when it is closed; see nuvo::showPlots.
-    void ShowPlots();
+    Q_INVOKABLE void ShowPlots();
     /// The plot window while it is open, else null.
     QPointer<TMLRPlotForm> FPlotForm;
 

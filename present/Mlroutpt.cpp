@@ -25,7 +25,6 @@
 #include <QPrinter>
 #include <QScopeGuard>
 #include <QScreen>
-#include <QScrollBar>
 
 #include <algorithm>
 #include <cmath>
@@ -37,24 +36,6 @@ constexpr int SuperscriptPixels = 8;
 constexpr double ScreenDpi = 96;
 /// Pixels of the printed image per pixel of the window, so that letters are sharp on paper.
 constexpr int PrintRatio = 3;
-/// A description wider than this breaks into lines instead of widening the window.
-constexpr int HeaderLimit = 700;
-constexpr int Gap = 8;
-
-/// Room that a label's text takes; the line ends that close a block do not count.
-QSize needed(const QLabel &label)
-{
-    QString text = label.text();
-    while (text.endsWith(u'\n'))
-        text.chop(1);
-    return label.fontMetrics().size(0, text);
-}
-
-/// Where a label of the form was placed.
-QRect designed(const QWidget &widget)
-{
-    return widget.property("designed").toRect();
-}
 
 } // namespace
 
@@ -179,13 +160,14 @@ void TRegressionOutputForm::Open(TRegression *dataSet, const QString &descriptio
 
 void TRegressionOutputForm::Fill(TRegression *dataSet, const QString &description, const nuvo::ReportBlocks &blocks)
 {
-    const QDateTime now = QDateTime::currentDateTime();
-    const nuvo::WindowTexts window = nuvo::windowTexts(blocks, QLocale().decimalPoint().front());
+    const QChar point = QLocale().decimalPoint().front();
+    const nuvo::WindowTexts window = nuvo::windowTexts(blocks, point);
     const QString source = QStringLiteral("Data: ") + (dataSet != nullptr ? dataSet->DataSourceName() : QString());
-    const QString time = QLocale().toString(now, QLocale::ShortFormat);
-    document_ = dataSet != nullptr
-                    ? nuvo::reportDocument(*dataSet, now)
-                    : nuvo::ReportDocument{QString(), description, time, QString(), blocks, window, {}, QString()};
+    const QString time = QLocale().toString(QDateTime::currentDateTime(), QLocale::ShortFormat);
+    dataSet_ = dataSet != nullptr ? &dataSet->DataSet() : nullptr;
+    if (dataSet != nullptr && !figures_)
+        figures_ = nuvo::figures(*dataSet);
+    texts_ = {QString(), description, time, QString(), blocks, window, QString()};
 
     covarianceLines_ = blocks.CovarianceLines;
     correlationLines_ = blocks.CorrelationLines;
@@ -220,128 +202,6 @@ void TRegressionOutputForm::Fill(TRegression *dataSet, const QString &descriptio
     SetFonts();
 }
 
-void TRegressionOutputForm::SetFonts()
-{
-    const int points = matrixSize_ > 7 ? 7 : 8;
-    for (QLabel *label : ui_->Panel1Contents->findChildren<QLabel *>()) {
-        if (label == ui_->Label1 || label == ui_->labSquared1)
-            continue;
-        QFont resized = label->font();
-        resized.setPixelSize(nuvo::pointsToPixels(points));
-        label->setFont(resized);
-    }
-    ui_->Matrix->setFont(nuvo::matrixFont(points));
-}
-
-QSize TRegressionOutputForm::LayOutPanel()
-{
-    const auto place = [](QWidget *widget, int x, int y, const QSize &least) {
-        const QRect design = designed(*widget);
-        widget->setGeometry(x, y, std::max(design.width(), least.width()), std::max(design.height(), least.height()));
-    };
-    // From the left to the right: each column starts where its design has it or behind the texts before it.
-    const auto behind = [](std::initializer_list<const QLabel *> labels) {
-        int right = 0;
-        for (const QLabel *label : labels)
-            right = std::max(right, label->x() + needed(*label).width());
-        return right + Gap;
-    };
-    // From the top down, one below the other.
-    const auto below = [](const QLabel *label) { return label->y() + needed(*label).height(); };
-    const auto stack = [&](int x, std::initializer_list<QLabel *> labels, int y) {
-        for (QLabel *label : labels) {
-            y = std::max(y, designed(*label).y());
-            place(label, designed(*label).x() + x, y, needed(*label));
-            y = below(label);
-        }
-        return y;
-    };
-
-    int y = stack(0, {ui_->labDepVarName, ui_->labDataCount, ui_->labDOF}, 0);
-    y = std::max(y, designed(*ui_->labMean).y());
-    place(ui_->labMean, designed(*ui_->labMean).x(), y, needed(*ui_->labMean));
-    place(ui_->labStdDev, std::max(designed(*ui_->labStdDev).x(), behind({ui_->labMean})), y,
-          needed(*ui_->labStdDev));
-    y = std::max(below(ui_->labMean), below(ui_->labStdDev));
-    const int leftBottom = stack(
-        0, {ui_->labSumSquare, ui_->labSSR, ui_->labSSE, ui_->labSST, ui_->labsSquared, ui_->labRsqr, ui_->labFStat},
-        y);
-    // The twos sit behind the letter that they belong to.
-    const auto raise = [](QLabel *two, const QLabel *label) {
-        two->adjustSize();
-        const int letter = label->fontMetrics().horizontalAdvance(label->text().left(1));
-        const QPoint design = designed(*two).topLeft() - designed(*label).topLeft();
-        two->move(label->pos() + QPoint(std::max(design.x(), letter), design.y()));
-        two->raise();
-    };
-    raise(ui_->Label1, ui_->labsSquared);
-    raise(ui_->labSquared1, ui_->labRsqr);
-
-    const int rightShift = std::max(0, behind({ui_->labDepVarName, ui_->labDataCount, ui_->labDOF, ui_->labMean,
-                                               ui_->labStdDev, ui_->labSumSquare, ui_->labSSR, ui_->labSSE,
-                                               ui_->labSST, ui_->labsSquared, ui_->labRsqr, ui_->labFStat}) -
-                                           designed(*ui_->labIndepVarNames).x());
-    y = std::max(stack(rightShift, {ui_->labIndepVarNames}, 0), designed(*ui_->labCoeffs).y());
-    int x = designed(*ui_->labCoeffs).x() + rightShift;
-    int tableBottom = y;
-    for (QLabel *label : {ui_->labCoeffs, ui_->labStdErrCoeff, ui_->labtValue}) {
-        x = std::max(x, designed(*label).x() + rightShift);
-        place(label, x, y, needed(*label));
-        x = behind({label});
-        tableBottom = std::max(tableBottom, below(label));
-    }
-
-    const QRect memo = designed(*ui_->Matrix);
-    const QRect panel = designed(*ui_->Panel1Contents);
-    const int memoTop = std::max(memo.y(), tableBottom + 4);
-    const QSize size(
-        std::max({panel.width() + rightShift, x, behind({ui_->labIndepVarNames})}),
-        std::max({panel.height(), leftBottom + 4, memoTop + memo.height() + panel.bottom() - memo.bottom()}));
-    ui_->Matrix->setGeometry(memo.x() + rightShift, memoTop,
-                             size.width() - memo.x() - rightShift - (panel.right() - memo.right()),
-                             size.height() - memoTop - (panel.bottom() - memo.bottom()));
-    return size;
-}
-
-void TRegressionOutputForm::LayOut(const QSize &limit)
-{
-    const QRect design = designed(*this);
-    const QSize contents = LayOutPanel();
-    ui_->Panel1Contents->resize(contents);
-    const QSize grown = contents - designed(*ui_->Panel1Contents).size();
-    const int header = std::clamp(ui_->Header1->NeededWidth(), design.width(), HeaderLimit);
-    const int newWidth =
-        std::min(std::max(design.width() + grown.width(), header), std::max(design.width(), limit.width()));
-    const int wider = newWidth - design.width();
-
-    const int headerMore = std::max({0, ui_->Header1->NeededHeight(newWidth) - designed(*ui_->Header1).height(),
-                                     ui_->TopPanel->heightForWidth(newWidth) - designed(*ui_->TopPanel).height()});
-    const int footer = std::max(designed(*ui_->Panel2).height(), ui_->Panel2->heightForWidth(newWidth));
-    const int others = headerMore + footer - designed(*ui_->Panel2).height();
-    // A panel that the screen cannot hold is scrolled, and its scroll bar must not cover what would fit.
-    const bool scrolled = design.width() + grown.width() > newWidth;
-    const int bar = scrolled ? ui_->Panel1->horizontalScrollBar()->sizeHint().height() : 0;
-    const int taller = std::min(grown.height() + bar, std::max(0, limit.height() - design.height() - others));
-
-    const auto moved = [](QWidget *widget, int x, int y, int wide, int high) {
-        const QRect place = designed(*widget);
-        widget->setGeometry(place.x() + x, place.y() + y, place.width() + wide, place.height() + high);
-    };
-    moved(ui_->TopPanel, 0, 0, wider, headerMore);
-    moved(ui_->Header1, 0, 0, wider, headerMore);
-    moved(ui_->Panel1, 0, headerMore, wider, taller);
-    // The contents fill a panel that is wider than they need.
-    const int spare = ui_->Panel1->width() - 2 * ui_->Panel1->frameWidth() - contents.width();
-    if (spare > 0) {
-        ui_->Panel1Contents->resize(contents.width() + spare, contents.height());
-        ui_->Matrix->resize(ui_->Matrix->width() + spare, ui_->Matrix->height());
-    }
-    for (QPushButton *button : {ui_->bbtnPrintForm, ui_->bbtnPlots, ui_->bbtnShowMatrix, ui_->bbtnClose})
-        moved(button, wider / 2, headerMore + taller, 0, 0);
-    moved(ui_->Panel2, 0, headerMore + taller, wider, footer - designed(*ui_->Panel2).height());
-    setFixedSize(newWidth, design.height() + taller + others);
-}
-
 void TRegressionOutputForm::ShowMatrix(const QString &name)
 {
     // Both items fill the memo from the correlation lines, which is meant so; only Zoom tells them apart.
@@ -365,6 +225,8 @@ void TRegressionOutputForm::PlotsClick()
 {
     if (plots_)
         plots_();
+    else if (!dataSet_.isNull())
+        QMetaObject::invokeMethod(dataSet_, "ShowPlots");
 }
 
 void TRegressionOutputForm::SetupClick()
@@ -441,7 +303,10 @@ QImage TRegressionOutputForm::Picture()
 void TRegressionOutputForm::SaveReport(const QString &file)
 {
     if (QFileInfo(file).suffix().toLower() != QLatin1String("png")) {
-        nuvo::saveReportDocument(document_, file);
+        if (figures_)
+            nuvo::saveReportDocument(*figures_, file);
+        else
+            nuvo::saveReportDocument(texts_, file);
         return;
     }
     const QImage picture = Picture();
@@ -461,8 +326,8 @@ void TRegressionOutputForm::SaveReportClick()
 void TRegressionOutputForm::CopyReportClick()
 {
     auto content = std::make_unique<QMimeData>();
-    content->setText(nuvo::reportPlainText(document_));
-    content->setHtml(nuvo::reportHtml(document_));
+    content->setText(figures_ ? nuvo::reportPlainText(*figures_) : nuvo::reportBlockText(texts_));
+    content->setHtml(nuvo::reportHtml(figures_ ? nuvo::reportTexts(*figures_) : texts_));
     QGuiApplication::clipboard()->setMimeData(content.release());
 }
 
@@ -492,7 +357,9 @@ void showReport(TRegression &regression, const std::function<void()> &plots)
             plots();
     });
     form->SetReportMessage(regression.ReportMessage());
-    const ReportBlocks blocks = reportBlocks(regression, QLocale().decimalPoint().front());
+    Figures taken = figures(regression);
+    const ReportBlocks blocks = reportBlocks(taken, QLocale().decimalPoint().front());
+    form->SetFigures(std::move(taken));
     form->Open(&regression, regression.Description(), blocks.DepVar, blocks.IndepVars, blocks.DataCount, blocks.DOF,
                blocks.Coeffs, blocks.SSquared, blocks.SSE, blocks.SSR, blocks.Means, blocks.StdDevs, blocks.StdErrs,
                blocks.TValues, blocks.FStat, blocks.CovarianceLines, blocks.CorrelationLines);
@@ -501,12 +368,15 @@ void showReport(TRegression &regression, const std::function<void()> &plots)
 void saveReport(TRegression &regression, const QString &file)
 {
     if (QFileInfo(file).suffix().toLower() != QLatin1String("png")) {
-        saveReportDocument(reportDocument(regression, QDateTime::currentDateTime()), file);
+        saveReportDocument(figures(regression), file);
         return;
     }
     TRegressionOutputForm form;
     form.SetReportMessage(regression.ReportMessage());
-    form.Fill(&regression, regression.Description(), reportBlocks(regression, QLocale().decimalPoint().front()));
+    Figures taken = figures(regression);
+    const ReportBlocks blocks = reportBlocks(taken, QLocale().decimalPoint().front());
+    form.SetFigures(std::move(taken));
+    form.Fill(&regression, regression.Description(), blocks);
     form.SaveReport(file);
 }
 

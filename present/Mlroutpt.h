@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/Dataset.h"
 #include "platform/Export.h"
+#include "present/Figures.h"
 #include "present/Reportdocument.h"
 
 #include <QDialog>
@@ -10,6 +12,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 
 class QLabel;
 class QMenu;
@@ -17,7 +21,6 @@ class QPaintDevice;
 class QPlainTextEdit;
 class QPrinter;
 class QPushButton;
-class TDataSet;
 class TRegression;
 
 namespace Ui {
@@ -44,10 +47,13 @@ public:
 
     /// Replaces the footer unless the message is empty.
     void SetReportMessage(const QString &message);
-    /// What the Plots button does.
+    /// What the Plots button does; without it, it shows the plots of the regression that the window was opened with.
     void SetPlots(std::function<void()> plots) { plots_ = std::move(plots); }
+    /// What is saved and copied; without them, the figures that the regression has when the window is filled.
+    void SetFigures(nuvo::Figures figures) { figures_ = std::move(figures); }
 
-    /// Fills the window and shows it modally. `dataSet` may be nullptr. The texts are those of nuvo::reportBlocks().
+    /// Fills the window and shows it modally. `dataSet` may be nullptr. The texts are those of nuvo::reportBlocks(),
+    /// with the decimal sign of the locale.
     void Open(TRegression *dataSet, const QString &description, const QString &depVar, const QString &indepVars,
               const QString &dataCount, const QString &dof, const QString &coeffs, const QString &sSquared,
               const QString &sse, const QString &ssr, const QString &means, const QString &stdDevs,
@@ -90,7 +96,9 @@ private:
     std::unique_ptr<Ui::TRegressionOutputForm> ui_;
     std::unique_ptr<QPrinter> printer_;
     std::function<void()> plots_;
-    nuvo::ReportDocument document_; ///< what is saved and copied
+    std::optional<nuvo::Figures> figures_; ///< what is saved and copied
+    nuvo::ReportTexts texts_;              ///< the same where no regression stands behind the texts
+    QPointer<TDataSet> dataSet_;
     QString description_;
     QString footer_; ///< as it was given, line ends included
     QStringList covarianceLines_;

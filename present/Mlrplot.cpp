@@ -1,13 +1,13 @@
 #include "present/Mlrplot.h"
 
 #include "engine/Regression.h"
-#include "platform/Hint.h"
 #include "platform/Messages.h"
 #include "platform/Modal.h"
 #include "present/Filedialog.h"
 #include "present/Forms.h"
 #include "present/Pictures.h"
 #include "present/Plotfile.h"
+#include "present/controls/Hint.h"
 #include "ui_Mlrplot.h"
 
 #include <QClipboard>
@@ -138,8 +138,12 @@ void TMLRPlotForm::SetUpMenus()
     for (QMenu *menu : {ui_->ScatterPopup, ui_->ResidualPopup, ui_->ColorPopup, ui_->CanvasPopup})
         connect(menu, &QMenu::aboutToHide, this, [] { SetApplicationHint(QString()); });
 
-    ui_->Plots1->menuAction()->setStatusTip(QStringLiteral("Set color of plot scatter dots"));
-    ui_->Background1->menuAction()->setStatusTip(QStringLiteral("Set plot background colors"));
+    // Qt sends the status tip of a submenu to the submenu, where it ends.
+    const auto hint = [this](const QMenu *submenu, const QString &text) {
+        connect(submenu->menuAction(), &QAction::hovered, this, [text] { SetApplicationHint(text); });
+    };
+    hint(ui_->Plots1, QStringLiteral("Set color of plot scatter dots"));
+    hint(ui_->Background1, QStringLiteral("Set plot background colors"));
     const std::pair<QAction *, unsigned> dots[] = {{ui_->mnuBlack, 0x000000},
                                                    {ui_->mnuMaroon, 0x000080},
                                                    {ui_->mnuGray, 0x808080},

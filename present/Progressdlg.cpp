@@ -1,8 +1,8 @@
 #include "present/Progressdlg.h"
 
-#include "platform/Gauge.h"
 #include "platform/Messages.h"
 #include "present/Forms.h"
+#include "present/controls/Gauge.h"
 
 #include <QApplication>
 #include <QDialog>

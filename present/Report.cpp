@@ -1,19 +1,15 @@
 #include "present/Report.h"
 
-#include "engine/Regression.h"
+#include "engine/Mlrtypes.h"
 #include "platform/Formats.h"
 
 #include <QStringBuilder>
 
-#include <cmath>
-
 namespace nuvo {
 
-namespace {
-
-QString covarianceCell(double value, TRegression::Form form, QChar point)
+QString covarianceCell(double value, bool query, QChar point)
 {
-    if (form == TRegression::Form::Table)
+    if (!query)
         return FormatFloat(u" 0.00E+0;-0.00E+0", value, point) % u"   ";
     // The query's report leaves the blank before a zero out.
     return QStringView(value > 0.0 ? u" " : u"") % FormatFloat(u"0.00E+0", value, point) % u"    ";
@@ -25,62 +21,57 @@ QString correlationCell(double value, QChar point)
     return QStringView(value > ZeroTolerance ? u" " : u"") % FormatFloat(u"0.00E+0", value, point) % u"    ";
 }
 
-} // namespace
-
-ReportBlocks reportBlocks(TRegression &regression, QChar point)
+ReportBlocks reportBlocks(const Figures &figures, QChar point)
 {
     const auto fix3 = [point](double value) { return FloatToStrFixed(value, 8, 3, point); };
     const auto fix4 = [point](double value) { return FloatToStrFixed(value, 8, 4, point); };
     const auto number = [](int value) { return QString::number(value); };
-    const int n = regression.GetNumObs();
-    const int k = regression.GetNumVars();
+    const int n = figures.observations;
+    const int k = figures.controls;
 
     ReportBlocks blocks;
-    blocks.DepVar = kLineEnd % u"    Y = " % regression.ResponseVarY().OutputTerm();
+    blocks.DepVar = kLineEnd % u"    Y = " % figures.response.term;
     blocks.DOF = kLineEnd % u"     Regression " % number(k) % kLineEnd % u"     Residual " % number(n - k - 1) %
                  kLineEnd % u"     Total " % number(n - 1);
     blocks.DataCount = number(n);
-    blocks.SSquared = fix3(regression.GetMSE());
-    blocks.SSE = fix3(regression.GetSSE());
-    blocks.SSR = fix3(regression.GetSSR());
-    blocks.FStat = u"(" % number(k) % u"," % number(n - k - 1) % u"): " % fix3(regression.GetF());
-    blocks.IndepVars = blocks.Means = blocks.StdDevs = blocks.StdErrs = kLineEnd.toString();
-    blocks.Coeffs = kLineEnd % u"     B0: " % fix4(regression.Getb(0)) % kLineEnd;
-    blocks.Means += u"     Y: " % fix4(regression.GetyBar()) % kLineEnd;
-    blocks.StdDevs += u"     " % fix4(regression.GetyStdErr()) % kLineEnd;
+    blocks.SSquared = fix3(figures.sums.mse);
+    blocks.SSE = fix3(figures.sums.residual);
+    blocks.SSR = fix3(figures.sums.regression);
+    blocks.FStat = u"(" % number(k) % u"," % number(n - k - 1) % u"): " % fix3(figures.sums.f);
+    blocks.IndepVars = blocks.Means = blocks.StdDevs = blocks.StdErrs = blocks.TValues = kLineEnd.toString();
+    blocks.Coeffs = kLineEnd % u"     B0: " % fix4(figures.coefficients[0].estimate) % kLineEnd;
+    blocks.Means += u"     Y: " % fix4(figures.response.mean) % kLineEnd;
+    blocks.StdDevs += u"     " % fix4(figures.response.standardDeviation) % kLineEnd;
+    blocks.TValues += u"  " % fix4(figures.coefficients[0].t) % kLineEnd;
+    for (const Figures::Coefficient &coefficient : figures.coefficients)
+        blocks.StdErrs += u"   " % fix4(coefficient.standardError) % kLineEnd;
 
-    blocks.CovarianceLines = QStringList{QStringLiteral("Covariance Matrix:"), QStringLiteral(" ")};
-    for (int r = 0; r <= k; ++r) {
-        QString row;
-        for (int c = 0; c <= k; ++c) {
-            row += covarianceCell(regression.GetCovar(r, c), regression.DataSetForm(), point);
-            if (r == c)
-                blocks.StdErrs += u"   " % fix4(std::sqrt(regression.GetCovar(r, r))) % kLineEnd;
-        }
-        blocks.CovarianceLines += row;
-    }
-
-    const auto t = [&regression](int i) { return regression.Getb(i) / std::sqrt(regression.GetCovar(i, i)); };
-    blocks.TValues = kLineEnd % u"  " % fix4(t(0)) % kLineEnd;
     int listed = 0;
-    for (int i = 1; i <= k; ++i) {
-        const TIndepVar &variable = regression.GetcVar(i);
-        if (variable.Transformation() == u"Inactive")
+    for (std::size_t i = 0; i < figures.columns.size(); ++i) {
+        const Figures::Variable &column = figures.columns[i];
+        if (!column.listed)
             continue;
         const QString j = number(++listed);
-        blocks.IndepVars += u"     X" % j % u" = " % variable.OutputTerm() % kLineEnd;
-        blocks.Coeffs += u"     B" % j % u": " % fix4(regression.Getb(i)) % kLineEnd;
-        blocks.Means += u"     X" % j % u": " % fix4(regression.GetxBar(i)) % kLineEnd;
-        blocks.StdDevs += u"     " % fix4(regression.GetxStdErr(i)) % kLineEnd;
-        blocks.TValues += u"  " % fix4(t(i)) % kLineEnd;
+        blocks.IndepVars += u"     X" % j % u" = " % column.term % kLineEnd;
+        blocks.Coeffs += u"     B" % j % u": " % fix4(figures.coefficients[i + 1].estimate) % kLineEnd;
+        blocks.Means += u"     X" % j % u": " % fix4(column.mean) % kLineEnd;
+        blocks.StdDevs += u"     " % fix4(column.standardDeviation) % kLineEnd;
+        blocks.TValues += u"  " % fix4(figures.coefficients[i + 1].t) % kLineEnd;
     }
 
+    blocks.CovarianceLines = QStringList{QStringLiteral("Covariance Matrix:"), QStringLiteral(" ")};
+    for (const Figures::Numbers &row : figures.covariance) {
+        QString line;
+        for (const double value : row)
+            line += covarianceCell(value, figures.query, point);
+        blocks.CovarianceLines += line;
+    }
     blocks.CorrelationLines = QStringList{QStringLiteral("Correlation Matrix:"), QStringLiteral(" ")};
-    for (int r = 0; r <= k; ++r) {
-        QString row;
-        for (int c = 0; c <= k; ++c)
-            row += correlationCell(regression.GetCorr(r, c), point);
-        blocks.CorrelationLines += row;
+    for (const Figures::Numbers &row : figures.correlation) {
+        QString line;
+        for (const double value : row)
+            line += correlationCell(value, point);
+        blocks.CorrelationLines += line;
     }
     return blocks;
 }

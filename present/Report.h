@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "present/Figures.h"
 
 #include <QString>
 #include <QStringList>
@@ -33,8 +34,17 @@ struct ReportBlocks
     QStringList CorrelationLines;
 };
 
-/// Writes down what a regression holds, a successful fit or not. `point` is the decimal sign.
-NUVO_EXPORT ReportBlocks reportBlocks(TRegression &regression, QChar point = u'.');
+/// `point` is the decimal sign.
+NUVO_EXPORT ReportBlocks reportBlocks(const Figures &figures, QChar point = u'.');
+/// Those of what a regression holds, a successful fit or not.
+inline ReportBlocks reportBlocks(TRegression &regression, QChar point = u'.')
+{
+    return reportBlocks(figures(regression), point);
+}
+
+/// A cell of the matrices, three or four blanks at its end; query and table differ in theirs.
+NUVO_EXPORT QString covarianceCell(double value, bool query, QChar point = u'.');
+NUVO_EXPORT QString correlationCell(double value, QChar point = u'.');
 
 /// The two texts that the report window works out itself.
 struct WindowTexts

@@ -1,7 +1,5 @@
 #include "present/Reportdocument.h"
 
-#include "engine/Regression.h"
-#include "platform/Dataset.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
 #include "platform/Savefile.h"
@@ -14,8 +12,7 @@
 #include <QTextDocument>
 
 #include <algorithm>
-#include <cmath>
-#include <utility>
+#include <functional>
 
 namespace nuvo {
 
@@ -37,7 +34,7 @@ QStringList linesOf(const QString &text)
 }
 
 /// The report's parts from top to bottom; texts of one part stand side by side.
-QList<QStringList> partsOf(const ReportDocument &report)
+QList<QStringList> partsOf(const ReportTexts &report)
 {
     const ReportCaptions texts = reportCaptions(report.blocks, report.window);
     return {
@@ -52,7 +49,7 @@ QList<QStringList> partsOf(const ReportDocument &report)
         {u"s\u00b2 : " % report.blocks.SSquared, u"R\u00b2 : " % report.window.RSquared, texts.FStat}};
 }
 
-QStringList headOf(const ReportDocument &report)
+QStringList headOf(const ReportTexts &report)
 {
     QStringList head{QStringLiteral("Data: ") + report.source};
     if (!report.description.isEmpty())
@@ -84,45 +81,14 @@ QString htmlBlock(const QString &text)
     return caption + htmlLines(lines);
 }
 
-/// Terms with values that no sum can take: a quotient by zero or by a null, say.
-QStringList infiniteTerms(const TRegression &regression)
-{
-    QStringList list;
-    if (!regression.ResultsCurrent())
-        return list;
-    const int n = regression.GetNumObs();
-    const auto addUnlessFinite = [&](const QString &term, const auto &value) {
-        for (int i = 1; i <= n; ++i) {
-            if (!std::isfinite(value(i))) {
-                list.append(term);
-                return;
-            }
-        }
-    };
-    addUnlessFinite(regression.ResponseVarY().OutputTerm(), [&](int i) { return regression.Gety(i); });
-    for (int j = 1; j <= regression.GetNumVars(); ++j)
-        addUnlessFinite(regression.GetcVar(j).OutputTerm(), [&](int i) { return regression.Getx(i, j); });
-    return list;
-}
-
-QList<int> listedColumns(const TRegression &regression)
-{
-    QList<int> columns;
-    for (int j = 1; j <= regression.GetNumVars(); ++j) {
-        if (regression.GetcVar(j).Transformation() != u"Inactive")
-            columns.append(j);
-    }
-    return columns;
-}
-
-bool writePdf(const ReportDocument &report, QIODevice &device)
+bool writePdf(const QString &html, QIODevice &device)
 {
     QPdfWriter writer(&device);
     writer.setTitle(Title.toString());
     writer.setCreator(QStringLiteral("Nuvo Statistics"));
     writer.setPageSize(QPageSize(QPageSize::A4));
     QTextDocument page;
-    page.setHtml(reportHtml(report));
+    page.setHtml(html);
     page.print(&writer);
     return true;
 }
@@ -131,6 +97,21 @@ bool writeText(const QString &text, QIODevice &device)
 {
     const QByteArray bytes = text.toUtf8();
     return device.write(bytes) == bytes.size();
+}
+
+void saveDocument(const ReportTexts &report, const QString &file, const std::function<QString()> &plainText)
+{
+    const QString ending = QFileInfo(file).suffix().toLower();
+    if (ending == QLatin1String("pdf"))
+        saveFile(file, [&](QIODevice &device) { return writePdf(reportHtml(report), device); });
+    else if (ending == QLatin1String("html") || ending == QLatin1String("htm"))
+        saveFile(file, [&](QIODevice &device) { return writeText(reportHtml(report), device); });
+    else if (ending == QLatin1String("txt"))
+        saveFile(file, [&](QIODevice &device) { return writeText(plainText(), device); });
+    else
+        throw EPlatformError(
+            QStringLiteral("Cannot save the report as \"%1\": the name ends in none of .pdf, .html, .txt, .png.")
+                .arg(file));
 }
 
 } // namespace
@@ -156,49 +137,19 @@ ReportCaptions reportCaptions(const ReportBlocks &blocks, const WindowTexts &win
     return texts;
 }
 
-ReportDocument reportDocument(TRegression &regression, const QDateTime &time)
+ReportTexts reportTexts(const Figures &figures)
 {
-    const ReportBlocks blocks = reportBlocks(regression);
-    return {regression.DataSourceName(),
-            regression.Description(),
-            time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")),
-            regression.ReportMessage(),
+    const ReportBlocks blocks = reportBlocks(figures);
+    return {figures.source,
+            figures.description,
+            figures.time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")),
+            figures.message,
             blocks,
             windowTexts(blocks),
-            listedColumns(regression),
-            regression.ResultsCurrent() && regression.DataSet().Active() ? leftOut(regression) : QString()};
+            figures.current && figures.records.total ? leftOut(figures) : QString()};
 }
 
-QStringList dependentTerms(const TRegression &regression)
-{
-    QStringList list;
-    if (regression.ResultsCurrent()) {
-        for (const int j : regression.DependentColumns())
-            list.append(regression.GetcVar(j).OutputTerm());
-    }
-    return list;
-}
-
-QString leftOut(TRegression &regression)
-{
-    QString text = QStringLiteral("Records: %1 in the dataset, %2 read, %3 used, %4 skipped.")
-                       .arg(regression.DataSet().RecordCount())
-                       .arg(regression.RecordsRead())
-                       .arg(regression.RecordsUsed())
-                       .arg(regression.RecordsSkipped());
-    if (const QStringList infinite = infiniteTerms(regression); !infinite.isEmpty())
-        text +=
-            QStringLiteral("\nInfinite or no number in some of the records used, so that no figure can be had: %1.")
-                .arg(infinite.join(QStringLiteral(", ")));
-    if (const QStringList dependent = dependentTerms(regression); !dependent.isEmpty())
-        text += QStringLiteral(
-                    "\nLinear combinations of the columns before them: %1.\nStandard errors and t values of all "
-                    "columns mean nothing then, nor do the coefficients\nof those combined: leave some out.")
-                    .arg(dependent.join(QStringLiteral(", ")));
-    return text;
-}
-
-QString reportHtml(const ReportDocument &report)
+QString reportHtml(const ReportTexts &report)
 {
     QString head;
     for (const QString &line : headOf(report))
@@ -242,19 +193,30 @@ bool isReportFile(const QString &file)
     return endings.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);
 }
 
-void saveReportDocument(const ReportDocument &report, const QString &file)
+QString reportBlockText(const ReportTexts &report)
 {
-    const QString ending = QFileInfo(file).suffix().toLower();
-    if (ending == QLatin1String("pdf"))
-        saveFile(file, [&report](QIODevice &device) { return writePdf(report, device); });
-    else if (ending == QLatin1String("html") || ending == QLatin1String("htm"))
-        saveFile(file, [&report](QIODevice &device) { return writeText(reportHtml(report), device); });
-    else if (ending == QLatin1String("txt"))
-        saveFile(file, [&report](QIODevice &device) { return writeText(reportPlainText(report), device); });
-    else
-        throw EPlatformError(
-            QStringLiteral("Cannot save the report as \"%1\": the name ends in none of .pdf, .html, .txt, .png.")
-                .arg(file));
+    QString text = Title % u'\n' % headOf(report).join(u'\n') % u'\n';
+    for (const QStringList &part : partsOf(report)) {
+        text += u'\n';
+        for (const QString &block : part)
+            text += linesOf(block).join(u'\n') + u'\n';
+    }
+    text += u'\n' + matrixLines(report.blocks).join(u'\n') + u'\n';
+    for (const QString &below : {report.leftOut, report.message}) {
+        if (!below.isEmpty())
+            text += u'\n' + below + u'\n';
+    }
+    return DisplayLines(text);
+}
+
+void saveReportDocument(const Figures &figures, const QString &file)
+{
+    saveDocument(reportTexts(figures), file, [&figures] { return reportPlainText(figures); });
+}
+
+void saveReportDocument(const ReportTexts &report, const QString &file)
+{
+    saveDocument(report, file, [&report] { return reportBlockText(report); });
 }
 
 } // namespace nuvo

@@ -1,23 +1,21 @@
 #include "present/Textreport.h"
 
+#include "platform/Formats.h"
 #include "platform/Messages.h"
+#include "present/Pagelayout.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <wchar.h>
 
 namespace nuvo {
 namespace {
 
-/// The lines of a block that hold something, blanks around them left out.
-QStringList blockLines(const QString &block)
+/// A line of text that holds a name.
+QString named(const QString &text)
 {
-    QStringList lines;
-    for (const QStringView line : QStringView(block).split(kLineEnd, Qt::SkipEmptyParts)) {
-        if (const QString text = withoutControls(line.trimmed().toString()); !text.isEmpty())
-            lines.append(text);
-    }
-    return lines;
+    return withoutControls(text.trimmed());
 }
 
 /// A text of the user's own; its line breaks stay.
@@ -27,29 +25,6 @@ QString freeText(const QString &text)
     for (const QString &line : DisplayLines(text).split(u'\n'))
         lines += withoutControls(line) + u'\n';
     return lines;
-}
-
-/// What stands behind "X1: " or "X1 = ", and in front of it.
-struct Labelled
-{
-    QString label;
-    QString text;
-};
-
-Labelled labelled(const QString &line, const QString &sign)
-{
-    const qsizetype at = line.indexOf(sign);
-    return at < 0 ? Labelled{QString(), line} : Labelled{line.left(at), line.mid(at + sign.size())};
-}
-
-QString padded(const QString &text, int width)
-{
-    return text + QString(std::max(0, width - displayWidth(text)), u' ');
-}
-
-QString rightAligned(const QString &text, int width)
-{
-    return QString(std::max(0, width - displayWidth(text)), u' ') + text;
 }
 
 /// Figures in columns below their captions, each row behind its label.
@@ -115,12 +90,19 @@ private:
 };
 
 /// A matrix in as many groups of columns as the width asks for, rows and columns labelled by their coefficients.
-QString setMatrix(const QString &caption, const QList<QStringList> &rows, const QStringList &names, int columns)
+template <class Cell>
+QString setMatrix(const QString &caption, const Figures::Matrix &matrix, const Cell &cellOf, const QStringList &names,
+                  int columns)
 {
     int width = 3;
-    for (const QStringList &row : rows) {
-        for (const QString &cell : row)
-            width = std::max(width, displayWidth(cell));
+    QList<QStringList> rows;
+    for (const Figures::Numbers &figures : matrix) {
+        QStringList row;
+        for (const double figure : figures) {
+            row.append(cellOf(figure).trimmed());
+            width = std::max(width, displayWidth(row.last()));
+        }
+        rows.append(row);
     }
     const int labels = 5;
     const qsizetype group = std::max(1, (columns - labels) / (width + 1));
@@ -133,8 +115,6 @@ QString setMatrix(const QString &caption, const QList<QStringList> &rows, const 
         Table table(QString(labels, u' '), captions, 1);
         for (qsizetype i = 0; i < rows.size(); ++i) {
             QStringList cells = rows[i].mid(from, count);
-            while (cells.size() < count)
-                cells.append(QString());
             cells.first() = rightAligned(cells.first(), width);
             table.add(QStringLiteral("  ") + names.value(i), cells);
         }
@@ -142,29 +122,6 @@ QString setMatrix(const QString &caption, const QList<QStringList> &rows, const 
         if (from + count < rows.size())
             text += u'\n';
     }
-    return text;
-}
-
-/// The covariance and the correlation lines, each a caption, a blank line and the rows.
-QString setMatrices(const QStringList &lines, const QStringList &names, int columns)
-{
-    QString text;
-    QString caption;
-    QList<QStringList> rows;
-    const auto finish = [&] {
-        if (!rows.isEmpty())
-            text += u'\n' + setMatrix(caption, rows, names, columns);
-        rows.clear();
-    };
-    for (const QString &line : lines) {
-        if (line.endsWith(u':')) {
-            finish();
-            caption = line;
-        } else if (const QStringList cells = line.split(u' ', Qt::SkipEmptyParts); !cells.isEmpty()) {
-            rows.append(cells);
-        }
-    }
-    finish();
     return text;
 }
 
@@ -178,9 +135,11 @@ int displayWidth(const QString &text)
     return width;
 }
 
-QString reportPlainText(const ReportDocument &report, Matrices matrices, int columns)
+QString reportPlainText(const Figures &figures, Matrices matrices, int columns)
 {
+    const ReportTexts report = reportTexts(figures);
     const ReportBlocks &blocks = report.blocks;
+    const auto figure = [](double value) { return FloatToStrFixed(value, 8, 4); };
     const QString indent(4, u' ');
     const QString title = QStringLiteral("Multiple Regression Analysis Report");
     QString text = title + rightAligned(report.dateTime, columns - displayWidth(title)) + u'\n';
@@ -190,53 +149,61 @@ QString reportPlainText(const ReportDocument &report, Matrices matrices, int col
 
     text += QStringLiteral("Number of observations: ") + blocks.DataCount + u'\n';
 
-    const QStringList means = blockLines(blocks.Means);
-    const QStringList stdDevs = blockLines(blocks.StdDevs);
-    const auto ofVariable = [&](qsizetype i) {
-        return QStringList{labelled(means.value(i), QStringLiteral(": ")).text, stdDevs.value(i)};
+    const auto spread = [&](const Figures::Variable &variable) {
+        return QStringList{figure(variable.mean), figure(variable.standardDeviation)};
     };
-    QList<Labelled> variables;
-    for (const QString &line : blockLines(blocks.IndepVars))
-        variables.append(labelled(line, QStringLiteral(" = ")));
     Table data(QStringLiteral("Dependent Variable:"), {QStringLiteral("Mean:"), QStringLiteral("Std. Dev. (Data):")});
-    data.add(indent + QStringLiteral("  ") + blockLines(blocks.DepVar).join(u' '), ofVariable(0));
+    data.add(indent + QStringLiteral("  ") + named(QStringLiteral("Y = ") + figures.response.term),
+             spread(figures.response));
     data.addCaption(QStringLiteral("Independent Variables:"));
-    for (qsizetype i = 0; i < variables.size(); ++i)
-        data.add(indent + rightAligned(variables[i].label, 3) + QStringLiteral(" = ") + variables[i].text,
-                 ofVariable(i + 1));
-    text += u'\n' + data.set(columns);
-    const QStringList stdErrs = blockLines(blocks.StdErrs);
-    const QStringList tValues = blockLines(blocks.TValues);
-    const QStringList coeffs = blockLines(blocks.Coeffs);
-    // Standard errors and matrices have the columns that are not listed as well.
-    QStringList names(stdErrs.size(), QStringLiteral("-"));
     Table coefficients(QString(), {QStringLiteral("Coefficients:"), QStringLiteral("Std. Err. (Coeff):"),
                                    QStringLiteral("t* Values")});
-    for (qsizetype i = 0; i < coeffs.size(); ++i) {
-        const Labelled coefficient = labelled(coeffs[i], QStringLiteral(": "));
-        const QString term = i == 0 ? QStringLiteral("(constant)") : variables.value(i - 1).text;
-        const qsizetype column = i == 0 ? 0 : report.listed.value(i - 1, int(i));
-        coefficients.add(indent + rightAligned(coefficient.label, 3) + QStringLiteral(":  ") + term,
-                         {coefficient.text, stdErrs.value(column), tValues.value(i)});
-        if (column < names.size())
-            names[column] = coefficient.label;
+    const auto addCoefficient = [&](const QString &label, const QString &term, std::size_t i) {
+        const Figures::Coefficient &coefficient = figures.coefficients[i];
+        coefficients.add(indent + rightAligned(label, 3) + QStringLiteral(":  ") + term,
+                         {figure(coefficient.estimate), figure(coefficient.standardError), figure(coefficient.t)});
+    };
+    addCoefficient(QStringLiteral("B0"), QStringLiteral("(constant)"), 0);
+    // The matrices have the columns that are not listed as well.
+    QStringList names{QStringLiteral("B0")};
+    int listed = 0;
+    for (std::size_t j = 0; j < figures.columns.size(); ++j) {
+        const Figures::Variable &column = figures.columns[j];
+        if (!column.listed) {
+            names.append(QStringLiteral("-"));
+            continue;
+        }
+        const QString number = QString::number(++listed);
+        const QString term = named(column.term);
+        data.add(indent + rightAligned(u'X' + number, 3) + QStringLiteral(" = ") + term, spread(column));
+        addCoefficient(u'B' + number, term, j + 1);
+        names.append(u'B' + number);
     }
+    text += u'\n' + data.set(columns);
     text += u'\n' + coefficients.set(columns);
 
-    const QStringList dof = blockLines(blocks.DOF);
-    const QStringList sums{QStringLiteral("Regression SSR : ") + blocks.SSR,
-                           QStringLiteral("Residual   SSE : ") + blocks.SSE,
-                           QStringLiteral("Total      SST : ") + report.window.SST};
+    const int n = figures.observations;
+    const int m = figures.controls;
+    const std::pair<QString, QString> lines[] = {
+        {QStringLiteral("Regression SSR : ") + blocks.SSR, QStringLiteral("Regression %1").arg(m)},
+        {QStringLiteral("Residual   SSE : ") + blocks.SSE, QStringLiteral("Residual %1").arg(n - m - 1)},
+        {QStringLiteral("Total      SST : ") + report.window.SST, QStringLiteral("Total %1").arg(n - 1)}};
     const int half = 44;
     text += u'\n' + padded(QStringLiteral("Sum of Squares"), half) + QStringLiteral("Degrees of Freedom:") + u'\n';
-    for (qsizetype i = 0; i < sums.size(); ++i)
-        text += padded(indent + sums[i], half) + indent + dof.value(i) + u'\n';
+    for (const auto &[sum, degrees] : lines)
+        text += padded(indent + sum, half) + indent + degrees + u'\n';
     text += u'\n' + padded(QStringLiteral("s² : ") + blocks.SSquared, 22) +
             padded(QStringLiteral("R² : ") + report.window.RSquared, 22) + QStringLiteral("F Statistic") +
             blocks.FStat + u'\n';
 
-    if (matrices == Matrices::Shown)
-        text += setMatrices(blocks.CovarianceLines + blocks.CorrelationLines, names, columns);
+    if (matrices == Matrices::Shown) {
+        const auto covariance = [&](double value) { return covarianceCell(value, figures.query); };
+        const auto correlation = [](double value) { return correlationCell(value); };
+        text +=
+            u'\n' + setMatrix(QStringLiteral("Covariance Matrix:"), figures.covariance, covariance, names, columns);
+        text += u'\n' +
+                setMatrix(QStringLiteral("Correlation Matrix:"), figures.correlation, correlation, names, columns);
+    }
     if (!report.leftOut.isEmpty())
         text += u'\n' + freeText(report.leftOut);
     if (!report.message.isEmpty())

@@ -1,7 +1,7 @@
 #include "present/Matrxdlg.h"
 
-#include "platform/Headerbar.h"
 #include "present/Windowtest.h"
+#include "present/controls/Headerbar.h"
 
 #include <QApplication>
 #include <QFontMetrics>

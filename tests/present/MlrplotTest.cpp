@@ -1,10 +1,10 @@
 #include "present/Mlrplot.h"
 
-#include "platform/Hint.h"
-#include "platform/Imagebox.h"
 #include "present/Fitted.h"
 #include "present/Plotfile.h"
 #include "present/Windowtest.h"
+#include "present/controls/Hint.h"
+#include "present/controls/Imagebox.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -216,7 +216,9 @@ TEST(PlotWindow, TheStatusBarShowsTheHintOfTheItemPointedAt)
     showPlots(fitted, [](TMLRPlotForm &form) {
         const auto hintOf = [&form](const char *menuName, const char *item) {
             QMenu *menu = part<QMenu>(form, menuName);
-            QTest::mouseMove(menu, menu->actionGeometry(part<QAction>(form, item)).center());
+            const auto *submenu = form.findChild<QMenu *>(QLatin1String(item));
+            QAction *action = submenu != nullptr ? submenu->menuAction() : part<QAction>(form, item);
+            QTest::mouseMove(menu, menu->actionGeometry(action).center());
             return text(form, "StatusBar");
         };
         click(form, "ScatterButton");
@@ -231,6 +233,10 @@ TEST(PlotWindow, TheStatusBarShowsTheHintOfTheItemPointedAt)
         // The tenth speaks of X1: so it is wanted.
         EXPECT_EQ(hintOf("ResidualPopup", "X102"),
                   QStringLiteral("Plot residual (Y - fitted Y) vs. independent variable X1"));
+        QTest::keyClick(part<QMenu>(form, "ResidualPopup"), Qt::Key_Escape);
+        click(form, "ColorBtn");
+        EXPECT_EQ(hintOf("ColorPopup", "Plots1"), QStringLiteral("Set color of plot scatter dots"));
+        EXPECT_EQ(hintOf("ColorPopup", "Background1"), QStringLiteral("Set plot background colors"));
     });
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Gauge.h"
+#include "present/controls/Gauge.h"
 
 #include <QDialog>
 #include <QEvent>

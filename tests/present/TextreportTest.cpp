@@ -1,34 +1,35 @@
 #include "present/Textreport.h"
+
+#include "platform/Formats.h"
+#include "present/Fitted.h"
 #include "support/Print.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace {
 
-/// A report on two columns with these names.
-nuvo::ReportDocument report(const QString &first, const QString &second)
+/// The figures of a fit on two columns with these names.
+nuvo::Figures report(const QString &first, const QString &second)
 {
-    nuvo::ReportDocument text;
-    text.source = u("t");
-    text.dateTime = u("2000-01-01 00:00:00");
-    text.blocks.DepVar = u("\n\r    Y = y");
-    text.blocks.IndepVars = u("\n\r     X1 = ") + first + u("\n\r     X2 = ") + second + u("\n\r");
-    text.blocks.DataCount = u("5");
-    text.blocks.DOF = u("\n\r     Regression 2\n\r     Residual 2\n\r     Total 4");
-    text.blocks.Coeffs = u("\n\r     B0: 1.0000\n\r     B1: -2.5000\n\r     B2: 1.2345679E8\n\r");
-    text.blocks.StdErrs = u("\n\r   0.1000\n\r   0.2000\n\r   0.3000\n\r");
-    text.blocks.TValues = u("\n\r  10.0000\n\r  -12.5000\n\r  NAN\n\r");
-    text.blocks.Means = u("\n\r     Y: 3.0000\n\r     X1: 4.0000\n\r     X2: 5.0000\n\r");
-    text.blocks.StdDevs = u("\n\r     0.5000\n\r     0.6000\n\r     0.7000\n\r");
-    text.blocks.SSE = u("1.000");
-    text.blocks.SSR = u("2.000");
-    text.blocks.SSquared = u("0.500");
-    text.blocks.FStat = u("(2,2): 2.000");
-    text.window.SST = u("3.000");
-    text.window.RSquared = u("0.667");
-    text.leftOut = u("Records: 5.");
-    return text;
+    nuvo::Figures figures;
+    figures.time = QDateTime(QDate(2000, 1, 1), QTime(0, 0));
+    figures.source = u("t");
+    figures.current = true;
+    figures.observations = 5;
+    figures.controls = 2;
+    figures.records = {5, 5, 5, 0};
+    figures.response = {u("y"), true, 3, 0.5};
+    figures.columns = {{first, true, 4, 0.6}, {second, true, 5, 0.7}};
+    figures.coefficients = {{1, 0.1, 10}, {-2.5, 0.2, -12.5}, {123456789, 0.3, nuvo::Figures::None}};
+    figures.sums.residual = 1;
+    figures.sums.regression = 2;
+    figures.sums.mse = 0.5;
+    figures.sums.f = 2;
+    figures.covariance = figures.correlation = nuvo::Figures::Matrix(3, nuvo::Figures::Numbers(3));
+    return figures;
 }
 
 TEST(PlainReport, FiguresStandBelowTheirCaptionsBehindTheirTerms)
@@ -56,7 +57,7 @@ Sum of Squares                              Degrees of Freedom:
 
 s² : 0.500            R² : 0.667            F Statistic(2,2): 2.000
 
-Records: 5.
+Records: 5 in the dataset, 5 read, 5 used, 0 skipped.
 )"));
 }
 
@@ -80,7 +81,7 @@ TEST(PlainReport, ALongNameHasALineOfItsOwnAndTheOthersStayInTheirColumns)
 TEST(PlainReport, NoLineIsLongerThanTheTerminalUnlessANameIs)
 {
     for (int length = 1; length < 60; ++length) {
-        nuvo::ReportDocument text = report(QString(length, u'n'), u("b"));
+        nuvo::Figures text = report(QString(length, u'n'), u("b"));
         for (const QString &line : nuvo::reportPlainText(text, nuvo::Matrices::Shown, 80).split(u'\n'))
             EXPECT_LE(nuvo::displayWidth(line), 80) << line.toStdString();
     }
@@ -96,21 +97,15 @@ TEST(PlainReport, WideLettersTakeTwoColumns)
 
 TEST(PlainReport, AWideMatrixIsSetInGroupsOfColumns)
 {
-    nuvo::ReportDocument text = report(u("a"), u("b"));
-    text.blocks.CovarianceLines = {u("Covariance Matrix:"), u(" ")};
-    text.blocks.CorrelationLines = {u("Correlation Matrix:"), u(" ")};
-    text.blocks.Coeffs = text.blocks.StdErrs = u("\n\r");
-    for (int row = 0; row < 11; ++row) {
-        text.blocks.Coeffs += u("     B%1: 1.0000\n\r").arg(row);
-        text.blocks.StdErrs += u("   1.0000\n\r");
-        QString covariances;
-        QString correlations;
-        for (int column = 0; column < 11; ++column) {
-            covariances += u("-1.%1E+%2   ").arg(row, 2, 10, QChar(u'0')).arg(10 + column);
-            correlations += row == column ? u(" 1.00E+0    ") : u("-1.00E-1    ");
-        }
-        text.blocks.CovarianceLines.append(covariances);
-        text.blocks.CorrelationLines.append(correlations);
+    nuvo::Figures text = report(u("a"), u("b"));
+    text.controls = 10;
+    text.columns = std::vector<nuvo::Figures::Variable>(10);
+    text.coefficients = std::vector<nuvo::Figures::Coefficient>(11);
+    text.covariance = text.correlation = nuvo::Figures::Matrix(11, nuvo::Figures::Numbers(11, -0.1));
+    for (std::size_t row = 0; row < 11; ++row) {
+        for (std::size_t column = 0; column < 11; ++column)
+            text.covariance[row][column] = -(1 + double(row) / 100) * std::pow(10.0, double(10 + column));
+        text.correlation[row][row] = 1;
     }
     const QString set = nuvo::reportPlainText(text, nuvo::Matrices::Shown, 80);
     EXPECT_TRUE(set.contains(u("\nCovariance Matrix:\n"
@@ -125,26 +120,45 @@ TEST(PlainReport, AWideMatrixIsSetInGroupsOfColumns)
 
 TEST(PlainReport, AVariableThatIsNotListedLeavesTheOthersTheirOwnFigures)
 {
-    nuvo::ReportDocument text = report(u("a"), u("c"));
-    text.blocks.StdErrs = u("\n\r   0.1000\n\r   0.2000\n\r   0.2500\n\r   0.3000\n\r");
-    text.blocks.CovarianceLines = {u("Covariance Matrix:"), u(" "),           u(" 1  2  3  4"),
-                                   u(" 5  6  7  8"),        u(" 9 10 11 12"), u("13 14 15 16")};
-    text.listed = {1, 3};
+    nuvo::Figures text = report(u("a"), u("c"));
+    text.controls = 3;
+    text.columns.insert(text.columns.begin() + 1, {u("b"), false, 9, 9});
+    text.coefficients.insert(text.coefficients.begin() + 2, {9, 9, 9});
+    text.covariance = {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}};
+    text.correlation = text.covariance;
     const QString set = nuvo::reportPlainText(text);
     EXPECT_TRUE(set.contains(u("     B1:  a                 -2.5000              0.2000   -12.5000\n"
                                "     B2:  c             1.2345679E8              0.3000        NAN\n")))
         << set.toStdString();
-    EXPECT_TRUE(set.contains(u("\n       B0 B1  - B2\n"
-                               "  B0    1  2  3  4\n"
-                               "  B1    5  6  7  8\n"
-                               "  -     9 10 11 12\n"
-                               "  B2   13 14 15 16\n")))
+    EXPECT_TRUE(set.contains(u("\n           B0      B1       -      B2\n"
+                               "  B0  1.00E+0 2.00E+0 3.00E+0 4.00E+0\n"
+                               "  B1  5.00E+0 6.00E+0 7.00E+0 8.00E+0\n"
+                               "  -   9.00E+0 1.00E+1 1.10E+1 1.20E+1\n"
+                               "  B2  1.30E+1 1.40E+1 1.50E+1 1.60E+1\n")))
         << set.toStdString();
+}
+
+TEST(PlainReport, ANameWithLineBreaksKeepsItsFiguresAndTheOthersTheirs)
+{
+    Fitted fitted(
+        6, {u("a\n\rX9 = z"), u("c")}, [](int i, int j) { return scattered(i, j); }, u("y\nw"));
+    const nuvo::Figures figures = nuvo::figures(fitted.table);
+    const QString set = nuvo::reportPlainText(figures);
+    const auto lineOf = [&set](const QString &label) {
+        const qsizetype at = set.indexOf(label);
+        return at < 0 ? QString() : set.mid(at, set.indexOf(u'\n', at) - at);
+    };
+    const auto figure = [](double value) { return FloatToStrFixed(value, 8, 4); };
+    EXPECT_TRUE(lineOf(u("Y = y w ")).contains(figure(figures.response.mean))) << set.toStdString();
+    EXPECT_TRUE(lineOf(u("B1:  a  X9 = z ")).contains(figure(figures.coefficients[1].estimate))) << set.toStdString();
+    EXPECT_TRUE(lineOf(u("B2:  c ")).contains(figure(figures.coefficients[2].estimate))) << set.toStdString();
+    EXPECT_TRUE(lineOf(u("B2:  c ")).contains(figure(figures.coefficients[2].t))) << set.toStdString();
+    EXPECT_TRUE(lineOf(u("X2 = c ")).contains(figure(figures.columns[1].mean))) << set.toStdString();
 }
 
 TEST(PlainReport, LinesOfTheUsersTextsStayAndControlCharactersDoNot)
 {
-    nuvo::ReportDocument text = report(u("a"), u("b"));
+    nuvo::Figures text = report(u("a"), u("b"));
     text.source = u("t\033[2J");
     text.description = u("first\n\rsecond\a");
     text.message = u("one\ntwo");

@@ -1,4 +1,4 @@
-#include "platform/Imagebox.h"
+#include "present/controls/Imagebox.h"
 
 #include <gtest/gtest.h>
 

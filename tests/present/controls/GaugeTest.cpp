@@ -1,4 +1,4 @@
-#include "platform/Gauge.h"
+#include "present/controls/Gauge.h"
 
 #include <QImage>
 #include <QPixmap>

@@ -1,4 +1,4 @@
-#include "platform/Headerbar.h"
+#include "present/controls/Headerbar.h"
 
 #include "support/Print.h"
 

@@ -1,4 +1,4 @@
-#include "platform/Hint.h"
+#include "present/controls/Hint.h"
 
 #include "support/Print.h"
 

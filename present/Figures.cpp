@@ -1,0 +1,127 @@
+#include "present/Figures.h"
+
+#include "engine/Regression.h"
+#include "platform/Dataset.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuvo {
+
+namespace {
+
+bool isFinite(const Figures::Numbers &values)
+{
+    return std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); });
+}
+
+void takeObservations(const TRegression &regression, Figures &figures)
+{
+    const int n = figures.observations;
+    const auto numbers = [n](const auto &at) {
+        Figures::Numbers values;
+        values.reserve(n);
+        for (int i = 1; i <= n; ++i)
+            values.push_back(at(i));
+        return values;
+    };
+    figures.observed = numbers([&](int i) { return regression.Gety(i); });
+    figures.fitted = numbers([&](int i) { return regression.GetyHat(i); });
+    figures.residuals = numbers([&](int i) { return regression.Gete(i); });
+    for (int j = 1; j <= figures.controls; ++j)
+        figures.x.push_back(numbers([&](int i) { return regression.Getx(i, j); }));
+    // A quotient by zero or by a null, say.
+    if (!isFinite(figures.observed))
+        figures.infiniteTerms.append(figures.response.term);
+    for (std::size_t j = 0; j < figures.x.size(); ++j) {
+        if (!isFinite(figures.x[j]))
+            figures.infiniteTerms.append(figures.columns[j].term);
+    }
+    for (const int j : regression.DependentColumns())
+        figures.dependentTerms.append(figures.columns[j - 1].term);
+}
+
+} // namespace
+
+Figures figures(TRegression &regression)
+{
+    Figures figures;
+    figures.time = QDateTime::currentDateTime();
+    figures.query = regression.DataSetForm() == TRegression::Form::Query;
+    figures.source = regression.DataSourceName();
+    figures.description = regression.Description();
+    figures.message = regression.ReportMessage();
+    figures.loaded = regression.Loaded();
+    figures.current = regression.ResultsCurrent();
+    figures.observations = regression.GetNumObs();
+    figures.controls = regression.GetNumVars();
+    figures.degreesOfFreedom = regression.GetDOF();
+    if (regression.DataSet().Active())
+        figures.records.total = regression.DataSet().RecordCount();
+    figures.records.read = regression.RecordsRead();
+    figures.records.used = regression.RecordsUsed();
+    figures.records.skipped = regression.RecordsSkipped();
+
+    // MSE first: it is what the last computation left, and working out SSE would overwrite it.
+    Figures::SumsOfSquares &sums = figures.sums;
+    sums.mse = regression.GetMSE();
+    sums.residual = regression.GetSSE();
+    sums.regression = regression.GetSSR();
+    sums.f = regression.GetF();
+    if (figures.current) {
+        sums.total = regression.GetSST();
+        sums.syx = regression.GetSyx();
+        sums.rSquared = regression.GetRSquared();
+    }
+
+    const int m = figures.controls;
+    figures.response = {regression.ResponseVarY().OutputTerm(),
+                        true,
+                        regression.GetyBar(),
+                        regression.GetyStdErr(),
+                        regression.GetyMin(),
+                        regression.GetyMax()};
+    for (int j = 1; j <= m; ++j) {
+        const TIndepVar &variable = regression.GetcVar(j);
+        figures.columns.push_back({variable.OutputTerm(), variable.Transformation() != u"Inactive",
+                                   regression.GetxBar(j), regression.GetxStdErr(j), regression.GetxMin(j),
+                                   regression.GetxMax(j)});
+    }
+    for (int i = 0; i <= m; ++i) {
+        Figures::Numbers covariances;
+        Figures::Numbers correlations;
+        for (int j = 0; j <= m; ++j) {
+            covariances.push_back(regression.GetCovar(i, j));
+            correlations.push_back(regression.GetCorr(i, j));
+        }
+        const double standardError = std::sqrt(covariances[i]);
+        figures.coefficients.push_back({regression.Getb(i), standardError, regression.Getb(i) / standardError});
+        figures.covariance.push_back(std::move(covariances));
+        figures.correlation.push_back(std::move(correlations));
+    }
+    if (figures.current)
+        takeObservations(regression, figures);
+    return figures;
+}
+
+QString leftOut(const Figures &figures)
+{
+    const Figures::Records &records = figures.records;
+    QString text = QStringLiteral("Records: %1%2 read, %3 used, %4 skipped.")
+                       .arg(records.total ? QStringLiteral("%1 in the dataset, ").arg(*records.total) : QString())
+                       .arg(records.read)
+                       .arg(records.used)
+                       .arg(records.skipped);
+    if (!figures.infiniteTerms.isEmpty())
+        text +=
+            QStringLiteral("\nInfinite or no number in some of the records used, so that no figure can be had: %1.")
+                .arg(figures.infiniteTerms.join(QStringLiteral(", ")));
+    if (!figures.dependentTerms.isEmpty())
+        text += QStringLiteral(
+                    "\nLinear combinations of the columns before them: %1.\nStandard errors and t values of all "
+                    "columns mean nothing then, nor do the coefficients\nof those combined: leave some out.")
+                    .arg(figures.dependentTerms.join(QStringLiteral(", ")));
+    return text;
+}
+
+} // namespace nuvo

@@ -1,0 +1,404 @@
+#include "present/Page.h"
+
+#include "platform/Messages.h"
+#include "present/Pagewarnings.h"
+#include "present/Significant.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace nuvo {
+
+void Page::add(Kind kind, const QString &text)
+{
+    parts.append({kind, withoutControls(text), {}, {}});
+}
+
+void Page::addLine(const QStringList &pieces)
+{
+    if (!pieces.isEmpty())
+        parts.append({Kind::Line, {}, pieces, {}});
+}
+
+void Page::addTable(Table table)
+{
+    for (Column &column : table.columns)
+        column.heading = withoutControls(column.heading);
+    for (QStringList &row : table.rows) {
+        for (QString &cell : row)
+            cell = withoutControls(cell);
+    }
+    parts.append({Kind::Table, {}, {}, std::move(table)});
+}
+
+namespace {
+
+using Kind = Page::Kind;
+using Numbers = Figures::Numbers;
+
+constexpr std::size_t MostObservations = 20; ///< shown of those that stand out
+
+double at(const Numbers &numbers, std::size_t i)
+{
+    return i < numbers.size() ? numbers[i] : Figures::None;
+}
+
+class Writer
+{
+public:
+    Writer(const Figures &figures, const PageStyle &style)
+        : figures_(figures), style_(style), n_(figures.observations), m_(figures.controls)
+    {
+        page_.point = style.point;
+    }
+
+    Page write()
+    {
+        heading();
+        if (!figures_.current) {
+            page_.add(Kind::Paragraph, QStringLiteral("No result."));
+            return page_;
+        }
+        coefficients();
+        varianceAnalysis();
+        measures();
+        warnings();
+        diagnostics();
+        terms();
+        robust();
+        predictions();
+        if (style_.influence)
+            observations();
+        if (style_.matrices) {
+            matrix(QStringLiteral("Covariances of the coefficients"), figures_.covariance);
+            matrix(QStringLiteral("Correlations of the coefficients"), figures_.correlation);
+        }
+        if (!figures_.message.isEmpty())
+            page_.add(Kind::Paragraph, DisplayLines(figures_.message));
+        return page_;
+    }
+
+private:
+    QString figure(double value) const { return significant(value, style_.digits, style_.point); }
+    QString p(double value) const { return probability(value, style_.digits, style_.point); }
+    /// "name = value", nothing for a figure that does not exist.
+    void put(QStringList &pieces, const QString &name, double value) const
+    {
+        if (!std::isnan(value))
+            pieces += name + QStringLiteral(" = ") + figure(value);
+    }
+    /// The coefficient's name, from 0.
+    QString termOf(std::size_t coefficient) const
+    {
+        return coefficient == 0 ? QStringLiteral("(constant)") : figures_.columns[coefficient - 1].term;
+    }
+    QString level() const
+    {
+        const double percent = figures_.inference ? figures_.inference->level * 100 : 95;
+        return significant(percent, 15, style_.point) + QStringLiteral(" %");
+    }
+
+    void heading()
+    {
+        QStringList names;
+        for (const Figures::Variable &column : figures_.columns)
+            names += column.term;
+        page_.add(Kind::Title, QStringLiteral("Linear regression of %1 on %2")
+                                   .arg(figures_.response.term, names.isEmpty() ? QStringLiteral("a constant alone")
+                                                                                : names.join(QStringLiteral(", "))));
+        for (const QString &line : DisplayLines(figures_.description).split(u'\n', Qt::SkipEmptyParts))
+            page_.add(Kind::Paragraph, line);
+        page_.add(Kind::Paragraph,
+                  QStringLiteral("%1 %2, %3. %4")
+                      .arg(figures_.query ? QStringLiteral("Query") : QStringLiteral("Table"), figures_.source,
+                           figures_.time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")), records()));
+    }
+
+    /// How many records were used and what the others lack.
+    QString records() const
+    {
+        const Figures::Records &records = figures_.records;
+        QString text = QStringLiteral("%1 of %2 records were used").arg(records.used).arg(records.read);
+        if (records.skipped > 0)
+            text += QStringLiteral(", %1 could not be").arg(records.skipped);
+        QStringList lacking;
+        for (const Figures::LeftOut &one : figures_.leftOut) {
+            QStringList what;
+            if (one.null > 0)
+                what += QStringLiteral("null in %1").arg(one.null);
+            if (one.invalid > 0)
+                what += QStringLiteral("impossible in %1").arg(one.invalid);
+            if (!what.isEmpty())
+                lacking += one.term + QStringLiteral(" is ") + what.join(QStringLiteral(" and "));
+        }
+        if (records.skipped > 0 && !lacking.isEmpty())
+            text += QStringLiteral(": ") + lacking.join(QStringLiteral("; "));
+        text += u'.';
+        if (records.total && *records.total > records.read)
+            text += QStringLiteral(" The dataset has %1 records.").arg(*records.total);
+        return text;
+    }
+
+    void coefficients()
+    {
+        const Figures::Inference *inference = figures_.inference ? &*figures_.inference : nullptr;
+        page_.add(Kind::Heading, inference != nullptr ? QStringLiteral("Coefficients with %1 intervals").arg(level())
+                                                      : QStringLiteral("Coefficients"));
+        Page::Table table;
+        table.columns = {{QStringLiteral("Term"), false},
+                         {QStringLiteral("Estimate")},
+                         {QStringLiteral("Std. error")},
+                         {QStringLiteral("t")}};
+        if (inference != nullptr)
+            table.columns +=
+                {{QStringLiteral("p")}, {QStringLiteral("Low")}, {QStringLiteral("High")}, {QStringLiteral("VIF")}};
+        for (std::size_t i = 0; i < figures_.coefficients.size(); ++i) {
+            const Figures::Coefficient &one = figures_.coefficients[i];
+            QStringList row{termOf(i), figure(one.estimate), figure(one.standardError), figure(one.t)};
+            if (inference != nullptr) {
+                const Figures::Interval interval =
+                    i < inference->confidence.size() ? inference->confidence[i] : Figures::Interval{};
+                row << p(at(inference->pValues, i)) << figure(interval.low) << figure(interval.high)
+                    << (i == 0 ? QString() : figure(at(inference->vif, i - 1)));
+            }
+            table.rows += row;
+        }
+        page_.addTable(table);
+    }
+
+    void varianceAnalysis()
+    {
+        const Figures::SumsOfSquares &sums = figures_.sums;
+        page_.add(Kind::Heading, QStringLiteral("Analysis of variance"));
+        Page::Table table;
+        table.columns = {{QStringLiteral("Source"), false},
+                         {QStringLiteral("df")},
+                         {QStringLiteral("Sum of squares")},
+                         {QStringLiteral("Mean square")},
+                         {QStringLiteral("F")}};
+        QStringList regression{QStringLiteral("Regression"), QString::number(m_), figure(sums.regression),
+                               figure(m_ > 0 ? sums.regression / m_ : Figures::None),
+                               figure(m_ > 0 ? sums.f : Figures::None)};
+        if (figures_.inference) {
+            table.columns += {QStringLiteral("p")};
+            regression += p(figures_.inference->fPValue);
+        }
+        const int df = std::max(0, n_ - m_ - 1);
+        table.rows = {regression,
+                      {QStringLiteral("Residual"), QString::number(df), figure(sums.residual),
+                       figure(df > 0 ? sums.mse : Figures::None)},
+                      {QStringLiteral("Total"), QString::number(n_ - 1), figure(sums.total)}};
+        page_.addTable(table);
+    }
+
+    void measures()
+    {
+        const Figures::SumsOfSquares &sums = figures_.sums;
+        QStringList pieces;
+        put(pieces, QStringLiteral("s"), sums.syx);
+        put(pieces, QStringLiteral("R²"), sums.rSquared);
+        if (figures_.inference)
+            put(pieces, QStringLiteral("adjusted R²"), figures_.inference->adjustedRSquared);
+        if (m_ > 0 && !std::isnan(sums.f)) {
+            QString f = QStringLiteral("F(%1, %2) = %3").arg(m_).arg(std::max(0, n_ - m_ - 1)).arg(figure(sums.f));
+            if (figures_.inference && !std::isnan(figures_.inference->fPValue)) {
+                const QString text = p(figures_.inference->fPValue);
+                f += text.startsWith(u'<') ? QStringLiteral(", p ") + text : QStringLiteral(", p = ") + text;
+            }
+            pieces += f;
+        }
+        if (figures_.inference) {
+            put(pieces, QStringLiteral("AIC"), figures_.inference->aic);
+            put(pieces, QStringLiteral("BIC"), figures_.inference->bic);
+        }
+        page_.addLine(pieces);
+    }
+
+    void warnings()
+    {
+        const QStringList list = pageWarnings(figures_, style_.digits, style_.point);
+        if (list.isEmpty())
+            return;
+        page_.add(Kind::Heading, QStringLiteral("Worth a warning"));
+        for (const QString &warning : list)
+            page_.add(Kind::Item, warning);
+    }
+
+    void diagnostics()
+    {
+        if (!figures_.diagnostics)
+            return;
+        const Figures::Diagnostics &tests = *figures_.diagnostics;
+        page_.add(Kind::Heading, QStringLiteral("Diagnostics"));
+        Page::Table table;
+        table.columns = {{QStringLiteral("Test"), false},
+                         {QStringLiteral("Statistic")},
+                         {QStringLiteral("df")},
+                         {QStringLiteral("p")},
+                         {QStringLiteral("asks for"), false}};
+        const auto row = [&](const QString &name, const Figures::Test &test, const QString &question) {
+            QString df;
+            if (!std::isnan(test.df))
+                df = figure(test.df);
+            if (!std::isnan(test.residualDf))
+                df += QStringLiteral(", ") + figure(test.residualDf);
+            table.rows += {name, figure(test.statistic), df, p(test.pValue), question};
+        };
+        row(QStringLiteral("Breusch-Pagan"), tests.breuschPagan, QStringLiteral("even scatter"));
+        row(QStringLiteral("White"), tests.white, QStringLiteral("even scatter"));
+        row(QStringLiteral("Jarque-Bera"), tests.jarqueBera, QStringLiteral("normal residuals"));
+        row(QStringLiteral("Shapiro-Wilk"), tests.shapiroWilk, QStringLiteral("normal residuals"));
+        row(QStringLiteral("RESET"), tests.reset, QStringLiteral("the right form"));
+        page_.addTable(table);
+        QStringList pieces;
+        put(pieces, QStringLiteral("Durbin-Watson"), tests.durbinWatson);
+        put(pieces, QStringLiteral("PRESS"), tests.press);
+        put(pieces, QStringLiteral("predicted R²"), tests.predictedRSquared);
+        page_.addLine(pieces);
+    }
+
+    void terms()
+    {
+        if (!figures_.inference)
+            return;
+        const Figures::Inference &inference = *figures_.inference;
+        if (m_ > 0) {
+            page_.add(Kind::Heading, QStringLiteral("What each term does"));
+            Page::Table table;
+            table.columns = {{QStringLiteral("Term"), false},       {QStringLiteral("Standardized")},
+                             {QStringLiteral("Partial r")},         {QStringLiteral("Semipartial r")},
+                             {QStringLiteral("SS added in order")}, {QStringLiteral("SS added last")},
+                             {QStringLiteral("Tolerance")}};
+            for (std::size_t j = 0; j < figures_.columns.size(); ++j)
+                table.rows += {figures_.columns[j].term,
+                               figure(at(inference.standardized, j)),
+                               figure(at(inference.partialCorrelations, j)),
+                               figure(at(inference.semipartialCorrelations, j)),
+                               figure(at(inference.sequentialSumsOfSquares, j)),
+                               figure(at(inference.partialSumsOfSquares, j)),
+                               figure(at(inference.tolerance, j))};
+            page_.addTable(table);
+        }
+        QStringList pieces;
+        put(pieces, QStringLiteral("log likelihood"), inference.logLikelihood);
+        put(pieces, QStringLiteral("AICc"), inference.aicc);
+        put(pieces, QStringLiteral("HQC"), inference.hqc);
+        page_.addLine(pieces);
+        QStringList indices;
+        for (const double index : inference.conditionIndices)
+            indices += figure(index);
+        if (!indices.isEmpty())
+            page_.addLine(QStringList{QStringLiteral("Condition indices:")} + indices);
+    }
+
+    void robust()
+    {
+        if (!figures_.robust)
+            return;
+        const Figures::Robust &robust = *figures_.robust;
+        page_.add(Kind::Heading, QStringLiteral("Robust standard errors (%1)").arg(robust.kind.toUpper()));
+        Page::Table table;
+        table.columns = {{QStringLiteral("Term"), false},
+                         {QStringLiteral("Estimate")},
+                         {QStringLiteral("Std. error")},
+                         {QStringLiteral("t")},
+                         {QStringLiteral("p")}};
+        for (std::size_t i = 0; i < figures_.coefficients.size(); ++i)
+            table.rows += {termOf(i), figure(figures_.coefficients[i].estimate), figure(at(robust.standardErrors, i)),
+                           figure(at(robust.tValues, i)), p(at(robust.pValues, i))};
+        page_.addTable(table);
+    }
+
+    void predictions()
+    {
+        if (figures_.predictions.empty())
+            return;
+        page_.add(Kind::Heading,
+                  QStringLiteral("Predictions of %1 with %2 intervals").arg(figures_.response.term, level()));
+        Page::Table table;
+        table.columns = {{QStringLiteral("At"), false}, {QStringLiteral("Value")},     {QStringLiteral("Std. error")},
+                         {QStringLiteral("Mean low")},  {QStringLiteral("Mean high")}, {QStringLiteral("New low")},
+                         {QStringLiteral("New high")}};
+        for (const Figures::Prediction &one : figures_.predictions) {
+            QStringList place;
+            for (const auto &[field, value] : one.at)
+                place += field + u'=' + significant(value, 17, style_.point);
+            table.rows += {place.join(QStringLiteral(", ")), figure(one.value),           figure(one.standardError),
+                           figure(one.confidence.low),       figure(one.confidence.high), figure(one.prediction.low),
+                           figure(one.prediction.high)};
+        }
+        page_.addTable(table);
+    }
+
+    void observations()
+    {
+        const std::vector<StandOut> found = standOuts(figures_);
+        if (!figures_.influence)
+            return;
+        page_.add(Kind::Heading, QStringLiteral("Observations worth looking at"));
+        if (found.empty()) {
+            page_.add(Kind::Paragraph, QStringLiteral("None stands out."));
+            return;
+        }
+        const Figures::Influence &influence = *figures_.influence;
+        Page::Table table;
+        table.columns = {{QStringLiteral("Record"), false},
+                         {figures_.response.term},
+                         {QStringLiteral("Fitted")},
+                         {QStringLiteral("Residual")},
+                         {QStringLiteral("Leverage")},
+                         {QStringLiteral("Studentized")},
+                         {QStringLiteral("Cook")},
+                         {QStringLiteral("DFFITS")},
+                         {QStringLiteral("stands out by"), false}};
+        for (std::size_t k = 0; k < std::min(found.size(), MostObservations); ++k) {
+            const std::size_t i = found[k].observation;
+            table.rows += {QString::number(recordOf(figures_, i)),
+                           figure(at(figures_.observed, i)),
+                           figure(at(figures_.fitted, i)),
+                           figure(at(figures_.residuals, i)),
+                           figure(influence.leverage[i]),
+                           figure(influence.studentizedResiduals[i]),
+                           figure(influence.cook[i]),
+                           figure(influence.dffits[i]),
+                           found[k].inWords()};
+        }
+        page_.addTable(table);
+        if (found.size() > MostObservations)
+            page_.add(Kind::Paragraph,
+                      QStringLiteral("The %1 with the largest Cook's distances of %2 that stand out.")
+                          .arg(MostObservations)
+                          .arg(found.size()));
+    }
+
+    void matrix(const QString &name, const Figures::Matrix &matrix)
+    {
+        page_.add(Kind::Heading, name);
+        Page::Table table;
+        table.columns = {{QStringLiteral("Term"), false}};
+        for (std::size_t i = 0; i < matrix.size(); ++i) {
+            table.columns += {termOf(i)};
+            QStringList row{termOf(i)};
+            for (const double value : matrix[i])
+                row += figure(value);
+            table.rows += row;
+        }
+        page_.addTable(table);
+    }
+
+    const Figures &figures_;
+    const PageStyle &style_;
+    const int n_;
+    const int m_;
+    Page page_;
+};
+
+} // namespace
+
+Page statisticsPage(const Figures &figures, const PageStyle &style)
+{
+    return Writer(figures, style).write();
+}
+
+} // namespace nuvo

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/Export.h"
+#include "present/Figures.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class QTextDocument;
+
+namespace nuvo {
+
+/// What a page of statistics has beyond the usual.
+struct PageStyle
+{
+    int digits = 7;         ///< significant digits, 1 to 17; see significant()
+    bool influence = false; ///< the observations worth looking at, where the figures have their influence
+    bool matrices = false;  ///< covariances and correlations of the coefficients
+    QChar point = u'.';     ///< the decimal sign
+};
+
+/// A page laid out in parts, before it is text, HTML, Markdown or a document. Texts have no control characters.
+struct Page
+{
+    struct Column
+    {
+        QString heading;
+        bool figures = true; ///< aligned by the decimal sign; else words, from the left
+    };
+    /// The first column holds the names of the rows.
+    struct Table
+    {
+        QList<Column> columns;
+        QList<QStringList> rows;
+    };
+    enum class Kind { Title, Heading, Paragraph, Line, Item, Table };
+    struct Part
+    {
+        Kind kind = Kind::Paragraph;
+        QString text;
+        QStringList pieces; ///< of a line; none is broken
+        Table table;
+    };
+
+    QList<Part> parts;
+    QChar point = u'.';
+
+    void add(Kind kind, const QString &text);
+    void addLine(const QStringList &pieces);
+    void addTable(Table table);
+};
+
+/// What a statistician hands on: what was fitted on what and which records were left out, the coefficients with
+/// their errors, p-values, intervals and variance inflation, the analysis of variance, the measures of the fit, what
+/// is worth a warning in words, and below that whatever else the figures hold. Where an optional part of the figures
+/// is missing, so are its columns and lines. Without a current fit the page says so.
+NUVO_EXPORT Page statisticsPage(const Figures &figures, const PageStyle &style = {});
+
+/// For a terminal or a file of that many columns, lines ended by LF. A table that is wider is set in groups of
+/// columns, each with the names of the rows; a long name has a line of its own; nothing is cut.
+NUVO_EXPORT QString pageText(const Page &page, int columns = 80);
+/// Markdown with tables (as GitHub has them), aligned in its source as well.
+NUVO_EXPORT QString pageMarkdown(const Page &page);
+/// A whole page of HTML, light or dark as the reader's system is. QTextDocument can show it as well.
+NUVO_EXPORT QString pageHtml(const Page &page);
+/// The page as a document to show, print or write as PDF.
+NUVO_EXPORT std::unique_ptr<QTextDocument> pageDocument(const Page &page);
+
+/// Whether a page can be written to a file of that name: .pdf, .html, .htm, .txt or .md, upper or lower case.
+NUVO_EXPORT bool isPageFile(const QString &file);
+/// Writes the page by the ending of the file's name. \throws EPlatformError for another ending and for a file that
+/// cannot be written; no partial file is left.
+NUVO_EXPORT void savePage(const Page &page, const QString &file);
+
+} // namespace nuvo

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "present/Page.h"
+
+namespace nuvo {
+
+/// A table's cells with blanks around them, so that figures below each other are aligned by their decimal sign and
+/// all cells of a column, its heading included, are equally wide.
+struct AlignedTable
+{
+    QStringList headings;
+    QList<QStringList> rows;
+    QList<int> widths;
+};
+/// The first column is left as it is: its names may be long.
+AlignedTable aligned(const Page::Table &table, QChar point);
+
+QString padded(const QString &text, int width);
+QString rightAligned(const QString &text, int width);
+
+} // namespace nuvo

@@ -1,0 +1,193 @@
+#include "present/Pagewarnings.h"
+
+#include "platform/Messages.h"
+#include "present/Significant.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuvo {
+
+namespace {
+
+constexpr double MuchInflation = 10;
+constexpr double Significance = 0.05;
+constexpr double LargeResidual = 2;
+constexpr std::size_t MostNamed = 10; ///< records named in a sentence
+
+QString listed(const QStringList &items)
+{
+    if (items.size() < 2)
+        return items.join(QString());
+    return items.mid(0, items.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" and ") + items.last();
+}
+
+class Warnings
+{
+public:
+    Warnings(const Figures &figures, int digits, QChar point) : figures_(figures), digits_(digits), point_(point) {}
+
+    QStringList all()
+    {
+        ofTheTerms();
+        ofTheFit();
+        ofInflation();
+        ofObservations();
+        if (figures_.diagnostics)
+            ofTests(*figures_.diagnostics);
+        return list_;
+    }
+
+private:
+    QString figure(double value) const { return significant(value, digits_, point_); }
+
+    void ofTheTerms()
+    {
+        if (!figures_.infiniteTerms.isEmpty())
+            list_ +=
+                QStringLiteral("Infinite or no number in some of the records used, so that no figure can be had: "
+                               "%1.")
+                    .arg(listed(figures_.infiniteTerms));
+        if (!figures_.dependentTerms.isEmpty())
+            list_ += QStringLiteral("Linear combinations of the terms before them: %1. The fitted values hold, what "
+                                    "belongs to the terms combined means nothing: leave some of them out.")
+                         .arg(listed(figures_.dependentTerms));
+    }
+
+    void ofTheFit()
+    {
+        const int n = figures_.observations;
+        const int p = figures_.controls + 1;
+        if (n <= p)
+            list_ += QStringLiteral("%1 observations for %2 coefficients leave no degrees of freedom: the fit goes "
+                                    "through every observation and nothing tells its error.")
+                         .arg(n)
+                         .arg(p);
+        else if (figures_.inference && figures_.controls > 0 && figures_.inference->fPValue > Significance)
+            list_ += QStringLiteral("All terms together are not distinguished from none at 5 % (F test, p = %1).")
+                         .arg(figure(figures_.inference->fPValue));
+    }
+
+    void ofInflation()
+    {
+        if (!figures_.inference)
+            return;
+        QStringList inflated;
+        const Figures::Numbers &vif = figures_.inference->vif;
+        for (std::size_t j = 0; j < vif.size() && j < figures_.columns.size(); ++j) {
+            if (vif[j] > MuchInflation)
+                inflated += QStringLiteral("%1 (%2)").arg(figures_.columns[j].term, figure(vif[j]));
+        }
+        if (!inflated.isEmpty())
+            list_ += QStringLiteral("Variance inflation above 10: %1. The other terms say nearly what %2 says; their "
+                                    "coefficients are uncertain and can turn when one of them is left out.")
+                         .arg(listed(inflated),
+                              inflated.size() == 1 ? QStringLiteral("this one") : QStringLiteral("each of these"));
+    }
+
+    void ofObservations()
+    {
+        QStringList records;
+        std::size_t count = 0;
+        for (const StandOut &standOut : standOuts(figures_)) {
+            if (!standOut.leverage || !standOut.residual)
+                continue;
+            const std::size_t i = standOut.observation;
+            if (++count <= MostNamed)
+                records += QStringLiteral("record %1 (leverage %2, studentized residual %3)")
+                               .arg(QString::number(recordOf(figures_, i)), figure(figures_.influence->leverage[i]),
+                                    figure(figures_.influence->studentizedResiduals[i]));
+        }
+        if (count > MostNamed)
+            records += QStringLiteral("%1 more").arg(count - MostNamed);
+        if (count > 0)
+            list_ += QStringLiteral("Far from the others in the terms and badly fitted: %1. The coefficients depend "
+                                    "on %2.")
+                         .arg(listed(records), count == 1 ? QStringLiteral("it") : QStringLiteral("them"));
+    }
+
+    void failed(const Figures::Test &test, const QString &name, const QString &meaning)
+    {
+        if (test.pValue < Significance)
+            list_ += QStringLiteral("%1 fails at 5 % (p = %2): %3").arg(name, probabilityText(test.pValue), meaning);
+    }
+    QString probabilityText(double value) const { return probability(value, digits_, point_); }
+
+    void ofTests(const Figures::Diagnostics &tests)
+    {
+        const QString variance = QStringLiteral(
+            "the residuals do not scatter evenly, so that standard errors mislead; robust ones allow for that.");
+        const QString normal = QStringLiteral(
+            "the residuals are not normally distributed; p-values and intervals of a small sample mislead.");
+        failed(tests.breuschPagan, QStringLiteral("Breusch-Pagan"), variance);
+        failed(tests.white, QStringLiteral("White"), variance);
+        failed(tests.jarqueBera, QStringLiteral("Jarque-Bera"), normal);
+        failed(tests.shapiroWilk, QStringLiteral("Shapiro-Wilk"), normal);
+        failed(tests.reset, QStringLiteral("RESET"),
+               QStringLiteral("something curved is left; a square, a product or a logarithm may be missing."));
+    }
+
+    const Figures &figures_;
+    const int digits_;
+    const QChar point_;
+    QStringList list_;
+};
+
+} // namespace
+
+QString StandOut::inWords() const
+{
+    QStringList words;
+    const std::pair<bool, QString> all[] = {{leverage, QStringLiteral("leverage")},
+                                            {residual, QStringLiteral("residual")},
+                                            {cook, QStringLiteral("Cook")},
+                                            {dffits, QStringLiteral("DFFITS")}};
+    for (const auto &[is, word] : all) {
+        if (is)
+            words += word;
+    }
+    return words.join(QStringLiteral(", "));
+}
+
+std::vector<StandOut> standOuts(const Figures &figures)
+{
+    std::vector<StandOut> found;
+    if (!figures.influence)
+        return found;
+    const Figures::Influence &influence = *figures.influence;
+    const double n = double(influence.leverage.size());
+    const double p = figures.controls + 1;
+    for (std::size_t i = 0; i < influence.leverage.size(); ++i) {
+        StandOut one;
+        one.observation = i;
+        one.leverage = influence.leverage[i] > 2 * p / n;
+        one.residual = std::fabs(influence.studentizedResiduals[i]) > LargeResidual;
+        one.dffits = std::fabs(influence.dffits[i]) > 2 * std::sqrt(p / n);
+        one.cook = influence.cook[i] > 4 / n;
+        if (one.leverage || one.residual || one.dffits || one.cook)
+            found.push_back(one);
+    }
+    // An undefined distance (a leverage of 1) comes first: nothing stands out more.
+    const auto distance = [&](const StandOut &one) {
+        const double cook = influence.cook[one.observation];
+        return std::isnan(cook) ? std::numeric_limits<double>::infinity() : cook;
+    };
+    std::stable_sort(found.begin(), found.end(),
+                     [&](const StandOut &a, const StandOut &b) { return distance(a) > distance(b); });
+    return found;
+}
+
+long long recordOf(const Figures &figures, std::size_t observation)
+{
+    return observation < figures.record.size() ? figures.record[observation] : (long long)(observation) + 1;
+}
+
+QStringList pageWarnings(const Figures &figures, int digits, QChar point)
+{
+    QStringList list = Warnings(figures, digits, point).all();
+    for (QString &text : list)
+        text = withoutControls(text);
+    return list;
+}
+
+} // namespace nuvo
