@@ -1,6 +1,8 @@
 #include "present/Figures.h"
 
+#include "engine/Fit.h"
 #include "engine/Regression.h"
+#include "engine/kernel/Factors.h"
 #include "platform/Dataset.h"
 
 #include <algorithm>
@@ -30,6 +32,8 @@ void takeObservations(const TRegression &regression, Figures &figures)
     figures.residuals = numbers([&](int i) { return regression.Gete(i); });
     for (int j = 1; j <= figures.controls; ++j)
         figures.x.push_back(numbers([&](int i) { return regression.Getx(i, j); }));
+    for (int i = 1; i <= n; ++i)
+        figures.record.push_back(regression.GetRecord(i));
     // A quotient by zero or by a null, say.
     if (!isFinite(figures.observed))
         figures.infiniteTerms.append(figures.response.term);
@@ -94,14 +98,44 @@ Figures figures(TRegression &regression)
             covariances.push_back(regression.GetCovar(i, j));
             correlations.push_back(regression.GetCorr(i, j));
         }
-        const double standardError = std::sqrt(covariances[i]);
-        figures.coefficients.push_back({regression.Getb(i), standardError, regression.Getb(i) / standardError});
+        figures.coefficients.push_back({regression.Getb(i), regression.GetStdErr(i), regression.GetTValue(i)});
         figures.covariance.push_back(std::move(covariances));
         figures.correlation.push_back(std::move(correlations));
     }
     if (figures.current)
         takeObservations(regression, figures);
     return figures;
+}
+
+Figures figures(TRegression &regression, const Asked &asked)
+{
+    Figures taken = figures(regression);
+    const std::shared_ptr<const Fit> fit = regression.CurrentFit();
+    if (fit == nullptr || !fit->sums().plain())
+        return taken;
+    const Observations &observations = fit->observations();
+    ObservedColumns columns;
+    columns.n = observations.n();
+    columns.m = observations.m();
+    for (int j = 1; j <= columns.m; ++j) {
+        columns.x[std::size_t(j)] = observations.x(j).values;
+        columns.xLow[std::size_t(j)] = observations.x(j).low;
+    }
+    columns.y = observations.y().values;
+    columns.yLow = observations.y().low;
+
+    const Factors factors = factorize(fit->sums().products, columns);
+    const Observed observed = observe(factors, columns);
+    taken.inference = infer(factors, asked.level);
+    taken.diagnostics = diagnose(factors, observed, columns);
+    if (asked.influence)
+        taken.influence = influence(factors, observed);
+    if (asked.robust) {
+        static const QString kinds[] = {QStringLiteral("hc0"), QStringLiteral("hc1"), QStringLiteral("hc2"),
+                                        QStringLiteral("hc3"), QStringLiteral("hac")};
+        taken.robust = Figures::Robust{kinds[int(*asked.robust)], robust(factors, observed, *asked.robust)};
+    }
+    return taken;
 }
 
 QString leftOut(const Figures &figures)

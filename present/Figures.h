@@ -1,5 +1,10 @@
 #pragma once
 
+#include "engine/kernel/Diagnostics.h"
+#include "engine/kernel/Inference.h"
+#include "engine/kernel/Influence.h"
+#include "engine/kernel/Prediction.h"
+#include "engine/kernel/Robust.h"
 #include "platform/Export.h"
 
 #include <QDateTime>
@@ -58,51 +63,6 @@ struct Figures
         double rSquared = None;
         double f = 0;
     };
-    struct Interval
-    {
-        double low = None;
-        double high = None;
-    };
-    struct Test
-    {
-        double statistic = None;
-        double df = None;         ///< of a chi-squared, or the first of an F
-        double residualDf = None; ///< the second of an F
-        double pValue = None;
-    };
-    struct Inference
-    {
-        double level = 0.95; ///< of the intervals
-        Numbers pValues;     ///< of the coefficients, two-sided; m + 1
-        std::vector<Interval> confidence;
-        double fPValue = None;
-        double adjustedRSquared = None;
-        double logLikelihood = None;
-        double aic = None;
-        double aicc = None;
-        double bic = None;
-        double hqc = None;
-        // Of the columns; m each.
-        Numbers standardized;
-        Numbers tolerance;
-        Numbers vif;
-        Numbers partialCorrelations;
-        Numbers semipartialCorrelations;
-        Numbers sequentialSumsOfSquares;
-        Numbers partialSumsOfSquares;
-        Numbers conditionIndices; ///< m + 1, ascending from 1
-    };
-    struct Diagnostics
-    {
-        double durbinWatson = None;
-        double press = None;
-        double predictedRSquared = None;
-        Test breuschPagan;
-        Test white;
-        Test jarqueBera;
-        Test shapiroWilk;
-        Test reset;
-    };
     /// Records that a term cannot use, whatever the other terms can.
     struct LeftOut
     {
@@ -110,32 +70,15 @@ struct Figures
         long long null = 0;
         long long invalid = 0;
     };
-    /// Of the observations; n each.
-    struct Influence
-    {
-        Numbers leverage;
-        Numbers standardizedResiduals;
-        Numbers studentizedResiduals;
-        Numbers cook;
-        Numbers dffits;
-        Numbers covRatio;
-        Matrix dfbetas; ///< a row of m + 1 for each
-    };
     struct Robust
     {
         QString kind; ///< "hc0" to "hc3" or "hac"
-        Numbers standardErrors;
-        Numbers tValues;
-        Numbers pValues;
-        Matrix covariance;
+        nuvo::Robust errors;
     };
     struct Prediction
     {
         std::vector<std::pair<QString, double>> at; ///< fields and their values
-        double value = None;
-        double standardError = None; ///< of the mean
-        Interval confidence;         ///< of the mean
-        Interval prediction;         ///< of a new observation
+        nuvo::Prediction predicted;
     };
 
     // What was fitted.
@@ -166,7 +109,7 @@ struct Figures
 
     // The observations of a current fit.
 
-    std::vector<long long> record; ///< where each stands in the dataset, from 1; empty where that is not known
+    std::vector<long long> record; ///< where each stands in the dataset, from 1, skipped records counted
     Numbers observed;              ///< the response
     std::vector<Numbers> x;        ///< a column each
     Numbers fitted;
@@ -174,16 +117,27 @@ struct Figures
 
     // What was asked for beyond that.
 
-    std::optional<Inference> inference;
-    std::optional<Diagnostics> diagnostics;
-    std::optional<Influence> influence;
+    std::optional<nuvo::Inference> inference;
+    std::optional<nuvo::Diagnostics> diagnostics;
+    std::optional<nuvo::Influence> influence;
     std::optional<Robust> robust;
     std::vector<Prediction> predictions;
+};
+
+/// What is asked for beyond the fit.
+struct Asked
+{
+    double level = 0.95; ///< of intervals, more than 0 and less than 1
+    bool influence = false;
+    std::optional<RobustKind> robust;
 };
 
 /// Takes down what a regression holds, a successful fit or not. The records of the dataset are counted where it is
 /// open.
 NUVO_EXPORT Figures figures(TRegression &regression);
+/// With inference and diagnostics of a current fit, and what else is asked for; not of values so large or small that
+/// their products leave the range of doubles.
+NUVO_EXPORT Figures figures(TRegression &regression, const Asked &asked);
 
 /// What the load left out, in one line, and in further lines the terms that say nothing: columns that are linear
 /// combinations of others, terms that are infinite or no number in some record.

@@ -88,6 +88,15 @@ private:
         if (!std::isnan(value))
             pieces += name + QStringLiteral(" = ") + figure(value);
     }
+    /// From 0. Those of the inference exist where the figures make sense: of a dependent column they do not.
+    Figures::Coefficient coefficientOf(std::size_t i) const
+    {
+        if (!figures_.inference)
+            return figures_.coefficients[i];
+        const Inference &inference = *figures_.inference;
+        return {at(inference.coefficients, i), at(inference.standardErrors, i), at(inference.tValues, i)};
+    }
+    double fStatistic() const { return figures_.inference ? figures_.inference->f : figures_.sums.f; }
     /// The coefficient's name, from 0.
     QString termOf(std::size_t coefficient) const
     {
@@ -142,7 +151,7 @@ private:
 
     void coefficients()
     {
-        const Figures::Inference *inference = figures_.inference ? &*figures_.inference : nullptr;
+        const Inference *inference = figures_.inference ? &*figures_.inference : nullptr;
         page_.add(Kind::Heading, inference != nullptr ? QStringLiteral("Coefficients with %1 intervals").arg(level())
                                                       : QStringLiteral("Coefficients"));
         Page::Table table;
@@ -154,12 +163,12 @@ private:
             table.columns +=
                 {{QStringLiteral("p")}, {QStringLiteral("Low")}, {QStringLiteral("High")}, {QStringLiteral("VIF")}};
         for (std::size_t i = 0; i < figures_.coefficients.size(); ++i) {
-            const Figures::Coefficient &one = figures_.coefficients[i];
+            const Figures::Coefficient one = coefficientOf(i);
             QStringList row{termOf(i), figure(one.estimate), figure(one.standardError), figure(one.t)};
             if (inference != nullptr) {
-                const Figures::Interval interval =
-                    i < inference->confidence.size() ? inference->confidence[i] : Figures::Interval{};
-                row << p(at(inference->pValues, i)) << figure(interval.low) << figure(interval.high)
+                const Interval interval = i < inference->confidence.size() ? inference->confidence[i]
+                                                                           : Interval{Figures::None, Figures::None};
+                row << p(at(inference->pValues, i)) << figure(interval[0]) << figure(interval[1])
                     << (i == 0 ? QString() : figure(at(inference->vif, i - 1)));
             }
             table.rows += row;
@@ -179,7 +188,7 @@ private:
                          {QStringLiteral("F")}};
         QStringList regression{QStringLiteral("Regression"), QString::number(m_), figure(sums.regression),
                                figure(m_ > 0 ? sums.regression / m_ : Figures::None),
-                               figure(m_ > 0 ? sums.f : Figures::None)};
+                               figure(m_ > 0 ? fStatistic() : Figures::None)};
         if (figures_.inference) {
             table.columns += {QStringLiteral("p")};
             regression += p(figures_.inference->fPValue);
@@ -200,8 +209,9 @@ private:
         put(pieces, QStringLiteral("R²"), sums.rSquared);
         if (figures_.inference)
             put(pieces, QStringLiteral("adjusted R²"), figures_.inference->adjustedRSquared);
-        if (m_ > 0 && !std::isnan(sums.f)) {
-            QString f = QStringLiteral("F(%1, %2) = %3").arg(m_).arg(std::max(0, n_ - m_ - 1)).arg(figure(sums.f));
+        if (m_ > 0 && !std::isnan(fStatistic())) {
+            QString f =
+                QStringLiteral("F(%1, %2) = %3").arg(m_).arg(std::max(0, n_ - m_ - 1)).arg(figure(fStatistic()));
             if (figures_.inference && !std::isnan(figures_.inference->fPValue)) {
                 const QString text = p(figures_.inference->fPValue);
                 f += text.startsWith(u'<') ? QStringLiteral(", p ") + text : QStringLiteral(", p = ") + text;
@@ -229,7 +239,7 @@ private:
     {
         if (!figures_.diagnostics)
             return;
-        const Figures::Diagnostics &tests = *figures_.diagnostics;
+        const Diagnostics &tests = *figures_.diagnostics;
         page_.add(Kind::Heading, QStringLiteral("Diagnostics"));
         Page::Table table;
         table.columns = {{QStringLiteral("Test"), false},
@@ -237,19 +247,20 @@ private:
                          {QStringLiteral("df")},
                          {QStringLiteral("p")},
                          {QStringLiteral("asks for"), false}};
-        const auto row = [&](const QString &name, const Figures::Test &test, const QString &question) {
+        const auto row = [&](const QString &name, const TestResult &test, const QString &question,
+                             double second = 0) {
             QString df;
-            if (!std::isnan(test.df))
-                df = figure(test.df);
-            if (!std::isnan(test.residualDf))
-                df += QStringLiteral(", ") + figure(test.residualDf);
+            if (!std::isnan(test.statistic) && test.degrees > 0)
+                df = figure(test.degrees);
+            if (!df.isEmpty() && second > 0)
+                df += QStringLiteral(", ") + figure(second);
             table.rows += {name, figure(test.statistic), df, p(test.pValue), question};
         };
         row(QStringLiteral("Breusch-Pagan"), tests.breuschPagan, QStringLiteral("even scatter"));
         row(QStringLiteral("White"), tests.white, QStringLiteral("even scatter"));
         row(QStringLiteral("Jarque-Bera"), tests.jarqueBera, QStringLiteral("normal residuals"));
         row(QStringLiteral("Shapiro-Wilk"), tests.shapiroWilk, QStringLiteral("normal residuals"));
-        row(QStringLiteral("RESET"), tests.reset, QStringLiteral("the right form"));
+        row(QStringLiteral("RESET"), tests.reset, QStringLiteral("the right form"), tests.resetDenominator);
         page_.addTable(table);
         QStringList pieces;
         put(pieces, QStringLiteral("Durbin-Watson"), tests.durbinWatson);
@@ -262,7 +273,7 @@ private:
     {
         if (!figures_.inference)
             return;
-        const Figures::Inference &inference = *figures_.inference;
+        const Inference &inference = *figures_.inference;
         if (m_ > 0) {
             page_.add(Kind::Heading, QStringLiteral("What each term does"));
             Page::Table table;
@@ -296,8 +307,8 @@ private:
     {
         if (!figures_.robust)
             return;
-        const Figures::Robust &robust = *figures_.robust;
-        page_.add(Kind::Heading, QStringLiteral("Robust standard errors (%1)").arg(robust.kind.toUpper()));
+        const Robust &robust = figures_.robust->errors;
+        page_.add(Kind::Heading, QStringLiteral("Robust standard errors (%1)").arg(figures_.robust->kind.toUpper()));
         Page::Table table;
         table.columns = {{QStringLiteral("Term"), false},
                          {QStringLiteral("Estimate")},
@@ -305,7 +316,7 @@ private:
                          {QStringLiteral("t")},
                          {QStringLiteral("p")}};
         for (std::size_t i = 0; i < figures_.coefficients.size(); ++i)
-            table.rows += {termOf(i), figure(figures_.coefficients[i].estimate), figure(at(robust.standardErrors, i)),
+            table.rows += {termOf(i), figure(coefficientOf(i).estimate), figure(at(robust.standardErrors, i)),
                            figure(at(robust.tValues, i)), p(at(robust.pValues, i))};
         page_.addTable(table);
     }
@@ -324,9 +335,10 @@ private:
             QStringList place;
             for (const auto &[field, value] : one.at)
                 place += field + u'=' + significant(value, 17, style_.point);
-            table.rows += {place.join(QStringLiteral(", ")), figure(one.value),           figure(one.standardError),
-                           figure(one.confidence.low),       figure(one.confidence.high), figure(one.prediction.low),
-                           figure(one.prediction.high)};
+            table.rows += {place.join(QStringLiteral(", ")),    figure(one.predicted.value),
+                           figure(one.predicted.standardError), figure(one.predicted.confidence[0]),
+                           figure(one.predicted.confidence[1]), figure(one.predicted.prediction[0]),
+                           figure(one.predicted.prediction[1])};
         }
         page_.addTable(table);
     }
@@ -341,7 +353,7 @@ private:
             page_.add(Kind::Paragraph, QStringLiteral("None stands out."));
             return;
         }
-        const Figures::Influence &influence = *figures_.influence;
+        const Influence &influence = *figures_.influence;
         Page::Table table;
         table.columns = {{QStringLiteral("Record"), false},
                          {figures_.response.term},

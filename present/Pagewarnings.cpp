@@ -49,9 +49,13 @@ private:
                                "%1.")
                     .arg(listed(figures_.infiniteTerms));
         if (!figures_.dependentTerms.isEmpty())
-            list_ += QStringLiteral("Linear combinations of the terms before them: %1. The fitted values hold, what "
-                                    "belongs to the terms combined means nothing: leave some of them out.")
-                         .arg(listed(figures_.dependentTerms));
+            list_ += QStringLiteral("Linear combinations of the terms before them: %1. %2")
+                         .arg(listed(figures_.dependentTerms),
+                              figures_.inference
+                                  ? QStringLiteral("They add nothing; the other figures are those of the fit without "
+                                                   "them.")
+                                  : QStringLiteral("The fitted values hold, what belongs to the terms combined means "
+                                                   "nothing: leave some of them out."));
     }
 
     void ofTheFit()
@@ -106,14 +110,14 @@ private:
                          .arg(listed(records), count == 1 ? QStringLiteral("it") : QStringLiteral("them"));
     }
 
-    void failed(const Figures::Test &test, const QString &name, const QString &meaning)
+    void failed(const TestResult &test, const QString &name, const QString &meaning)
     {
         if (test.pValue < Significance)
             list_ += QStringLiteral("%1 fails at 5 % (p = %2): %3").arg(name, probabilityText(test.pValue), meaning);
     }
     QString probabilityText(double value) const { return probability(value, digits_, point_); }
 
-    void ofTests(const Figures::Diagnostics &tests)
+    void ofTests(const Diagnostics &tests)
     {
         const QString variance = QStringLiteral(
             "the residuals do not scatter evenly, so that standard errors mislead; robust ones allow for that.");
@@ -154,7 +158,7 @@ std::vector<StandOut> standOuts(const Figures &figures)
     std::vector<StandOut> found;
     if (!figures.influence)
         return found;
-    const Figures::Influence &influence = *figures.influence;
+    const Influence &influence = *figures.influence;
     const double n = double(influence.leverage.size());
     const double p = figures.controls + 1;
     for (std::size_t i = 0; i < influence.leverage.size(); ++i) {

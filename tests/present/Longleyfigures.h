@@ -30,7 +30,14 @@ inline nuvo::Figures longleyFigures()
         one.t = one.estimate / one.standardError;
     figures.sums = {836424.055505915, 184172401.944494,  185008826.0,     92936.0061673238,
                     304.854073561965, 0.995479004577296, 330.285339234588};
-    nuvo::Figures::Inference &inference = figures.inference.emplace();
+    nuvo::Inference &inference = figures.inference.emplace();
+    for (const nuvo::Figures::Coefficient &one : figures.coefficients) {
+        inference.coefficients.push_back(one.estimate);
+        inference.standardErrors.push_back(one.standardError);
+        inference.tValues.push_back(one.t);
+    }
+    inference.level = 0.95;
+    inference.f = figures.sums.f;
     inference.pValues = {0.00356040366373,  0.863140832809, 0.312681061093,  0.00253509173411,
                          0.000944366764162, 0.826211795764, 0.00303680334163};
     inference.confidence = {{-5496529.48327, -1467987.78592},   {-177.029035298, 207.152779841},
@@ -59,15 +66,17 @@ inline nuvo::Figures longleyFigures()
                                       2160905.48177, 4748.94813184, 1498813.44959};
     inference.conditionIndices = {1,           9.14172051987, 12.2557350493, 25.3366070986, 230.423946002,
                                   1048.080298, 43275.0435872};
-    nuvo::Figures::Diagnostics &tests = figures.diagnostics.emplace();
+    nuvo::Diagnostics &tests = figures.diagnostics.emplace();
     tests.durbinWatson = 2.55948768928;
     tests.press = 2886892.54145;
     tests.predictedRSquared = 0.984395919893;
-    tests.breuschPagan = {2.50966320764, 6, nuvo::Figures::None, 0.867384634857};
-    tests.jarqueBera = {0.684135585937, 2, nuvo::Figures::None, 0.710300049728};
-    tests.shapiroWilk = {0.948601797709, nuvo::Figures::None, nuvo::Figures::None, 0.467866399754};
-    tests.reset = {2.27271031291, 2, 7, 0.173543751149};
-    nuvo::Figures::Influence &influence = figures.influence.emplace();
+    tests.breuschPagan = {2.50966320764, 6, 0.867384634857};
+    tests.white = {nuvo::Figures::None, nuvo::Figures::None, nuvo::Figures::None}; // 27 terms
+    tests.jarqueBera = {0.684135585937, 2, 0.710300049728};
+    tests.shapiroWilk = {0.948601797709, 0, 0.467866399754};
+    tests.reset = {2.27271031291, 2, 0.173543751149};
+    tests.resetDenominator = 7;
+    nuvo::Influence &influence = figures.influence.emplace();
     influence.leverage = {0.424536930627, 0.564978297702, 0.362074712366, 0.372227782822,
                           0.615511094174, 0.369573633832, 0.491531539983, 0.504656154499,
                           0.457117043896, 0.33061521381,  0.359881574618, 0.483124130576,

@@ -130,8 +130,9 @@ TEST(Page, OfAConstantAloneHasNoTermsAndNoF)
     figures.columns.clear();
     figures.coefficients.resize(1);
     figures.influence.reset();
-    figures.inference = Figures::Inference();
+    figures.inference = nuvo::Inference();
     figures.inference->pValues = {0};
+    figures.inference->f = figures.inference->fPValue = Figures::None;
     figures.inference->adjustedRSquared = 0;
     const QString text = nuvo::pageText(nuvo::statisticsPage(figures), 120);
     EXPECT_TRUE(text.startsWith(u("Linear regression of TOTEMP on a constant alone\n"))) << text.toStdString();
@@ -143,8 +144,8 @@ TEST(Page, OfAConstantAloneHasNoTermsAndNoF)
 TEST(Page, WhatDoesNotExistIsADash)
 {
     Figures figures = longleyFigures();
-    figures.inference->vif[1] = figures.coefficients[2].t = figures.inference->pValues[2] = Figures::None;
-    figures.inference->confidence[2] = {};
+    figures.inference->vif[1] = figures.inference->tValues[2] = figures.inference->pValues[2] = Figures::None;
+    figures.inference->confidence[2] = {Figures::None, Figures::None};
     const QString text = nuvo::pageText(nuvo::statisticsPage(figures), 132);
     const qsizetype at = text.indexOf(u("\nGNP "));
     EXPECT_EQ(text.mid(at + 1, text.indexOf(u'\n', at + 1) - at).split(u' ', Qt::SkipEmptyParts),
@@ -202,7 +203,7 @@ TEST(Page, TwentyObservationsAreShownAtMost)
 {
     Figures figures = longleyFigures();
     figures.observations = 300;
-    Figures::Influence &influence = *figures.influence;
+    nuvo::Influence &influence = *figures.influence;
     for (Figures::Numbers *numbers : {&influence.leverage, &influence.cook, &influence.dffits, &figures.observed,
                                       &figures.fitted, &figures.residuals})
         numbers->assign(300, 0);
@@ -301,12 +302,12 @@ TEST(PageWarnings, NameRecordsFarOutThatAreBadlyFitted)
 
 TEST(PageWarnings, NameEachTestThatFailsAtFivePercent)
 {
-    const std::pair<Figures::Test Figures::Diagnostics::*, const char *> tests[] = {
-        {&Figures::Diagnostics::breuschPagan, "Breusch-Pagan"},
-        {&Figures::Diagnostics::white, "White"},
-        {&Figures::Diagnostics::jarqueBera, "Jarque-Bera"},
-        {&Figures::Diagnostics::shapiroWilk, "Shapiro-Wilk"},
-        {&Figures::Diagnostics::reset, "RESET"}};
+    const std::pair<nuvo::TestResult nuvo::Diagnostics::*, const char *> tests[] = {
+        {&nuvo::Diagnostics::breuschPagan, "Breusch-Pagan"},
+        {&nuvo::Diagnostics::white, "White"},
+        {&nuvo::Diagnostics::jarqueBera, "Jarque-Bera"},
+        {&nuvo::Diagnostics::shapiroWilk, "Shapiro-Wilk"},
+        {&nuvo::Diagnostics::reset, "RESET"}};
     for (const auto &[test, name] : tests) {
         Figures figures = harmless();
         ((*figures.diagnostics).*test).pValue = 0.0499;
