@@ -110,58 +110,52 @@ private:
 
 // The lengths of the terms of the combination of columns `before` that is nearest to column k, together with its own,
 // from the factors of the elimination.
-template <class Factor>
-double sizeOf(int k, const std::vector<int> &before, const std::vector<double> &length, Factor factor)
+double sizeOf(int k, const std::vector<int> &before, const std::vector<double> &length, const Triangle &rest)
 {
     std::vector<double> combination(before.size());
     double size = length[k];
     for (std::size_t i = before.size(); i-- > 0;) { // from the last one up
-        combination[i] = factor(k, before[i]);
+        combination[i] = rest.factor(k, before[i]);
         for (std::size_t j = i + 1; j < before.size(); ++j)
-            combination[i] -= factor(before[j], before[i]) * combination[j];
+            combination[i] -= rest.factor(before[j], before[i]) * combination[j];
         size += std::fabs(combination[i]) * length[before[i]];
     }
     return size;
 }
 
-struct Elimination
-{
-    std::vector<int> before; ///< columns that are not left out
-    Explained explained;
-};
-
-Elimination regress(Triangle &rest)
+Explained regress(Triangle &rest)
 {
     const int response = rest.order() - 1;
     std::vector<double> length(rest.order());
     for (int k = 0; k <= response; ++k)
         length[k] = std::sqrt(rest.get(k, k).hi);
-    Elimination result;
+    std::vector<int> before; // columns that are not left out
+    Explained result;
     DoubleDouble total;
     for (int k = 0; k < response; ++k) {
-        const double size = sizeOf(k, result.before, length, [&](int i, int j) { return rest.factor(i, j); });
+        const double size = sizeOf(k, before, length, rest);
         if (rest.get(k, k).hi > ResolvedSquare * size * size) {
-            result.before.push_back(k);
+            before.push_back(k);
             rest.eliminate(k);
         }
         if (k == 0)
             total = rest.get(response, response);
     }
-    result.explained.columns = static_cast<int>(result.before.size()) - 1;
+    result.columns = static_cast<int>(before.size()) - 1;
     const double mean = ResolvedSquare * length[response] * length[response];
-    result.explained.rSquared = total.hi > mean ? ((total - rest.get(response, response)) / total).hi
-                                                : std::numeric_limits<double>::quiet_NaN();
+    result.rSquared = total.hi > mean ? ((total - rest.get(response, response)) / total).hi
+                                      : std::numeric_limits<double>::quiet_NaN();
     return result;
 }
 
 #ifdef NUVO_HAS_AVX2
-[[gnu::flatten]] NUVO_AVX2 Elimination regressAvx2(Triangle &rest)
+[[gnu::flatten]] NUVO_AVX2 Explained regressAvx2(Triangle &rest)
 {
     return regress(rest);
 }
 #endif
 
-Elimination eliminated(Triangle &products)
+Explained eliminated(Triangle &products)
 {
 #ifdef NUVO_HAS_AVX2
     if (useAvx2())
@@ -170,92 +164,12 @@ Elimination eliminated(Triangle &products)
     return regress(products);
 }
 
-using Rows = std::vector<std::vector<double>>;
-
-// X and its products as combinations of the constant, C and its products, in this order: lower triangular.
-Rows combinations(std::span<const double> means, const Rows &root)
-{
-    const std::size_t m = means.size();
-    const auto product = [m](std::size_t i, std::size_t j) { return 1 + m + (i * (2 * m - i + 1)) / 2 + (j - i); };
-    const std::size_t count = 1 + m + m * (m + 1) / 2;
-    Rows result(count, std::vector<double>(count));
-    result[0][0] = 1;
-    for (std::size_t j = 0; j < m; ++j) {
-        result[1 + j][0] = means[j];
-        for (std::size_t k = 0; k <= j; ++k)
-            result[1 + j][1 + k] = root[k][j];
-    }
-    for (std::size_t i = 0; i < m; ++i) {
-        for (std::size_t j = i; j < m; ++j) {
-            std::vector<double> &row = result[product(i, j)];
-            row[0] = means[i] * means[j];
-            for (std::size_t k = 0; k <= j; ++k)
-                row[1 + k] = means[i] * root[k][j] + (k <= i ? means[j] * root[k][i] : 0);
-            for (std::size_t k = 0; k <= i; ++k)
-                for (std::size_t l = 0; l <= j; ++l)
-                    row[k <= l ? product(k, l) : product(l, k)] += root[k][i] * root[l][j];
-        }
-    }
-    return result;
-}
-
-// Whether every one of these combinations of columns, of which all were kept, is one that regressOn() would keep.
-bool allResolved(const Rows &combination, const Triangle &eliminated)
-{
-    // The factors of the combinations' own elimination are those of the columns, combined.
-    const std::size_t count = combination.size();
-    Rows factors(count, std::vector<double>(count));
-    std::vector<double> length(count);
-    std::vector<int> before;
-    for (std::size_t i = 0; i < count; ++i) {
-        double square = 0;
-        for (std::size_t k = 0; k <= i; ++k)
-            for (std::size_t j = 0; j <= k; ++j)
-                factors[i][j] += combination[i][k] * (j == k ? 1 : eliminated.factor(int(k), int(j)));
-        for (std::size_t j = 0; j <= i; ++j) {
-            square += factors[i][j] * factors[i][j] * eliminated.get(int(j), int(j)).hi;
-            if (j < i)
-                factors[i][j] /= combination[j][j];
-        }
-        length[i] = std::sqrt(square);
-        const double size = sizeOf(int(i), before, length, [&](int k, int j) { return factors[k][j]; });
-        const double left = combination[i][i] * combination[i][i] * eliminated.get(int(i), int(i)).hi;
-        if (!(left > ResolvedSquare * size * size))
-            return false;
-        before.push_back(int(i));
-    }
-    return true;
-}
-
 } // namespace
 
 Explained regressOn(std::span<const ExtendedColumn> columns, DataColumn response, int n)
 {
     Triangle products(columns, response, n);
-    return eliminated(products).explained;
-}
-
-std::optional<Explained> regressOnProducts(std::span<const DataColumn> columns, std::span<const double> means,
-                                           const std::vector<std::vector<double>> &root, DataColumn response, int n)
-{
-    std::vector<ExtendedColumn> all;
-    for (const DataColumn &column : columns)
-        all.push_back({column, nullptr});
-    std::vector<std::vector<double>> products;
-    products.reserve(columns.size() * (columns.size() + 1) / 2);
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        for (std::size_t j = i; j < columns.size(); ++j) {
-            std::vector<double> &product = products.emplace_back(n);
-            for (int k = 0; k < n; ++k)
-                product[k] = columns[i].values[k] * columns[j].values[k];
-            all.push_back({{product.data(), minMax(product.data(), n).largest()}, nullptr});
-        }
-    }
-    Triangle triangle(all, response, n);
-    const Elimination result = eliminated(triangle);
-    if (result.before.size() < all.size() + 1 || !allResolved(combinations(means, root), triangle))
-        return std::nullopt;
-    return result.explained;
+    return eliminated(products);
 }
 
 } // namespace nuvo

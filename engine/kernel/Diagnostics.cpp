@@ -86,15 +86,16 @@ TestResult jarqueBera(const Column &e, const Column &squares)
     return chiSquaredTest(n / 6 * (skewness * skewness + (kurtosis - 3) * (kurtosis - 3) / 4), 2);
 }
 
-// What the columns of Q leave of a column, taken out twice so that it is orthogonal to them to the last digit.
-void takeOut(const std::vector<Column> &q, Column &column)
+// What orthonormal columns leave of a column, taken out twice so that it is orthogonal to them to the last digit.
+void takeOut(const std::vector<DataColumn> &directions, Column &column)
 {
+    std::vector<DoubleDouble> along(directions.size());
+    const int n = static_cast<int>(column.size());
     for (int round = 0; round < 2; ++round) {
-        for (const Column &direction : q) {
-            const double along = dot(direction, column);
-            for (std::size_t i = 0; i < column.size(); ++i)
-                column[i] -= along * direction[i];
-        }
+        dots(operandOf(column), directions, n, along.data());
+        for (std::size_t k = 0; k < directions.size(); ++k)
+            for (int i = 0; i < n; ++i)
+                column[i] -= along[k].hi * directions[k].values[i];
     }
 }
 
@@ -116,10 +117,14 @@ void reset(const Factors &factors, const Observed &observed, Diagnostics &out)
     for (double &value : fitted)
         value *= std::sqrt(observed.n) / length;
 
-    std::vector<Column> directions = observed.q;
+    std::vector<DataColumn> directions;
+    for (const Column &column : observed.q)
+        directions.push_back(operandOf(column));
+    Column powers[2];
     Column rest = observed.residual;
     for (int exponent = 2; exponent <= 3; ++exponent) {
-        Column power = fitted;
+        Column &power = powers[exponent - 2];
+        power = fitted;
         for (int i = 1; i < exponent; ++i)
             std::transform(power.begin(), power.end(), fitted.begin(), power.begin(), std::multiplies<>());
         const double whole = dot(power, power);
@@ -130,8 +135,8 @@ void reset(const Factors &factors, const Observed &observed, Diagnostics &out)
             return;
         for (double &value : power)
             value /= std::sqrt(left);
-        takeOut({power}, rest);
-        directions.push_back(std::move(power));
+        directions.push_back(operandOf(power));
+        takeOut({directions.back()}, rest);
     }
     const double without = dot(rest, rest);
     const double explained = factors.sse.hi - without;

@@ -296,6 +296,12 @@ double factorizeScaled(const CrossProducts &products, int m, Factors &factors)
     return least;
 }
 
+void scaleAlready(const std::array<int, MaxParameters + 1> &exponents, Factors &factors)
+{
+    for (std::size_t j = 0; j < exponents.size(); ++j)
+        factors.exponent[j] += exponents[j];
+}
+
 void correct(const ObservedColumns &observed, Factors &factors)
 {
     const int p = factors.rank();
@@ -358,19 +364,22 @@ DoubleDouble Factors::centredSquares(int j) const
     return squares.hi < 0 ? DoubleDouble() : squares;
 }
 
-Factors factorize(const CrossProducts &products, int m)
+Factors factorize(const CrossProducts &products, int m, const std::array<int, MaxParameters + 1> &exponents)
 {
     Factors factors;
     factorizeScaled(products, m, factors);
+    scaleAlready(exponents, factors);
     return factors;
 }
 
-Factors factorize(const CrossProducts &products, const ObservedColumns &observed)
+Factors factorize(const CrossProducts &products, const ObservedColumns &observed,
+                  const std::array<int, MaxParameters + 1> &exponents)
 {
     // Q is then good to 70 bits, and a leverage of 1 is told from one next to it.
     constexpr double wellResolved = 0x1p-24;
     Factors factors;
     const double least = factorizeScaled(products, observed.m, factors);
+    scaleAlready(exponents, factors);
     if (least < wellResolved) {
         correct(observed, factors);
         factors.resolution = 0x1p-93 / std::sqrt(least);

@@ -67,13 +67,16 @@ struct Factors
 
 /// From the cross products of the constant, m columns and, as number m + 1, the response: all that does not ask for
 /// observations holds for any number of them. The figures are good to about 2^-95 times the condition number of X'X
-/// with columns of length 1.
-NUVO_KERNEL_EXPORT Factors factorize(const CrossProducts &products, int m);
+/// with columns of length 1. Where columns are scaled already, `exponents` say by which powers of two: column j as
+/// column * 2^-exponents[j].
+NUVO_KERNEL_EXPORT Factors factorize(const CrossProducts &products, int m,
+                                     const std::array<int, MaxParameters + 1> &exponents = {});
 
 /// The same, and where the columns come near to depending on each other with one step of correction: Q is worked out
 /// from the observations, and its cross products, which are all but the unit matrix, are factorized once more
 /// (Yamamoto et al., ETNA 44, 2015, who call it CholeskyQR2). What is then left of R's error is its square.
-NUVO_KERNEL_EXPORT Factors factorize(const CrossProducts &products, const ObservedColumns &observed);
+NUVO_KERNEL_EXPORT Factors factorize(const CrossProducts &products, const ObservedColumns &observed,
+                                     const std::array<int, MaxParameters + 1> &exponents = {});
 
 /// A fit by observations. Values of the response's units are scaled as the response is.
 struct Observed
