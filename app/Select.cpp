@@ -5,7 +5,7 @@
 #include "app/Regressionoutput.h"
 #include "app/Selectionoutput.h"
 #include "app/Usage.h"
-#include "select/Bckmain.h"
+#include "select/Bkmain.h"
 #include "select/Fwdmain.h"
 #include "select/Stepmain.h"
 

@@ -2,7 +2,7 @@
 
 #include "app/Console.h"
 #include "app/Regressionoutput.h"
-#include "select/Bckmain.h"
+#include "select/Bkmain.h"
 #include "select/Cvmain.h"
 #include "select/Fwdmain.h"
 #include "select/Stepmain.h"

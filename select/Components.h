@@ -2,7 +2,7 @@
 
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
-#include "select/Bckmain.h"
+#include "select/Bkmain.h"
 #include "select/Cvmain.h"
 #include "select/Fwdmain.h"
 #include "select/Stepmain.h"
@@ -44,7 +44,7 @@ inline constexpr std::tuple SelectionComponents{
                          "Fits every subset of a regression component's control variables and keeps the best models "
                          "by OptCriteria. The program calls Run."},
     Listed<TBackElimMLR>{
-        "Nuvo Statistics", "Backward elimination of control variables", "<select/Bckmain.h>", "backElimMLR",
+        "Nuvo Statistics", "Backward elimination of control variables", "<select/Bkmain.h>", "backElimMLR",
         "Takes control variables out of a regression component's model, one by one, by their partial "
         "F. The program calls Run."},
     Listed<TFwdSelectMLR>{"Nuvo Statistics", "Forward selection of control variables", "<select/Fwdmain.h>",

@@ -70,15 +70,15 @@ void PartialFRun::search()
     writeResult();
 }
 
-/// All that a pass depends on: the model, its mean square, and the record at which a search for a key that is not
-/// there leaves the table. The control variables beyond the term table's belong to the model.
+/// All that a pass depends on: the model, its mean square, the definitions that stand as the pass before left them,
+/// and the record at which a search for a key that is not there leaves the table.
 PartialFRun::State PartialFRun::state() const
 {
-    TTermRow others;
-    for (int k = variables_ + 1; k <= MaxControls; ++k)
-        others[k - 1] = run_.regression().ControlVar(k).Transformation();
+    TTermRow definitions;
+    for (int k = firstOwnDefinition(); k <= MaxControls; ++k)
+        definitions[k - 1] = run_.regression().ControlVar(k).Transformation();
     const qint64 record = table_ && table_->Active() ? table_->RecNo() : -1;
-    return {rows_[1], others, std::bit_cast<quint64>(previous_), record};
+    return {rows_[1], definitions, std::bit_cast<quint64>(previous_), record};
 }
 
 /// Whether the search would go round for ever: from here on it would do what it did before.

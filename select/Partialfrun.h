@@ -53,6 +53,9 @@ protected:
     virtual void taken() {}
     /// How many variables are in use when there is nothing left to search.
     virtual int last() const = 0;
+    /// The first control variable whose definition at the start of a pass has a say in what the pass comes to: those
+    /// of the term table are written anew for each candidate.
+    virtual int firstOwnDefinition() const { return variables_ + 1; }
     virtual void writeResult() = 0;
 
     TRegression &regression() { return run_.regression(); }

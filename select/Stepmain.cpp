@@ -45,6 +45,9 @@ protected:
             BackwardTable(previous_);
     }
     int last() const override { return variables_; }
+    /// The re-check works on all of them, and takes variables out by their term where row 1 counts positions: the two
+    /// part, and row 1 alone does not say which model stands.
+    int firstOwnDefinition() const override { return 1; }
     void writeResult() override
     {
         run_.elapsed = run_.timeSinceStart();

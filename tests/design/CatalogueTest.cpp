@@ -5,7 +5,7 @@
 #include "design/Mlr32reg.h"
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
-#include "select/Bckmain.h"
+#include "select/Bkmain.h"
 #include "select/Cvmain.h"
 #include "select/Fwdmain.h"
 #include "select/Stepmain.h"

@@ -16,8 +16,8 @@ TEST_P(RandomReference, AThousandRunsAreAsASecondImplementationHasThem)
     QProcess python;
     python.setProcessChannelMode(QProcess::ForwardedChannels);
     python.start(QStringLiteral(NUVO_PYTHON),
-                 {QStringLiteral(NUVO_TEST_DATA "/select/reference.py"), QStringLiteral("--random"),
-                  QStringLiteral("1000"), QStringLiteral("--seed"), QString::number(GetParam()), file});
+                 {QStringLiteral(NUVO_REFERENCE), QStringLiteral("--random"), QStringLiteral("1000"),
+                  QStringLiteral("--seed"), QString::number(GetParam()), file});
     ASSERT_TRUE(python.waitForFinished(-1)) << python.errorString().toStdString();
     ASSERT_EQ(python.exitStatus(), QProcess::NormalExit);
     ASSERT_EQ(python.exitCode(), 0);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "select/Bckmain.h"
+#include "select/Bkmain.h"
 #include "select/Cvmain.h"
 #include "select/Fwdmain.h"
 #include "select/Stepmain.h"

@@ -1,4 +1,4 @@
-#include "select/Bckmain.h"
+#include "select/Bkmain.h"
 
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""A second, slow and plain implementation of the four selection methods, and the maker of the fixtures beside it.
+"""A second, slow and plain implementation of the four selection methods, and the maker of the fixtures in tests/data/select.
 
 Nothing here is shared with the program: normal equations are solved with exact fractions of the doubles that are
 fitted, one candidate at a time, and rounded once at the end. What the program must then agree with is a trace of every
 candidate and decision, the texts of the progress dialog, the message boxes, the report and the definitions that are
 left behind. Decisions are compared exactly, numbers to a relative 1e-9.
 
-    reference.py              writes the fixtures beside this file
-    reference.py --check      fails unless the fixtures beside this file are what it would write
+    reference.py              writes the fixtures
+    reference.py --check      fails unless the fixtures are what it would write
     reference.py --random N --seed S FILE
                               writes N runs over random data into FILE
 
@@ -27,8 +27,9 @@ from decimal import ROUND_HALF_UP, Context, Decimal
 from fractions import Fraction
 from pathlib import Path
 
-HERE = Path(__file__).resolve().parent
-SAMPLES = HERE.parents[2] / "samples"
+ROOT = Path(__file__).resolve().parents[2]
+FIXTURES_DIRECTORY = ROOT / "tests" / "data" / "select"
+SAMPLES = ROOT / "samples"
 
 CONTROLS = 10
 MAX_OBSERVATIONS = 2500
@@ -525,13 +526,17 @@ class Search:
 
     def came_back(self, previous):
         """Whether a pass begins where one began before; what follows would only be the same again."""
-        others = tuple(self.regression.transformations()[self.n :])
-        state = (tuple(self.current), others, previous, self.table.position if self.table else None)
+        definitions = tuple(self.regression.transformations()[self.first_own_definition() :])
+        state = (tuple(self.current), definitions, previous, self.table.position if self.table else None)
         if state in self.seen:
             self.ended = "repeats"
             return True
         self.seen.add(state)
         return False
+
+    def first_own_definition(self):
+        """From which control on (from 0) a pass finds what the one before left: the others it writes anew."""
+        return self.n
 
     def candidate(self, i, instead):
         """The current model with `instead` for variable i (from 0), loaded."""
@@ -621,6 +626,10 @@ class Optimal(Search):
 
 
 class Stepwise(Search):
+    def first_own_definition(self):
+        """All of them: what the re-check takes out by its term need not be what it takes out of the current row."""
+        return 0
+
     def run(self):
         regression = self.regression
         self.start("stepwise")
@@ -1124,6 +1133,13 @@ def edges():
         group.add(f"no control at all, as a query, {method}", "gaps", method, [], "y", component="query")
         group.add(f"never loaded, {method}", "gaps", method, ["a", "b", "c"], "y", before="nothing")
 
+    # Row 1 and the previous mean square come back while the model is another one: the search goes on, and ends.
+    group.add_data("passing", y=[-6, -4, -2, -6, 5, 0, 1, -3, -1], a=[-9, 6, 5, 6, 8, -3, -2, 9, 5],
+                   b=[-3, 7, 3, 4, None, 8, 8, 4, 9], c=[None, -2, 8, -3, -6, 4, -7, 5, 0],
+                   d=[-6, 8, -3, 5, -5, -7, None, None, 3])  # fmt: skip
+    group.add("the same row of terms with another model, stepwise", "passing", "stepwise", ["a", "b", "c", "d"], "y",
+              options={"FInDefault": 1.0, "FOutDefault": 1.0})  # fmt: skip
+
     # Too few records.
     group.add_data("one", y=[1], a=[2], b=[3])
     group.add_data("none", y=[None, None], a=[1, 2], b=[3, 4])
@@ -1342,8 +1358,8 @@ def main():
     for name, make in FIXTURES.items():
         text = make().text()
         if not arguments.check:
-            (HERE / name).write_text(text)
-        elif not same(json.loads((HERE / name).read_text()), json.loads(text)):
+            (FIXTURES_DIRECTORY / name).write_text(text)
+        elif not same(json.loads((FIXTURES_DIRECTORY / name).read_text()), json.loads(text)):
             print(f"{name} is not what {Path(__file__).name} makes", file=sys.stderr)
             status = 1
     return status
