@@ -1,13 +1,17 @@
 #include "app/Terms.h"
 
 #include "app/Usage.h"
+#include "engine/Transformations.h"
 
+#include <QStringBuilder>
 #include <QStringList>
 
 #include <optional>
 
 namespace nuvo {
 namespace {
+
+constexpr QStringView logarithm = u"Ln(";
 
 bool isOperator(QChar c)
 {
@@ -71,7 +75,7 @@ std::optional<QString> field(QStringView operand)
     }
     // A comma is no decimal sign here, yet a number that holds one is not taken for a name: "GNP/1,5" asks for a
     // division by a number.
-    if (operand.isEmpty() || isNumber(operand, true) || operand.startsWith(u"Ln("))
+    if (operand.isEmpty() || isNumber(operand, true) || operand.startsWith(logarithm))
         return std::nullopt;
     for (const QChar c : operand) {
         if (isOperator(c))
@@ -88,8 +92,8 @@ std::optional<QStringView> inParentheses(QStringView text)
     return text.sliced(1, text.size() - 2);
 }
 
-/// A text parted at its operators. A quote opens only where an operand begins, alone or in parentheses: within a name
-/// it is a character like any other.
+/// A text parted at its operators. A quote opens only where an operand begins, alone, in parentheses or behind "Ln(":
+/// within a name it is a character like any other.
 struct Pieces
 {
     QList<QStringView> operands; ///< one more than operators, blanks around them removed
@@ -101,7 +105,7 @@ Pieces split(QStringView text)
     Pieces pieces;
     qsizetype from = 0;
     bool begins = true;
-    for (qsizetype at = 0; at < text.size(); ++at) {
+    for (qsizetype at = text.startsWith(logarithm) ? logarithm.size() : 0; at < text.size(); ++at) {
         const QChar c = text[at];
         if (c == u'"' && begins) {
             const qsizetype behind = behindQuoted(text, at);
@@ -122,60 +126,84 @@ Pieces split(QStringView text)
     return pieces;
 }
 
-Term ofField(const char16_t *transformation, const QString &name)
+/// How the forms are written in messages: F and G are fields, K and N numbers.
+QString formOf(const Transformation &transformation)
 {
+    static constexpr QStringView seconds[] = {u"", u"G", u"K", u"N"};
+    return transformation.before % u"F" % transformation.behind % seconds[int(transformation.second)];
+}
+
+/// The name that stands where a form has its F.
+std::optional<QString> firstField(QStringView operand, QStringView form)
+{
+    if (form == u"F")
+        return field(operand);
+    // "Ln(F)" and "(F)"
+    const QStringView opening = form.first(form.indexOf(u'F'));
+    if (!operand.startsWith(opening))
+        return std::nullopt;
+    const auto inner = inParentheses(operand.sliced(opening.size() - 1));
+    return inner ? field(*inner) : std::nullopt;
+}
+
+/// The term that a text says when it has this form.
+std::optional<Term> match(const Pieces &pieces, const Transformation &transformation)
+{
+    const QString text = formOf(transformation);
+    const Pieces form = split(text);
+    if (form.operators != pieces.operators)
+        return std::nullopt;
     Term term;
-    term.transformation = QString::fromUtf16(transformation);
-    term.field1 = name;
+    term.transformation = transformation.keyword.toString();
+    for (qsizetype i = 0; i < form.operands.size(); ++i) {
+        const QStringView place = form.operands[i];
+        const QStringView operand = pieces.operands[i];
+        if (place.contains(u'F')) {
+            // In parentheses behind "1/" it is the response's inverse, not the control's.
+            const auto name =
+                i > 0 && place == u"F" && operand.startsWith(u'(') ? std::nullopt : firstField(operand, place);
+            if (!name)
+                return std::nullopt;
+            term.field1 = *name;
+        } else if (place == u"G") {
+            const auto name = field(operand);
+            if (!name)
+                return std::nullopt;
+            term.field2 = *name;
+        } else if (place == u"K" || place == u"N") {
+            if (!isNumber(operand))
+                return std::nullopt;
+            (place == u"K" ? term.exponent : term.scaleFactor) = operand.toString();
+        } else if (operand != place) {
+            return std::nullopt;
+        }
+    }
     return term;
 }
 
-/// The rows that controls and responses share, and those of one kind alone; nothing when none fits.
-std::optional<Term> parse(QStringView text, bool control)
+/// The first of the transformations whose form a text has.
+std::optional<Term> parse(const QString &text, std::span<const Transformation> transformations)
 {
-    if (const auto name = field(text))
-        return ofField(u"None", *name);
-    if (text.startsWith(u"Ln(")) {
-        const auto inner = inParentheses(text.sliced(2));
-        const auto name = inner ? field(*inner) : std::nullopt;
-        return name ? std::optional(ofField(u"Log", *name)) : std::nullopt;
-    }
-
-    const Pieces pieces = split(text);
-    const QStringView left = pieces.operands.first();
-    const QStringView right = pieces.operands.last();
-    if (pieces.operators == u"/" && left == u"1") {
-        // The response's inverse stands in parentheses, a control's does not.
-        const auto inner = inParentheses(right);
-        const bool fits = control ? !right.startsWith(u'(') : inner.has_value();
-        const auto name = fits ? field(control ? right : *inner) : std::nullopt;
-        return name ? std::optional(ofField(u"Inverse", *name)) : std::nullopt;
-    }
-    const auto name = field(left);
-    if (!name)
-        return std::nullopt;
-    if (pieces.operators == u"/" && isNumber(right)) {
-        Term term = ofField(u"Scale", *name);
-        term.scaleFactor = right.toString();
-        return term;
-    }
-    if (!control)
-        return std::nullopt;
-    if (pieces.operators == u"^/" && pieces.operands[1] == u"1" && right == u"2")
-        return ofField(u"Sqrt", *name);
-    if (pieces.operators == u"^" && isNumber(right)) {
-        Term term = ofField(u"Power", *name);
-        term.exponent = right.toString();
-        return term;
-    }
-    if (pieces.operators == u"*" || pieces.operators == u"/") {
-        if (const auto second = field(right)) {
-            Term term = ofField(pieces.operators == u"*" ? u"Product" : u"Quotient", *name);
-            term.field2 = *second;
+    const Pieces pieces = split(QStringView(text).trimmed());
+    for (const Transformation &transformation : transformations) {
+        if (!transformation.term)
+            continue;
+        if (auto term = match(pieces, transformation))
             return term;
-        }
     }
     return std::nullopt;
+}
+
+/// "F, Ln(F) or F/N"
+QString forms(std::span<const Transformation> transformations)
+{
+    QStringList list;
+    for (const Transformation &transformation : transformations) {
+        if (transformation.term)
+            list.append(formOf(transformation));
+    }
+    const QString last = list.takeLast();
+    return list.join(QStringLiteral(", ")) % u" or " % last;
 }
 
 } // namespace
@@ -183,24 +211,23 @@ std::optional<Term> parse(QStringView text, bool control)
 Term parseControl(const QString &text)
 {
     if (text.isEmpty())
-        return ofField(u"Undefined", QString());
-    if (const auto term = parse(QStringView(text).trimmed(), true))
+        return {QStringLiteral("Undefined"), {}, {}, {}, {}};
+    if (const auto term = parse(text, controlTransformations()))
         return *term;
     throw UsageError(
-        QStringLiteral("\"%1\" is no term for a control variable: F, Ln(F), 1/F, F^1/2, F^K, F/N, F*G or "
-                       "F/G, where F and G are fields and K and N are numbers; a field's name that holds "
-                       "an operator or is a number stands in double quotes.")
-            .arg(text));
+        QStringLiteral("\"%1\" is no term for a control variable: %2, where F and G are fields and K and "
+                       "N are numbers; a field's name that holds an operator or is a number stands in "
+                       "double quotes.")
+            .arg(text, forms(controlTransformations())));
 }
 
 Term parseResponse(const QString &text)
 {
-    if (const auto term = parse(QStringView(text).trimmed(), false))
+    if (const auto term = parse(text, responseTransformations()))
         return *term;
-    throw UsageError(QStringLiteral("\"%1\" is no term for the response: F, Ln(F), 1/(F) or F/N, where F is a field "
-                                    "and N is a number; a field's name that holds an operator or is a number stands "
-                                    "in double quotes.")
-                         .arg(text));
+    throw UsageError(QStringLiteral("\"%1\" is no term for the response: %2, where F is a field and N is a number; a "
+                                    "field's name that holds an operator or is a number stands in double quotes.")
+                         .arg(text, forms(responseTransformations())));
 }
 
 } // namespace nuvo

@@ -16,15 +16,18 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QLocale>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
+#include <QStringBuilder>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -123,6 +126,17 @@ int DefinitionDialog::ItemIndex() const
     return controls_.items->checkedId();
 }
 
+int DefinitionDialog::ItemOf(std::span<const Transformation> transformations, const QString &keyword)
+{
+    const Transformation *transformation = findKeyword(transformations, keyword);
+    return transformation != nullptr ? transformation->item : -1;
+}
+
+QString DefinitionDialog::Shown(const Transformation &transformation, const QString &field, const QString &second)
+{
+    return transformation.shownBefore % field % transformation.shownBehind % second;
+}
+
 void DefinitionDialog::SetItemIndex(int index)
 {
     // An exclusive group does not let go of its choice.
@@ -185,7 +199,7 @@ double DefinitionDialog::Number(const QComboBox &box)
     if (!TryStrToFloat(QString(text).replace(QLocale().decimalPoint(), QLatin1String(".")), value) ||
         !std::isfinite(value))
         throw EConvertError(QStringLiteral("\"%1\" is not a number").arg(text));
-    // "1,000" is a thousand to one person and one to another.
+    // "1,000" is a thousand in some countries and one in others.
     bool grouped = false;
     const double withGroups = QLocale().toDouble(text.trimmed(), &grouped);
     if (grouped && withGroups != value)
@@ -210,14 +224,16 @@ void DefinitionDialog::ShowNumber(QComboBox &box, const QString &number)
     }
 }
 
-void DefinitionDialog::Handle(Moment moment, const std::function<void()> &handler)
+bool DefinitionDialog::Handle(Moment moment, const std::function<void()> &handler)
 {
+    bool readable = true;
     guarded([&] {
         if (moment == Moment::Typing)
             told_.clear();
         try {
             handler();
         } catch (const EConvertError &error) {
+            readable = false;
             ShowTerm(false, {});
             if (moment != Moment::Done || told_ == error.Message())
                 return;
@@ -225,11 +241,12 @@ void DefinitionDialog::Handle(Moment moment, const std::function<void()> &handle
             throw;
         }
     });
+    return readable;
 }
 
 void DefinitionDialog::WatchNumber(QComboBox &box, const std::function<void()> &handler)
 {
-    box.setCompleter(nullptr); // it would make a 10 of somebody's 1
+    box.setCompleter(nullptr); // it would make a 10 of a 1
     connect(&box, &QComboBox::editTextChanged, this, [this, handler] { Handle(Moment::Typing, handler); });
     connect(&box, &QComboBox::activated, this, [this, handler] { Handle(Moment::Done, handler); });
     connect(box.lineEdit(), &QLineEdit::returnPressed, this, [this, handler] { Handle(Moment::Done, handler); });
@@ -239,7 +256,7 @@ void DefinitionDialog::WatchNumber(QComboBox &box, const std::function<void()> &
 void DefinitionDialog::WatchEnter(QWidget &control, const std::function<void()> &handler)
 {
     control.installEventFilter(this);
-    watches_.push_back({&control, QEvent::FocusIn, [this, handler] { Handle(Moment::Entering, handler); }});
+    watches_.push_back({&control, QEvent::FocusIn, [this, &control, handler] { Entered(control, handler); }});
 }
 
 void DefinitionDialog::WatchExit(QWidget &control, const std::function<void()> &handler)
@@ -248,15 +265,39 @@ void DefinitionDialog::WatchExit(QWidget &control, const std::function<void()> &
     watches_.push_back({&control, QEvent::FocusOut, [this, &control, handler] { Left(control, handler); }});
 }
 
+void DefinitionDialog::Entered(const QWidget &control, const std::function<void()> &handler)
+{
+    if (waiting_.empty())
+        Handle(Moment::Entering, handler);
+    else
+        waiting_.push_back({&control, Moment::Entering, handler});
+}
+
 void DefinitionDialog::Left(const QWidget &control, const std::function<void()> &handler)
+{
+    waiting_.push_back({&control, Moment::Done, handler});
+    if (waiting_.size() == 1)
+        RunWaiting();
+}
+
+void DefinitionDialog::RunWaiting()
 {
     // A message must not come between a press of the mouse and its release, nor over a list that is open.
     constexpr std::chrono::milliseconds Soon(20);
-    QTimer::singleShot(Soon, this, [this, &control, handler] {
-        if (QGuiApplication::mouseButtons() != Qt::NoButton || QApplication::activePopupWidget() != nullptr)
-            Left(control, handler);
-        else if (isVisible() && control.isEnabled())
-            Handle(Moment::Done, handler);
+    QTimer::singleShot(Soon, this, [this] {
+        if (QGuiApplication::mouseButtons() != Qt::NoButton || QApplication::activePopupWidget() != nullptr) {
+            RunWaiting();
+            return;
+        }
+        const QPointer<DefinitionDialog> open(this);
+        bool readable = true;
+        for (const Waiting &one : std::exchange(waiting_, {})) {
+            if (open.isNull())
+                return;
+            // What was found unreadable at leaving is not called complete at entering.
+            if (isVisible() && one.control->isEnabled() && (readable || one.moment == Moment::Done))
+                readable = Handle(one.moment, one.handler) && readable;
+        }
     });
 }
 
@@ -280,8 +321,8 @@ bool DefinitionDialog::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        // Neither another window nor a list that drops down takes anybody elsewhere. Who clicks Cancel or Help is not
-        // told about a number first, and the forms ask for it themselves.
+        // Neither another window nor a list that drops down is a way to another box. A click on Cancel or Help brings
+        // no message about a number first, and the forms ask for it themselves.
         const bool byKey = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
         const bool toButton = !byKey && qobject_cast<QAbstractButton *>(focusWidget()) != nullptr;
         if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason && !toButton) {

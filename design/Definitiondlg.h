@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/Transformations.h"
+
 #include <QDialog>
 #include <QEvent>
 
@@ -19,9 +21,9 @@ namespace nuvo {
 /// What the dialogs for control variables and for the response have in common: the forms to choose from, the field
 /// (picked from a list for a table, typed for a query), the divisor, the term at the bottom and the buttons.
 ///
-/// Handlers run on every change, so what somebody has half typed is no reason for a message. An unreadable number
-/// takes OK away at once; the message comes when the person goes on (leaves the box, presses Return, chooses a form)
-/// and once for each text. The dialog stays open.
+/// Handlers run on every change, so a number that is half typed is no reason for a message. An unreadable number
+/// takes OK away at once; the message comes when the user goes on (leaves the box, presses Return, chooses a form),
+/// once for each text. The dialog stays open.
 class DefinitionDialog : public QDialog
 {
     Q_OBJECT
@@ -78,6 +80,10 @@ protected:
 
     /// The chosen form, from 0; -1 when none is chosen.
     int ItemIndex() const;
+    /// The form that makes a transformation; -1 when none does.
+    static int ItemOf(std::span<const Transformation> transformations, const QString &keyword);
+    /// A term as the bottom line shows it.
+    static QString Shown(const Transformation &transformation, const QString &field, const QString &second = {});
     /// Chooses without running the handler.
     void SetItemIndex(int index);
     /// Runs the handler of the chosen form, if one is.
@@ -96,20 +102,21 @@ protected:
 
     // Numbers are shown and typed with the locale's decimal sign; a point is read as well. Definitions hold a point.
 
-    /// The number in a box. \throws EConvertError; for a text that a person could mean with digit groups, too.
+    /// The number in a box. \throws EConvertError, also for a text that could be meant with digit groups.
     static double Number(const QComboBox &box);
     /// The box's text as a definition holds it.
     static QString Written(const QComboBox &box);
     /// Shows a definition's number in a box that lists some.
     static void ShowNumber(QComboBox &box, const QString &number);
 
-    /// What called a handler: the focus, typing, or somebody going on.
+    /// What called a handler: the focus, typing, or the user going on.
     enum class Moment { Entering, Typing, Done };
-    void Handle(Moment moment, const std::function<void()> &handler);
-    /// Runs the handler at changes of a number box and when somebody goes on.
+    /// Runs it; whether it found its numbers readable.
+    bool Handle(Moment moment, const std::function<void()> &handler);
+    /// Runs the handler at changes of a number box and when the user goes on.
     void WatchNumber(QComboBox &box, const std::function<void()> &handler);
-    /// Runs the handler when somebody enters a control, or leaves it for something else than a
-    /// click on a button.
+    /// Runs the handler when the user enters a control, or leaves it for something else than a click on a button. Of
+    /// two that follow each other, leaving one box and entering the next, the leaving always runs first.
     void WatchEnter(QWidget &control, const std::function<void()> &handler);
     void WatchExit(QWidget &control, const std::function<void()> &handler);
 
@@ -121,14 +128,23 @@ private:
     void PrepareForm();
     void PrepareControls(QLabel &shadow, QLabel &title, QPushButton &cancel);
     void bbtnHelpClick();
-    /// Runs the handler of a control that somebody has left, as soon as a message can be shown.
+    void Entered(const QWidget &control, const std::function<void()> &handler);
+    /// Runs the handler of a control that was left, as soon as a message can be shown.
     void Left(const QWidget &control, const std::function<void()> &handler);
+    void RunWaiting();
 
     Controls controls_{};
     QString helpString_;
     QString propertyName_;
     bool isQuery_ = false;
-    QString told_; // the last message about a number, until somebody types on
+    QString told_; // the last message about a number, until the user types on
+    struct Waiting
+    {
+        const QWidget *control;
+        Moment moment;
+        std::function<void()> handler;
+    };
+    std::vector<Waiting> waiting_; // from a box being left until its handler has run
     struct Watch
     {
         const QObject *control;

@@ -11,62 +11,57 @@
 
 namespace {
 
-enum Item { Inactive, Plain, Log, Inverse, Sqrt, Power, Scale, Product, Quotient };
+using nuvo::Operation;
+using nuvo::Second;
+using nuvo::Transformation;
 
-/// The keywords by item.
-const QStringList &transformations()
+/// What a form does with a variable, in lines.
+QStringList helpLines(const Transformation &form, const QString &name)
 {
-    static const QStringList all{QStringLiteral("Undefined"), QStringLiteral("None"),    QStringLiteral("Log"),
-                                 QStringLiteral("Inverse"),   QStringLiteral("Sqrt"),    QStringLiteral("Power"),
-                                 QStringLiteral("Scale"),     QStringLiteral("Product"), QStringLiteral("Quotient")};
-    return all;
-}
-
-/// What the item does with a variable, in lines.
-QStringList helpLines(int item, const QString &name)
-{
-    switch (item) {
-    case Inactive:
+    if (!form.term)
         return {u"The Inactive option disables " % name % u"."};
-    case Plain:
+    const QString field = QStringLiteral("to the value of the database field named in");
+    switch (form.operation) {
+    case Operation::Plain:
         return {u"This will set " % name % u" to the", QStringLiteral("values of the database field with"),
                 QStringLiteral("the name listed in \"datafield1\".")};
-    case Log:
+    case Operation::Logarithm:
         return {u"This will set " % name % u" to the", QStringLiteral("natural logarithm of the values of"),
                 QStringLiteral("the database field named in \"datafield1\".")};
-    case Inverse:
+    case Operation::Reciprocal:
         return {u"This will set " % name % u" to", QStringLiteral("1 divided by the values of"),
                 QStringLiteral("the database field named in \"datafield1\"."), QString(),
                 QStringLiteral("NOTE: All values must be nonzero.")};
-    case Sqrt:
+    case Operation::SquareRoot:
         return {u"This will set " % name % u" to the", QStringLiteral("square root of the values of"),
                 QStringLiteral("\"datafield1\"."), QString(), QStringLiteral("All values must be >= 0.")};
-    case Power:
+    case Operation::SignedPower:
         return {u"This will set " % name % u" to the", QStringLiteral("values of database field named in"),
                 QStringLiteral("\"datafield1\" raised to the power"), QStringLiteral("entered below.")};
-    case Scale:
-        return {u"This will set each element of " % name,
-                QStringLiteral("to the value of the database field named in"),
-                QStringLiteral("\"datafield1\", divided by the value below.")};
-    default:
-        return {u"This will set each element of " % name,
-                QStringLiteral("to the value of the database field named in"),
-                item == Product ? QStringLiteral("\"datafield1\", multiplied by the value of the")
-                                : QStringLiteral("\"datafield1\", divided by the value of the"),
-                QStringLiteral("database field named in \"datafield2\".")};
+    case Operation::Times:
+    case Operation::Over:
+        break;
     }
+    if (form.second == Second::ScaleFactor) {
+        return {u"This will set each element of " % name, field,
+                QStringLiteral("\"datafield1\", divided by the value below.")};
+    }
+    return {u"This will set each element of " % name, field,
+            form.operation == Operation::Times ? QStringLiteral("\"datafield1\", multiplied by the value of the")
+                                               : QStringLiteral("\"datafield1\", divided by the value of the"),
+            QStringLiteral("database field named in \"datafield2\".")};
 }
 
 /// What holds for a query besides.
-QStringList queryNote(int item)
+QStringList queryNote(const Transformation &form)
 {
-    if (item == Inactive)
+    if (!form.term)
         return {};
-    if (item < Product)
+    if (form.second != Second::Field2)
         return {QStringLiteral("NOTE: \"datafield1\" must be in the"), QStringLiteral("query's result dataset.")};
     QStringList note{QStringLiteral("NOTE: Both \"datafield1\" and \"datafield2\""),
                      QStringLiteral("must be in the query's result dataset.")};
-    if (item == Quotient)
+    if (form.operation == Operation::Over)
         note += QStringLiteral("ALL values in datafield2 MUST be nonzero.");
     return note;
 }
@@ -114,88 +109,86 @@ void TControlDefDlg::InputControlView(const TIndepVar &variable)
     ui_->edStringX->setText(variable.Field1());
     ui_->edStringY->setText(variable.Field2());
     ShowNumber(*ui_->cboxpwrY, variable.Exponent());
-    SetItemIndex(int(transformations().indexOf(variable.Transformation())));
+    SetItemIndex(ItemOf(nuvo::controlTransformations(), variable.Transformation()));
+}
+
+const Transformation *TControlDefDlg::Chosen() const
+{
+    return nuvo::findItem(nuvo::controlTransformations(), ItemIndex());
 }
 
 void TControlDefDlg::FormActivate()
 {
     SecondFieldPanel().raise();
-    const QString transformation = parameters_.Transformation();
-    if (transformation == transformations()[Power] || transformation == transformations()[Sqrt])
+    const Transformation *form = nuvo::findKeyword(nuvo::controlTransformations(), parameters_.Transformation());
+    if (form == nullptr)
+        return;
+    if (form->second == Second::Exponent || form->operation == Operation::SquareRoot)
         ui_->pnlXpwry->raise();
-    if (transformation == transformations()[Scale])
+    if (form->second == Second::ScaleFactor)
         ui_->pnlScaleX->raise();
 }
 
 void TControlDefDlg::RadioGroup1Click()
 {
-    const int item = ItemIndex();
+    const Transformation &form = *Chosen();
     ui_->Panel2->clear();
     const auto enable = [](QWidget &control, QWidget &panel, bool on) {
         control.setEnabled(on);
         if (on)
             panel.raise();
     };
-    enable(*ui_->cboxpwrY, *ui_->pnlXpwry, item == Power);
-    enable(*ui_->cboxDivideBy, *ui_->pnlScaleX, item == Scale);
-    FieldControl().setEnabled(item >= Plain);
-    enable(SecondFieldControl(), SecondFieldPanel(), item >= Product);
+    enable(*ui_->cboxpwrY, *ui_->pnlXpwry, form.second == Second::Exponent);
+    enable(*ui_->cboxDivideBy, *ui_->pnlScaleX, form.second == Second::ScaleFactor);
+    FieldControl().setEnabled(form.term);
+    enable(SecondFieldControl(), SecondFieldPanel(), form.second == Second::Field2);
 
-    if (item == Inactive) {
+    if (form.term) {
+        parameters_.SetTransformation(form.keyword.toString());
+    } else {
         parameters_.SetUsage(QStringLiteral("Inactive"));
         ShowTerm(true, parameters_.Usage());
-    } else {
-        parameters_.SetTransformation(transformations()[item]);
     }
-    if (item == Sqrt) {
+    if (form.operation == Operation::SquareRoot) {
         const QSignalBlocker silent(ui_->cboxpwrY);
         ui_->cboxpwrY->setCurrentIndex(0);
     }
-    SetHelp(helpLines(item, PropertyName()));
-    if (const QStringList note = queryNote(item); IsQuery() && !note.isEmpty())
+    SetHelp(helpLines(form, PropertyName()));
+    if (const QStringList note = queryNote(form); IsQuery() && !note.isEmpty())
         AddHelp(note);
 
-    if (item >= Plain && item <= Inverse)
-        FieldControl().setFocus();
-    else if (item == Power)
+    if (form.second == Second::Exponent)
         ui_->cboxpwrY->setFocus();
-    else if (item == Scale)
+    else if (form.second == Second::ScaleFactor)
         ui_->cboxDivideBy->setFocus();
-    else if (item >= Product)
+    else if (form.second == Second::Field2)
         SecondFieldControl().setFocus();
+    else if (form.term && form.operation != Operation::SquareRoot)
+        FieldControl().setFocus();
     ValidateData();
 }
 
 void TControlDefDlg::ValidateData()
 {
-    const int item = ItemIndex();
-    switch (item) {
-    case Plain:
-    case Log:
-    case Inverse: {
-        const bool complete = FieldChosen();
-        if (complete || IsQuery())
-            parameters_.SetField1(FieldText());
-        const QString &field = parameters_.Field1();
-        ShowTerm(complete, item == Plain ? field : item == Log ? u"ln(" % field % u")" : u"1/(" % field % u")");
-        break;
-    }
-    case Sqrt:
-    case Power:
+    const Transformation *form = Chosen();
+    if (form == nullptr || !form->term)
+        return;
+    if (form->second == Second::Exponent || form->operation == Operation::SquareRoot)
         ValidateXtoPowery();
-        break;
-    case Scale:
+    else if (form->second == Second::ScaleFactor)
         ValidateXScaled();
-        break;
-    case Product:
-        ValidateDataXTimesY();
-        break;
-    case Quotient:
-        ValidateDataXDivY();
-        break;
-    default:
-        break;
-    }
+    else if (form->second == Second::Field2)
+        form->operation == Operation::Times ? ValidateDataXTimesY() : ValidateDataXDivY();
+    else
+        ValidateOneField(*form);
+}
+
+void TControlDefDlg::ValidateOneField(const Transformation &form)
+{
+    const bool complete = FieldChosen();
+    if (complete || IsQuery())
+        parameters_.SetField1(FieldText());
+    ShowTerm(complete, Shown(form, parameters_.Field1()));
 }
 
 void TControlDefDlg::ValidateXtoPowery()
@@ -207,8 +200,9 @@ void TControlDefDlg::ValidateXtoPowery()
     if (FieldChosen() || IsQuery())
         parameters_.SetField1(FieldText());
     ui_->Label4->setText(u"Raise " % FieldText() % u" to the power:");
-    ShowTerm(FieldChosen() && (IsQuery() || exponent >= 0.5),
-             parameters_.Field1() % u"^" % ui_->cboxpwrY->currentText());
+    const Transformation &power = *nuvo::findKeyword(nuvo::controlTransformations(), u"Power");
+    ShowTerm(FieldChosen() && (IsQuery() || power.range.Holds(exponent)),
+             Shown(power, parameters_.Field1(), ui_->cboxpwrY->currentText()));
 }
 
 void TControlDefDlg::ValidateXScaled()
@@ -219,20 +213,21 @@ void TControlDefDlg::ValidateXScaled()
         parameters_.SetField1(FieldText());
     // On the exponent's panel, which is not the one in front: it is so by design.
     ui_->Label4->setText(u"Scale " % FieldText() % u" by the value:");
-    ShowTerm(FieldChosen(), parameters_.Field1() % u"/" % parameters_.ScaleFactor());
+    ShowTerm(FieldChosen(), Shown(*nuvo::findKeyword(nuvo::controlTransformations(), u"Scale"), parameters_.Field1(),
+                                  parameters_.ScaleFactor()));
 }
 
 void TControlDefDlg::ValidateDataXTimesY()
 {
-    ValidateTwoFields(u'*');
+    ValidateTwoFields(*nuvo::findKeyword(nuvo::controlTransformations(), u"Product"));
 }
 
 void TControlDefDlg::ValidateDataXDivY()
 {
-    ValidateTwoFields(u'/');
+    ValidateTwoFields(*nuvo::findKeyword(nuvo::controlTransformations(), u"Quotient"));
 }
 
-void TControlDefDlg::ValidateTwoFields(QChar sign)
+void TControlDefDlg::ValidateTwoFields(const Transformation &form)
 {
     const QString second = IsQuery() ? ui_->edStringY->text() : ui_->cboxTableY->currentText();
     const bool complete = FieldChosen() && (IsQuery() ? !second.isEmpty() : ui_->cboxTableY->currentIndex() >= 0);
@@ -240,7 +235,7 @@ void TControlDefDlg::ValidateTwoFields(QChar sign)
         parameters_.SetField1(FieldText());
         parameters_.SetField2(second);
     }
-    ShowTerm(complete, parameters_.Field1() % sign % parameters_.Field2());
+    ShowTerm(complete, Shown(form, parameters_.Field1(), parameters_.Field2()));
 }
 
 QWidget &TControlDefDlg::SecondFieldControl() const

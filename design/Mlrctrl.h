@@ -37,7 +37,10 @@ private:
     void ValidateXtoPowery();
     void ValidateDataXTimesY();
     void ValidateDataXDivY();
-    void ValidateTwoFields(QChar sign);
+    void ValidateOneField(const nuvo::Transformation &form);
+    void ValidateTwoFields(const nuvo::Transformation &form);
+    /// The form of the radio item; nullptr when none is chosen.
+    const nuvo::Transformation *Chosen() const;
     QWidget &SecondFieldControl() const;
     QWidget &SecondFieldPanel() const;
 

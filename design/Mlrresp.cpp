@@ -10,28 +10,21 @@
 
 namespace {
 
-enum Item { Plain, Log, Scale, Inverse };
+using nuvo::Operation;
+using nuvo::Transformation;
 
-/// The keywords by item.
-const QStringList &transformations()
+/// What a form does with the response, in lines.
+QStringList helpLines(const Transformation &form, const QString &name)
 {
-    static const QStringList all{QStringLiteral("None"), QStringLiteral("Log"), QStringLiteral("Scale"),
-                                 QStringLiteral("Inverse")};
-    return all;
-}
-
-/// What the item does with the response, in lines.
-QStringList helpLines(int item, const QString &name)
-{
-    switch (item) {
-    case Plain:
+    switch (form.operation) {
+    case Operation::Plain:
         return {u"This will set " % name % u" to the", QStringLiteral("values of the database field with"),
                 QStringLiteral("the name listed in \"datafield\".")};
-    case Log:
+    case Operation::Logarithm:
         return {u"This will set " % name % u" to the", QStringLiteral("natural logarithm of the values of"),
                 QStringLiteral("the database field named in \"datafield\"."),
                 QStringLiteral("NOTE: \"datafield\" must NOT contain"), QStringLiteral("ANY non positive values.")};
-    case Scale:
+    case Operation::Over:
         return {u"This will divide each element of " % name, QStringLiteral("by the scale value below.")};
     default:
         return {u"This will set each element of " % name, QStringLiteral("to the value of 1/\"datafield\"."),
@@ -69,7 +62,7 @@ void TResponseDefDlg::InputResponseView(const TDependentVar &variable)
     Select(*ui_->cboxTableX, variable.FieldName());
     const QSignalBlocker silent(ui_->edStringX);
     ui_->edStringX->setText(variable.FieldName());
-    SetItemIndex(int(transformations().indexOf(variable.Transformation())));
+    SetItemIndex(ItemOf(nuvo::responseTransformations(), variable.Transformation()));
 }
 
 void TResponseDefDlg::FormActivate()
@@ -77,13 +70,18 @@ void TResponseDefDlg::FormActivate()
     (IsQuery() ? ui_->pnlQryX : ui_->pnlTblX)->raise();
 }
 
+const Transformation *TResponseDefDlg::Chosen() const
+{
+    return nuvo::findItem(nuvo::responseTransformations(), ItemIndex());
+}
+
 void TResponseDefDlg::RadioGroup1Click()
 {
-    const int item = ItemIndex();
-    ui_->cboxDivideBy->setEnabled(item == Scale);
+    const Transformation &form = *Chosen();
+    ui_->cboxDivideBy->setEnabled(form.second == nuvo::Second::ScaleFactor);
     FieldControl().setFocus();
-    parameters_.SetTransformation(transformations()[item]);
-    SetHelp(helpLines(item, PropertyName()));
+    parameters_.SetTransformation(form.keyword.toString());
+    SetHelp(helpLines(form, PropertyName()));
     if (IsQuery()) {
         AddHelp({QStringLiteral("NOTE: \"datafield\" must be in the"), QStringLiteral("query's result dataset.")});
     }
@@ -95,25 +93,14 @@ void TResponseDefDlg::ValidateData()
     const bool complete = FieldChosen();
     if (complete || IsQuery())
         parameters_.SetField(FieldText());
-    const QString &field = parameters_.FieldName();
-    QString term;
-    switch (ItemIndex()) {
-    case Plain:
-        term = field;
-        break;
-    case Log:
-        term = u"ln(" % field % u")";
-        break;
-    case Scale:
-        term = field % u"/" % parameters_.ScaleFactor();
-        break;
-    case Inverse:
-        term = u"1/(" % field % u")";
-        break;
-    default:
-        break;
-    }
-    ShowTerm(complete, term);
+    const Transformation *form = Chosen();
+    ShowTerm(complete, form == nullptr ? QString() : ShownTerm(*form));
+}
+
+QString TResponseDefDlg::ShownTerm(const Transformation &form) const
+{
+    return Shown(form, parameters_.FieldName(),
+                 form.second == nuvo::Second::ScaleFactor ? parameters_.ScaleFactor() : QString());
 }
 
 void TResponseDefDlg::ValidateXScaled()
@@ -130,5 +117,5 @@ void TResponseDefDlg::ValidateXScaled()
         ui_->Label1->setText(u"Divide " % field % u" by the value:");
     // A table's field need not be picked yet; a query's must be named.
     ShowTerm(divisor != 0 && (FieldChosen() || !IsQuery()),
-             parameters_.FieldName() % u"/" % parameters_.ScaleFactor());
+             ShownTerm(*nuvo::findKeyword(nuvo::responseTransformations(), u"Scale")));
 }

@@ -32,6 +32,10 @@ protected:
     void ValidateXScaled() override;
 
 private:
+    /// The form of the radio item; nullptr when none is chosen.
+    const nuvo::Transformation *Chosen() const;
+    QString ShownTerm(const nuvo::Transformation &form) const;
+
     std::unique_ptr<Ui::TResponseDefDlg> ui_;
     TDependentVar parameters_;
 };

@@ -1,6 +1,7 @@
 #include "engine/Mlrtypes.h"
 
 #include "engine/Termreader.h"
+#include "engine/Transformations.h"
 
 #include <QStringBuilder>
 
@@ -13,6 +14,31 @@ QStringList repaired(const QStringList &strings, const QStringList &defaults)
 {
     return strings.first(qMin(strings.size(), defaults.size())) +
            defaults.sliced(qMin(strings.size(), defaults.size()));
+}
+
+QString secondText(const TVariableDefinition &definition, nuvo::Second second)
+{
+    switch (second) {
+    case nuvo::Second::Field2:
+        return definition.Strings(3);
+    case nuvo::Second::Exponent:
+        return definition.Strings(4);
+    case nuvo::Second::ScaleFactor:
+        return definition.ScaleFactor();
+    case nuvo::Second::Nothing:
+        break;
+    }
+    return {};
+}
+
+QString outputTerm(const TVariableDefinition &definition, const nuvo::Transformation *transformation)
+{
+    if (transformation == nullptr)
+        return {};
+    if (!transformation->term)
+        return transformation->before.toString();
+    return transformation->before % definition.Strings(2) % transformation->behind %
+           secondText(definition, transformation->second);
 }
 
 } // namespace
@@ -69,27 +95,7 @@ double TIndepVar::Process(TDataSet &dataset) const
 
 QString TIndepVar::OutputTerm() const
 {
-    const QString transformation = Transformation();
-    if (transformation == u"None")
-        return Field1();
-    if (transformation == u"Log")
-        return u"Ln(" % Field1() % u")";
-    // Without parentheses, unlike the response's.
-    if (transformation == u"Inverse")
-        return u"1/" % Field1();
-    if (transformation == u"Sqrt")
-        return Field1() % u"^1/2";
-    if (transformation == u"Power")
-        return Field1() % u"^" % Exponent();
-    if (transformation == u"Scale")
-        return Field1() % u"/" % ScaleFactor();
-    if (transformation == u"Product")
-        return Field1() % u"*" % Field2();
-    if (transformation == u"Quotient")
-        return Field1() % u"/" % Field2();
-    if (transformation == u"Inactive" || transformation == kUndefined)
-        return QStringLiteral("Disabled");
-    return {};
+    return outputTerm(*this, nuvo::findKeyword(nuvo::controlTransformations(), Transformation()));
 }
 
 void TIndepVar::AssignRepaired(const QStringList &strings)
@@ -118,18 +124,7 @@ double TDependentVar::Process(TDataSet &dataset) const
 
 QString TDependentVar::OutputTerm() const
 {
-    const QString &transformation = Transformation();
-    if (transformation == u"None")
-        return FieldName();
-    if (transformation == u"Log")
-        return u"Ln(" % FieldName() % u")";
-    if (transformation == u"Inverse")
-        return u"1/(" % FieldName() % u")";
-    if (transformation == u"Scale")
-        return FieldName() % u"/" % ScaleFactor();
-    if (transformation == u"Inactive")
-        return QStringLiteral("Disabled");
-    return {};
+    return outputTerm(*this, nuvo::findKeyword(nuvo::responseTransformations(), Transformation()));
 }
 
 void TDependentVar::AssignRepaired(const QStringList &strings)

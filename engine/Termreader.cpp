@@ -24,47 +24,25 @@ auto converted(const Convert &convert, const QString &text, const QString &what,
 
 } // namespace
 
+TermReader::TermReader(const TVariableDefinition &definition, TDataSet &dataset, const Transformation *transformation)
+    : definition_(definition), dataset_(dataset)
+{
+    if (transformation != nullptr) {
+        range_ = transformation->range;
+        operation_ = transformation->operation;
+        second_ = transformation->second;
+    }
+    plain_ = operation_ == Operation::Plain && range_.of == Range::Of::Anything;
+}
+
 TermReader::TermReader(const TIndepVar &definition, TDataSet &dataset)
-    : definition_(definition), dataset_(dataset), kind_(ControlKind(definition.Transformation())), response_(false)
+    : TermReader(definition, dataset, findKeyword(controlTransformations(), definition.Transformation()))
 {
 }
 
 TermReader::TermReader(const TDependentVar &definition, TDataSet &dataset)
-    : definition_(definition), dataset_(dataset), kind_(ResponseKind(definition.Transformation())), response_(true)
+    : TermReader(definition, dataset, findKeyword(responseTransformations(), definition.Transformation()))
 {
-}
-
-TermReader::Kind TermReader::ControlKind(const QString &transformation)
-{
-    if (transformation == u"Log")
-        return Kind::Log;
-    if (transformation == u"Inverse")
-        return Kind::Inverse;
-    if (transformation == u"Sqrt")
-        return Kind::Sqrt;
-    if (transformation == u"Power")
-        return Kind::Power;
-    if (transformation == u"Scale")
-        return Kind::Scale;
-    // Not "Scale": the test of a scale factor has a name of its own, so that "Scale" goes untested. Deliberate.
-    if (transformation == u"Scaled")
-        return Kind::Scaled;
-    if (transformation == u"Product")
-        return Kind::Product;
-    if (transformation == u"Quotient")
-        return Kind::Quotient;
-    return Kind::None;
-}
-
-TermReader::Kind TermReader::ResponseKind(const QString &transformation)
-{
-    if (transformation == u"Log")
-        return Kind::Log;
-    if (transformation == u"Inverse")
-        return Kind::Inverse;
-    if (transformation == u"Scale")
-        return Kind::Scale;
-    return Kind::None;
 }
 
 bool TermReader::ValidSlow()
@@ -72,26 +50,20 @@ bool TermReader::ValidSlow()
     const TField &field = Field1();
     if (field.IsNull())
         return false;
-    switch (kind_) {
-    case Kind::Log:
-    case Kind::Sqrt:
-        return field.AsFloat() > ZeroTolerance;
-    case Kind::Inverse: {
-        const double size = std::fabs(field.AsFloat());
-        return response_ ? size > ZeroTolerance : size >= ZeroTolerance;
-    }
-    case Kind::Power:
-        return ExponentAsFloat() >= 0.5;
-    case Kind::Scale:
-        return !response_ || std::fabs(ScaleFactor()) > ZeroTolerance;
-    case Kind::Scaled:
-        return std::fabs(ScaleFactor()) > ZeroTolerance;
-    case Kind::Product:
+    switch (range_.of) {
+    case Range::Of::Field1:
+        return range_.Holds(field.AsFloat());
+    case Range::Of::SizeOfField1:
+        return range_.Holds(std::fabs(field.AsFloat()));
+    case Range::Of::Exponent:
+        return range_.Holds(ExponentAsFloat());
+    case Range::Of::SizeOfScaleFactor:
+        return range_.Holds(std::fabs(ScaleFactor()));
+    case Range::Of::Field2NotNull:
         return !Field2().IsNull();
-    case Kind::Quotient:
-        // A null reads as 0 and passes, as a zero does.
+    case Range::Of::Field2NotNullOrZero:
         return !Field2().IsNull() || std::fabs(Field2().AsFloat()) < ZeroTolerance;
-    case Kind::None:
+    case Range::Of::Anything:
         break;
     }
     return true;
@@ -100,32 +72,25 @@ bool TermReader::ValidSlow()
 double TermReader::ValueSlow()
 {
     const double value = Field1().AsFloat();
-    switch (kind_) {
-    case Kind::Log:
-        return std::log(value);
-    case Kind::Inverse:
-        return 1 / value;
-    case Kind::Sqrt:
-        return std::sqrt(value);
-    case Kind::Power: {
-        if (value == 0)
-            return 0;
-        // The sign goes by the exponent alone, whatever the sign of the value: deliberate, not a slip.
-        const int exponent = ExponentAsInteger();
-        const double power = std::pow(std::fabs(value), exponent);
-        return exponent % 2 == 0 ? power : -power;
-    }
-    case Kind::Scale:
-        return value / ScaleFactor();
-    case Kind::Product:
-        return value * Field2().AsFloat();
-    case Kind::Quotient:
-        return value / Field2().AsFloat();
-    case Kind::None:
-    case Kind::Scaled:
+    // A power of 0 is 0 whatever its exponent, which is not even read.
+    if (operation_ == Operation::SignedPower && value == 0)
+        return 0;
+    return transformed(operation_, value, SecondValue());
+}
+
+double TermReader::SecondValue()
+{
+    switch (second_) {
+    case Second::Field2:
+        return Field2().AsFloat();
+    case Second::Exponent:
+        return ExponentAsInteger();
+    case Second::ScaleFactor:
+        return ScaleFactor();
+    case Second::Nothing:
         break;
     }
-    return value;
+    return 0;
 }
 
 const TField &TermReader::Field1()

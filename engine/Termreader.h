@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/Mlrtypes.h"
+#include "engine/Transformations.h"
 #include "platform/Fields.h"
 
 #include <optional>
@@ -20,24 +21,23 @@ public:
 
     bool Valid()
     {
-        if (kind_ == Kind::None && field1_ != nullptr)
+        if (plain_ && field1_ != nullptr)
             return !field1_->IsNull();
         return ValidSlow();
     }
     double Value()
     {
-        if (kind_ == Kind::None && field1_ != nullptr)
+        if (plain_ && field1_ != nullptr)
             return field1_->AsFloat();
         return ValueSlow();
     }
 
 private:
-    enum class Kind { None, Log, Inverse, Sqrt, Power, Scale, Scaled, Product, Quotient };
+    TermReader(const TVariableDefinition &definition, TDataSet &dataset, const Transformation *transformation);
 
-    static Kind ControlKind(const QString &transformation);
-    static Kind ResponseKind(const QString &transformation);
     bool ValidSlow();
     double ValueSlow();
+    double SecondValue();
     const TField &Field1();
     const TField &Field2();
     double ScaleFactor();
@@ -46,8 +46,10 @@ private:
 
     const TVariableDefinition &definition_;
     TDataSet &dataset_;
-    Kind kind_;
-    bool response_;
+    Range range_;
+    Operation operation_ = Operation::Plain;
+    Second second_ = Second::Nothing;
+    bool plain_; ///< the first field as it stands
     const TField *field1_ = nullptr;
     const TField *field2_ = nullptr;
     std::optional<double> scaleFactor_;
