@@ -3,6 +3,9 @@
 #include "app/Console.h"
 #include "present/Report.h"
 
+#include <cmath>
+#include <utility>
+
 namespace nuvo {
 namespace {
 
@@ -72,6 +75,129 @@ Json jsonReport(const Figures &figures)
     return report;
 }
 
+Json jsonInterval(const Interval &interval)
+{
+    return Json::array({jsonNumber(interval[0]), jsonNumber(interval[1])});
+}
+
+Json jsonInference(const Inference &inference)
+{
+    Json output = Json::object();
+    output["level"] = jsonNumber(inference.level);
+    output["pValues"] = jsonNumbers(inference.pValues);
+    Json &confidence = output["confidence"] = Json::array();
+    for (const Interval &interval : inference.confidence)
+        confidence.push_back(jsonInterval(interval));
+    output["fPValue"] = jsonNumber(inference.fPValue);
+    output["adjustedRSquared"] = jsonNumber(inference.adjustedRSquared);
+    output["logLikelihood"] = jsonNumber(inference.logLikelihood);
+    output["aic"] = jsonNumber(inference.aic);
+    output["aicc"] = jsonNumber(inference.aicc);
+    output["bic"] = jsonNumber(inference.bic);
+    output["hqc"] = jsonNumber(inference.hqc);
+    output["standardized"] = jsonNumbers(inference.standardized);
+    output["tolerance"] = jsonNumbers(inference.tolerance);
+    output["vif"] = jsonNumbers(inference.vif);
+    output["partialCorrelations"] = jsonNumbers(inference.partialCorrelations);
+    output["semipartialCorrelations"] = jsonNumbers(inference.semipartialCorrelations);
+    output["sequentialSumsOfSquares"] = jsonNumbers(inference.sequentialSumsOfSquares);
+    output["partialSumsOfSquares"] = jsonNumbers(inference.partialSumsOfSquares);
+    output["conditionIndices"] = jsonNumbers(inference.conditionIndices);
+    return output;
+}
+
+/// null for a test that does not exist; `df` is null for one without degrees of freedom.
+Json jsonTest(const TestResult &test, const Json &df)
+{
+    if (!std::isfinite(test.statistic))
+        return {};
+    Json output = Json::object();
+    output["statistic"] = jsonNumber(test.statistic);
+    if (!df.is_null())
+        output["df"] = df;
+    output["pValue"] = jsonNumber(test.pValue);
+    return output;
+}
+
+Json jsonDiagnostics(const Diagnostics &diagnostics)
+{
+    // Of a test that does not exist they may be no numbers.
+    const auto whole = [](double degrees) { return std::isfinite(degrees) ? Json((long long)(degrees)) : Json(0); };
+    Json output = Json::object();
+    output["durbinWatson"] = jsonNumber(diagnostics.durbinWatson);
+    output["press"] = jsonNumber(diagnostics.press);
+    output["predictedRSquared"] = jsonNumber(diagnostics.predictedRSquared);
+    output["breuschPagan"] = jsonTest(diagnostics.breuschPagan, whole(diagnostics.breuschPagan.degrees));
+    output["white"] = jsonTest(diagnostics.white, whole(diagnostics.white.degrees));
+    output["jarqueBera"] = jsonTest(diagnostics.jarqueBera, whole(diagnostics.jarqueBera.degrees));
+    output["shapiroWilk"] = jsonTest(diagnostics.shapiroWilk, {});
+    output["reset"] = jsonTest(diagnostics.reset,
+                               Json::array({whole(diagnostics.reset.degrees), whole(diagnostics.resetDenominator)}));
+    return output;
+}
+
+Json jsonInfluence(const Figures &figures)
+{
+    const Influence &influence = *figures.influence;
+    Json output = Json::object();
+    output["record"] = figures.record;
+    output["leverage"] = jsonNumbers(influence.leverage);
+    output["standardizedResiduals"] = jsonNumbers(influence.standardizedResiduals);
+    output["studentizedResiduals"] = jsonNumbers(influence.studentizedResiduals);
+    output["cook"] = jsonNumbers(influence.cook);
+    output["dffits"] = jsonNumbers(influence.dffits);
+    output["covRatio"] = jsonNumbers(influence.covRatio);
+    Json &dfbetas = output["dfbetas"] = Json::array();
+    for (std::size_t i = 0; i < influence.leverage.size(); ++i) {
+        Json row = Json::array();
+        for (const Figures::Numbers &column : influence.dfbetas)
+            row.push_back(jsonNumber(column[i]));
+        dfbetas.push_back(std::move(row));
+    }
+    return output;
+}
+
+Json jsonPrediction(const Figures::Prediction &prediction)
+{
+    Json output = Json::object();
+    Json &at = output["at"] = Json::object();
+    for (const auto &[field, value] : prediction.at)
+        at[field.toStdString()] = jsonNumber(value);
+    output["value"] = jsonNumber(prediction.predicted.value);
+    output["standardError"] = jsonNumber(prediction.predicted.standardError);
+    output["confidence"] = jsonInterval(prediction.predicted.confidence);
+    output["prediction"] = jsonInterval(prediction.predicted.prediction);
+    return output;
+}
+
+/// What was asked for beyond the fit.
+void putAsked(const Figures &figures, Json &output)
+{
+    if (figures.inference)
+        output["inference"] = jsonInference(*figures.inference);
+    if (figures.diagnostics)
+        output["diagnostics"] = jsonDiagnostics(*figures.diagnostics);
+    for (const Figures::LeftOut &one : figures.leftOut) {
+        Json left = Json::object();
+        left["term"] = jsonText(one.term);
+        left["null"] = one.null;
+        left["invalid"] = one.invalid;
+        output["leftOut"].push_back(std::move(left));
+    }
+    if (figures.influence)
+        output["influence"] = jsonInfluence(figures);
+    if (figures.robust) {
+        Json &robust = output["robust"] = Json::object();
+        robust["kind"] = jsonText(figures.robust->kind);
+        robust["standardErrors"] = jsonNumbers(figures.robust->errors.standardErrors);
+        robust["tValues"] = jsonNumbers(figures.robust->errors.tValues);
+        robust["pValues"] = jsonNumbers(figures.robust->errors.pValues);
+        robust["covariance"] = jsonMatrix(figures.robust->errors.covariance);
+    }
+    for (const Figures::Prediction &prediction : figures.predictions)
+        output["predictions"].push_back(jsonPrediction(prediction));
+}
+
 void putFigures(const Figures &figures, Json &output)
 {
     using Coefficient = Figures::Coefficient;
@@ -98,6 +224,7 @@ void putFigures(const Figures &figures, Json &output)
     output["correlation"] = jsonMatrix(figures.correlation);
     output["fitted"] = jsonNumbers(figures.fitted);
     output["residuals"] = jsonNumbers(figures.residuals);
+    putAsked(figures, output);
     output["report"] = jsonReport(figures);
 }
 
