@@ -16,7 +16,7 @@ class SelectionRun;
 } // namespace nuvo
 
 /// How a run ended: by its own rule; because the search came back to a model that it had already been at; because the
-/// person stopped it, or an error or the end of a component did.
+/// user stopped it, or an error or the end of a component did.
 enum class TRunEnd { Converged, Repeats, Stopped };
 
 /// The base of the components that choose a model. It is bound to a regression component on the same form, by name or
@@ -77,7 +77,7 @@ protected:
     virtual std::unique_ptr<nuvo::SelectionProgress> MakeProgress();
     /// \throws EDatabaseError when nothing is bound, naming this component.
     void NeedBound() const;
-    /// \throws EDatabaseError when a run cannot begin now: nothing is bound, or somebody is at work already.
+    /// \throws EDatabaseError when a run cannot begin now: nothing is bound, or a run is under way.
     void NeedFree() const;
     /// \throws EDatabaseError during a run.
     void RefuseWhileRunning() const;
@@ -91,7 +91,7 @@ private:
     void LookUp() const;
 
     QString dataset_;
-    // Looking up a name again binds, also where somebody only asks.
+    // Looking up a name again binds, also where a caller only asks.
     mutable QPointer<TMLRTable> table_;
     mutable QPointer<TMLRQuery> query_;
     mutable bool everBound_ = false;

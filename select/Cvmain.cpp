@@ -177,7 +177,7 @@ void OptimalRun::search()
         subset(number);
         run_.progress(double(number + 1) / rows * 100);
     }
-    // An empty list holds no model: its texts would define ten control variables that nobody ever defined.
+    // An empty list holds no model: its texts would define ten control variables that were never defined.
     if (selector_.modelCount_ == 0)
         run_.restoreDefinitions();
     else

@@ -84,7 +84,7 @@ void SelectionRun::run(const Search &search)
         }
         conclude();
     } catch (const Gone &) {
-        return; // Nobody is left to be told.
+        return; // no component is left to report to
     }
 }
 

@@ -47,7 +47,7 @@ public:
     TRegression &regression() { return regression_; }
 
     void start(int variables);
-    /// Ends the search here when the person has asked for it.
+    /// Ends the search here when the user has asked for it.
     void beginCandidate();
     bool reload();
     /// Fits where the load came out.

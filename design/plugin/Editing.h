@@ -22,7 +22,7 @@ public:
     QStringList EditableProperties(const TComponent &component) const;
     /// What the editor of a property can do; none where there is no editor.
     TPropertyAttributes Attributes(const TComponent &component, const QString &property) const;
-    /// Lets the person edit a property of the components, the first one's value to begin with: in the editor's
+    /// Lets the user edit a property of the components, the first one's value to begin with: in the editor's
     /// dialog, else in a list of its values.
     void Edit(const QList<TComponent *> &components, const QString &property) const;
     /// The values that an editor offers, in the order in which they are to be shown; none after an error, which is

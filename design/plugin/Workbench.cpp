@@ -39,7 +39,7 @@ void nuvo::Workbench::Begin()
     connect(core.integration(), &QDesignerIntegrationInterface::propertyChanged, this, &Workbench::PropertyChanged);
 }
 
-/// A dataset that was switched on is opened, so that the person sees what is wrong with it; then it is as before.
+/// A dataset that was switched on is opened, so that the user sees what is wrong with it; then it is as before.
 void nuvo::Workbench::PropertyChanged(QDesignerFormWindowInterface *form, const QString &property,
                                       const QVariant &value)
 {
