@@ -15,7 +15,7 @@ constexpr char programUsage[] = R"(Usage:
            [--control TERM]... [OPTIONS]
   nuvostat select METHOD --database DB (--table NAME | --sql TEXT)
            --response TERM [--control TERM]... [OPTIONS]
-  nuvostat run FORM.ui [--format text|json]
+  nuvostat run FORM.ui [--format text|report|json]
   nuvostat import FILE.csv --database DB --table NAME [--replace]
   nuvostat ftable --database DB --table NAME [--denominators N] [--replace]
 )";

@@ -20,11 +20,17 @@ std::atomic<bool> held{false};
 std::atomic<int> remembered{0};
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
+/// Seconds until a signal that is held back has to be noticed, as what waits for a server may wait without end, and
+/// those that undoing may take then. The database itself takes back what is not committed.
+constexpr unsigned noticeTime = 3;
+constexpr unsigned undoTime = 30;
+
 extern "C" void onSignal(int signal)
 {
     int none = 0;
     if (!held || !remembered.compare_exchange_strong(none, signal))
-        ::_exit(128 + signal);
+        ::_exit(128 + (none != 0 ? none : signal));
+    ::alarm(noticeTime);
 }
 
 void endWith(int signal)
@@ -67,7 +73,7 @@ void prepareProcess()
     }
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGALRM})
         endWith(signal);
     // The encoding alone: each of the others is a file to open and says what "C" says without one.
     for (const char *category :
@@ -128,12 +134,15 @@ InterruptHold::InterruptHold()
 InterruptHold::~InterruptHold()
 {
     held = false;
+    ::alarm(0);
 }
 
 void InterruptHold::check() const
 {
-    if (remembered != 0)
-        throw Interrupted{remembered};
+    if (remembered == 0)
+        return;
+    ::alarm(undoTime);
+    throw Interrupted{remembered};
 }
 
 } // namespace nuvo

@@ -30,7 +30,8 @@ struct Interrupted
 };
 
 /// While one lives, the first signal that would end the program is only remembered, so that what was begun can be
-/// undone; a second one ends it at once. One at a time.
+/// undone; a second one ends it at once, and so do three seconds in which nobody asks with check(), as what waits for
+/// a server may wait without end. One at a time.
 class InterruptHold
 {
 public:

@@ -37,7 +37,7 @@ Examples:
 
 QString output(TRegression &regression, const FitOptions &options, const MessageLog &log)
 {
-    if (options.format == OutputFormat::Text)
+    if (options.format != OutputFormat::Json)
         return textRegression(figures(regression), options.matrices ? Matrices::Shown : Matrices::Left);
     Json json = jsonRegression(figures(regression));
     json["messages"] = jsonMessages(log.messages());

@@ -16,7 +16,7 @@ namespace nuvo {
 namespace {
 
 constexpr char runUsage[] = R"(Usage:
-  nuvostat run FORM.ui [--format text|json]
+  nuvostat run FORM.ui [--format text|report|json]
 )";
 
 constexpr char runFooter[] = R"(
@@ -119,7 +119,7 @@ private:
 
     QString output() const
     {
-        if (options_.format == OutputFormat::Text)
+        if (options_.format != OutputFormat::Json)
             return text_;
         Json object = Json::object();
         object["form"] = jsonText(options_.form);

@@ -69,7 +69,7 @@ CLI::Option *CommandSyntax::addDatabase(const char *group)
 
 CLI::Option *CommandSyntax::addFormat()
 {
-    return addValue("--format", "text|json", "What to print; text unless told");
+    return addValue("--format", "text|report|json", "What to print; text unless told");
 }
 
 bool isGiven(const CLI::Option *option)
@@ -129,10 +129,10 @@ int wholeNumber(const CLI::Option *option, int least, int most)
 
 OutputFormat outputFormat(const CLI::Option *option)
 {
-    const QString format = option->empty() ? QStringLiteral("text") : optionText(option);
-    if (format != u"text" && format != u"json")
-        throw UsageError(QStringLiteral("--format is text or json, not \"%1\".").arg(format));
-    return format == u"json" ? OutputFormat::Json : OutputFormat::Text;
+    if (option->empty())
+        return OutputFormat::Text;
+    return oneOf<OutputFormat>(
+        option, {{"text", OutputFormat::Text}, {"report", OutputFormat::Report}, {"json", OutputFormat::Json}});
 }
 
 QString newTableName(const CLI::Option *option)

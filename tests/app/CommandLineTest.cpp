@@ -226,7 +226,7 @@ TEST(CommandLine, AFormHasItsOptions)
     EXPECT_EQ(refusal({"run", "a.ui", "b.ui"}),
               QStringLiteral("\"b.ui\" is one argument too many. See \"nuvostat run --help\"."));
     EXPECT_EQ(refusal({"run", "a.ui", "--format=xml"}),
-              QStringLiteral("--format is text or json, not \"xml\". See \"nuvostat run --help\"."));
+              QStringLiteral("--format is text, report or json, not \"xml\". See \"nuvostat run --help\"."));
 }
 
 TEST(CommandLine, AnFTableHasItsOptions)
@@ -280,7 +280,7 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
     EXPECT_EQ(with({"--response", "u"}), QStringLiteral("--response is there 2 times; it can be given once.") + hint);
     EXPECT_EQ(with({"--control"}), QStringLiteral("--control needs a value.") + hint);
     EXPECT_EQ(with({"--warnings=no"}), QStringLiteral("--warnings takes no value.") + hint);
-    EXPECT_EQ(with({"--format", "xml"}), QStringLiteral("--format is text or json, not \"xml\".") + hint);
+    EXPECT_EQ(with({"--format", "xml"}), QStringLiteral("--format is text, report or json, not \"xml\".") + hint);
     EXPECT_EQ(with({"u"}), QStringLiteral("\"u\" is one argument too many.") + hint);
     for (const char *option : {"--tab", "--showing", "-x", "--version"})
         EXPECT_EQ(with({option}), QStringLiteral("There is no option \"%1\".").arg(QString::fromUtf8(option)) + hint);

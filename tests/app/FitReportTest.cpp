@@ -79,6 +79,14 @@ For internal use
 )"));
 }
 
+TEST(FitText, TheReportCanBeAskedForByItsName)
+{
+    const Outcome run = fitLongley({u("--format"), u("report")});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.out.startsWith(u("Multiple Regression Analysis Report "))) << run.out.toStdString();
+    EXPECT_TRUE(run.out.contains(u("F Statistic(6,9): 330.285\n")));
+}
+
 TEST(FitText, WithoutMatricesDescriptionAndMessageTheseAreLeftOut)
 {
     const Outcome run = fitLongley();

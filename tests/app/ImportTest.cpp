@@ -15,6 +15,12 @@
 
 #include <csignal>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace {
 
 void writeFile(const QString &name, const QByteArray &bytes)
@@ -376,6 +382,54 @@ TEST_F(ImportOfAChangingFile, MoreOrFewerRowsAndAnotherHeaderAreTold)
         EXPECT_EQ(run.status, 3);
         EXPECT_EQ(run.out, QString());
         EXPECT_EQ(run.err, u("nuvostat: The file changed while it was read.\n")) << after.toStdString();
+    }
+}
+
+/// A port that takes connections and never says a word.
+class SilentServer
+{
+public:
+    SilentServer() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_in address = {};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto *const generic = reinterpret_cast<sockaddr *>(&address);
+        EXPECT_TRUE(::bind(socket_, generic, size) == 0 && ::listen(socket_, 5) == 0 &&
+                    ::getsockname(socket_, generic, &size) == 0);
+        port_ = ntohs(address.sin_port);
+    }
+    ~SilentServer() { ::close(socket_); }
+    SilentServer(const SilentServer &) = delete;
+    SilentServer &operator=(const SilentServer &) = delete;
+
+    QString url() const { return u("postgresql://127.0.0.1:%1/x").arg(port_); }
+    /// Waits until a client is there.
+    void waitForClient() const
+    {
+        pollfd client = {socket_, POLLIN, 0};
+        ASSERT_EQ(::poll(&client, 1, 30000), 1);
+    }
+
+private:
+    int socket_;
+    int port_ = 0;
+};
+
+TEST_F(ImportIntoFile, CtrlCEndsAnImportIntoAServerThatDoesNotAnswer)
+{
+    for (const int signals : {1, 2}) {
+        const SilentServer server;
+        const auto process = startProgram(
+            {u("import"), u("a.csv"), u("--database"), server.url(), u("--table"), u("t")}, directory_.path());
+        server.waitForClient();
+        QThread::msleep(100);
+        for (int i = 0; i < signals; ++i)
+            ::kill(pid_t(process->processId()), SIGINT);
+        const Outcome run = finish(*process);
+        EXPECT_EQ(run.status, 130);
+        EXPECT_EQ(run.out + run.err, QString());
     }
 }
 
