@@ -49,7 +49,6 @@ private:
     QString quoted(const QString &name) const { return quotedName(name, connection_.dialect()); }
     [[noreturn]] void fail(const QSqlError &error) const;
     void execute(const QString &sql) const;
-    QSqlQuery prepared(const QString &sql) const;
     QVariant ask(const QString &sql, const QString &value) const;
     QString kindOf(const QString &name) const;
     QString findTarget();

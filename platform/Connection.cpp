@@ -1,10 +1,12 @@
 #include "platform/Connection.h"
 
+#include "platform/Databasename.h"
 #include "platform/Errors.h"
+#include "platform/Libpq.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QLibrary>
+#include <QRegularExpression>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlField>
@@ -36,77 +38,15 @@ int sqliteCode(const QSqlError &error)
     return error.nativeErrorCode().toInt() & 0xff;
 }
 
-struct ServerAddress
+/// The first line of a message, without the server's word for how grave it is ("FATAL:  ", in its own language).
+QString firstLine(const QString &message)
 {
-    QString scheme;
-    QString user;
-    QString host;
-    QString port;
-    QString name;
-};
-
-QString decoded(QStringView text)
-{
-    return QString::fromUtf8(QByteArray::fromPercentEncoding(text.toUtf8()));
-}
-
-/// scheme://user@host:port/name, each part but the scheme allowed to be missing, percent-encoded as needed.
-ServerAddress serverAddress(const QString &url)
-{
-    const auto refuse = [&](const QString &why) {
-        throw EDatabaseError(QStringLiteral("Cannot open \"%1\": %2.").arg(url, why));
-    };
-    ServerAddress address;
-    const qsizetype colon = url.indexOf(u':');
-    address.scheme = url.left(colon).toLower();
-    const QStringView rest = QStringView(url).mid(colon + 3);
-    const qsizetype slash = rest.indexOf(u'/');
-    const QStringView authority = slash < 0 ? rest : rest.left(slash);
-    const QStringView path = slash < 0 ? QStringView() : rest.mid(slash + 1);
-    if (path.contains(u'?') || path.contains(u'/') || path.contains(u'#'))
-        refuse(QStringLiteral("only a database name may follow the server, without further options"));
-    address.name = decoded(path);
-
-    const qsizetype at = authority.lastIndexOf(u'@');
-    const QStringView user = at < 0 ? QStringView() : authority.left(at);
-    QStringView server = authority.mid(at + 1);
-    if (user.contains(u':')) {
-        // It would stand in process lists, form files and messages: not repeated here either.
-        throw EDatabaseError(
-            QStringLiteral("A password is not taken from the name of a database (%1://%2:…@%3): use the "
-                           "driver's own means, a password file or a service file.")
-                .arg(address.scheme, user.left(user.indexOf(u':')), server));
-    }
-    address.user = decoded(user);
-    const qsizetype bracket = server.lastIndexOf(u']');
-    const qsizetype portColon = server.lastIndexOf(u':');
-    if (portColon > bracket) {
-        address.port = server.mid(portColon + 1).toString();
-        server = server.left(portColon);
-        bool ok = false;
-        const int port = address.port.toInt(&ok);
-        if (!ok || port < 1 || port > 65535)
-            refuse(QStringLiteral("\"%1\" is no port").arg(address.port));
-    }
-    if (server.startsWith(u'[') && server.endsWith(u']'))
-        server = server.mid(1, server.size() - 2);
-    address.host = decoded(server);
-    return address;
-}
-
-/// The server's client library writes notices, and the last words of a server that goes down, to standard error,
-/// where a program has lines of its own. What matters of them comes back as an error of the statement.
-void silenceNotices(const QSqlDatabase &database)
-{
-    using Processor = void (*)(void *, const char *);
-    using Set = Processor (*)(void *, Processor, void *);
-    const QVariant handle = database.driver()->handle();
-    // The driver has loaded the library already.
-    const auto set = reinterpret_cast<Set>(QLibrary::resolve(QStringLiteral("pq"), 5, "PQsetNoticeProcessor"));
-    if (set == nullptr || (qstrcmp(handle.typeName(), "PGconn*") != 0 && qstrcmp(handle.typeName(), "pg_conn*") != 0))
-        return;
-    set(
-        *static_cast<void *const *>(handle.constData()), [](void *, const char *) {}, nullptr);
+    static const QRegularExpression level(QStringLiteral("(^|: )(\\p{Lu}{4,}: {1,2})"));
+    QString text = message.trimmed().section(u'\n', 0, 0).trimmed();
+    text.replace(level, QStringLiteral("\\1"));
+    while (text.endsWith(u'.'))
+        text.chop(1);
+    return text;
 }
 
 } // namespace
@@ -145,25 +85,27 @@ void Connection::open(const QString &databaseName, Access access)
 
 void Connection::openSqlite(const QString &path, Access access)
 {
-    QFileInfo file(path);
+    // A path is a path, whatever it begins with: Qt takes ":…" for a resource, SQLite "file:…" for a URI.
+    const QString plain = path.startsWith(u'/') ? path : QStringLiteral("./") + path;
+    QFileInfo file(plain);
     const auto refuse = [&](const QString &why) {
-        throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(path, why));
+        throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(withoutPasswords(path), why));
     };
     const QFileInfo directory(file.path());
     if (!file.exists() && directory.isDir() && !directory.isExecutable())
         refuse(QStringLiteral("there is no permission to read its directory"));
     if (!file.exists() && access == Access::Write) {
-        QFile made(path);
+        QFile made(plain);
         if (!made.open(QIODevice::WriteOnly | QIODevice::NewOnly))
             refuse(QStringLiteral("there is no such file and it cannot be made (%1)").arg(made.errorString()));
-        madeFile_ = path;
+        madeFile_ = plain;
         file.refresh();
     }
     if (!file.exists())
         refuse(QStringLiteral("there is no such file and no registered connection of that name"));
     if (file.isDir())
         refuse(QStringLiteral("it is a directory, not an SQLite file"));
-    if (!file.isFile()) // opening a pipe would wait for somebody to write into it
+    if (!file.isFile()) // opening a pipe would wait for its writer
         refuse(QStringLiteral("it is a device or a pipe, not an SQLite file"));
     if (!file.isReadable())
         refuse(QStringLiteral("there is no permission to read the file"));
@@ -171,9 +113,8 @@ void Connection::openSqlite(const QString &path, Access access)
         refuse(QStringLiteral("there is no permission to write the file"));
     dialect_ = Dialect::Sqlite;
     own_ = true;
-    const QString unique = QStringLiteral("QSQLITE");
-    openOwn(unique, QStringLiteral("libqt6sql6-sqlite"));
-    database_.setDatabaseName(path);
+    openOwn(QStringLiteral("QSQLITE"), QStringLiteral("libqt6sql6-sqlite"));
+    database_.setDatabaseName(plain);
     // SQLite looks into the file at the first statement only.
     const auto tryOpen = [&](Access how) {
         database_.setConnectOptions(how == Access::Write
@@ -208,10 +149,7 @@ void Connection::openServer(const QString &url, Access access)
     QString package;
     if (odbc) {
         address.name = url.mid(5);
-        if (address.name.contains(QLatin1String("pwd="), Qt::CaseInsensitive))
-            throw EDatabaseError(
-                QStringLiteral("A password is not taken from the name of a database (odbc:…): keep it with "
-                               "the data source."));
+        refuseOdbcPassword(address.name);
         driver = QStringLiteral("QODBC");
         package = QStringLiteral("libqt6sql6-odbc");
     } else {
@@ -226,7 +164,7 @@ void Connection::openServer(const QString &url, Access access)
             throw EDatabaseError(
                 QStringLiteral("Cannot open \"%1\": \"%2\" is no kind of database known here (postgresql, "
                                "mysql, odbc, or the path of an SQLite file).")
-                    .arg(url, address.scheme));
+                    .arg(withoutPasswords(url), address.scheme));
         }
     }
     own_ = true;
@@ -237,15 +175,30 @@ void Connection::openServer(const QString &url, Access access)
     database_.setUserName(address.user);
     if (!address.port.isEmpty())
         database_.setPort(address.port.toInt());
-    if (dialect_ == Dialect::Postgres)
-        database_.setConnectOptions(QStringLiteral("connect_timeout=5;application_name=nuvo"));
-    else if (dialect_ == Dialect::Mysql)
-        database_.setConnectOptions(QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=5"));
-    if (!database_.open()) {
-        const QString why = reason(database_.lastError());
-        close();
-        throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(url, why));
+    if (dialect_ == Dialect::Postgres) {
+        database_.setConnectOptions(
+            QStringLiteral("connect_timeout=%1;application_name=nuvo").arg(address.connectTimeout));
+        // A server that lives ends a statement that takes too long by itself, a second earlier.
+        if (address.readTimeout > 0)
+            limit_ = std::make_unique<AnswerLimit>(
+                address.readTimeout, [database = database_] { libpq::cut(database); }, 1);
+    } else if (dialect_ == Dialect::Mysql) {
+        QString options = QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=%1").arg(address.connectTimeout);
+        if (address.readTimeout > 0)
+            options += QStringLiteral(";MYSQL_OPT_READ_TIMEOUT=%1").arg(address.readTimeout);
+        database_.setConnectOptions(options);
     }
+    const auto refuse = [&](const QSqlError &error) {
+        const QString why = reason(error);
+        close();
+        throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(withoutPasswords(url), why));
+    };
+    const auto answered = [this](const auto &ask) {
+        const AnswerLimit::Wait wait = waiting();
+        return ask();
+    };
+    if (!answered([this] { return database_.open(); }))
+        refuse(database_.lastError());
     dialect_ = dialectOf(database_);
     QString settings;
     if (dialect_ == Dialect::Postgres) {
@@ -254,7 +207,9 @@ void Connection::openServer(const QString &url, Access access)
         settings = QStringLiteral("SET lc_monetary = 'C'; SET standard_conforming_strings = on; "
                                   "SET extra_float_digits = 3; SET synchronize_seqscans = off; SET jit = off; "
                                   "SET lock_timeout = '1s'");
-        silenceNotices(database_);
+        libpq::silenceNotices(database_);
+        if (address.readTimeout > 0)
+            settings += QStringLiteral("; SET statement_timeout = '%1s'").arg(address.readTimeout);
         if (access == Access::Read)
             settings += QStringLiteral("; SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY");
     } else if (dialect_ == Dialect::Mysql && access == Access::Read) {
@@ -263,11 +218,10 @@ void Connection::openServer(const QString &url, Access access)
     if (settings.isEmpty())
         return;
     QSqlQuery query = newQuery();
-    if (!query.exec(settings)) {
-        const QString why = reason(query.lastError());
+    if (!answered([&] { return query.exec(settings); })) {
+        const QSqlError error = query.lastError();
         query = QSqlQuery();
-        close();
-        throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(url, why));
+        refuse(error);
     }
 }
 
@@ -278,7 +232,7 @@ void Connection::openOwn(const QString &driver, const QString &package)
         throw EDatabaseError(
             QStringLiteral("Cannot open \"%1\": the Qt driver %2 is not installed (Debian package %3); "
                            "installed are %4.")
-                .arg(name_, driver, package, QSqlDatabase::drivers().join(QLatin1String(", "))));
+                .arg(withoutPasswords(name_), driver, package, QSqlDatabase::drivers().join(QLatin1String(", "))));
     }
     static std::atomic<int> count{0};
     database_ = QSqlDatabase::addDatabase(driver, QStringLiteral("nuvo-%1").arg(++count));
@@ -287,6 +241,7 @@ void Connection::openOwn(const QString &driver, const QString &package)
 void Connection::close()
 {
     open_ = false;
+    limit_.reset();
     const QString registered = own_ ? database_.connectionName() : QString();
     database_ = QSqlDatabase();
     own_ = false;
@@ -296,7 +251,7 @@ void Connection::close()
 
 QString Connection::caption() const
 {
-    return QStringLiteral("database \"%1\"").arg(name_);
+    return QStringLiteral("database \"%1\"").arg(withoutPasswords(name_));
 }
 
 QSqlQuery Connection::newQuery() const
@@ -308,6 +263,7 @@ QSqlQuery Connection::newQuery() const
 
 QSqlQuery Connection::query(const QString &sql, const QVariantList &values, const QString &what) const
 {
+    const AnswerLimit::Wait wait = waiting();
     QSqlQuery query = newQuery();
     bool ok = false;
     if (values.isEmpty()) {
@@ -346,14 +302,15 @@ QString Connection::reason(const QSqlError &error) const
     }
     if (dialect_ == Dialect::Postgres && error.nativeErrorCode() == u"55P03") // lock_not_available
         return QStringLiteral("it is locked by another program that writes");
-    QString text = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    text = text.section(u'\n', 0, 0).trimmed();
-    for (const QLatin1String level : {QLatin1String("ERROR:"), QLatin1String("FATAL:")}) {
-        if (text.startsWith(level))
-            text = text.mid(level.size()).trimmed();
+    if (limit_ && limit_->passed())
+        return QStringLiteral("the server has not answered within %1 s").arg(limit_->seconds());
+    QString text = firstLine(error.databaseText().isEmpty() ? error.driverText() : error.databaseText());
+    if (text.isEmpty() && dialect_ == Dialect::Postgres) {
+        // Qt's driver has no words for a connection that breaks before an answer.
+        text = firstLine(libpq::errorMessage(database_));
+        if (text.isEmpty())
+            text = QStringLiteral("the connection to the server was lost");
     }
-    while (text.endsWith(u'.'))
-        text.chop(1);
     return text.isEmpty() ? QStringLiteral("the driver gives no reason") : text;
 }
 

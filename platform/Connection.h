@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Answerlimit.h"
 #include "platform/Export.h"
 #include "platform/Sqltext.h"
 
@@ -7,6 +8,8 @@
 #include <QSqlQuery>
 #include <QString>
 #include <QVariantList>
+
+#include <memory>
 
 class QSqlError;
 
@@ -27,7 +30,8 @@ public:
         Write, ///< a session that may write; an SQLite file that is not there is made, empty
     };
 
-    /// \throws EDatabaseError with one sentence: no such file, no permission, no such driver or server …
+    /// \throws EDatabaseError with one sentence: no such file, no permission, no such driver or server …; a server's
+    /// own words are in it, a password never is.
     void open(const QString &databaseName, Access access = Access::Read);
     /// Removes a connection of its own; a registered one stays open.
     void close();
@@ -41,6 +45,10 @@ public:
 
     /// The database as messages name it.
     QString caption() const;
+
+    /// Held while an answer of the database is waited for: where the address sets a read_timeout, a server that stays
+    /// silent for longer is given up, with an error of the statement.
+    AnswerLimit::Wait waiting() const { return AnswerLimit::Wait(limit_.get()); }
 
     /// A statement that is read once, forward.
     QSqlQuery newQuery() const;
@@ -65,6 +73,7 @@ private:
     QSqlDatabase database_;
     QString name_;
     QString madeFile_;
+    std::unique_ptr<AnswerLimit> limit_;
     Dialect dialect_ = Dialect::Other;
     bool open_ = false;
     bool own_ = false;

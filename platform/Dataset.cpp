@@ -112,6 +112,8 @@ Column columnOf(const QSqlField &field, nuvo::Dialect dialect)
     column.kind = nuvo::kindOfMetaType(field.metaType());
     if (dialect == nuvo::Dialect::Postgres) {
         column.declaredType = nuvo::postgresTypeName(field.typeID());
+        if (column.declaredType == u"bit")
+            column.declaredType += QStringLiteral("(%1)").arg(field.length());
         if (!column.declaredType.isEmpty())
             column.kind = nuvo::kindOfDeclaredType(column.declaredType);
     }

@@ -4,6 +4,7 @@
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
 #include "platform/Formats.h"
+#include "platform/Numbervalue.h"
 
 namespace {
 
@@ -43,9 +44,20 @@ QVariant TField::Value() const
     return dataset_.FieldValue(*this);
 }
 
+nuvo::NumberReading TField::Read(const QVariant &value, double &number) const
+{
+    nuvo::FieldKind kind = nuvo::FieldKind::Unknown;
+    if (dynamic_cast<const TDateTimeField *>(this) != nullptr)
+        kind = nuvo::FieldKind::DateTime;
+    else if (dynamic_cast<const nuvo::BitStringField *>(this) != nullptr)
+        kind = nuvo::FieldKind::Bits;
+    return nuvo::readNumber(value, kind, number);
+}
+
 bool TField::IsNullSlow() const
 {
-    return !Value().isValid();
+    double number = 0;
+    return Read(Value(), number) == nuvo::NumberReading::Null;
 }
 
 QString TField::Place() const
@@ -56,26 +68,11 @@ QString TField::Place() const
 double TField::AsFloatSlow() const
 {
     const QVariant value = Value();
-    if (!value.isValid())
-        return 0;
-    if (dynamic_cast<const TDateTimeField *>(this) != nullptr)
-        throw EDatabaseError(QStringLiteral("A date is not a number (%1).").arg(Place()));
-    switch (value.typeId()) {
-    case QMetaType::QDate:
-    case QMetaType::QTime:
-    case QMetaType::QDateTime:
-        throw EDatabaseError(QStringLiteral("A date is not a number (%1).").arg(Place()));
-    case QMetaType::QByteArray:
-        throw EDatabaseError(QStringLiteral("Binary data is not a number (%1).").arg(Place()));
-    case QMetaType::QString: {
-        double number = 0;
-        if (!nuvo::numberFromText(value.toString(), number))
-            throw EConvertError(QStringLiteral("\"%1\" is not a number (%2).").arg(value.toString(), Place()));
-        return std::isfinite(number) ? number : 0;
-    }
-    default:
-        return value.toDouble();
-    }
+    double number = 0;
+    const nuvo::NumberReading reading = Read(value, number);
+    if (reading != nuvo::NumberReading::Number && reading != nuvo::NumberReading::Null)
+        nuvo::requireNumber(reading, value, Place());
+    return number;
 }
 
 qint64 TField::AsInteger() const
@@ -111,7 +108,7 @@ bool TField::AsBoolean() const
     const QString text = value.toString().trimmed().toLower();
     double number = 0;
     if (nuvo::numberFromText(text, number))
-        return number != 0;
+        return number != 0 && std::isfinite(number);
     return QStringList{QStringLiteral("true"), QStringLiteral("t"), QStringLiteral("yes"), QStringLiteral("y"),
                        QStringLiteral("on")}
         .contains(text);

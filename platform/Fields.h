@@ -13,13 +13,15 @@ class TDataSet;
 
 namespace nuvo {
 
+enum class NumberReading;
+
 /// Where a dataset's current record stands in memory. The numbers of a record lie side by side; a number that is not
 /// finite is no number: null, or a value that has to be looked up.
 struct RecordCursor
 {
     const double *cells = nullptr;
     qint64 row = 0;     ///< from 0
-    qint64 fastEnd = 0; ///< the rows before it can be walked without asking anybody
+    qint64 fastEnd = 0; ///< the rows before it can be walked without asking the dataset
     qint64 stride = 0;  ///< numbers per record
 };
 
@@ -29,7 +31,8 @@ struct RecordCursor
 /// its field definitions: until its DatabaseName, TableName or SQL changes.
 ///
 /// A field is null when the database says so, and also when its number is a NaN or an infinity. A null reads as 0, as
-/// an empty text or as an invalid date. On a dataset without records every field is null.
+/// an empty text or as an invalid date. A text that says NaN, Inf or Infinity counts as null too; AsString() and
+/// Value() give it as it is. On a dataset without records every field is null.
 ///
 /// Reading a value of a closed dataset opens it where that was wished, else it throws EDatabaseError; a failed
 /// reading from the database is an EDatabaseError too.
@@ -55,7 +58,7 @@ public:
 
     bool IsNull() const { return !(std::fabs(Cell()) <= kMaxFinite) && IsNullSlow(); }
     /// The value as a double; a boolean is 1 or 0. \throws EConvertError naming field, record and text where a text
-    /// is no number; EDatabaseError where the field holds dates or binary data.
+    /// is no number; EDatabaseError where the field holds dates, binary data or strings of bits.
     double AsFloat() const
     {
         const double cell = Cell();
@@ -87,6 +90,7 @@ private:
     double Cell() const { return cursor_->cells[slot_]; }
     bool IsNullSlow() const;
     double AsFloatSlow() const;
+    nuvo::NumberReading Read(const QVariant &value, double &number) const;
     QString Place() const;
 
     TDataSet &dataset_;

@@ -1,9 +1,9 @@
 #include "platform/Fieldtypes.h"
 
 #include "platform/Formats.h"
+#include "platform/Numbervalue.h"
 
 #include <QHash>
-#include <QLocale>
 #include <QStringList>
 
 #include <cmath>
@@ -39,6 +39,7 @@ const QHash<QString, FieldKind> &knownTypes()
         add(FieldKind::Blob, {"BLOB", "TINYBLOB", "MEDIUMBLOB", "LONGBLOB", "BYTEA", "BINARY", "VARBINARY",
                               "LONG VARBINARY", "IMAGE", "RAW", "LONG RAW", "ROWVERSION"});
         add(FieldKind::Memo, {"CLOB", "NCLOB", "MEMO", "LONGTEXT", "MEDIUMTEXT", "NTEXT", "LONG VARCHAR"});
+        add(FieldKind::Bits, {"BIT VARYING", "VARBIT"});
         add(FieldKind::String, {"TEXT",
                                 "TINYTEXT",
                                 "VARCHAR",
@@ -57,8 +58,6 @@ const QHash<QString, FieldKind> &knownTypes()
                                 "UUID",
                                 "INTERVAL",
                                 "POINT",
-                                "BIT VARYING",
-                                "VARBIT",
                                 "ENUM",
                                 "SET"});
         return map;
@@ -132,7 +131,7 @@ FieldKind kindOfDeclaredType(const QString &declaredType)
     if (kind == FieldKind::Unknown)
         kind = kindByWords(type);
     if (type == u"BIT" && !arguments.isEmpty() && arguments != u"1")
-        return FieldKind::String;
+        return FieldKind::Bits;
     if (isUnsigned && kind == FieldKind::Smallint)
         return FieldKind::Word;
     if (isUnsigned && kind == FieldKind::Integer)
@@ -178,6 +177,10 @@ QString postgresTypeName(int oid)
         return QStringLiteral("timestamp with time zone");
     case 1266:
         return QStringLiteral("time with time zone");
+    case 1560:
+        return QStringLiteral("bit");
+    case 1562:
+        return QStringLiteral("bit varying");
     case 1700:
         return QStringLiteral("numeric");
     default:
@@ -267,6 +270,8 @@ std::unique_ptr<TField> makeField(FieldKind kind, TDataSet &dataset, int index, 
         return make(static_cast<TLargeintField *>(nullptr));
     case FieldKind::String:
         return make(static_cast<TStringField *>(nullptr));
+    case FieldKind::Bits:
+        return make(static_cast<BitStringField *>(nullptr));
     case FieldKind::Boolean:
         return make(static_cast<TBooleanField *>(nullptr));
     case FieldKind::Date:
@@ -281,57 +286,6 @@ std::unique_ptr<TField> makeField(FieldKind kind, TDataSet &dataset, int index, 
         return make(static_cast<TMemoField *>(nullptr));
     }
     Q_UNREACHABLE();
-}
-
-bool numberFromText(QStringView text, double &value)
-{
-    static const QLocale plainNumbers = [] {
-        QLocale locale = QLocale::c();
-        locale.setNumberOptions(QLocale::OmitGroupSeparator | QLocale::RejectGroupSeparator);
-        return locale;
-    }();
-    text = text.trimmed();
-    bool ok = false;
-    const double plain = plainNumbers.toDouble(text, &ok);
-    if (ok) {
-        value = plain;
-        return true;
-    }
-    if (text.compare(u"nan", Qt::CaseInsensitive) == 0 || text.compare(u"infinity", Qt::CaseInsensitive) == 0 ||
-        text.compare(u"-infinity", Qt::CaseInsensitive) == 0) {
-        value = std::nan("");
-        return true;
-    }
-    // Money: a sign or parentheses, one currency sign on either side, thousands parted by commas.
-    bool negative = false;
-    if (text.startsWith(u'(') && text.endsWith(u')')) {
-        negative = true;
-        text = text.mid(1, text.size() - 2).trimmed();
-    }
-    const auto dropSign = [&] {
-        if (!negative && (text.startsWith(u'-') || text.startsWith(QChar(0x2212)))) {
-            negative = true;
-            text = text.mid(1).trimmed();
-        }
-    };
-    dropSign();
-    bool currency = false;
-    if (!text.isEmpty() && text.front().category() == QChar::Symbol_Currency) {
-        currency = true;
-        text = text.mid(1).trimmed();
-        dropSign();
-    } else if (!text.isEmpty() && text.back().category() == QChar::Symbol_Currency) {
-        currency = true;
-        text = text.chopped(1).trimmed();
-    }
-    if (!currency || text.isEmpty() || !text.front().isDigit())
-        return false;
-    QString digits = text.toString();
-    digits.remove(u',');
-    const double amount = plainNumbers.toDouble(digits, &ok);
-    if (ok)
-        value = negative ? -amount : amount;
-    return ok;
 }
 
 bool isExactNumber(const QVariant &value)

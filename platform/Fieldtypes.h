@@ -6,8 +6,7 @@
 
 #include <memory>
 
-/// From the type that a column is declared with to the class of its field, and from what a driver hands over to
-/// numbers.
+/// From the type that a column is declared with to the class of its field.
 namespace nuvo {
 
 enum class FieldKind {
@@ -20,6 +19,7 @@ enum class FieldKind {
     AutoInc,
     Largeint,
     String,
+    Bits, ///< a string of bits ("1001"), kept as text
     Boolean,
     Date,
     Time,
@@ -39,7 +39,7 @@ struct Column
 };
 
 /// Class of a declared type ("DECIMAL(10,2)", "int unsigned", "timestamp with time zone"), whatever the database.
-/// Names that nobody has heard of go by the words in them; Unknown when these say nothing.
+/// A name that is not known goes by the words in it; Unknown when these say nothing.
 NUVO_EXPORT FieldKind kindOfDeclaredType(const QString &declaredType);
 /// The name of one of PostgreSQL's own types by its number; empty for others.
 QString postgresTypeName(int oid);
@@ -49,11 +49,15 @@ FieldKind kindOfMetaType(QMetaType type);
 NUVO_EXPORT bool isNumeric(FieldKind kind);
 bool isInteger(FieldKind kind);
 
+/// A string of bits looks like a decimal number and is none.
+class BitStringField : public TStringField
+{
+public:
+    using TStringField::TStringField;
+};
+
 std::unique_ptr<TField> makeField(FieldKind kind, TDataSet &dataset, int index, const Column &column);
 
-/// A number in a text, as it comes from a numeric column: with a decimal point, or money ("$5.99", "-$1,234.50").
-/// Unlike what a person types, a comma alone is no decimal sign here: "1,234" could be either.
-NUVO_EXPORT bool numberFromText(QStringView text, double &value);
 /// Whether a value is a number that a double holds exactly.
 bool isExactNumber(const QVariant &value);
 /// Whether a record's value is the one looked for: as numbers where both are numbers, else as texts.

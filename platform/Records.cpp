@@ -1,5 +1,7 @@
 #include "platform/Records.h"
 
+#include "platform/Numbervalue.h"
+
 #include <QByteArray>
 
 #include <algorithm>

@@ -25,6 +25,7 @@ public:
 
     bool next() override
     {
+        const AnswerLimit::Wait wait = connection_.waiting();
         if (query_.next())
             return true;
         checkError();
@@ -49,7 +50,7 @@ public:
     {
         static std::atomic<int> count{0};
         name_ = QStringLiteral("nuvo_scan_%1").arg(++count);
-        // On a connection that is not ours somebody's transaction may be under way; it is theirs to end.
+        // On a registered connection the program's transaction may be under way; it is the program's to end.
         inside_ = !connection.isOwn() && savepoint();
         if (!inside_)
             exec(QStringLiteral("BEGIN READ ONLY"));
@@ -83,6 +84,7 @@ public:
 
     QSqlRecord columns() override
     {
+        const AnswerLimit::Wait wait = connection_.waiting();
         QSqlQuery query(connection_.database());
         if (!query.exec(QStringLiteral("FETCH FORWARD 0 FROM %1").arg(name_)))
             connection_.fail(query.lastError(), caption_);
@@ -101,7 +103,10 @@ private:
         }
         asked_ = asked_ == 0 ? 4 : std::min(2 * asked_, kMaxBatch);
         asked_ = std::clamp(kBatchBytes / std::max<qint64>(rowBytes_, 1), qint64(1), asked_);
+        const AnswerLimit::Wait wait = connection_.waiting();
         query_ = QSqlQuery(connection_.database());
+        // As text: the driver makes a null of a decimal that a double cannot hold.
+        query_.setNumericalPrecisionPolicy(QSql::HighPrecision);
         if (!query_.exec(QStringLiteral("FETCH FORWARD %1 FROM %2").arg(asked_).arg(name_))) {
             const QSqlError error = query_.lastError();
             if (inside_)
@@ -120,14 +125,20 @@ private:
 
     void exec(const QString &sql)
     {
+        const AnswerLimit::Wait wait = connection_.waiting();
         QSqlQuery query(connection_.database());
         if (!query.exec(sql))
             connection_.fail(query.lastError(), caption_);
     }
-    bool tryExec(const QString &sql) { return QSqlQuery(connection_.database()).exec(sql); }
+    bool tryExec(const QString &sql)
+    {
+        const AnswerLimit::Wait wait = connection_.waiting();
+        return QSqlQuery(connection_.database()).exec(sql);
+    }
     /// False where no transaction is under way.
     bool savepoint()
     {
+        const AnswerLimit::Wait wait = connection_.waiting();
         QSqlQuery query(connection_.database());
         if (query.exec(QStringLiteral("SAVEPOINT nuvo_scan")))
             return true;
@@ -145,8 +156,9 @@ private:
     void end(bool declared)
     {
         query_ = QSqlQuery();
+        // Some functions write in a transaction that only reads (lo_create): nothing of that is to stay.
         if (began_)
-            tryExec(QStringLiteral("COMMIT"));
+            tryExec(QStringLiteral("ROLLBACK"));
         else if (!declared)
             rollBack();
         else if (!lost_ && tryExec(QStringLiteral("SAVEPOINT nuvo_scan"))) {

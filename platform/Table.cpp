@@ -238,7 +238,7 @@ bool TTable::Private::describePostgres(const Connection &connection)
     // The whole text as a name first, then every way to part it into schema and table.
     QString oid;
     QString kind;
-    bool hasHeirs = false;
+    bool hasChildren = false;
     for (qsizetype point = -1; oid.isEmpty();) {
         const QString table = tableName.mid(point + 1);
         const QString schema = tableName.left(std::max<qsizetype>(point, 0));
@@ -251,7 +251,7 @@ bool TTable::Private::describePostgres(const Connection &connection)
         if (found.next()) {
             oid = found.value(0).toString();
             kind = found.value(1).toString();
-            hasHeirs = found.value(2).toBool();
+            hasChildren = found.value(2).toBool();
             source = nuvo::quotedName(found.value(3).toString(), Dialect::Postgres) + u'.' +
                      nuvo::quotedName(table, Dialect::Postgres);
         }
@@ -283,6 +283,8 @@ bool TTable::Private::describePostgres(const Connection &connection)
         column.name = info.value(0).toString();
         column.declaredType = info.value(1).toString();
         column.kind = nuvo::kindOfDeclaredType(info.value(2).toString());
+        if (info.value(2).toString() == u"bit") // the length is the column's
+            column.kind = column.declaredType == u"bit(1)" ? FieldKind::Boolean : FieldKind::Bits;
         if (column.kind == FieldKind::Unknown)
             column.kind = FieldKind::String; // the driver makes texts of the rest
         if (nuvo::isInteger(column.kind) && info.value(4).toBool())
@@ -293,13 +295,13 @@ bool TTable::Private::describePostgres(const Connection &connection)
     }
     if (info.lastError().isValid())
         connection.fail(info.lastError(), caption);
-    // The key of a table with heirs is not unique in what a SELECT of it gives.
+    // A SELECT of a table gives the rows of the tables that inherit from it too, and their keys may be the same.
     for (const auto &[place, part] : key)
         primaryKey.push_back(part);
-    keyIsUnique = !hasHeirs || kind == u"p";
+    keyIsUnique = !hasChildren || kind == u"p";
     // A scan gives the rows in the order of their places, and can begin behind a place; sorting by it would take the
     // whole table.
-    if ((kind == u"r" && !hasHeirs) || kind == u"m") {
+    if ((kind == u"r" && !hasChildren) || kind == u"m") {
         rowNumber = source + QLatin1String(".ctid");
         rowNumberIsScan = true;
     }
@@ -460,7 +462,9 @@ QVariant TTable::Private::recordsBefore(const Connection &connection, const std:
     nuvo::Select select;
     select.sql = sql;
     select.values = bound;
-    select.cursor = !connection.isOwn(); // there may be somebody's transaction to be kept from harm
+    // A cursor keeps the program's transaction on a registered connection from harm, and takes back what a function
+    // in the filter writes.
+    select.cursor = !connection.isOwn() || !filterHere.isEmpty();
     const std::unique_ptr<nuvo::RowSource> result = nuvo::RowSource::open(connection, select, caption);
     return result->next() ? result->value(0) : QVariant();
 }

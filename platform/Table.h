@@ -2,7 +2,11 @@
 
 #include "platform/Dataset.h"
 
-/// The records of one table or view. They come in the order of IndexFieldNames, else of the primary key.
+/// The records of one table or view. They come in the order of IndexFieldNames, and where that does not tell two
+/// apart in the order of the primary key. What these leave open, all of it in a table without either, is the
+/// engine's: an SQLite table comes in the order of its row numbers, a PostgreSQL table in the order in which it is
+/// stored, which an UPDATE changes; a view, or a table in another engine, in an order that may be another one each
+/// time it is opened.
 class NUVO_EXPORT TTable : public TDataSet
 {
     Q_OBJECT

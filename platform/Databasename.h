@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <QString>
+
+namespace nuvo {
+
+/// The parts of scheme://user@host:port/name?connect_timeout=S&read_timeout=S, percent-decoded. Each part but the
+/// scheme may be missing.
+struct ServerAddress
+{
+    QString scheme; ///< in lower case
+    QString user;
+    QString host;
+    QString port;
+    QString name;
+    int connectTimeout = 5; ///< seconds, at least 1
+    int readTimeout = 0;    ///< seconds that one answer may take; 0 for as long as it takes
+};
+
+/// \throws EDatabaseError with one sentence for a URL that is not of this form, and for one that holds a password,
+/// which is never repeated.
+ServerAddress serverAddress(const QString &url);
+
+/// \throws EDatabaseError where what follows "odbc:" holds a password, in whatever form and case.
+void refuseOdbcPassword(const QString &connectionString);
+
+/// The name of a database as a message may show it: what is or may be a password in it is "…".
+NUVO_EXPORT QString withoutPasswords(const QString &databaseName);
+
+} // namespace nuvo

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+class QSqlDatabase;
+
+namespace nuvo {
+
+/// What Qt's driver does not offer of PostgreSQL's client library, which it has loaded already. Everything here does
+/// nothing where the database is not open or not behind that driver.
+namespace libpq {
+
+/// The library writes notices, and the last words of a server that goes down, to standard error, where a program has
+/// lines of its own. What matters of them comes back as an error of the statement.
+void silenceNotices(const QSqlDatabase &database);
+
+/// The library's own message about the connection; empty when there is none.
+QString errorMessage(const QSqlDatabase &database);
+
+/// Makes whoever waits for an answer see a lost connection. May be called while another thread waits.
+void cut(const QSqlDatabase &database);
+
+} // namespace libpq
+} // namespace nuvo
