@@ -22,11 +22,11 @@ TComponent::TComponent(QWidget *owner) : QWidget(owner)
 
 TComponent::~TComponent() = default;
 
-void TComponent::SetDesigning(bool designing, const QIcon &icon, const QWidget *desk)
+void TComponent::SetDesigning(bool designing, const QIcon &icon, const QWidget *ground)
 {
     designing_ = designing;
     icon_ = icon;
-    desk_ = desk;
+    ground_ = ground;
     if (designing)
         connect(this, &QObject::objectNameChanged, this, &TComponent::Fit, Qt::UniqueConnection);
     Fit();

@@ -59,8 +59,8 @@ public:
     /// Whether a form designer shows this component on a form that is being edited.
     bool Designing() const { return designing_; }
     /// \param icon what stands for the component on the form.
-    /// \param desk the designer's widget that the form lies in, an ancestor; names are looked up below it.
-    void SetDesigning(bool designing, const QIcon &icon = {}, const QWidget *desk = nullptr);
+    /// \param ground the designer's widget that the form lies in, an ancestor; names are looked up below it.
+    void SetDesigning(bool designing, const QIcon &icon = {}, const QWidget *ground = nullptr);
 
     /// The component of that name and class nearest to this one: names are searched from the nearest ancestor
     /// outwards, so that two copies of a form can be open. nullptr when there is none or the name is empty.
@@ -88,7 +88,7 @@ private:
 
     bool designing_ = false;
     QIcon icon_;
-    QPointer<const QWidget> desk_;
+    QPointer<const QWidget> ground_;
 };
 
 template <class T, class Takes>
@@ -96,7 +96,7 @@ T *TComponent::FindComponent(const QString &name, const Takes &takes) const
 {
     if (name.isEmpty())
         return nullptr;
-    for (QObject *scope = parent(); scope != nullptr && scope != desk_; scope = scope->parent()) {
+    for (QObject *scope = parent(); scope != nullptr && scope != ground_; scope = scope->parent()) {
         for (T *found : scope->findChildren<T *>(name)) {
             // One that a form designer has taken off its form stands for nothing.
             if (found->Designing() == designing_ && takes(*found))

@@ -19,17 +19,17 @@ namespace nuvo {
 class Connection;
 class DatasetModel;
 struct Column;
+struct DatasetTestAccess;
 struct ReadPosition;
-struct RecordLimits;
 struct Select;
-void setRecordLimits(TDataSet &dataset, const RecordLimits &limits);
 } // namespace nuvo
 
 /// A set of records with a cursor: what TTable and TQuery have in common.
 ///
 /// A dataset only reads. Its rows are a snapshot from Open() or Refresh(), as far as they are kept: rows that were
 /// visited stay in memory up to a bound and are read again beyond it. Rows are read in chunks and never further than
-/// somebody walked; between two scans no statement stays open, so that other programs can write.
+/// the cursor went; between two scans no statement stays open, so that other programs can write. What a function in a
+/// statement writes on a PostgreSQL server is rolled back.
 ///
 /// Used on the thread that made it. Every operation that touches the database throws EDatabaseError with one sentence
 /// that says what was asked and what is there; the dataset stays usable and can be opened again.
@@ -44,8 +44,9 @@ public:
     ~TDataSet() override;
 
     /// A registered QSqlDatabase connection, the path of an SQLite file, or a URL: postgresql://user@host:port/name,
-    /// mysql://…, odbc:DSN. A file that is not there is an error when the dataset opens and is not created. Setting
-    /// it closes the dataset.
+    /// mysql://…, odbc:DSN. A file that is not there is an error when the dataset opens and is not created. A
+    /// server's URL may set ?connect_timeout=S&read_timeout=S, in seconds: how long to wait for a connection (5), and
+    /// for an answer (for ever). It holds no password. Setting it closes the dataset.
     QString DatabaseName() const;
     void SetDatabaseName(const QString &name);
 
@@ -155,7 +156,7 @@ private:
     class Private;
     friend class TField;
     friend class nuvo::DatasetModel;
-    friend void nuvo::setRecordLimits(TDataSet &dataset, const nuvo::RecordLimits &limits);
+    friend struct nuvo::DatasetTestAccess; // defined by the tests alone
 
     // What the model asks.
     int ColumnCount() const;

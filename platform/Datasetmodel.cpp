@@ -101,7 +101,7 @@ void DatasetModel::catchUp()
     const QScopedValueRollback changing(changing_, true);
     failed_ = false;
     if (!asked_) {
-        // Nobody looked yet, and it may be a first look that opened the dataset: there is nothing to announce.
+        // No view has asked yet, and the first question may be what opened the dataset: there is nothing to announce.
         opening_ = opening;
         rows_ = known;
     } else if (opening != opening_ || known < rows_) {

@@ -26,7 +26,7 @@ public:
 
     /// Makes views see what became of the dataset, and its current record their current row.
     void catchUp();
-    /// Opens a dataset whose wish to be active nobody carried out until control is back in the event loop.
+    /// Opens a dataset whose wish to be active is not carried out by the time control is back in the event loop.
     void openSoon();
 
     QItemSelectionModel *selection() { return &selection_; }
@@ -43,7 +43,7 @@ private:
     bool following_ = false; // while one of selection and cursor moves the other
     bool changing_ = false;  // while views are told of new rows
     mutable bool failed_ = false;
-    bool asked_ = false; // whether anybody looked yet
+    bool asked_ = false; // whether a view has asked for rows yet
 };
 
 } // namespace nuvo

@@ -8,7 +8,7 @@ class QDialog;
 
 namespace nuvo {
 
-/// Whether there is an application with a screen that somebody sits at: not on the `offscreen` and `minimal`
+/// Whether there is an application with a screen and a user before it: not on the `offscreen` and `minimal`
 /// platforms.
 NUVO_EXPORT bool somebodyCanAnswer();
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Export.h"
 #include "platform/Fieldtypes.h"
 
 #include <QVariantList>
@@ -9,8 +8,6 @@
 #include <map>
 #include <memory>
 #include <vector>
-
-class TDataSet;
 
 namespace nuvo {
 
@@ -30,9 +27,6 @@ struct RecordLimits
     /// Rows that are read at once from a statement that stays open.
     qint64 scanChunk = 64;
 };
-
-/// Replaces the limits of a dataset; takes effect when it opens. For tests.
-NUVO_EXPORT void setRecordLimits(TDataSet &dataset, const RecordLimits &limits);
 
 /// About how much memory a value takes.
 qint64 bytesOf(const QVariant &value);
@@ -108,7 +102,7 @@ public:
     const RowLayout &layout() const { return layout_; }
     const RecordLimits &limits() const { return limits_; }
 
-    /// The block that holds a row; null when it is not in memory. A block that somebody holds stays readable.
+    /// The block that holds a row; null when it is not in memory. A block that is held stays readable.
     std::shared_ptr<const Block> find(qint64 row) const;
     /// The first row of the head whose numeric columns have these values; -1 when there is none.
     qint64 findNumbers(const std::vector<int> &columns, const std::vector<double> &values) const;

@@ -324,7 +324,7 @@ QStringList parameterNames(const QString &sql, Dialect dialect)
                 names.append(name);
         }
     } catch (const EDatabaseError &) {
-        // Somebody is still writing the text; opening it says what is wrong.
+        // The text is still being written; opening it says what is wrong.
     }
     return names;
 }

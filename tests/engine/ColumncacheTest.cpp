@@ -1,5 +1,5 @@
 #include "engine/Columncache.h"
-#include "platform/Records.h"
+#include "support/Recordlimits.h"
 #include "support/Regressions.h"
 
 #include <QSignalSpy>
@@ -442,7 +442,7 @@ TEST_F(Tables, RowsBeyondWhatADatasetKeepsAreAlike)
     limits.headRows = 128;
     limits.windowRows = 64;
     for (Twin &twin : twins)
-        nuvo::setRecordLimits(twin.component, limits);
+        setRecordLimits(twin.component, limits);
     start();
     for (const char *controls : {"a", "a b", "b c e", "a", "c", "a b c d e"}) {
         for (Twin &twin : twins) {
@@ -604,7 +604,7 @@ TEST_F(Tables, TheDatabaseIsAskedOnce)
     limits.blockRows = 32;
     limits.headRows = 64;
     limits.windowRows = 64;
-    nuvo::setRecordLimits(twins[0].component, limits);
+    setRecordLimits(twins[0].component, limits);
     start();
     TMLRTable &component = twins[0].component;
     define(component, "a b c");

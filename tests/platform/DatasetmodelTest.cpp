@@ -1,10 +1,10 @@
 #include "platform/Errors.h"
 #include "platform/Messages.h"
 #include "platform/Query.h"
-#include "platform/Records.h"
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Recordlimits.h"
 #include "support/Text.h"
 
 #include <QAbstractItemModelTester>
@@ -104,7 +104,7 @@ TEST_P(Views, ScrollToTheEndOfATableThatIsNotKept)
     limits.windowRows = 128;
     limits.firstChunk = 16;
     limits.lastChunk = 32;
-    nuvo::setRecordLimits(table, limits);
+    setRecordLimits(table, limits);
     table.Open();
     attach();
     for (int i = 0; i < 500 && view.model()->rowCount() < 2000; ++i) {
@@ -136,9 +136,9 @@ TEST_P(Views, CanLookElsewhereWhileTheCursorReachesTheEnd)
     limits.windowRows = 8;
     limits.firstChunk = 4;
     limits.lastChunk = 4;
-    nuvo::setRecordLimits(table, limits);
+    setRecordLimits(table, limits);
     table.Open();
-    table.MoveBy(59); // the chunk ends with the table, which nobody knows yet
+    table.MoveBy(59); // the chunk ends with the table, which is not known yet
     const QAbstractItemModel *model = table.Model();
     ASSERT_EQ(model->rowCount(), 60);
     EXPECT_EQ(model->index(20, 0).data().toString(), u("21"));
@@ -307,7 +307,7 @@ TEST_P(Views, KeepTheirRowWhenTheCursorCannotFollow)
     limits.windowRows = 64;
     limits.firstChunk = 16;
     limits.lastChunk = 16;
-    nuvo::setRecordLimits(table, limits);
+    setRecordLimits(table, limits);
     table.Open();
     table.Last();
     table.First();

@@ -1,9 +1,9 @@
 #include "platform/Table.h"
 #include "platform/Errors.h"
 #include "platform/Query.h"
-#include "platform/Records.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Recordlimits.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
@@ -237,7 +237,7 @@ TEST_P(Tables, FindInTheRowsThatWereReadWhateverBecameOfTheTable)
     nuvo::RecordLimits limits;
     limits.headRows = 32;
     limits.blockRows = 16;
-    nuvo::setRecordLimits(table, limits);
+    setRecordLimits(table, limits);
     open(u("numbers"));
     table.Last();
     db->exec(u("DELETE FROM numbers WHERE id <= 100"));
@@ -308,7 +308,7 @@ TEST_P(SqliteTables, OfEveryKindAreReadAgainFromTheMiddle)
         limits.windowRows = 16;
         limits.firstChunk = 3;
         limits.lastChunk = 5;
-        nuvo::setRecordLimits(table, limits);
+        setRecordLimits(table, limits);
         open(u("t"));
         for (int i = 1; i <= 100; ++i, table.Next())
             ASSERT_EQ(table.FieldByName(u("v")).AsInteger(), i);
@@ -374,7 +374,7 @@ TEST_P(PostgresTables, OfAnotherSchemaAreNamedWithIt)
     EXPECT_EQ(table.TableNames(), QStringList({u("my.own.a"), u("my.own.a.b")}));
 }
 
-TEST_P(PostgresTables, WithHeirsOrPartitionsAreReadWhole)
+TEST_P(PostgresTables, WithChildrenOrPartitionsAreReadWhole)
 {
     db->exec(u("CREATE TABLE parent (id INTEGER PRIMARY KEY)"));
     db->exec(u("CREATE TABLE child () INHERITS (parent)"));

@@ -1,10 +1,10 @@
 // Every way to move, over datasets of every size around the block bounds, compared with an independent read.
 
 #include "platform/Query.h"
-#include "platform/Records.h"
 #include "platform/Table.h"
 #include "support/Databases.h"
 #include "support/Print.h"
+#include "support/Recordlimits.h"
 #include "support/Text.h"
 
 #include <QAbstractItemModel>
@@ -174,7 +174,7 @@ void Walks::make(int rows, bool tiny)
         dataset = std::move(table);
     }
     dataset->SetDatabaseName(db->name());
-    nuvo::setRecordLimits(*dataset, smallLimits(tiny));
+    setRecordLimits(*dataset, smallLimits(tiny));
 
     expected.clear();
     QSqlQuery read(db->writer());

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/Fieldtypes.h"
+#include "platform/Sqltext.h"
+
+#include <QVariantList>
+
+#include <vector>
+
+class QSqlRecord;
+
+/// What is known of a statement's columns: by the driver, by their names, by their first values.
+namespace nuvo {
+
+/// The columns as the driver describes them.
+std::vector<Column> columnsOf(const QSqlRecord &record, Dialect dialect);
+
+/// Makes every name one of its own, upper and lower case alike: NAME, NAME_1, NAME_2.
+void makeNamesUnique(std::vector<Column> &columns);
+
+/// Gives a column without a declared type the kind of its values in these rows; it stays Unknown without any.
+void takeKindsOfValues(std::vector<Column> &columns, const std::vector<QVariantList> &rows);
+
+} // namespace nuvo
