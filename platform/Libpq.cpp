@@ -5,6 +5,8 @@
 #include <QSqlDriver>
 #include <QVariant>
 
+#include <array>
+
 #include <sys/socket.h>
 
 namespace nuvo::libpq {
@@ -42,6 +44,31 @@ QString errorMessage(const QSqlDatabase &database)
     const auto message = symbol<const char *(*)(const void *)>("PQerrorMessage");
     const void *connection = connectionOf(database);
     return message != nullptr && connection != nullptr ? QString::fromUtf8(message(connection)) : QString();
+}
+
+void Canceller::use(const QSqlDatabase &database)
+{
+    forget();
+    const auto get = symbol<void *(*)(void *)>("PQgetCancel");
+    void *connection = connectionOf(database);
+    if (get != nullptr && connection != nullptr)
+        cancel_ = get(connection);
+}
+
+void Canceller::forget()
+{
+    if (cancel_ == nullptr)
+        return;
+    symbol<void (*)(void *)>("PQfreeCancel")(cancel_);
+    cancel_ = nullptr;
+}
+
+void Canceller::cancel() const
+{
+    std::array<char, 256> words;
+    const auto ask = symbol<int (*)(void *, char *, int)>("PQcancel");
+    if (cancel_ != nullptr && ask != nullptr)
+        ask(cancel_, words.data(), int(words.size()));
 }
 
 void cut(const QSqlDatabase &database)

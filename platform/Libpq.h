@@ -17,6 +17,24 @@ void silenceNotices(const QSqlDatabase &database);
 /// The library's own message about the connection; empty when there is none.
 QString errorMessage(const QSqlDatabase &database);
 
+/// Asks the server, over a connection of its own, to end the statement that a connection waits for.
+class Canceller
+{
+public:
+    Canceller() = default;
+    Canceller(const Canceller &) = delete;
+    Canceller &operator=(const Canceller &) = delete;
+    ~Canceller() { forget(); }
+
+    void use(const QSqlDatabase &database);
+    void forget();
+    /// Usable on any thread, not beside the two above. Does nothing where no database is in use.
+    void cancel() const;
+
+private:
+    void *cancel_ = nullptr;
+};
+
 /// Makes whoever waits for an answer see a lost connection. May be called while another thread waits.
 void cut(const QSqlDatabase &database);
 

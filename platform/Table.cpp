@@ -4,30 +4,18 @@
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
 #include "platform/Rowsource.h"
-
-#include <QSqlError>
-#include <QSqlField>
-#include <QSqlIndex>
-#include <QSqlRecord>
+#include "platform/Tabledescription.h"
 
 #include <algorithm>
 #include <limits>
-#include <map>
 
 using nuvo::Column;
 using nuvo::Connection;
 using nuvo::Dialect;
 using nuvo::FieldKind;
+using nuvo::KeyPart;
 
 namespace {
-
-/// A column by which records are ordered.
-struct KeyPart
-{
-    QString expression; // as it stands in a statement
-    int field = -1;     // position among the fields; -1 for the engine's own row number
-    bool nullable = false;
-};
 
 /// Whether a driver hands over a column's values without changing them on the way.
 bool comesThrough(FieldKind kind, Dialect dialect)
@@ -37,7 +25,7 @@ bool comesThrough(FieldKind kind, Dialect dialect)
 
 } // namespace
 
-class TTable::Private
+class TTable::Private : public nuvo::TableDescription
 {
 public:
     QString tableName;
@@ -45,28 +33,15 @@ public:
     bool filtered = false;
     QString indexFieldNames;
 
-    // What Describe() found.
-    QString source; // the table, quoted
-    std::vector<Column> columns;
-    QStringList expressions; // of the columns, as selected
-    std::vector<bool> nullable;
-    std::vector<KeyPart> primaryKey;
-    QString rowNumber;            // the engine's own row number where there is one, quoted
-    bool rowNumberIsScan = false; // whether rows come in its order anyway
-    bool keyIsUnique = true;
+    // What Describe() found beside the table itself.
     std::vector<KeyPart> order;
     size_t indexParts = 0; // how many parts of it IndexFieldNames named
     bool orderIsUnique = false;
     QStringList selected; // expressions, and what is selected beyond them to begin again behind a row
     std::vector<int> keyColumns;
 
-    bool describeSqlite(const Connection &connection);
-    bool describePostgres(const Connection &connection);
-    bool describeOther(const Connection &connection);
     void makeOrder(const Connection &connection, const QString &caption);
     std::vector<int> indexFields(const QString &caption) const;
-    void addColumn(const Column &column, bool canBeNull, Dialect dialect);
-    KeyPart keyPart(int field, Dialect dialect) const;
     QString condition(Dialect dialect) const;
     QVariant recordsBefore(const Connection &connection, const std::vector<KeyPart> &key, const QVariantList &values,
                            const QString &caption) const;
@@ -146,188 +121,6 @@ QStringList TTable::TableNames()
     return names;
 }
 
-void TTable::Private::addColumn(const Column &column, bool canBeNull, Dialect dialect)
-{
-    // Named with its table: SQLite takes a quoted name that is no column of it for a text.
-    QString expression = source + u'.' + nuvo::quotedName(column.name, dialect);
-    // The server's money is a text in its own language.
-    if (dialect == Dialect::Postgres && column.kind == FieldKind::Currency)
-        expression += QLatin1String("::numeric");
-    columns.push_back(column);
-    expressions.append(expression);
-    nullable.push_back(canBeNull);
-}
-
-KeyPart TTable::Private::keyPart(int field, Dialect dialect) const
-{
-    return {source + u'.' + nuvo::quotedName(columns[size_t(field)].name, dialect), field, nullable[size_t(field)]};
-}
-
-bool TTable::Private::describeSqlite(const Connection &connection)
-{
-    const QString caption = QStringLiteral("table \"%1\"").arg(tableName);
-    source = nuvo::quotedName(tableName, Dialect::Sqlite);
-    QSqlQuery info =
-        connection.query(QStringLiteral("SELECT name, type, \"notnull\", pk, hidden FROM pragma_table_xinfo(?)"),
-                         {tableName}, caption);
-    std::map<int, KeyPart> key;
-    while (info.next()) {
-        constexpr int kHiddenInVirtualTable = 1;
-        if (info.value(4).toInt() == kHiddenInVirtualTable)
-            continue;
-        Column column;
-        column.name = info.value(0).toString();
-        column.declaredType = info.value(1).toString();
-        column.kind = nuvo::kindOfDeclaredType(column.declaredType);
-        addColumn(column, info.value(2).toInt() == 0, Dialect::Sqlite);
-        if (info.value(3).toInt() > 0)
-            key[info.value(3).toInt()] = keyPart(int(columns.size()) - 1, Dialect::Sqlite);
-    }
-    if (info.lastError().isValid())
-        connection.fail(info.lastError(), caption);
-    if (columns.empty())
-        return false;
-    for (const auto &[place, part] : key)
-        primaryKey.push_back(part);
-
-    QSqlQuery master = connection.query(
-        QStringLiteral("SELECT sql FROM sqlite_master WHERE type = 'table' AND name = ? COLLATE NOCASE"), {tableName},
-        caption);
-    if (!master.next())
-        return true;
-    const QString sql = master.value(0).toString();
-    master.finish();
-    // A column of that name hides the row number; a table without row numbers refuses the statement.
-    for (const QLatin1String name : {QLatin1String("rowid"), QLatin1String("_rowid_"), QLatin1String("oid")}) {
-        if (std::any_of(columns.begin(), columns.end(),
-                        [&](const Column &column) { return column.name.compare(name, Qt::CaseInsensitive) == 0; }))
-            continue;
-        QSqlQuery probe = connection.newQuery();
-        if (probe.exec(QStringLiteral("SELECT %1.%2 FROM %1 LIMIT 0").arg(source, name)))
-            rowNumber = source + u'.' + name;
-        break;
-    }
-    if (rowNumber.isEmpty()) {
-        for (KeyPart &part : primaryKey)
-            part.nullable = false; // such a table has no nulls in its key
-    } else if (primaryKey.size() == 1) {
-        Column &column = columns[size_t(primaryKey[0].field)];
-        if (column.declaredType.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0) {
-            primaryKey[0].nullable = false; // it is the row number
-            const std::vector<nuvo::SqlPiece> pieces = nuvo::sqlPieces(sql, Dialect::Sqlite);
-            if (std::any_of(pieces.begin(), pieces.end(), [&](const nuvo::SqlPiece &piece) {
-                    return piece.kind == nuvo::SqlPiece::Word &&
-                           QStringView(sql)
-                                   .mid(piece.begin, piece.end - piece.begin)
-                                   .compare(u"AUTOINCREMENT", Qt::CaseInsensitive) == 0;
-                }))
-                column.kind = FieldKind::AutoInc;
-        }
-    }
-    return true;
-}
-
-bool TTable::Private::describePostgres(const Connection &connection)
-{
-    const QString caption = QStringLiteral("table \"%1\"").arg(tableName);
-    const auto rows = [&](const QString &sql) { return connection.query(sql, {}, caption); };
-    const auto literal = [&](const QString &text) {
-        QVariantList none;
-        return connection.bound(text, none);
-    };
-    // The whole text as a name first, then every way to part it into schema and table.
-    QString oid;
-    QString kind;
-    bool hasChildren = false;
-    for (qsizetype point = -1; oid.isEmpty();) {
-        const QString table = tableName.mid(point + 1);
-        const QString schema = tableName.left(std::max<qsizetype>(point, 0));
-        QSqlQuery found =
-            rows(QStringLiteral("SELECT c.oid, c.relkind, c.relhassubclass, n.nspname FROM pg_class c "
-                                "JOIN pg_namespace n ON n.oid = c.relnamespace "
-                                "WHERE c.relkind IN ('r', 'v', 'm', 'f', 'p') AND c.relname = %1 AND %2")
-                     .arg(literal(table), point < 0 ? QStringLiteral("pg_table_is_visible(c.oid)")
-                                                    : QStringLiteral("n.nspname = %1").arg(literal(schema))));
-        if (found.next()) {
-            oid = found.value(0).toString();
-            kind = found.value(1).toString();
-            hasChildren = found.value(2).toBool();
-            source = nuvo::quotedName(found.value(3).toString(), Dialect::Postgres) + u'.' +
-                     nuvo::quotedName(table, Dialect::Postgres);
-        }
-        point = tableName.indexOf(u'.', point + 1);
-        if (point < 0)
-            break;
-    }
-    if (oid.isEmpty())
-        return false;
-
-    // A domain is what it is made of.
-    QSqlQuery info =
-        rows(QStringLiteral("WITH RECURSIVE base(attnum, type) AS (SELECT attnum, atttypid FROM pg_attribute "
-                            "WHERE attrelid = %1 AND attnum > 0 AND NOT attisdropped UNION ALL "
-                            "SELECT b.attnum, t.typbasetype FROM base b JOIN pg_type t ON t.oid = b.type "
-                            "WHERE t.typtype = 'd') "
-                            "SELECT a.attname, format_type(a.atttypid, a.atttypmod), format_type(b.type, NULL), "
-                            "a.attnotnull, a.attidentity <> '' OR "
-                            "COALESCE(pg_get_expr(d.adbin, d.adrelid) LIKE 'nextval(%', false), "
-                            "(SELECT array_position(i.indkey::int[], a.attnum::int) FROM pg_index i "
-                            "WHERE i.indrelid = a.attrelid AND i.indisprimary) "
-                            "FROM pg_attribute a JOIN base b USING (attnum) JOIN pg_type t ON t.oid = b.type "
-                            "LEFT JOIN pg_attrdef d ON d.adrelid = a.attrelid AND d.adnum = a.attnum "
-                            "WHERE a.attrelid = %1 AND t.typtype <> 'd' ORDER BY a.attnum")
-                 .arg(oid));
-    std::map<int, KeyPart> key;
-    while (info.next()) {
-        Column column;
-        column.name = info.value(0).toString();
-        column.declaredType = info.value(1).toString();
-        column.kind = nuvo::kindOfDeclaredType(info.value(2).toString());
-        if (info.value(2).toString() == u"bit") // the length is the column's
-            column.kind = column.declaredType == u"bit(1)" ? FieldKind::Boolean : FieldKind::Bits;
-        if (column.kind == FieldKind::Unknown)
-            column.kind = FieldKind::String; // the driver makes texts of the rest
-        if (nuvo::isInteger(column.kind) && info.value(4).toBool())
-            column.kind = FieldKind::AutoInc;
-        addColumn(column, !info.value(3).toBool(), Dialect::Postgres);
-        if (!info.value(5).isNull())
-            key[info.value(5).toInt()] = keyPart(int(columns.size()) - 1, Dialect::Postgres);
-    }
-    if (info.lastError().isValid())
-        connection.fail(info.lastError(), caption);
-    // A SELECT of a table gives the rows of the tables that inherit from it too, and their keys may be the same.
-    for (const auto &[place, part] : key)
-        primaryKey.push_back(part);
-    keyIsUnique = !hasChildren || kind == u"p";
-    // A scan gives the rows in the order of their places, and can begin behind a place; sorting by it would take the
-    // whole table.
-    if ((kind == u"r" && !hasChildren) || kind == u"m") {
-        rowNumber = source + QLatin1String(".ctid");
-        rowNumberIsScan = true;
-    }
-    return true;
-}
-
-bool TTable::Private::describeOther(const Connection &connection)
-{
-    const Dialect dialect = connection.dialect();
-    source = nuvo::quotedName(tableName, dialect);
-    const QSqlRecord record = connection.database().record(tableName);
-    for (int i = 0; i < record.count(); ++i) {
-        Column column;
-        column.name = record.fieldName(i);
-        column.kind = nuvo::kindOfMetaType(record.field(i).metaType());
-        addColumn(column, true, dialect);
-    }
-    const QSqlIndex key = connection.database().primaryIndex(tableName);
-    for (int i = 0; i < key.count(); ++i) {
-        const int field = record.indexOf(key.fieldName(i));
-        if (field >= 0)
-            primaryKey.push_back({expressions[field], field, false});
-    }
-    return !columns.empty();
-}
-
 std::vector<int> TTable::Private::indexFields(const QString &caption) const
 {
     std::vector<int> found;
@@ -399,31 +192,14 @@ void TTable::Private::makeOrder(const Connection &connection, const QString &cap
 
 QString TTable::Private::condition(Dialect dialect) const
 {
-    if (!filtered || filter.trimmed().isEmpty())
-        return {};
-    nuvo::checkCondition(filter, dialect);
-    // A comment at the end of the condition ends with its line.
-    return QStringLiteral("(%1\n)").arg(filter);
+    return filtered ? nuvo::filterCondition(filter, dialect) : QString();
 }
 
 std::vector<Column> TTable::Describe(const Connection &connection)
 {
     if (d_->tableName.isEmpty())
         throw EDatabaseError(QStringLiteral("No table is named (TableName is empty)."));
-    d_->columns.clear();
-    d_->expressions.clear();
-    d_->primaryKey.clear();
-    d_->rowNumber.clear();
-    d_->rowNumberIsScan = false;
-    d_->nullable.clear();
-    d_->keyIsUnique = true;
-    const bool found = connection.dialect() == Dialect::Sqlite     ? d_->describeSqlite(connection)
-                       : connection.dialect() == Dialect::Postgres ? d_->describePostgres(connection)
-                                                                   : d_->describeOther(connection);
-    if (!found)
-        throw EDatabaseError(
-            QStringLiteral("No table \"%1\" in %2; its tables: %3.")
-                .arg(d_->tableName, connection.caption(), nuvo::listed(nuvo::tableNames(connection))));
+    static_cast<nuvo::TableDescription &>(*d_) = nuvo::TableDescription::of(connection, d_->tableName);
     d_->makeOrder(connection, Caption());
     return d_->columns;
 }

@@ -1,0 +1,405 @@
+#include "platform/Scan.h"
+
+#include "platform/Connection.h"
+#include "platform/Errors.h"
+#include "platform/Libpq.h"
+#include "platform/Libsqlite.h"
+#include "platform/Numbervalue.h"
+#include "platform/Querystatement.h"
+#include "platform/Resultcolumns.h"
+#include "platform/Rowsource.h"
+#include "platform/Tabledescription.h"
+
+#include <QSqlError>
+#include <QSqlRecord>
+
+#include <algorithm>
+#include <atomic>
+#include <bit>
+#include <cmath>
+#include <mutex>
+#include <utility>
+
+namespace nuvo {
+
+namespace {
+
+constexpr double kNull = std::numeric_limits<double>::quiet_NaN();
+constexpr quint64 kOddBits = 0x7ff8000000000001U;
+const double kOdd = std::bit_cast<double>(kOddBits);
+
+} // namespace
+
+struct ScanBlock::Odd
+{
+    int row;
+    int column;
+    NumberReading reading;
+    QVariant value;
+    QString place;
+};
+
+ScanBlock::ScanBlock() = default;
+ScanBlock::ScanBlock(ScanBlock &&) noexcept = default;
+ScanBlock &ScanBlock::operator=(ScanBlock &&) noexcept = default;
+ScanBlock::~ScanBlock() = default;
+
+bool ScanBlock::isNull(int column, int row) const
+{
+    const double cell = this->column(column)[row];
+    return std::isnan(cell) && std::bit_cast<quint64>(cell) != kOddBits;
+}
+
+void ScanBlock::fail(int column, int row) const
+{
+    for (const Odd &odd : odd_) {
+        if (odd.row == row && odd.column == column)
+            requireNumber(odd.reading, odd.value, odd.place);
+    }
+    throw EDatabaseError(QStringLiteral("Record %1 holds a number there.").arg(firstRecord_ + row));
+}
+
+class Scan::Private
+{
+public:
+    explicit Private(ScanSource what) : source(std::move(what)) {}
+
+    void open();
+    bool next(ScanBlock &block);
+    void close();
+
+    const ScanSource source;
+    std::mutex cancelling; // while the handle below is used or changes
+    std::atomic<bool> cancelled{false};
+    std::atomic<qint64> records{0};
+    std::atomic<double> share{-1};
+    libpq::Canceller canceller;
+    sqlite3 *sqlite = nullptr;
+    const Libsqlite *library = nullptr;
+
+private:
+    void openTable(Select &select);
+    void openQuery(Select &select);
+    void begin(const Select &select);
+    void askForSize(const TableDescription &table);
+    int columnOf(const QString &name, const std::vector<Column> &columns) const;
+    QString caption() const;
+    void readSqlite(ScanBlock &block);
+    void readRows(ScanBlock &block);
+    void put(ScanBlock &block, int row, int column, const QVariant &value);
+    [[noreturn]] void failSqlite() const;
+
+    Connection connection_;
+    std::unique_ptr<RowSource> rows_;
+    sqlite3_stmt *statement_ = nullptr;
+    std::vector<int> places_;      // of the columns in the result
+    std::vector<FieldKind> kinds_; // of the columns
+    bool withRowNumber_ = false;   // whether the row number stands behind the columns
+    double firstRowNumber_ = 0;
+    double rowNumbers_ = 0;
+    double expected_ = 0;
+    bool done_ = true;
+};
+
+QString Scan::Private::caption() const
+{
+    return source.sql.isEmpty() ? QStringLiteral("table \"%1\"").arg(source.table) : queryCaption(source.sql);
+}
+
+int Scan::Private::columnOf(const QString &name, const std::vector<Column> &columns) const
+{
+    QStringList there;
+    for (size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].name.compare(name, Qt::CaseInsensitive) == 0)
+            return int(i);
+        there.append(columns[i].name);
+    }
+    throw EDatabaseError(
+        QStringLiteral("No field \"%1\" in %2; its fields: %3.").arg(name, caption(), listed(there)));
+}
+
+void Scan::Private::open()
+{
+    close();
+    records = 0;
+    share = -1;
+    try {
+        connection_.open(source.databaseName);
+        {
+            const std::lock_guard lock(cancelling);
+            if (connection_.dialect() == Dialect::Postgres)
+                canceller.use(connection_.database());
+            library = connection_.dialect() == Dialect::Sqlite ? Libsqlite::of(connection_.database()) : nullptr;
+            sqlite = library != nullptr ? Libsqlite::handleOf(connection_.database()) : nullptr;
+        }
+        places_.clear();
+        kinds_.clear();
+        Select select;
+        if (source.sql.isEmpty())
+            openTable(select);
+        else
+            openQuery(select);
+        begin(select);
+        done_ = false;
+    } catch (...) {
+        const bool asked = cancelled;
+        close();
+        if (!asked)
+            throw;
+    }
+}
+
+void Scan::Private::openTable(Select &select)
+{
+    const TableDescription table = TableDescription::of(connection_, source.table);
+    QStringList selected;
+    for (const QString &name : source.columns) {
+        const int column = columnOf(name, table.columns);
+        places_.push_back(int(selected.size()));
+        kinds_.push_back(table.columns[size_t(column)].kind);
+        selected.append(table.expressions[column]);
+    }
+    const QString condition = filterCondition(source.filter, connection_.dialect());
+    QString from = table.source;
+    if (condition.isEmpty()) {
+        askForSize(table);
+        if (withRowNumber_) {
+            selected.append(table.rowNumber);
+            from += QLatin1String(" NOT INDEXED");
+        }
+    }
+    if (selected.isEmpty())
+        selected.append(QStringLiteral("1"));
+    select.sql = QStringLiteral("SELECT %1 FROM %2").arg(selected.join(u','), from);
+    if (!condition.isEmpty())
+        select.sql += QLatin1String(" WHERE ") + condition;
+}
+
+/// What the engine knows without a count: the first and the last row number, or the size at the last ANALYZE.
+void Scan::Private::askForSize(const TableDescription &table)
+{
+    if (connection_.dialect() == Dialect::Sqlite && !table.rowNumber.isEmpty() && library != nullptr) {
+        QSqlQuery query =
+            connection_.query(QStringLiteral("SELECT (SELECT min(%1) FROM %2), (SELECT max(%1) FROM %2)")
+                                  .arg(table.rowNumber, table.source),
+                              {}, caption());
+        if (query.next() && !query.value(0).isNull()) {
+            firstRowNumber_ = query.value(0).toDouble();
+            rowNumbers_ = query.value(1).toDouble() - firstRowNumber_ + 1;
+            withRowNumber_ = true;
+        }
+    } else if (connection_.dialect() == Dialect::Postgres) {
+        QVariantList none;
+        QSqlQuery query =
+            connection_.query(QStringLiteral("SELECT reltuples FROM pg_class WHERE oid = to_regclass(%1)")
+                                  .arg(connection_.bound(table.source, none)),
+                              {}, caption());
+        if (query.next())
+            expected_ = query.value(0).toDouble();
+    }
+}
+
+void Scan::Private::openQuery(Select &select)
+{
+    const ReadingStatement statement = readingStatement(source.sql, connection_.dialect());
+    std::vector<Column> columns = describeStatement(connection_, statement);
+    select = selectOf(connection_, statement, source.params, caption());
+    if (columns.empty()) {
+        rows_ = RowSource::open(connection_, select, caption());
+        columns = columnsOf(rows_->columns(), connection_.dialect());
+    }
+    makeNamesUnique(columns);
+    for (const QString &name : source.columns) {
+        places_.push_back(columnOf(name, columns));
+        kinds_.push_back(columns[size_t(places_.back())].kind);
+    }
+}
+
+void Scan::Private::begin(const Select &select)
+{
+    if (rows_)
+        return;
+    if (library == nullptr || !select.values.isEmpty()) {
+        rows_ = RowSource::open(connection_, select, caption());
+        return;
+    }
+    const QByteArray sql = select.sql.toUtf8();
+    if (library->prepare(sqlite, sql.constData(), int(sql.size()), &statement_, nullptr) != 0)
+        failSqlite();
+}
+
+void Scan::Private::failSqlite() const
+{
+    const QSqlError error(QString(), QString::fromUtf8(library->message(sqlite)), QSqlError::StatementError,
+                          QString::number(library->errorCode(sqlite)));
+    connection_.fail(error, caption());
+}
+
+void Scan::Private::close()
+{
+    if (statement_ != nullptr)
+        library->finalize(std::exchange(statement_, nullptr));
+    rows_.reset();
+    withRowNumber_ = false;
+    expected_ = 0;
+    done_ = true;
+    const std::lock_guard lock(cancelling);
+    canceller.forget();
+    sqlite = nullptr;
+    library = nullptr;
+    connection_.close();
+}
+
+void Scan::Private::put(ScanBlock &block, int row, int column, const QVariant &value)
+{
+    double number = kNull;
+    const NumberReading reading = readNumber(value, kinds_[size_t(column)], number);
+    if (reading != NumberReading::Number && reading != NumberReading::Null) {
+        number = kOdd;
+        block.odd_.push_back({row, column, reading, value,
+                              QStringLiteral("field \"%1\" of %2, record %3")
+                                  .arg(source.columns[column], caption())
+                                  .arg(block.firstRecord_ + row)});
+    }
+    block.cells_[size_t(column) * ScanBlock::kMostRows + size_t(row)] = number;
+}
+
+void Scan::Private::readSqlite(ScanBlock &block)
+{
+    const int columns = int(places_.size());
+    double rowNumber = 0;
+    while (block.rows_ < ScanBlock::kMostRows) {
+        const int code = library->step(statement_);
+        if (code == Libsqlite::kDone) {
+            done_ = true;
+            break;
+        }
+        if (code != Libsqlite::kRow)
+            failSqlite();
+        const int row = block.rows_;
+        for (int column = 0; column < columns; ++column) {
+            const int place = places_[size_t(column)];
+            const int type = library->columnType(statement_, place);
+            const FieldKind kind = kinds_[size_t(column)];
+            const bool date = kind == FieldKind::Date || kind == FieldKind::Time || kind == FieldKind::DateTime;
+            if ((type == Libsqlite::Float || type == Libsqlite::Integer) && !date) {
+                const double number = library->columnDouble(statement_, place);
+                block.cells_[size_t(column) * ScanBlock::kMostRows + size_t(row)] =
+                    std::isfinite(number) ? number : kNull;
+                continue;
+            }
+            QVariant value;
+            if (type == Libsqlite::Text) {
+                const auto *text = reinterpret_cast<const char *>(library->columnText(statement_, place));
+                value = QString::fromUtf8(text, library->columnBytes(statement_, place));
+            } else if (type == Libsqlite::Blob) {
+                value = QByteArray();
+            } else if (type != Libsqlite::Null) {
+                value = library->columnDouble(statement_, place);
+            }
+            put(block, row, column, value);
+        }
+        ++block.rows_;
+    }
+    if (withRowNumber_ && block.rows_ > 0 && !done_) {
+        rowNumber = library->columnDouble(statement_, columns);
+        share = std::clamp((rowNumber - firstRowNumber_ + 1) / rowNumbers_, 0.0, 1.0);
+    }
+}
+
+void Scan::Private::readRows(ScanBlock &block)
+{
+    while (block.rows_ < ScanBlock::kMostRows) {
+        if (cancelled || !rows_->next()) {
+            if (rows_->isLost())
+                throw EDatabaseError(
+                    QStringLiteral("Cannot read %1: the transaction around the scan has ended.").arg(caption()));
+            done_ = true;
+            break;
+        }
+        for (int column = 0; column < int(places_.size()); ++column)
+            put(block, block.rows_, column, rows_->value(places_[size_t(column)]));
+        ++block.rows_;
+    }
+    if (expected_ > 0)
+        share = std::min(1.0, double(records + block.rows_) / expected_);
+}
+
+bool Scan::Private::next(ScanBlock &block)
+{
+    block.rows_ = 0;
+    block.odd_.clear();
+    block.firstRecord_ = records + 1;
+    block.cells_.resize(places_.size() * ScanBlock::kMostRows);
+    if (done_ || cancelled) {
+        close();
+        return false;
+    }
+    try {
+        if (statement_ != nullptr)
+            readSqlite(block);
+        else
+            readRows(block);
+    } catch (...) {
+        const bool asked = cancelled;
+        close();
+        block.rows_ = 0;
+        if (!asked)
+            throw;
+        return false;
+    }
+    if (cancelled) {
+        close();
+        block.rows_ = 0;
+        return false;
+    }
+    records += block.rows_;
+    if (done_) {
+        share = share < 0 ? -1.0 : 1.0;
+        close();
+    }
+    return block.rows_ > 0;
+}
+
+Scan::Scan(ScanSource source) : d_(std::make_unique<Private>(std::move(source))) {}
+
+Scan::~Scan()
+{
+    d_->close();
+}
+
+void Scan::open()
+{
+    d_->open();
+}
+
+bool Scan::next(ScanBlock &block)
+{
+    return d_->next(block);
+}
+
+void Scan::cancel()
+{
+    const std::lock_guard lock(d_->cancelling);
+    d_->cancelled = true;
+    if (d_->sqlite != nullptr)
+        d_->library->interrupt(d_->sqlite);
+    d_->canceller.cancel();
+}
+
+bool Scan::cancelled() const
+{
+    return d_->cancelled;
+}
+
+qint64 Scan::records() const
+{
+    return d_->records;
+}
+
+double Scan::share() const
+{
+    return d_->share;
+}
+
+} // namespace nuvo
