@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -17,6 +18,10 @@ class TDataSet;
 namespace nuvo {
 class ColumnCache;
 class Fit;
+class FitFigures;
+enum class RobustKind;
+struct Prediction;
+struct TestResult;
 } // namespace nuvo
 
 /// A message that a component's ShowWarnings governs: shows nothing and returns 0 when `show` is false, else shows a
@@ -145,6 +150,74 @@ public:
     double GetSyx();
     double GetRSquared();
     double GetF();
+
+    // What the last fit tells beyond that: definitions and sources of the figures are those of
+    // engine/kernel/Inference.h, Diagnostics.h, Influence.h and Robust.h. Each is settled when it is first asked for.
+    // A figure that does not exist (no fit yet, no degrees of freedom, an exact fit, a dependent column, a leverage
+    // of 1) is a NaN. A level is more than 0 and less than 1.
+
+    /// All of them as a value; null before the first fit.
+    std::shared_ptr<const nuvo::FitFigures> Figures() const;
+
+    /// Two-sided, of coefficient j, 0 to m: the probability of a |t| as large with n - m - 1 degrees of freedom.
+    double GetPValue(int j) const;
+    /// b(j) -+ t(level, n - m - 1) GetStdErr(j): low, high.
+    std::array<double, 2> GetConfidence(int j, double level = 0.95) const;
+    /// The probability of an F as large with m and n - m - 1 degrees of freedom.
+    double GetFPValue() const;
+    /// 1 - (SSE / (n - m - 1)) / (SST / (n - 1))
+    double GetAdjustedRSquared() const;
+    /// -n/2 (ln 2 pi + ln(SSE / n) + 1)
+    double GetLogLikelihood() const;
+    /// Information criteria by Akaike, the same corrected for few observations, by Schwarz, and by Hannan and Quinn,
+    /// with k = m + 2 parameters.
+    double GetAIC() const;
+    double GetAICc() const;
+    double GetBIC() const;
+    double GetHQC() const;
+    /// Of term j, 1 to m: b(j) GetxStdErr(j) / GetyStdErr().
+    double GetStandardized(int j) const;
+    /// 1 - R squared of term j on the others, and its inverse, the variance inflation factor.
+    double GetTolerance(int j) const;
+    double GetVIF(int j) const;
+    double GetPartialCorrelation(int j) const;
+    double GetSemipartialCorrelation(int j) const;
+    /// What term j adds to SSR after those before it, and as the last one.
+    double GetSequentialSumOfSquares(int j) const;
+    double GetPartialSumOfSquares(int j) const;
+    /// Condition index k, 1 to m + 1, ascending from 1 (Belsley, Kuh and Welsch).
+    double GetConditionIndex(int k) const;
+
+    double GetDurbinWatson() const;
+    /// The sum of squared residuals of each observation from the fit without it.
+    double GetPRESS() const;
+    /// 1 - PRESS / SST
+    double GetPredictedRSquared() const;
+    nuvo::TestResult GetBreuschPagan() const;
+    nuvo::TestResult GetWhite() const;
+    nuvo::TestResult GetJarqueBera() const;
+    nuvo::TestResult GetShapiroWilk() const;
+    nuvo::TestResult GetRESET() const;
+
+    /// Of observation i, 1 to n: diagonal of X (X'X)^-1 X'.
+    double GetLeverage(int i) const;
+    /// e / (s sqrt(1 - h)), and the same with s of the fit without the observation.
+    double GetStandardizedResidual(int i) const;
+    double GetStudentizedResidual(int i) const;
+    double GetCook(int i) const;
+    double GetDFFITS(int i) const;
+    double GetCovRatio(int i) const;
+    /// The change of coefficient j, 0 to m, without observation i, in its standard errors.
+    double GetDFBETAS(int i, int j) const;
+
+    /// Standard error, covariances and p-value of coefficients that hold without a constant variance.
+    double GetRobustStdErr(nuvo::RobustKind kind, int j) const;
+    double GetRobustCovar(nuvo::RobustKind kind, int i, int j) const;
+    double GetRobustPValue(nuvo::RobustKind kind, int j) const;
+
+    /// What Predict() gives at the values of all m columns, with its standard error, the interval of the mean and
+    /// that of a new observation; values[0] is not read.
+    nuvo::Prediction PredictInterval(const double *values, double level = 0.95) const;
 
     /// Columns of the last fit that are, to working precision, a linear combination of the constant and the columns
     /// before them, ascending; their coefficients mean nothing. See nuvo::dependentColumns.

@@ -2,6 +2,7 @@
 
 #include "engine/Columncache.h"
 #include "engine/Fit.h"
+#include "engine/Fitfigures.h"
 #include "engine/Recordload.h"
 #include "engine/Regression.h"
 
@@ -87,6 +88,7 @@ public:
     std::shared_ptr<nuvo::ColumnCache> cache;
 
     std::shared_ptr<const nuvo::Fit> lastFit;
+    std::shared_ptr<const nuvo::FitFigures> figures; ///< of the last fit that they were asked of
     // Sums of squares are kept as the fit has them: times 2^(-2 exponent()).
     double sse = 0;
     double ssr = 0;

@@ -1,6 +1,7 @@
 #include "present/Figures.h"
 
 #include "engine/Fit.h"
+#include "engine/Fitfigures.h"
 #include "engine/Regression.h"
 #include "engine/kernel/Factors.h"
 #include "platform/Dataset.h"
@@ -111,29 +112,17 @@ Figures figures(TRegression &regression, const Asked &asked)
 {
     Figures taken = figures(regression);
     const std::shared_ptr<const Fit> fit = regression.CurrentFit();
-    if (fit == nullptr || !fit->sums().plain())
+    if (fit == nullptr)
         return taken;
-    const Observations &observations = fit->observations();
-    ObservedColumns columns;
-    columns.n = observations.n();
-    columns.m = observations.m();
-    for (int j = 1; j <= columns.m; ++j) {
-        columns.x[std::size_t(j)] = observations.x(j).values;
-        columns.xLow[std::size_t(j)] = observations.x(j).low;
-    }
-    columns.y = observations.y().values;
-    columns.yLow = observations.y().low;
-
-    const Factors factors = factorize(fit->sums().products, columns);
-    const Observed observed = observe(factors, columns);
-    taken.inference = infer(factors, asked.level);
-    taken.diagnostics = diagnose(factors, observed, columns);
+    const FitFigures told(fit);
+    taken.inference = infer(told.factors(), asked.level);
+    taken.diagnostics = told.diagnostics();
     if (asked.influence)
-        taken.influence = influence(factors, observed);
+        taken.influence = told.influence();
     if (asked.robust) {
         static const QString kinds[] = {QStringLiteral("hc0"), QStringLiteral("hc1"), QStringLiteral("hc2"),
                                         QStringLiteral("hc3"), QStringLiteral("hac")};
-        taken.robust = Figures::Robust{kinds[int(*asked.robust)], robust(factors, observed, *asked.robust)};
+        taken.robust = Figures::Robust{kinds[int(*asked.robust)], told.robust(*asked.robust)};
     }
     return taken;
 }
