@@ -97,22 +97,22 @@ double FigurePainter::LayOutKey(double top, double mostHeight)
     }
     const QFont font = FontOf(0.92);
     const double height = heightOf(font);
-    const double sign = text_ * 1.8;
+    const double sign = SignWidth() + SignGap();
     const double right = size_.width() - Margin;
     double x = Margin;
     double y = top;
     for (KeyEntry &entry : key_) {
-        double width = sign + Gap + widthOf(font, entry.name) + 1;
+        double width = sign + widthOf(font, entry.name) + 1;
         if (x > Margin && x + width > right) {
             x = Margin;
             y += height + 1;
         }
         if (x + width > right) {
-            entry.name = QFontMetricsF(font).elidedText(entry.name, Qt::ElideRight, right - x - sign - Gap - 1);
+            entry.name = QFontMetricsF(font).elidedText(entry.name, Qt::ElideRight, right - x - sign - 1);
             width = right - x;
         }
         entry.place = QRectF(x, y, width, height);
-        x += width + 3 * Gap;
+        x += width + 1.2 * text_;
     }
     if (y + height - top > std::max(mostHeight, height + 1)) {
         key_.clear();

@@ -168,7 +168,11 @@ void FigurePainter::PaintLabel(QPainter &painter, const QPolygonF &line, const Q
     place.moveCenter(line.back());
     place.moveRight(std::min(place.right(), frame_.right() - 2));
     place.moveTop(std::clamp(place.top(), frame_.top() + 2, frame_.bottom() - 2 - place.height()));
-    painter.fillRect(place, style_.theme.ground);
+    // No rest of a dash between the text and the frame.
+    QRectF cleared = place;
+    if (line.back().x() > place.right())
+        cleared.setRight(frame_.right() - 1);
+    painter.fillRect(cleared, style_.theme.ground);
     painter.setPen(style_.theme.contour);
     painter.setFont(font);
     painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine, label);
@@ -176,7 +180,7 @@ void FigurePainter::PaintLabel(QPainter &painter, const QPolygonF &line, const Q
 
 void FigurePainter::PaintKey(QPainter &painter) const
 {
-    const double width = text_ * 1.8;
+    const double width = SignWidth();
     painter.setFont(FontOf(0.92));
     for (const KeyEntry &entry : key_) {
         const QRectF sign(entry.place.left(), entry.place.top(), width, entry.place.height());
@@ -200,7 +204,7 @@ void FigurePainter::PaintKey(QPainter &painter) const
             break;
         }
         painter.setPen(style_.theme.text);
-        painter.drawText(entry.place.adjusted(width + 5, 0, 0, 0),
+        painter.drawText(entry.place.adjusted(width + SignGap(), 0, 0, 0),
                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, entry.name);
     }
 }

@@ -91,6 +91,8 @@ private:
     void PaintLabel(QPainter &painter, const QPolygonF &line, const QString &label) const;
     void PaintKey(QPainter &painter) const;
     QPen PenOf(FigureRole role) const;
+    double SignWidth() const { return text_ * 1.8; } ///< of a sign in the key
+    double SignGap() const { return text_ * 0.45; }
     QFont FontOf(double scale, bool bold = false) const;
     QRectF BarPlace(const FigureBar &bar, double height) const;
 

@@ -1,7 +1,7 @@
-#include "platform/Messages.h"
 #include "present/figures/Figure.h"
 
-#include <boost/math/distributions/normal.hpp>
+#include "engine/kernel/Distributions.h"
+#include "platform/Messages.h"
 
 #include <algorithm>
 #include <cmath>
@@ -156,10 +156,9 @@ void normalQuantiles(Figure &figure, const FigureData &data)
                      [&](std::size_t a, std::size_t b) { return data.standardized[a] < data.standardized[b]; });
     const auto n = double(order.size());
     const double a = n <= 10 ? 0.375 : 0.5;
-    const boost::math::normal normal;
     std::vector<double> quantiles(data.standardized.size(), std::numeric_limits<double>::quiet_NaN());
     for (std::size_t k = 0; k < order.size(); ++k)
-        quantiles[order[k]] = boost::math::quantile(normal, (double(k + 1) - a) / (n + 1 - 2 * a));
+        quantiles[order[k]] = normalQuantile((double(k + 1) - a) / (n + 1 - 2 * a));
     figure.title = QStringLiteral("Normal quantiles");
     figure.xTitle = QStringLiteral("Normal quantile");
     figure.yTitle = QStringLiteral("Standardized residual");
@@ -173,7 +172,7 @@ void normalQuantiles(Figure &figure, const FigureData &data)
         const double part = at - double(k);
         return data.standardized[order[k]] * (1 - part) + data.standardized[order[k + 1]] * part;
     };
-    const double upper = boost::math::quantile(normal, 0.75);
+    const double upper = normalQuantile(0.75);
     const double low = quartile(0.25);
     const double high = quartile(0.75);
     const AxisRange across = roomyRange(figure.xValues);
