@@ -1,8 +1,7 @@
 #pragma once
 
 #include "app/Progressbar.h"
-#include "engine/Loadprogress.h"
-#include "select/Selectionprogress.h"
+#include "engine/Progress.h"
 
 #include <QElapsedTimer>
 #include <QMetaObject>
@@ -14,7 +13,7 @@
 namespace nuvo {
 
 /// A load's progress as a bar on standard error.
-class TerminalLoadProgress : public LoadProgress
+class TerminalLoadProgress : public Progress
 {
 public:
     void Show() override;
@@ -30,7 +29,7 @@ private:
 };
 
 /// A selection's progress as a bar on standard error, beside it the text of the last step.
-class TerminalSelectionProgress : public SelectionProgress
+class TerminalSelectionProgress : public Progress
 {
 public:
     /// \param drawn false for a run that has no switch of its own and is to draw nothing
@@ -61,7 +60,7 @@ public:
     using Component::Component;
 
 protected:
-    std::unique_ptr<LoadProgress> MakeLoadProgress() override { return std::make_unique<TerminalLoadProgress>(); }
+    std::unique_ptr<Progress> MakeLoadProgress() override { return std::make_unique<TerminalLoadProgress>(); }
 };
 
 /// A selection component whose run tells the terminal instead of a dialog.
@@ -74,10 +73,7 @@ public:
     void DrawProgress(bool draw) { drawn_ = draw; }
 
 protected:
-    std::unique_ptr<SelectionProgress> MakeProgress() override
-    {
-        return std::make_unique<TerminalSelectionProgress>(drawn_);
-    }
+    std::unique_ptr<Progress> MakeProgress() override { return std::make_unique<TerminalSelectionProgress>(drawn_); }
 
 private:
     bool drawn_ = true;

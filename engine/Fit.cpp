@@ -1,5 +1,6 @@
 #include "engine/Fit.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -39,6 +40,13 @@ void unscale(const Sums &sums, int m, Fit::Matrix &covariances)
         for (std::size_t j = 0; j <= std::size_t(m); ++j)
             covariances[i][j] = std::scalbn(covariances[i][j], 2 * response - sums.exponents[i] - sums.exponents[j]);
     }
+}
+
+/// Whether every value is a whole number that doubles hold exactly, as if it had been counted.
+bool isWhole(const ObservedColumn &column, int n)
+{
+    return column.range.largest() <= 0x1p53 &&
+           std::all_of(column.values, column.values + n, [](double value) { return value == std::nearbyint(value); });
 }
 
 } // namespace
@@ -163,6 +171,57 @@ const std::vector<int> &Fit::dependentColumns() const
     if (!dependent_)
         dependent_ = nuvo::dependentColumns(sums_.products, sums_.m);
     return *dependent_;
+}
+
+Fit::Vector Fit::findDigits() const
+{
+    constexpr double most = 16;
+    const std::size_t m = std::size_t(sums_.m);
+    // All of it on the scaled columns, where every square is in range.
+    const auto size = [&](const ObservedColumn &column, std::size_t number) {
+        return std::scalbn(column.range.largest(), -sums_.exponents[number]);
+    };
+    // The root mean square of what rounding does to values as large as these.
+    const auto rounding = [&](const ObservedColumn &column, std::size_t number) {
+        return isWhole(column, observations_.n()) ? 0 : size(column, number) * 0x1p-54;
+    };
+    const Matrix &inverse = scaledInverse();
+    const Vector &b = coefficients_.b;
+    Vector moved{};
+    const double response = rounding(observations_.y(), m + 1);
+    double moves = response * response; // of the response and, by the coefficients, of the columns
+    for (std::size_t k = 1; k <= m; ++k) {
+        moved[k] = rounding(observations_.x(int(k)), k);
+        moves += b[k] * b[k] * moved[k] * moved[k];
+    }
+    const double deviation = std::scalbn(spread().yStdErr, -sums_.exponents[m + 1]);
+    Vector result{};
+    for (std::size_t j = 0; j <= m; ++j) {
+        double variance = inverse[j][j] * moves;
+        for (std::size_t k = 1; k <= m; ++k)
+            variance += coefficients_.sse * inverse[j][k] * inverse[j][k] * moved[k] * moved[k];
+        const double across = j == 0 ? 1 : std::scalbn(spread().xStdErr[j], -sums_.exponents[j]);
+        const double relative = std::sqrt(variance) / std::fmax(std::fabs(b[j]), deviation / across);
+        result[j] = relative == 0 ? most : std::isfinite(relative) ? std::clamp(-std::log10(relative), 0.0, most) : 0;
+    }
+    return result;
+}
+
+double Fit::digits(int j) const
+{
+    if (!digits_)
+        digits_ = findDigits();
+    return (*digits_)[std::size_t(j)];
+}
+
+double Fit::digits() const
+{
+    if (!dependentColumns().empty())
+        return 0;
+    double least = digits(0);
+    for (int j = 1; j <= sums_.m; ++j)
+        least = std::min(least, digits(j));
+    return least;
 }
 
 void findCovariances(const Fit &fit, double scaledMse, int m, Fit::Matrix &covariances)

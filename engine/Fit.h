@@ -88,11 +88,22 @@ public:
     /// As nuvo::dependentColumns().
     const std::vector<int> &dependentColumns() const;
 
+    /// How many decimal digits of a coefficient the data determine, 0 to 16: an estimate, from how far the
+    /// coefficient moves when every value moves as far as rounding it to a double has moved it, by first-order
+    /// perturbation. With A = (X'X)^-1 and d(k) the rounding of column k, d(y) of the response, its variance is
+    ///     A(j, j) (d(y)^2 + sum of b(k)^2 d(k)^2) + SSE sum of A(j, k)^2 d(k)^2,
+    /// relative to the larger of |b(j)| and the response's deviation over the column's. Columns of whole numbers that
+    /// doubles hold exactly count as not rounded.
+    double digits(int j) const;
+    /// The least of them, the constant included; 0 where columns depend on others.
+    double digits() const;
+
 private:
     struct Matrices;
     struct Residuals;
 
     void solve();
+    Vector findDigits() const;
     double squares(double value) const;
     const Matrices &matrices() const;
     const Residuals &settledResiduals() const;
@@ -105,6 +116,7 @@ private:
     mutable std::optional<Spread> spread_;
     mutable std::unique_ptr<Residuals> residuals_;
     mutable std::optional<std::vector<int>> dependent_;
+    mutable std::optional<Vector> digits_;
 };
 
 /// MSE (X'X)^-1 for another mean square error, scaled like the fit's, as far as column m.

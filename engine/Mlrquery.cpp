@@ -8,7 +8,7 @@ TMLRQuery::TMLRQuery(QWidget *owner) : TQuery(owner), TRegression(static_cast<TD
 
 TMLRQuery::~TMLRQuery() = default;
 
-std::unique_ptr<LoadProgress> TMLRQuery::MakeLoadProgress()
+std::unique_ptr<nuvo::Progress> TMLRQuery::MakeLoadProgress()
 {
     return std::make_unique<TMLRGaugeDlg>();
 }

@@ -35,7 +35,7 @@ Q_SIGNALS:
 
 protected:
     void CheckChange() const override { RefuseWhileBusy(); }
-    std::unique_ptr<LoadProgress> MakeLoadProgress() override;
+    std::unique_ptr<nuvo::Progress> MakeLoadProgress() override;
     void NotifyLoaded() override { Q_EMIT LoadEnded(Loaded()); }
     void NotifyComputed() override { Q_EMIT Fitted(); }
 };

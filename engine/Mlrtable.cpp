@@ -8,7 +8,7 @@ TMLRTable::TMLRTable(QWidget *owner) : TTable(owner), TRegression(static_cast<TD
 
 TMLRTable::~TMLRTable() = default;
 
-std::unique_ptr<LoadProgress> TMLRTable::MakeLoadProgress()
+std::unique_ptr<nuvo::Progress> TMLRTable::MakeLoadProgress()
 {
     return std::make_unique<TMLRGaugeDlg>();
 }

@@ -13,7 +13,7 @@ namespace nuvo {
 namespace {
 
 /// No window.
-class NoProgress : public LoadProgress
+class NoProgress : public Progress
 {
 public:
     void Show() override {}
@@ -40,7 +40,7 @@ std::shared_ptr<ObservationBuffer> RecordLoad::freeBuffer()
 
 std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definitions, const LoadWatch &watch)
 {
-    LoadProgress &progress = watch.progress;
+    Progress &progress = watch.progress;
     TDataSet &dataset = dataset_;
     LoadedRecords loaded;
     dataset.First();

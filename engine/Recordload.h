@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/Loadprogress.h"
 #include "engine/Mlrtypes.h"
 #include "engine/Observations.h"
+#include "engine/Progress.h"
 #include "platform/Export.h"
 
 #include <QtGlobal>
@@ -35,7 +35,7 @@ struct LoadedRecords
 /// Whom a load tells how far it is.
 struct LoadWatch
 {
-    LoadProgress &progress;
+    Progress &progress;
     bool show = false; ///< show it, and tell it of every observation
     /// Whatever shows a window runs events, and one of these can be the end of the load's owner.
     std::weak_ptr<const void> owner;

@@ -247,7 +247,7 @@ bool TRegression::Private::load()
         loadStopped = false;
         // Nothing of the load before is touched until the records have been read: reading them can throw.
         const auto usesCache = [this] { return cache != nullptr && !showLoadProgress; };
-        std::unique_ptr<LoadProgress> progress = usesCache() ? nullptr : q.MakeLoadProgress();
+        std::unique_ptr<nuvo::Progress> progress = usesCache() ? nullptr : q.MakeLoadProgress();
         std::size_t count = 0;
         for (const TIndepVar &definition : controls) {
             if (definition.Transformation() != u"Undefined")

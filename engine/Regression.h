@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/Loadprogress.h"
 #include "engine/Mlrtypes.h"
+#include "engine/Progress.h"
 #include "engine/kernel/Maxdata.h"
 #include "platform/Export.h"
 #include "platform/Messages.h"
@@ -222,6 +222,12 @@ public:
     /// Columns of the last fit that are, to working precision, a linear combination of the constant and the columns
     /// before them, ascending; their coefficients mean nothing. See nuvo::dependentColumns.
     std::vector<int> DependentColumns() const;
+    /// Estimated number of decimal digits of a coefficient of the last fit that the data determine, 0 to 16: rounding
+    /// a value to a double leaves 16 of its own, but fewer of the little by which large values differ. See
+    /// nuvo::Fit::digits. 16 before the first fit.
+    double GetDigits(int j) const;
+    /// The least of them; 0 where columns depend on others.
+    double GetDigits() const;
 
     /// \throws EDatabaseError while a load or a Series is under way.
     void RefuseWhileBusy() const;
@@ -303,7 +309,7 @@ protected:
     TRegression(TDataSet &dataset, Form form);
 
     /// The window that follows a load.
-    virtual std::unique_ptr<LoadProgress> MakeLoadProgress() = 0;
+    virtual std::unique_ptr<nuvo::Progress> MakeLoadProgress() = 0;
     virtual void NotifyLoaded() = 0;
     virtual void NotifyComputed() = 0;
     // The definitions as a form streams them.

@@ -202,6 +202,16 @@ std::vector<int> TRegression::DependentColumns() const
     return d->lastFit ? d->lastFit->dependentColumns() : std::vector<int>();
 }
 
+double TRegression::GetDigits(int j) const
+{
+    return d->lastFit ? d->lastFit->digits(j) : 16;
+}
+
+double TRegression::GetDigits() const
+{
+    return d->lastFit ? d->lastFit->digits() : 16;
+}
+
 // The steps, on the observations of the last load and the last coefficients.
 
 void TRegression::ComputeMaxAndMinY()

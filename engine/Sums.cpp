@@ -4,8 +4,8 @@
 #include "engine/kernel/Usablerecords.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
+#include <vector>
 
 namespace nuvo {
 
@@ -30,14 +30,6 @@ void scaledProducts(std::array<DataColumn, MaxParameters> columns, int n, Sums &
         columns[j] = {values.data(), std::scalbn(columns[j].largest, -exponent)};
     }
     crossProducts({columns.data(), std::size_t(sums.m) + 1}, n, sums.products);
-}
-
-PatternSums::Pattern patternOf(std::span<const int> columns)
-{
-    PatternSums::Pattern pattern = 0;
-    for (const int column : columns)
-        pattern |= PatternSums::Pattern(1) << (column - 1);
-    return pattern;
 }
 
 } // namespace
@@ -80,23 +72,6 @@ Sums &Sums::operator+=(const Sums &other)
     return *this;
 }
 
-Sums Sums::ofColumns(std::span<const int> columns) const
-{
-    std::array<std::size_t, MaxParameters + 1> from{};
-    for (std::size_t j = 0; j < columns.size(); ++j)
-        from[j + 1] = std::size_t(columns[j]);
-    from[columns.size() + 1] = std::size_t(m) + 1;
-    Sums result;
-    result.n = n;
-    result.m = int(columns.size());
-    for (std::size_t i = 0; i < columns.size() + 2; ++i) {
-        result.exponents[i] = exponents[from[i]];
-        for (std::size_t j = 0; j < columns.size() + 2; ++j)
-            result.products[i][j] = products[from[i]][from[j]];
-    }
-    return result;
-}
-
 Sums sumsOf(const Observations &observations)
 {
     Sums sums;
@@ -112,37 +87,6 @@ Sums sumsOf(const Observations &observations)
     else
         crossProducts({observations.columns().data(), std::size_t(sums.m) + 1}, observations.n(), sums.products);
     return sums;
-}
-
-void PatternSums::add(Pattern pattern, const Sums &sums)
-{
-    patterns_[pattern] += sums;
-}
-
-Sums PatternSums::over(std::span<const int> columns) const
-{
-    const Pattern asked = patternOf(columns);
-    Sums result;
-    result.m = int(columns.size());
-    for (const auto &[pattern, sums] : patterns_) {
-        if ((pattern & asked) != asked)
-            continue;
-        // The columns of a pattern are numbered among its own.
-        std::array<int, MaxControls> own{};
-        for (std::size_t j = 0; j < columns.size(); ++j)
-            own[j] = 1 + std::popcount(pattern & ((Pattern(1) << (columns[j] - 1)) - 1));
-        result += sums.ofColumns({own.data(), columns.size()});
-    }
-    return result;
-}
-
-std::int64_t PatternSums::count(std::span<const int> columns) const
-{
-    const Pattern asked = patternOf(columns);
-    std::int64_t count = 0;
-    for (const auto &[pattern, sums] : patterns_)
-        count += (pattern & asked) == asked ? sums.n : 0;
-    return count;
 }
 
 } // namespace nuvo

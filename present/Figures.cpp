@@ -44,6 +44,7 @@ void takeObservations(const TRegression &regression, Figures &figures)
     }
     for (const int j : regression.DependentColumns())
         figures.dependentTerms.append(figures.columns[j - 1].term);
+    figures.digits = regression.GetDigits();
 }
 
 } // namespace
@@ -144,6 +145,13 @@ QString leftOut(const Figures &figures)
                     "\nLinear combinations of the columns before them: %1.\nStandard errors and t values of all "
                     "columns mean nothing then, nor do the coefficients\nof those combined: leave some out.")
                     .arg(figures.dependentTerms.join(QStringLiteral(", ")));
+    constexpr double enough = 6;
+    if (figures.infiniteTerms.isEmpty() && figures.dependentTerms.isEmpty() && figures.digits < enough)
+        text +=
+            QStringLiteral("\nThe data leave about %1 digits of the coefficients: values that differ by so little "
+                           "of what they are\nlose the rest when they are rounded. Subtract from a column what its "
+                           "values have in common.")
+                .arg(int(figures.digits));
     return text;
 }
 

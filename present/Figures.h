@@ -106,6 +106,7 @@ struct Figures
     Matrix correlation;
     QStringList dependentTerms; ///< linear combinations of the terms before them
     QStringList infiniteTerms;  ///< infinite or no number in some observation
+    double digits = 16;         ///< of the coefficients that the data determine, TRegression::GetDigits()
 
     // The observations of a current fit.
 

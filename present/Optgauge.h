@@ -21,7 +21,7 @@ public:
     /// Takes the elapsed time as well.
     void SetGaugeProgress(unsigned short progress) override;
     /// Days and fractions of a day, as of the last SetGaugeProgress; 0 before the first.
-    double ProcessedTime() const { return elapsedTime_; }
+    double ProcessedTime() const override { return elapsedTime_; }
     void FormActivate() override;
 
 protected:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/Progress.h"
 #include "platform/Export.h"
 
 #include <QPointer>
@@ -21,28 +22,28 @@ class TGauge;
 /// windows are painted, timers, queued calls and sockets are served; keys and clicks reach this dialog alone, those
 /// meant for other windows are dropped. So whoever works under a shown dialog must expect timers of the application,
 /// but no click. A hidden dialog runs nothing.
-class NUVO_EXPORT TProgressDlg
+class NUVO_EXPORT TProgressDlg : public nuvo::Progress
 {
 public:
     TProgressDlg(const TProgressDlg &) = delete;
     TProgressDlg &operator=(const TProgressDlg &) = delete;
-    virtual ~TProgressDlg();
+    ~TProgressDlg() override;
 
     /// Opens the dialog in the middle of the screen and returns when the screen has it (or after a second, when it
     /// will not come). The first Show is the activation.
-    void Show();
+    void Show() override;
     /// Paints the last state and hides the dialog. Runs no events.
-    void Close();
-    bool Shown() const;
+    void Close() override;
+    bool Shown() const override;
     /// True once the person pressed Escape or closed the dialog, which also hides it. Stays true.
-    bool Stopped() const { return stopped_; }
+    bool Stopped() const override { return stopped_; }
 
     /// The gauge's own limits, 0..100, apply to the bar.
-    virtual void SetGaugeProgress(unsigned short progress);
+    void SetGaugeProgress(unsigned short progress) override;
     /// A text too long for the status panel ends in an ellipsis there.
-    void SetGaugeText(const QString &text);
+    void SetGaugeText(const QString &text) override;
     /// Paints the present state at once and runs the waiting events; nothing when hidden.
-    void Repaint();
+    void Repaint() override;
 
     /// Takes the progress back to 0 and repaints, once: the first Show does it, later activations change nothing.
     virtual void FormActivate();

@@ -2,26 +2,11 @@
 
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
+#include "engine/Progress.h"
 #include "platform/Errors.h"
 #include "present/Optgauge.h"
-#include "select/Selectionprogress.h"
 
 namespace {
-
-class GaugeProgress : public nuvo::SelectionProgress
-{
-public:
-    void Show() override { dialog_.Show(); }
-    void Repaint() override { dialog_.Repaint(); }
-    void Close() override { dialog_.Close(); }
-    void SetGaugeProgress(unsigned short progress) override { dialog_.SetGaugeProgress(progress); }
-    void SetGaugeText(const QString &text) override { dialog_.SetGaugeText(text); }
-    double ProcessedTime() const override { return dialog_.ProcessedTime(); }
-    bool Stopped() const override { return dialog_.Stopped(); }
-
-private:
-    TGaugeDlg dialog_;
-};
 
 QString caption(const TComponent &component)
 {
@@ -29,8 +14,6 @@ QString caption(const TComponent &component)
 }
 
 } // namespace
-
-nuvo::SelectionProgress::~SelectionProgress() = default;
 
 TCorvane::TCorvane(QWidget *owner) : TComponent(owner) {}
 
@@ -138,7 +121,7 @@ void TCorvane::PutModel(const TMLRModel &model)
         SetTableModel(model, *Table());
 }
 
-std::unique_ptr<nuvo::SelectionProgress> TCorvane::MakeProgress()
+std::unique_ptr<nuvo::Progress> TCorvane::MakeProgress()
 {
-    return std::make_unique<GaugeProgress>();
+    return std::make_unique<TGaugeDlg>();
 }

@@ -11,7 +11,7 @@
 class TRegression;
 
 namespace nuvo {
-class SelectionProgress;
+class Progress;
 class SelectionRun;
 } // namespace nuvo
 
@@ -74,7 +74,7 @@ Q_SIGNALS:
 
 protected:
     /// Who follows a run; a TGaugeDlg unless a derived class has something else.
-    virtual std::unique_ptr<nuvo::SelectionProgress> MakeProgress();
+    virtual std::unique_ptr<nuvo::Progress> MakeProgress();
     /// \throws EDatabaseError when nothing is bound, naming this component.
     void NeedBound() const;
     /// \throws EDatabaseError when a run cannot begin now: nothing is bound, or a run is under way.

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "engine/Progress.h"
 #include "engine/Regression.h"
 #include "select/Corvane.h"
-#include "select/Selectionprogress.h"
 
 #include <QElapsedTimer>
 #include <QLoggingCategory>
@@ -87,7 +87,7 @@ public:
 
     private:
         SelectionRun &run_;
-        std::unique_ptr<SelectionProgress> outer_;
+        std::unique_ptr<Progress> outer_;
     };
 
 private:
@@ -111,7 +111,7 @@ private:
     TRegression &regression_;
     std::unique_ptr<Running> running_;
     TRegression::Series series_;
-    std::unique_ptr<SelectionProgress> progress_;
+    std::unique_ptr<Progress> progress_;
     std::unique_ptr<Hourglass> hourglass_;
     QElapsedTimer clock_;
     QString report_;

@@ -14,7 +14,8 @@ namespace nuvo {
 /// Whether the functions marked NUVO_AVX2 may be called. All results are the same without them, to the last bit.
 NUVO_KERNEL_EXPORT bool useAvx2();
 
-/// For tests and benchmarks: false holds useAvx2() to false, true lets the processor decide again.
-NUVO_KERNEL_EXPORT void allowAvx2(bool allowed);
+/// For tests and benchmarks, which link the kernel's objects themselves: the library does not export it. False holds
+/// useAvx2() to false, true lets the processor decide again.
+void allowAvx2(bool allowed);
 
 } // namespace nuvo

@@ -513,3 +513,20 @@ TEST_F(Statistics, CorrelationsKeepTheirDigitsWhereProductsOfVariancesLeaveTheRa
         EXPECT_NEAR(regression.GetCorr(1, 1), 1, 1e-15) << scale;
     }
 }
+
+TEST_F(Statistics, DigitsAreFewWhereLargeValuesDifferByLittle)
+{
+    fill("y a b", 40, [](int i) { return Row{double(i * i % 17), 1e12 + 10 * std::sin(i), 10 * std::sin(i)}; });
+    define(regression, "a");
+    EXPECT_TRUE(regression.ReLoad());
+    EXPECT_EQ(regression.GetDigits(), 16) << "of no fit";
+    regression.Execute();
+    EXPECT_LT(regression.GetDigits(), 6);
+    EXPECT_GT(regression.GetDigits(), 2);
+    EXPECT_LT(regression.GetDigits(1), 6);
+    define(regression, "b");
+    EXPECT_TRUE(regression.ReLoad());
+    regression.Execute();
+    EXPECT_GT(regression.GetDigits(), 14);
+    EXPECT_EQ(messages.shown, std::vector<Message>()) << "nobody is disturbed by it";
+}

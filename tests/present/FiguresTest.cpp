@@ -148,3 +148,13 @@ TEST_F(FiguresOf, DependentTermsLeaveTheOthersTheirFigures)
     EXPECT_TRUE(std::isnan(figures.inference->pValues[2]));
     EXPECT_FALSE(std::isnan(figures.inference->pValues[3]));
 }
+
+TEST_F(FiguresOf, DataThatLeaveFewDigitsAreToldOf)
+{
+    std::vector<Row> rows;
+    for (int i = 0; i < 40; ++i)
+        rows.push_back({double(i * i % 17), 1e12 + 10 * std::sin(i)});
+    const Figures figures = nuvo::figures(fit("y a", rows, "a", "y"));
+    EXPECT_LT(figures.digits, 6);
+    EXPECT_TRUE(nuvo::leftOut(figures).contains(text(" digits of the coefficients"))) << figures.digits;
+}

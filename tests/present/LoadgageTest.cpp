@@ -390,7 +390,7 @@ TEST(LoadDialog, TheInstanceIsTheOneMadeLast)
 TEST(LoadDialog, ServesALoadThroughItsInterface)
 {
     TMLRGaugeDlg dialog;
-    LoadProgress &progress = dialog;
+    nuvo::Progress &progress = dialog;
     progress.SetGaugeProgress(0);
     progress.SetGaugeText(loaded(0));
     EXPECT_FALSE(progress.Shown());

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "select/Selectionprogress.h"
+#include "engine/Progress.h"
 
 #include <memory>
 
 /// Ends a search after so many percentages, as a user would who has waited long enough.
-class Patience : public nuvo::SelectionProgress
+class Patience : public nuvo::Progress
 {
 public:
     explicit Patience(int calls) : left_(calls) {}
@@ -28,5 +28,5 @@ public:
     int patience = 600;
 
 protected:
-    std::unique_ptr<nuvo::SelectionProgress> MakeProgress() override { return std::make_unique<Patience>(patience); }
+    std::unique_ptr<nuvo::Progress> MakeProgress() override { return std::make_unique<Patience>(patience); }
 };

@@ -1,8 +1,8 @@
 #include "select/Selections.h"
 
+#include "engine/Progress.h"
 #include "platform/Formats.h"
 #include "present/Optgauge.h"
-#include "select/Selectionprogress.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -325,7 +325,7 @@ using StepwiseRun = Run<TStepWiseMLR>;
 using ForwardRun = Run<TFwdSelectMLR>;
 
 /// What a search told its progress.
-struct Progress : nuvo::SelectionProgress
+struct Progress : nuvo::Progress
 {
     explicit Progress(QStringList &log) : log_(log) {}
     ~Progress() override { log_.append(text("gone")); }
@@ -348,7 +348,7 @@ public:
     QStringList log;
 
 protected:
-    std::unique_ptr<nuvo::SelectionProgress> MakeProgress() override { return std::make_unique<Progress>(log); }
+    std::unique_ptr<nuvo::Progress> MakeProgress() override { return std::make_unique<Progress>(log); }
 };
 
 template <class Search>
