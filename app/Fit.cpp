@@ -100,6 +100,30 @@ bool fitOn(Component &component, const FitOptions &options)
     return fitted;
 }
 
+/// "800x600"
+QSize plotSize(const CLI::Option *option)
+{
+    const QStringList sides = optionText(option).split(u'x', Qt::KeepEmptyParts, Qt::CaseInsensitive);
+    bool wide = false;
+    bool high = false;
+    const QSize size(sides.value(0).toInt(&wide), sides.value(1).toInt(&high));
+    const auto fits = [](int side) { return side >= LeastPlotSide && side <= MostPlotSide; };
+    if (sides.size() != 2 || !wide || !high || !fits(size.width()) || !fits(size.height()))
+        throw UsageError(QStringLiteral("%1 is WIDTHxHEIGHT, each a whole number from %2 to %3, not \"%4\".")
+                             .arg(optionName(option), QString::number(LeastPlotSide), QString::number(MostPlotSide),
+                                  optionText(option)));
+    return size;
+}
+
+/// A file or directory that is given, or nothing. \param kind "directory" or "file"
+QString pathText(const CLI::Option *option, const QString &kind)
+{
+    if (isGiven(option) && optionText(option).isEmpty())
+        throw UsageError(
+            QStringLiteral("%1 takes the name of a %2, not an empty text.").arg(optionName(option), kind));
+    return optionText(option);
+}
+
 } // namespace
 
 FitCommand::FitCommand(CLI::App &program)
@@ -111,6 +135,14 @@ FitCommand::FitCommand(CLI::App &program)
     matrices_ = addFlag("--matrices", "Print the coefficients' covariances and correlations");
     saveReport_ = addValue("--save-report", "FILE", "Write the report: .pdf, .html, .txt or .png");
     savePlots_ = addValue("--save-plots", "DIR", "Write all plots as PNG; makes DIR if need be");
+    plotFormat_ = addValue("--plot-format", "png|svg|pdf", "What the plots are written as; png unless told");
+    plotSize_ = addValue("--plot-size", "WxH", "The plots' pixels; 800x600 unless told");
+    saveCanvases_ = addValue("--save-canvases", "DIR", "Write the plot window's canvases as PNG");
+    saveObservations_ = addValue("--save-observations", "FILE", "Write a line for each observation as CSV");
+    level_ = addValue("--level", "P", "The level of intervals; 0.95 unless told");
+    influence_ = addFlag("--influence", "Tell what each observation does to the fit");
+    robust_ = addValue("--robust", "KIND", "Robust standard errors: hc0, hc1, hc2, hc3 or hac");
+    at_ = addValues("--at", "FIELD=VALUE,...", "Predict for these values; can be repeated");
     show_ = addFlag("--show", "Show the report in a window, until it is closed");
 }
 
@@ -126,9 +158,27 @@ FitOptions FitCommand::read() const
         throw UsageError(
             QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"%1\".")
                 .arg(options.saveReport));
-    options.savePlots = optionText(savePlots_);
-    if (isGiven(savePlots_) && options.savePlots.isEmpty())
-        throw UsageError(QStringLiteral("--save-plots takes the name of a directory, not an empty text."));
+    options.savePlots = pathText(savePlots_, QStringLiteral("directory"));
+    if (isGiven(plotFormat_))
+        options.plotFormat = oneOf<PlotFormat>(
+            plotFormat_, {{"png", PlotFormat::Png}, {"svg", PlotFormat::Svg}, {"pdf", PlotFormat::Pdf}});
+    if (isGiven(plotSize_))
+        options.plotSize = plotSize(plotSize_);
+    options.saveCanvases = pathText(saveCanvases_, QStringLiteral("directory"));
+    options.saveObservations = pathText(saveObservations_, QStringLiteral("file"));
+    options.level = optionalNumber(level_).value_or(options.level);
+    if (!(options.level > 0 && options.level < 1))
+        throw UsageError(
+            QStringLiteral("--level is more than 0 and less than 1, not \"%1\".").arg(optionText(level_)));
+    options.influence = isGiven(influence_);
+    if (isGiven(robust_))
+        options.robust = oneOf<RobustKind>(robust_, {{"hc0", RobustKind::Hc0},
+                                                     {"hc1", RobustKind::Hc1},
+                                                     {"hc2", RobustKind::Hc2},
+                                                     {"hc3", RobustKind::Hc3},
+                                                     {"hac", RobustKind::Hac}});
+    for (const QString &values : optionTexts(at_))
+        options.at.append(parseFieldValues(values, options.controls));
     options.show = isGiven(show_);
     return options;
 }

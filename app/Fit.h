@@ -1,8 +1,18 @@
 #pragma once
 
+#include "app/Fieldvalues.h"
 #include "app/Modeloptions.h"
+#include "engine/kernel/Robust.h"
+
+#include <QSize>
 
 namespace nuvo {
+
+enum class PlotFormat { Png, Svg, Pdf };
+
+/// The width and the height of a plot's picture, in pixels.
+inline constexpr int LeastPlotSide = 100;
+inline constexpr int MostPlotSide = 10000;
 
 struct FitOptions : ModelOptions
 {
@@ -11,6 +21,14 @@ struct FitOptions : ModelOptions
     bool matrices = false;
     QString saveReport; ///< a file; empty for none
     QString savePlots;  ///< a directory; empty for none
+    PlotFormat plotFormat = PlotFormat::Png;
+    QSize plotSize{800, 600};
+    QString saveCanvases;     ///< a directory; empty for none
+    QString saveObservations; ///< a file; empty for none
+    double level = 0.95;      ///< of intervals; more than 0, less than 1
+    bool influence = false;
+    std::optional<RobustKind> robust;
+    QList<QList<FieldValue>> at; ///< where to predict, in the order given
     bool show = false;
 };
 
@@ -27,6 +45,14 @@ private:
     CLI::Option *matrices_;
     CLI::Option *saveReport_;
     CLI::Option *savePlots_;
+    CLI::Option *plotFormat_;
+    CLI::Option *plotSize_;
+    CLI::Option *saveCanvases_;
+    CLI::Option *saveObservations_;
+    CLI::Option *level_;
+    CLI::Option *influence_;
+    CLI::Option *robust_;
+    CLI::Option *at_;
     CLI::Option *show_;
 };
 
