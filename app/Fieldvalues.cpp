@@ -1,11 +1,15 @@
 #include "app/Fieldvalues.h"
 
 #include "app/Usage.h"
+#include "engine/Transformations.h"
+#include "platform/Errors.h"
+#include "platform/Formats.h"
 
 #include <QStringList>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace nuvo {
@@ -72,6 +76,50 @@ std::pair<QString, QString> nameAndValue(const QString &part, const QString &tex
     return {name, rest.mid(1).trimmed()};
 }
 
+double valueOf(const QList<FieldValue> &values, const QString &field)
+{
+    for (const FieldValue &value : values) {
+        if (value.field.compare(field, Qt::CaseInsensitive) == 0)
+            return value.value;
+    }
+    return std::numeric_limits<double>::quiet_NaN();
+}
+
+/// What stands second in a term. \throws EConvertError
+double secondValue(const Term &term, Second second, const QList<FieldValue> &values)
+{
+    switch (second) {
+    case Second::Field2:
+        return valueOf(values, term.field2);
+    case Second::Exponent:
+        return StrToInt(term.exponent);
+    case Second::ScaleFactor:
+        return StrToFloat(term.scaleFactor);
+    case Second::Nothing:
+        break;
+    }
+    return 0;
+}
+
+bool takes(const Range &range, double first, double second)
+{
+    switch (range.of) {
+    case Range::Of::Field1:
+        return range.Holds(first);
+    case Range::Of::SizeOfField1:
+        return range.Holds(std::fabs(first));
+    case Range::Of::Exponent:
+        return range.Holds(second);
+    case Range::Of::SizeOfScaleFactor:
+        return range.Holds(std::fabs(second));
+    case Range::Of::Field2NotNull:
+    case Range::Of::Field2NotNullOrZero:
+    case Range::Of::Anything:
+        break;
+    }
+    return true;
+}
+
 } // namespace
 
 QList<FieldValue> parseFieldValues(const QString &text, const QList<Term> &controls)
@@ -104,6 +152,32 @@ QList<FieldValue> parseFieldValues(const QString &text, const QList<Term> &contr
     if (!missing.isEmpty())
         throw UsageError(QStringLiteral("--at needs a value for %1 as well.").arg(quotedList(missing)));
     return values;
+}
+
+std::vector<double> termValues(const QList<Term> &controls, const QList<FieldValue> &values)
+{
+    std::vector<double> terms;
+    for (const Term &term : controls) {
+        const Transformation *transformation = findKeyword(controlTransformations(), term.transformation);
+        if (transformation == nullptr || term.field1.isEmpty())
+            continue;
+        const double first = valueOf(values, term.field1);
+        double value = std::numeric_limits<double>::quiet_NaN();
+        try {
+            const double second = secondValue(term, transformation->second, values);
+            if (takes(transformation->range, first, second))
+                value = transformed(transformation->operation, first, second);
+        } catch (const EConvertError &) {
+            terms.push_back(value);
+            continue;
+        }
+        if (!std::isfinite(value))
+            throw UsageError(QStringLiteral("--at gives \"%1%2%3%4\" values that this term cannot take.")
+                                 .arg(transformation->before, term.field1, transformation->behind,
+                                      term.field2 + term.exponent + term.scaleFactor));
+        terms.push_back(value);
+    }
+    return terms;
 }
 
 } // namespace nuvo

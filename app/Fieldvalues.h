@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <vector>
+
 namespace nuvo {
 
 /// A field of the database with the value that it is given.
@@ -24,5 +26,10 @@ struct FieldValue
 /// \throws UsageError naming --at for anything else: a field twice, a field too many, one that is missing, a value
 /// that is no finite number.
 QList<FieldValue> parseFieldValues(const QString &text, const QList<Term> &controls);
+
+/// What the terms of the control variables are at these values, one for each that is no empty text. An exponent or a
+/// scale factor that does not convert, which a load refuses, makes a NaN of its term. \throws UsageError naming the
+/// term that cannot take its values.
+std::vector<double> termValues(const QList<Term> &controls, const QList<FieldValue> &values);
 
 } // namespace nuvo

@@ -2,12 +2,14 @@
 
 #include "app/Console.h"
 #include "app/Model.h"
+#include "app/Observationsfile.h"
 #include "app/Regressionoutput.h"
 #include "app/Usage.h"
 #include "platform/Errors.h"
 #include "present/Mlroutpt.h"
 #include "present/Plotfile.h"
 #include "present/Reportdocument.h"
+#include "present/figures/Fitdata.h"
 
 namespace nuvo {
 namespace {
@@ -22,9 +24,16 @@ VARIABLES is --response TERM [--control TERM]...
 constexpr char fitFooter[] = R"(
 Report and plots are written when a fit came out, each file whole or not at all,
 before anything is printed; that needs no display. A report's .png is a picture
-of the report window. The plots are scatter-x1.png,
-residual-order.png, residual-x1.png, residual-response.png, residual-fitted.png,
-ecdf.png and so on, 327 x 185 pixels.
+of the report window. The plots have axes: response-x1.png, residual-fitted.png,
+residual-order.png, residual-x1.png, normal-quantiles.png, scale-location.png,
+residual-leverage.png, added-x1.png, observed-fitted.png and
+residual-distribution.png. The canvases are those of the plot window, 327 x 185
+pixels: scatter-x1.png, residual-order.png, ecdf.png and so on.
+A line of --save-observations has the record, the response, each term, fitted
+value, residual, leverage, both kinds of scaled residuals, Cook's distance and
+DFFITS; what does not exist is empty.
+--at takes a value for each field of the control variables and predicts the
+response's term, the logarithm of a response Ln(price).
 
 Examples:
   nuvostat fit --database demo.db --table Longley --response y
@@ -35,11 +44,30 @@ Examples:
   nuvostat fit --database demo.db --table Longley --response y --control x2
            --save-report longley.pdf --save-plots plots)";
 
-QString output(TRegression &regression, const FitOptions &options, const MessageLog &log)
+/// The figures that are asked for, and those that a file of the observations has.
+Figures takeFigures(TRegression &regression, const FitOptions &options)
+{
+    Asked asked{options.level, options.influence || !options.saveObservations.isEmpty(), options.robust};
+    Figures taken = figures(regression, asked);
+    if (!taken.current)
+        return taken;
+    for (const QList<FieldValue> &values : options.at) {
+        Figures::Prediction prediction;
+        for (const auto &[field, value] : values)
+            prediction.at.emplace_back(field, value);
+        std::vector<double> terms = termValues(options.controls, values);
+        terms.insert(terms.begin(), 1); // the constant's place
+        prediction.predicted = regression.PredictInterval(terms.data(), options.level);
+        taken.predictions.push_back(std::move(prediction));
+    }
+    return taken;
+}
+
+QString output(const Figures &figures, const FitOptions &options, const MessageLog &log)
 {
     if (options.format != OutputFormat::Json)
-        return textRegression(figures(regression), options.matrices ? Matrices::Shown : Matrices::Left);
-    Json json = jsonRegression(figures(regression));
+        return textRegression(figures, options.matrices ? Matrices::Shown : Matrices::Left);
+    Json json = jsonRegression(figures);
     json["messages"] = jsonMessages(log.messages());
     return jsonLines(json);
 }
@@ -59,20 +87,27 @@ void withFiles(const QStringList &written, const Action &action)
 }
 
 /// An interrupt waits until the files are whole. \return what was written
-QStringList saveFiles(TRegression &regression, const FitOptions &options)
+QStringList saveFiles(TRegression &regression, const Figures &figures, const FitOptions &options)
 {
     const InterruptHold hold;
     QStringList written;
-    if (!options.saveReport.isEmpty()) {
-        saveReport(regression, options.saveReport);
-        written.append(QStringLiteral("the report \"%1\"").arg(options.saveReport));
-    }
-    hold.check();
-    if (!options.savePlots.isEmpty()) {
-        withFiles(written, [&] { savePlots(regression, options.savePlots); });
-        written.append(QStringLiteral("the plots in \"%1\"").arg(options.savePlots));
-    }
-    hold.check();
+    const auto save = [&](const QString &path, const QString &what, const auto &write) {
+        if (path.isEmpty())
+            return;
+        withFiles(written, write);
+        written.append(what.arg(path));
+        hold.check();
+    };
+    save(options.saveReport, QStringLiteral("the report \"%1\""),
+         [&] { saveReport(regression, options.saveReport); });
+    save(options.saveObservations, QStringLiteral("the observations \"%1\""),
+         [&] { saveObservations(figures, options.saveObservations); });
+    save(options.savePlots, QStringLiteral("the plots in \"%1\""), [&] {
+        saveFigures(fitFigures(figureData(regression, options.level)), options.savePlots, options.plotFormat,
+                    options.plotSize);
+    });
+    save(options.saveCanvases, QStringLiteral("the canvases in \"%1\""),
+         [&] { savePlots(regression, options.saveCanvases); });
     return written;
 }
 
@@ -88,10 +123,13 @@ bool fitOn(Component &component, const FitOptions &options)
         component.Open();
         if (component.ReLoad())
             component.Execute();
+        Figures figures = takeFigures(component, options);
         QStringList written;
-        if (component.ResultsCurrent())
-            written = saveFiles(component, options);
-        withFiles(written, [&] { writeOutput(output(component, options, log)); });
+        if (figures.current)
+            written = saveFiles(component, figures, options);
+        if (!options.influence)
+            figures.influence.reset(); // it was for the file
+        withFiles(written, [&] { writeOutput(output(figures, options, log)); });
     }
     // Whoever sits at the window gets its messages there.
     const bool fitted = component.ResultsCurrent();
@@ -134,7 +172,7 @@ FitCommand::FitCommand(CLI::App &program)
     warnings_ = addFlag("--warnings", "Warn when records are too many to be used");
     matrices_ = addFlag("--matrices", "Print the coefficients' covariances and correlations");
     saveReport_ = addValue("--save-report", "FILE", "Write the report: .pdf, .html, .txt or .png");
-    savePlots_ = addValue("--save-plots", "DIR", "Write all plots as PNG; makes DIR if need be");
+    savePlots_ = addValue("--save-plots", "DIR", "Write all figures with axes; makes DIR if need be");
     plotFormat_ = addValue("--plot-format", "png|svg|pdf", "What the plots are written as; png unless told");
     plotSize_ = addValue("--plot-size", "WxH", "The plots' pixels; 800x600 unless told");
     saveCanvases_ = addValue("--save-canvases", "DIR", "Write the plot window's canvases as PNG");
@@ -160,8 +198,8 @@ FitOptions FitCommand::read() const
                 .arg(options.saveReport));
     options.savePlots = pathText(savePlots_, QStringLiteral("directory"));
     if (isGiven(plotFormat_))
-        options.plotFormat = oneOf<PlotFormat>(
-            plotFormat_, {{"png", PlotFormat::Png}, {"svg", PlotFormat::Svg}, {"pdf", PlotFormat::Pdf}});
+        options.plotFormat = oneOf<FigureFormat>(
+            plotFormat_, {{"png", FigureFormat::Png}, {"svg", FigureFormat::Svg}, {"pdf", FigureFormat::Pdf}});
     if (isGiven(plotSize_))
         options.plotSize = plotSize(plotSize_);
     options.saveCanvases = pathText(saveCanvases_, QStringLiteral("directory"));
@@ -179,6 +217,8 @@ FitOptions FitCommand::read() const
                                                      {"hac", RobustKind::Hac}});
     for (const QString &values : optionTexts(at_))
         options.at.append(parseFieldValues(values, options.controls));
+    for (const QList<FieldValue> &values : options.at)
+        termValues(options.controls, values); // refuses before the database is asked
     options.show = isGiven(show_);
     return options;
 }

@@ -3,12 +3,11 @@
 #include "app/Fieldvalues.h"
 #include "app/Modeloptions.h"
 #include "engine/kernel/Robust.h"
+#include "present/figures/Figurefile.h"
 
 #include <QSize>
 
 namespace nuvo {
-
-enum class PlotFormat { Png, Svg, Pdf };
 
 /// The width and the height of a plot's picture, in pixels.
 inline constexpr int LeastPlotSide = 100;
@@ -20,10 +19,10 @@ struct FitOptions : ModelOptions
     bool warnings = false;
     bool matrices = false;
     QString saveReport; ///< a file; empty for none
-    QString savePlots;  ///< a directory; empty for none
-    PlotFormat plotFormat = PlotFormat::Png;
-    QSize plotSize{800, 600};
-    QString saveCanvases;     ///< a directory; empty for none
+    QString savePlots;  ///< a directory for the figures; empty for none
+    FigureFormat plotFormat = FigureFormat::Png;
+    QSize plotSize = UsualFigureSize;
+    QString saveCanvases;     ///< a directory for the plot window's canvases; empty for none
     QString saveObservations; ///< a file; empty for none
     double level = 0.95;      ///< of intervals; more than 0, less than 1
     bool influence = false;

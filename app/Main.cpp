@@ -97,7 +97,8 @@ int run(int argc, char **argv)
 {
     const nuvo::Command command = nuvo::parseCommandLine({argv + std::min(argc, 1), argv + argc});
     if (const auto *fit = std::get_if<nuvo::FitOptions>(&command))
-        return runComponents(argv, nuvo::fit, *fit, fit->show, !fit->saveReport.isEmpty());
+        return runComponents(argv, nuvo::fit, *fit, fit->show,
+                             !fit->saveReport.isEmpty() || !fit->savePlots.isEmpty());
     if (const auto *select = std::get_if<nuvo::SelectOptions>(&command))
         return runComponents(argv, nuvo::select, *select);
     if (const auto *form = std::get_if<nuvo::RunOptions>(&command))

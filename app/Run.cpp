@@ -84,7 +84,7 @@ private:
             regression.Execute();
         succeeded_ = succeeded_ && regression.ResultsCurrent();
         if (options_.format == OutputFormat::Json)
-            put(regressions_, dataset, jsonRegression(figures(regression)), log);
+            put(regressions_, dataset, jsonRegression(figures(regression, Asked())), log);
         else
             put(dataset, textRegression(figures(regression)));
     }

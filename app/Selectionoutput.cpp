@@ -62,7 +62,7 @@ Json jsonSelection(TCorvane &selection)
     output["ended"] = endName(selection.Ended());
     if (const auto *optimal = qobject_cast<const TOptimizeMLR *>(&selection))
         putModels(*optimal, output);
-    output["selected"] = jsonRegression(figures(*selection.Regression()));
+    output["selected"] = jsonRegression(figures(*selection.Regression(), Asked()));
     return output;
 }
 

@@ -4,6 +4,7 @@
 #include "engine/Fitfigures.h"
 #include "engine/Regression.h"
 #include "engine/kernel/Factors.h"
+#include "engine/kernel/Maxdata.h"
 #include "platform/Dataset.h"
 
 #include <algorithm>
@@ -47,6 +48,20 @@ void takeObservations(const TRegression &regression, Figures &figures)
     figures.digits = regression.GetDigits();
 }
 
+/// Records in the dataset: as many as a load walked that went to the end; else they are counted where warnings ask
+/// for that, as it can take as long as reading them all.
+std::optional<long long> recordTotal(TRegression &regression)
+{
+    if (!regression.DataSet().Active())
+        return {};
+    const bool walked = regression.GetNumObs() < MaxObservations && !regression.LoadStopped();
+    if (walked && regression.RecordsRead() > 0)
+        return regression.RecordsRead();
+    if (regression.ShowWarnings() || walked)
+        return regression.DataSet().RecordCount();
+    return {};
+}
+
 } // namespace
 
 Figures figures(TRegression &regression)
@@ -62,8 +77,7 @@ Figures figures(TRegression &regression)
     figures.observations = regression.GetNumObs();
     figures.controls = regression.GetNumVars();
     figures.degreesOfFreedom = regression.GetDOF();
-    if (regression.DataSet().Active())
-        figures.records.total = regression.DataSet().RecordCount();
+    figures.records.total = recordTotal(regression);
     figures.records.read = regression.RecordsRead();
     figures.records.used = regression.RecordsUsed();
     figures.records.skipped = regression.RecordsSkipped();

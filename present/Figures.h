@@ -32,7 +32,7 @@ struct Figures
 
     struct Records
     {
-        std::optional<long long> total; ///< in the dataset, where it was asked
+        std::optional<long long> total; ///< in the dataset, where that is known
         long long read = 0;
         long long used = 0;
         long long skipped = 0;
@@ -133,11 +133,10 @@ struct Asked
     std::optional<RobustKind> robust;
 };
 
-/// Takes down what a regression holds, a successful fit or not. The records of the dataset are counted where it is
-/// open.
+/// Takes down what a regression holds, a successful fit or not. The records of an open dataset are counted
+/// only where a load did not walk them all and ShowWarnings asks for it.
 NUVO_EXPORT Figures figures(TRegression &regression);
-/// With inference and diagnostics of a current fit, and what else is asked for; not of values so large or small that
-/// their products leave the range of doubles.
+/// With inference and diagnostics of a current fit, and what else is asked for.
 NUVO_EXPORT Figures figures(TRegression &regression, const Asked &asked);
 
 /// What the load left out, in one line, and in further lines the terms that say nothing: columns that are linear

@@ -57,7 +57,7 @@ TEST(FitFiles, EveryPlotIsWrittenIntoADirectoryThatIsMade)
 {
     const QTemporaryDir directory;
     const Outcome run =
-        runProgram(airquality({u("--save-plots"), u("a/b"), u("--format"), u("json")}), directory.path());
+        runProgram(airquality({u("--save-canvases"), u("a/b"), u("--format"), u("json")}), directory.path());
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, QString());
     EXPECT_TRUE(nlohmann::json::accept(run.out.toStdString()));
@@ -71,7 +71,7 @@ TEST(FitFiles, EveryPlotIsWrittenIntoADirectoryThatIsMade)
         EXPECT_EQ(plot.pixelColor(0, 0), QColor(Qt::white)) << name.toStdString();
     }
     // Into a directory that is there, over the files of before.
-    EXPECT_EQ(runProgram(airquality({u("--save-plots"), u("a/b")}), directory.path()).status, 0);
+    EXPECT_EQ(runProgram(airquality({u("--save-canvases"), u("a/b")}), directory.path()).status, 0);
     EXPECT_EQ(plots.entryList(QDir::Files, QDir::Name), names);
 }
 
@@ -80,7 +80,7 @@ TEST(FitFiles, AQueryHasThemToo)
     const QTemporaryDir directory;
     const Outcome run =
         runProgram({u("fit"), u("--database"), u(SAMPLES_DB), u("--sql"), u("SELECT * FROM Longley"), u("--response"),
-                    u("TOTEMP"), u("--save-report"), u("r.txt"), u("--save-plots"), u("p")},
+                    u("TOTEMP"), u("--save-report"), u("r.txt"), u("--save-canvases"), u("p")},
                    directory.path());
     EXPECT_EQ(run.status, 0) << run.err.toStdString();
     EXPECT_TRUE(contentOf(directory.filePath(u("r.txt"))).contains("Data: SELECT * FROM Longley\n"));
@@ -100,8 +100,8 @@ TEST(FitFiles, WhatCannotBeWrittenIsStatus3AndNothingIsLeftNorPrinted)
         EXPECT_EQ(run.err, u("nuvostat: ") + reason + u'\n');
     };
     fails({u("--save-report"), u("no/r.pdf")}, u("Cannot write \"no/r.pdf\": No such file or directory."));
-    fails({u("--save-plots"), u("file/p")}, u("Cannot make the directory \"file/p\"."));
-    fails({u("--save-plots"), u("file")}, u("Cannot make the directory \"file\"."));
+    fails({u("--save-canvases"), u("file/p")}, u("Cannot make the directory \"file/p\"."));
+    fails({u("--save-canvases"), u("file")}, u("Cannot make the directory \"file\"."));
     ASSERT_TRUE(QDir(directory.path()).mkdir(u("d.txt")));
     fails({u("--save-report"), u("d.txt")}, u("Cannot write \"d.txt\": Filename refers to a directory."));
     EXPECT_EQ(QDir(directory.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name).join(u' '),
@@ -119,7 +119,7 @@ TEST(FitFiles, WhatWasWrittenBeforeAFailureIsTold)
     const QTemporaryDir directory;
     ASSERT_TRUE(QDir(directory.path()).mkpath(u("p/scatter-x2.png")));
     const QString refused = u("nuvostat: Cannot write \"p/scatter-x2.png\": Filename refers to a directory.");
-    const QStringList plots = airquality({u("--save-plots"), u("p")});
+    const QStringList plots = airquality({u("--save-canvases"), u("p")});
     const Outcome alone = runProgram(plots, directory.path());
     EXPECT_EQ(alone.status, 3);
     EXPECT_EQ(alone.out, QString());
@@ -128,12 +128,12 @@ TEST(FitFiles, WhatWasWrittenBeforeAFailureIsTold)
               refused + u(" Written before it: scatter-x1.png. Written: the report \"r.txt\".\n"));
 
     QStringList quoted;
-    for (const QString &argument : airquality({u("--save-report"), u("r.html"), u("--save-plots"), u("q")}))
+    for (const QString &argument : airquality({u("--save-report"), u("r.html"), u("--save-canvases"), u("q")}))
         quoted.append(u'\'' + argument + u'\'');
     EXPECT_EQ(
         runShell(u("\"$nuvostat\" ") + quoted.join(u' ') + u(" >/dev/full"), directory.path()).err,
         u("nuvostat: Standard output cannot be written: No space left on device. Written: the report \"r.html\" "
-          "and the plots in \"q\".\n"));
+          "and the canvases in \"q\".\n"));
 }
 
 TEST(FitFiles, ADeviceIsNotReplaced)
@@ -167,7 +167,7 @@ TEST(FitFiles, AFullDiskLeavesWhatWasThere)
     EXPECT_EQ(QDir(directory.path()).entryList(QDir::Files).size(), 4) << "no partial file";
 
     const Outcome plots =
-        runShell(u("ulimit -f 0; \"$nuvostat\" %1 --save-plots p").arg(quoted.join(u' ')), directory.path());
+        runShell(u("ulimit -f 0; \"$nuvostat\" %1 --save-canvases p").arg(quoted.join(u' ')), directory.path());
     EXPECT_EQ(plots.status, 3);
     EXPECT_EQ(plots.err, u("nuvostat: Cannot write \"p/scatter-x1.png\": File too large.\n"));
     EXPECT_TRUE(QDir(directory.filePath(u("p"))).isEmpty());
@@ -181,7 +181,7 @@ TEST(FitFiles, WithoutAResultNoneIsWritten)
     const QTemporaryDir directory;
     const Outcome run =
         runProgram({u("fit"), u("--database"), database->name(), u("--table"), u("t"), u("--response"), u("y"),
-                    u("--control"), u("x"), u("--save-report"), u("r.pdf"), u("--save-plots"), u("p")},
+                    u("--control"), u("x"), u("--save-report"), u("r.pdf"), u("--save-canvases"), u("p")},
                    directory.path());
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.out.contains(u("No result.")));
@@ -194,8 +194,8 @@ Outcome filesOf(const QString &records, const QTemporaryDir &directory)
     const auto database = TestDatabase::make(TestDatabase::Sqlite);
     database->exec(u("CREATE TABLE t (y REAL, x REAL)"));
     database->exec(u("INSERT INTO t VALUES ") + records);
-    const QStringList fit{u("fit"), u("--database"), database->name(), u("--table"),      u("t"), u("--response"),
-                          u("y"),   u("--control"),  u("x"),           u("--save-plots"), u("p")};
+    const QStringList fit{u("fit"), u("--database"), database->name(), u("--table"),         u("t"), u("--response"),
+                          u("y"),   u("--control"),  u("x"),           u("--save-canvases"), u("p")};
     Outcome last;
     for (const char *name : {"r.pdf", "r.html", "r.txt", "r.png"}) {
         last = runProgram(fit + QStringList{u("--save-report"), u(name)}, directory.path());

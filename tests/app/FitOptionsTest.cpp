@@ -33,7 +33,7 @@ TEST(FitOptions, UnlessToldNothingMoreThanTheFitIsAskedFor)
     EXPECT_EQ(options.level, 0.95);
     EXPECT_FALSE(options.influence || options.robust);
     EXPECT_TRUE(options.at.isEmpty() && options.saveObservations.isEmpty() && options.saveCanvases.isEmpty());
-    EXPECT_EQ(options.plotFormat, nuvo::PlotFormat::Png);
+    EXPECT_EQ(options.plotFormat, nuvo::FigureFormat::Png);
     EXPECT_EQ(options.plotSize, QSize(800, 600));
     EXPECT_EQ(options.format, nuvo::OutputFormat::Text);
 }
@@ -48,7 +48,7 @@ TEST(FitOptions, AreTakenAsTheyAreGiven)
     EXPECT_EQ(options.robust, nuvo::RobustKind::Hac);
     EXPECT_EQ(options.saveObservations, u("o.csv"));
     EXPECT_EQ(options.saveCanvases, u("c"));
-    EXPECT_EQ(options.plotFormat, nuvo::PlotFormat::Svg);
+    EXPECT_EQ(options.plotFormat, nuvo::FigureFormat::Svg);
     EXPECT_EQ(options.plotSize, QSize(1024, 768));
     EXPECT_EQ(options.format, nuvo::OutputFormat::Report);
     EXPECT_EQ(parsed({"--robust=hc3"}).robust, nuvo::RobustKind::Hc3);

@@ -116,6 +116,7 @@ TEST(FitJson, HasItsMembersInOrder)
                                                    "xMin",         "xMax",
                                                    "covariance",   "correlation",
                                                    "fitted",       "residuals",
+                                                   "inference",    "diagnostics",
                                                    "report",       "messages"}));
     EXPECT_EQ(keys(fit["records"]), (std::vector<std::string>{"total", "read", "used", "skipped"}));
     EXPECT_EQ(keys(fit["report"]),
