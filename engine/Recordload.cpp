@@ -68,6 +68,7 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
         terms.emplace_back(column, dataset);
     TermReader response(definitions.response, dataset);
 
+    LeftOutCount leftOut(terms.size());
     int n = 0;
     qint64 read = 0;
     while (!loaded.stopped && !dataset.Eof() && n < MaxObservations) {
@@ -87,11 +88,14 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
                 if (!goesOn())
                     return {};
             }
+        } else {
+            leftOut.add(terms, response, read);
         }
         dataset.Next();
     }
     loaded.observations = Observations(buffer, n, int(terms.size()));
     loaded.read = read;
+    loaded.leftOut = leftOut.counts();
     return loaded;
 }
 

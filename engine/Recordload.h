@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/Leftout.h"
 #include "engine/Mlrtypes.h"
 #include "engine/Observations.h"
 #include "engine/Progress.h"
@@ -30,6 +31,8 @@ struct LoadedRecords
     Observations observations;
     qint64 read = 0;      ///< records walked
     bool stopped = false; ///< the person ended it, after so many records
+    /// What the terms could not use, the response first, without their names; empty where that was not counted.
+    std::vector<LeftOut> leftOut{};
 };
 
 /// Whom a load tells how far it is.

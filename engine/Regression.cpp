@@ -273,6 +273,9 @@ bool TRegression::Private::load()
             columns[j].Assign(nextColumns[j]);
         observed = std::move(found->observations);
         recordsRead = int(found->read);
+        loadedResponse.Assign(response);
+        leftOut = std::move(found->leftOut);
+        opening = dataset.Opening();
         loadStopped = found->stopped;
         if (!loadStopped) {
             setDegreesOfFreedom();
@@ -361,4 +364,36 @@ bool TRegression::LoadStopped() const
 int TRegression::RecordsRead() const
 {
     return d->recordsRead;
+}
+
+std::vector<nuvo::LeftOut> TRegression::LeftOut()
+{
+    if (d->opening < 0)
+        return {};
+    if (d->leftOut.empty() && !d->countLeftOut())
+        return {};
+    std::vector<nuvo::LeftOut> counts = d->leftOut;
+    counts[0].term = d->loadedResponse.OutputTerm();
+    for (std::size_t j = 1; j < counts.size(); ++j)
+        counts[j].term = d->columns[j - 1].OutputTerm();
+    return counts;
+}
+
+bool TRegression::Private::countLeftOut()
+{
+    // Other records tell nothing of that load.
+    if (!dataset.Active() || dataset.Opening() != opening)
+        return false;
+    q.RefuseWhileBusy();
+    const Busy guard(*this);
+    const bool ended = dataset.Eof();
+    const qint64 before = dataset.RecNo();
+    leftOut = nuvo::countLeftOut(dataset, {{columns.data(), std::size_t(m)}, loadedResponse}, recordsRead);
+    if (ended) {
+        dataset.Last();
+    } else {
+        dataset.First();
+        dataset.MoveBy(before - 1);
+    }
+    return true;
 }

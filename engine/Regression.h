@@ -11,6 +11,7 @@
 
 #include <array>
 #include <memory>
+#include <utility>
 #include <vector>
 
 class TDataSet;
@@ -20,6 +21,7 @@ class ColumnCache;
 class Fit;
 class FitFigures;
 enum class RobustKind;
+struct LeftOut;
 struct Prediction;
 struct TestResult;
 } // namespace nuvo
@@ -103,6 +105,13 @@ public:
     int RecordsUsed() const { return GetNumObs(); }
     /// Records that were walked and could not be transformed.
     int RecordsSkipped() const { return RecordsRead() - GetNumObs(); }
+    /// For the response, then for each column, those of them that it cannot use, whatever the others can: nulls and
+    /// values that it cannot take apart, with the ordinals of the first ones. Counted while a load reads; after one
+    /// that had its records at hand already (a model selection's), when first asked for, by a walk over the records
+    /// that leaves the dataset where it is. Empty before the first load, and where the records of such a load are
+    /// not open any more.
+    /// \throws EDatabaseError when reading fails, and while a load or a Series is under way.
+    std::vector<nuvo::LeftOut> LeftOut();
     /// Whether the person ended the last load with Escape; it then counts as not loaded.
     bool LoadStopped() const;
 
@@ -218,6 +227,9 @@ public:
     /// What Predict() gives at the values of all m columns, with its standard error, the interval of the mean and
     /// that of a new observation; values[0] is not read.
     nuvo::Prediction PredictInterval(const double *values, double level = 0.95) const;
+    /// The same at values of the fields of the columns: each field once, with its value; the terms are applied. NaNs
+    /// unless ResultsCurrent().  \throws EConvertError as nuvo::termValues().
+    nuvo::Prediction PredictAt(const std::vector<std::pair<QString, double>> &fields, double level = 0.95) const;
 
     /// Columns of the last fit that are, to working precision, a linear combination of the constant and the columns
     /// before them, ascending; their coefficients mean nothing. See nuvo::dependentColumns.

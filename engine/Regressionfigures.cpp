@@ -1,5 +1,6 @@
 #include "engine/Fitfigures.h"
 #include "engine/Regressionprivate.h"
+#include "engine/Termvalue.h"
 
 #include <limits>
 
@@ -236,4 +237,13 @@ nuvo::Prediction TRegression::PredictInterval(const double *values, double level
     if (!figures)
         return {none, none, {none, none}, {none, none}};
     return figures->predict({values + 1, std::size_t(figures->fit()->m())}, level);
+}
+
+nuvo::Prediction TRegression::PredictAt(const std::vector<std::pair<QString, double>> &fields, double level) const
+{
+    const std::vector<double> terms = nuvo::termValues({d->columns.data(), std::size_t(d->m)}, fields);
+    const auto figures = Figures();
+    if (!ResultsCurrent() || !figures)
+        return {none, none, {none, none}, {none, none}};
+    return figures->predict(terms, level);
 }

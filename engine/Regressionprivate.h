@@ -43,6 +43,8 @@ public:
     void forgetLoad();
     bool load();
     void fit();
+    /// False where the records are not there any more. Leaves the dataset where it is.
+    bool countLeftOut();
     void setDegreesOfFreedom();
     int degreesLeft() const { return observed.n() - (m + 1); }
     /// Of the response's multiple that sums of squares are of.
@@ -79,6 +81,9 @@ public:
     std::array<TIndepVar, MaxControls> columns; ///< column j at j - 1
     nuvo::Observations observed;
     int recordsRead = 0;
+    TDependentVar loadedResponse;
+    qint64 opening = -1;                ///< of the dataset
+    std::vector<nuvo::LeftOut> leftOut; ///< empty where it is still to be counted
     short degreesOfFreedom = 0;
     std::array<nuvo::ColumnRange, MaxParameters> xRange{};
     nuvo::ColumnRange yRange;

@@ -45,28 +45,29 @@ TermReader::TermReader(const TDependentVar &definition, TDataSet &dataset)
 {
 }
 
-bool TermReader::ValidSlow()
+TermReader::Use TermReader::UseOf()
 {
+    const auto possible = [](bool holds) { return holds ? Use::Possible : Use::Impossible; };
     const TField &field = Field1();
     if (field.IsNull())
-        return false;
+        return Use::Null;
     switch (range_.of) {
     case Range::Of::Field1:
-        return range_.Holds(field.AsFloat());
+        return possible(range_.Holds(field.AsFloat()));
     case Range::Of::SizeOfField1:
-        return range_.Holds(std::fabs(field.AsFloat()));
+        return possible(range_.Holds(std::fabs(field.AsFloat())));
     case Range::Of::Exponent:
-        return range_.Holds(ExponentAsFloat());
+        return possible(range_.Holds(ExponentAsFloat()));
     case Range::Of::SizeOfScaleFactor:
-        return range_.Holds(std::fabs(ScaleFactor()));
+        return possible(range_.Holds(std::fabs(ScaleFactor())));
     case Range::Of::Field2NotNull:
-        return !Field2().IsNull();
+        return Field2().IsNull() ? Use::Null : Use::Possible;
     case Range::Of::Field2NotNullOrZero:
-        return !Field2().IsNull() || std::fabs(Field2().AsFloat()) < ZeroTolerance;
+        return possible(!Field2().IsNull() || std::fabs(Field2().AsFloat()) < ZeroTolerance);
     case Range::Of::Anything:
         break;
     }
-    return true;
+    return Use::Possible;
 }
 
 double TermReader::ValueSlow()

@@ -19,12 +19,21 @@ public:
     TermReader(const TIndepVar &definition, TDataSet &dataset);
     TermReader(const TDependentVar &definition, TDataSet &dataset);
 
+    /// What the term can make of the current record.
+    enum class Use {
+        Possible,
+        Null,       ///< a field that it needs is null
+        Impossible, ///< a value that it cannot take
+    };
+
     bool Valid()
     {
         if (plain_ && field1_ != nullptr)
             return !field1_->IsNull();
-        return ValidSlow();
+        return UseOf() == Use::Possible;
     }
+    /// The same, and why not.
+    Use UseOf();
     double Value()
     {
         if (plain_ && field1_ != nullptr)
@@ -35,7 +44,6 @@ public:
 private:
     TermReader(const TVariableDefinition &definition, TDataSet &dataset, const Transformation *transformation);
 
-    bool ValidSlow();
     double ValueSlow();
     double SecondValue();
     const TField &Field1();

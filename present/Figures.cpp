@@ -2,10 +2,12 @@
 
 #include "engine/Fit.h"
 #include "engine/Fitfigures.h"
+#include "engine/Leftout.h"
 #include "engine/Regression.h"
 #include "engine/kernel/Factors.h"
 #include "engine/kernel/Maxdata.h"
 #include "platform/Dataset.h"
+#include "platform/Errors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -60,6 +62,19 @@ std::optional<long long> recordTotal(TRegression &regression)
     if (regression.ShowWarnings() || walked)
         return regression.DataSet().RecordCount();
     return {};
+}
+
+/// None where the records cannot be read any more.
+std::vector<Figures::LeftOut> leftOutOf(TRegression &regression)
+{
+    std::vector<Figures::LeftOut> result;
+    try {
+        for (const LeftOut &one : regression.LeftOut())
+            result.push_back({one.term, one.null, one.invalid});
+    } catch (const EPlatformError &) {
+        result.clear();
+    }
+    return result;
 }
 
 } // namespace
@@ -126,6 +141,7 @@ Figures figures(TRegression &regression)
 Figures figures(TRegression &regression, const Asked &asked)
 {
     Figures taken = figures(regression);
+    taken.leftOut = leftOutOf(regression);
     const std::shared_ptr<const Fit> fit = regression.CurrentFit();
     if (fit == nullptr)
         return taken;

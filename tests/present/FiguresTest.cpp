@@ -158,3 +158,21 @@ TEST_F(FiguresOf, DataThatLeaveFewDigitsAreToldOf)
     EXPECT_LT(figures.digits, 6);
     EXPECT_TRUE(nuvo::leftOut(figures).contains(text(" digits of the coefficients"))) << figures.digits;
 }
+
+TEST_F(FiguresOf, TellWhatEachTermCouldNotUse)
+{
+    fit("y a", {{3, 1}, {7, null}, {8, 5}, {null, 7}, {13, 8}, {9, 2}, {5, -1}, {6, 3}}, "a", "y");
+    table.SetControl(1, control("Log", "a"));
+    ASSERT_TRUE(table.ReLoad());
+    table.Execute();
+    const Figures figures = nuvo::figures(table, {});
+    ASSERT_EQ(figures.leftOut.size(), 2U);
+    EXPECT_EQ(figures.leftOut[0].term, text("y"));
+    EXPECT_EQ(figures.leftOut[0].null, 1);
+    EXPECT_EQ(figures.leftOut[1].term, text("Ln(a)"));
+    EXPECT_EQ(figures.leftOut[1].null, 1);
+    EXPECT_EQ(figures.leftOut[1].invalid, 1);
+    const QString page = nuvo::pageText(nuvo::statisticsPage(figures), 132).simplified();
+    EXPECT_TRUE(page.contains(text("3 could not be: y is null in 1; Ln(a) is null in 1 and impossible in 1.")))
+        << page.toStdString();
+}
