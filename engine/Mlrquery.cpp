@@ -3,6 +3,7 @@
 #include "present/Loadgage.h"
 #include "present/Mlroutpt.h"
 #include "present/Mlrplot.h"
+#include "present/statistics/Statisticsform.h"
 
 TMLRQuery::TMLRQuery(QWidget *owner) : TQuery(owner), TRegression(static_cast<TDataSet &>(*this), Form::Query) {}
 
@@ -21,4 +22,9 @@ void TMLRQuery::Output()
 void TMLRQuery::ShowPlots()
 {
     nuvo::showPlots(*this, FPlotForm);
+}
+
+void TMLRQuery::ShowStatistics()
+{
+    nuvo::showStatistics(*this);
 }

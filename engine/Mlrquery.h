@@ -26,6 +26,8 @@ public:
     Q_INVOKABLE void ShowPlots();
     /// The plot window while it is open, else null.
     QPointer<TMLRPlotForm> FPlotForm;
+    /// Shows all that the fit tells in a window and returns when it is closed; see nuvo::showStatistics.
+    Q_INVOKABLE void ShowStatistics();
 
 Q_SIGNALS:
     /// A load has ended, with usable observations or without.

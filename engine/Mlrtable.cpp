@@ -3,6 +3,7 @@
 #include "present/Loadgage.h"
 #include "present/Mlroutpt.h"
 #include "present/Mlrplot.h"
+#include "present/statistics/Statisticsform.h"
 
 TMLRTable::TMLRTable(QWidget *owner) : TTable(owner), TRegression(static_cast<TDataSet &>(*this), Form::Table) {}
 
@@ -21,4 +22,9 @@ void TMLRTable::Output()
 void TMLRTable::ShowPlots()
 {
     nuvo::showPlots(*this, FPlotForm);
+}
+
+void TMLRTable::ShowStatistics()
+{
+    nuvo::showStatistics(*this);
 }

@@ -34,6 +34,7 @@ namespace {
 constexpr int BoldHeaderPoints = 9;
 constexpr int SuperscriptPixels = 8;
 constexpr double ScreenDpi = 96;
+constexpr QRect LinkPlace(449, 402, 34, 28);
 /// Pixels of the printed image per pixel of the window, so that letters are sharp on paper.
 constexpr int PrintRatio = 3;
 
@@ -47,6 +48,7 @@ TRegressionOutputForm::TRegressionOutputForm(QWidget *parent)
     bold.setBold(true);
     setFont(bold);
     ui_->setupUi(this);
+    SetUpLink();
     for (QWidget *widget : findChildren<QWidget *>())
         widget->setProperty("designed", widget->geometry());
     setProperty("designed", geometry());
@@ -89,6 +91,30 @@ TRegressionOutputForm::TRegressionOutputForm(QWidget *parent)
 
 TRegressionOutputForm::~TRegressionOutputForm() = default;
 
+void TRegressionOutputForm::SetUpLink()
+{
+    // In the free room behind the last button.
+    link_ = new QPushButton(QStringLiteral("More"), this);
+    link_->setObjectName(QStringLiteral("lnkStatistics"));
+    link_->setGeometry(LinkPlace);
+    link_->setFlat(true);
+    link_->setAutoDefault(false);
+    link_->setCursor(Qt::PointingHandCursor);
+    link_->setToolTip(QStringLiteral("Statistics, observations and figures (F2)"));
+    link_->setAccessibleName(QStringLiteral("Statistics"));
+    link_->setAccessibleDescription(QStringLiteral("Opens the window of statistics, observations and figures"));
+    QFont underlined = nuvo::formFont();
+    underlined.setUnderline(true);
+    link_->setFont(underlined);
+    QPalette colours = palette();
+    colours.setColor(QPalette::ButtonText, QColor(0x00, 0x33, 0x99));
+    link_->setPalette(colours);
+    link_->setFocusPolicy(Qt::NoFocus); // the keyboard has F2, and Tab its order
+    connect(link_, &QPushButton::clicked, ui_->Statistics1, &QAction::trigger);
+    ui_->Statistics1->setShortcuts({QKeySequence(Qt::Key_F2), QKeySequence(Qt::CTRL | Qt::Key_T)});
+    addAction(ui_->Statistics1); // its keys work while the menu is closed
+}
+
 void TRegressionOutputForm::SetUpMenus()
 {
     const auto on = [this](QAction *action, const std::function<void()> &handler) {
@@ -118,6 +144,10 @@ void TRegressionOutputForm::SetUpMenus()
     on(ui_->Print1, [this] { PrintClick(); });
     on(ui_->SaveReport1, [this] { SaveReportClick(); });
     on(ui_->CopyReport1, [this] { CopyReportClick(); });
+    on(ui_->Statistics1, [this] {
+        if (!dataSet_.isNull())
+            QMetaObject::invokeMethod(dataSet_, "ShowStatistics");
+    });
 
     const auto contextMenu = [this](QWidget *widget, QMenu *menu) {
         widget->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -165,6 +195,8 @@ void TRegressionOutputForm::Fill(TRegression *dataSet, const QString &descriptio
     const QString source = QStringLiteral("Data: ") + (dataSet != nullptr ? dataSet->DataSourceName() : QString());
     const QString time = QLocale().toString(QDateTime::currentDateTime(), QLocale::ShortFormat);
     dataSet_ = dataSet != nullptr ? &dataSet->DataSet() : nullptr;
+    link_->setVisible(dataSet != nullptr);
+    ui_->Statistics1->setEnabled(dataSet != nullptr);
     if (dataSet != nullptr && !figures_)
         figures_ = nuvo::figures(*dataSet);
     texts_ = {QString(), description, time, QString(), blocks, window, QString()};
@@ -269,12 +301,14 @@ void TRegressionOutputForm::PrintClick()
 
 QImage TRegressionOutputForm::PrintImage()
 {
+    const bool linked = !link_->isHidden();
     QWidget *const hidden[] = {ui_->bbtnPrintForm, ui_->bbtnShowMatrix, ui_->bbtnClose, ui_->bbtnPlots, ui_->Header1};
     const QPalette usual = palette();
     const auto restore = qScopeGuard([&] {
         ui_->Panel2->setFrameStyle(QFrame::Panel | QFrame::Sunken);
         for (QWidget *widget : hidden)
             widget->show();
+        link_->setVisible(linked);
         setPalette(usual);
         LayOut(screen()->availableSize());
     });
@@ -282,6 +316,7 @@ QImage TRegressionOutputForm::PrintImage()
     ui_->Panel2->setFrameStyle(QFrame::NoFrame);
     for (QWidget *widget : hidden)
         widget->hide();
+    link_->hide();
     QPalette white = usual;
     white.setColor(QPalette::Window, Qt::white);
     setPalette(white);

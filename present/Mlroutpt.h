@@ -79,6 +79,7 @@ public:
     void done(int result) override;
 
 private:
+    void SetUpLink();
     void SetUpMenus();
     void PopUpAbove(QMenu &menu, const QPushButton &button);
     void ShowMatrix(const QString &name);
@@ -94,6 +95,7 @@ private:
     QSize LayOutPanel();
 
     std::unique_ptr<Ui::TRegressionOutputForm> ui_;
+    QPushButton *link_ = nullptr; ///< to all that the fit tells
     std::unique_ptr<QPrinter> printer_;
     std::function<void()> plots_;
     std::optional<nuvo::Figures> figures_; ///< what is saved and copied

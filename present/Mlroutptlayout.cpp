@@ -155,7 +155,7 @@ void TRegressionOutputForm::LayOut(const QSize &limit)
         ui_->Panel1Contents->resize(contents.width() + spare, contents.height());
         ui_->Matrix->resize(ui_->Matrix->width() + spare, ui_->Matrix->height());
     }
-    for (QPushButton *button : {ui_->bbtnPrintForm, ui_->bbtnPlots, ui_->bbtnShowMatrix, ui_->bbtnClose})
+    for (QPushButton *button : {ui_->bbtnPrintForm, ui_->bbtnPlots, ui_->bbtnShowMatrix, ui_->bbtnClose, link_})
         moved(button, wider / 2, headerMore + taller, 0, 0);
     moved(ui_->Panel2, 0, headerMore + taller, wider, footer - designed(*ui_->Panel2).height());
     setFixedSize(newWidth, design.height() + taller + others);

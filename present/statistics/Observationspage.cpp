@@ -1,0 +1,266 @@
+#include "present/statistics/Observationspage.h"
+
+#include "platform/Savefile.h"
+#include "present/Filedialog.h"
+#include "present/Forms.h"
+#include "present/figures/Figuretheme.h"
+#include "present/statistics/Observationsmodel.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QScopedValueRollback>
+#include <QSortFilterProxyModel>
+#include <QStyledItemDelegate>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+namespace {
+
+/// Sorts by numbers, not by what is shown of them; what does not exist stays at the end either way.
+class Order : public QSortFilterProxyModel
+{
+public:
+    using QSortFilterProxyModel::QSortFilterProxyModel;
+
+    void SetOnlyThose(bool only)
+    {
+        only_ = only;
+        invalidateFilter();
+    }
+
+protected:
+    bool lessThan(const QModelIndex &left, const QModelIndex &right) const override
+    {
+        const QVariant a = left.data(nuvo::ObservationsModel::NumberRole);
+        const QVariant b = right.data(nuvo::ObservationsModel::NumberRole);
+        const bool ascending = sortOrder() == Qt::AscendingOrder;
+        const auto ordered = [ascending](const auto &one, const auto &other, bool oneLacks, bool otherLacks) {
+            if (oneLacks || otherLacks)
+                return ascending ? !oneLacks && otherLacks : oneLacks && !otherLacks;
+            return one < other;
+        };
+        if (a.userType() == QMetaType::QString) {
+            const QString one = a.toString();
+            const QString other = b.toString();
+            return ordered(one, other, one.isEmpty(), other.isEmpty());
+        }
+        const double one = a.toDouble();
+        const double other = b.toDouble();
+        return ordered(one, other, std::isnan(one), std::isnan(other));
+    }
+
+    bool filterAcceptsRow(int row, const QModelIndex &) const override
+    {
+        return !only_ || static_cast<const nuvo::ObservationsModel *>(sourceModel())->StandsOut(row);
+    }
+
+private:
+    bool only_ = false;
+};
+
+/// Grounds of what stands out, mixed from the palette's own so that they suit light and dark.
+class Marks : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!index.data(nuvo::ObservationsModel::StandsOutRole).toBool())
+            return;
+        constexpr double share = 0.3;
+        const QColor base = option->palette.color(QPalette::Base);
+        const QColor mark = nuvo::FigureTheme::of(option->palette).selected;
+        const auto mixed = [](int a, int b) { return int(std::lround(a + share * (b - a))); };
+        option->backgroundBrush =
+            QColor(mixed(base.red(), mark.red()), mixed(base.green(), mark.green()), mixed(base.blue(), mark.blue()));
+    }
+};
+
+QString csvCell(QString text)
+{
+    if (!text.contains(u',') && !text.contains(u'"') && !text.contains(u'\n') && !text.contains(u'\r'))
+        return text;
+    return u'"' + text.replace(u'"', QLatin1String("\"\"")) + u'"';
+}
+
+} // namespace
+
+TObservationsPage::TObservationsPage(QWidget *parent)
+    : QWidget(parent), model_(new nuvo::ObservationsModel(this)), order_(new Order(this)),
+      view_(new QTableView(this)), onlyThose_(new QCheckBox(QStringLiteral("&Only what stands out"), this)),
+      count_(new QLabel(this)), save_(new QPushButton(QStringLiteral("Save as CS&V…"), this))
+{
+    order_->setSourceModel(model_);
+    view_->setObjectName(QStringLiteral("ObservationsView"));
+    view_->setAccessibleName(QStringLiteral("Observations"));
+    view_->setAccessibleDescription(
+        QStringLiteral("Every observation with its fitted value, residual and influence on the fit"));
+    view_->setModel(order_);
+    view_->setItemDelegate(new Marks(view_));
+    view_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    view_->setTabKeyNavigation(false);
+    view_->setWordWrap(false);
+    view_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    view_->verticalHeader()->hide();
+    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() + 6);
+    view_->horizontalHeader()->setHighlightSections(false);
+    view_->horizontalHeader()->setResizeContentsPrecision(100);
+    view_->setSortingEnabled(true);
+    view_->sortByColumn(0, Qt::AscendingOrder);
+
+    onlyThose_->setObjectName(QStringLiteral("OnlyStandOuts"));
+    count_->setObjectName(QStringLiteral("ObservationsCount"));
+    count_->setTextFormat(Qt::PlainText);
+    save_->setObjectName(QStringLiteral("SaveObservations"));
+    save_->setAutoDefault(false);
+    save_->setToolTip(QStringLiteral("Save all observations with all digits"));
+
+    auto *top = new QHBoxLayout;
+    top->addWidget(onlyThose_);
+    top->addSpacing(12);
+    top->addWidget(count_, 1);
+    top->addWidget(save_);
+    auto *all = new QVBoxLayout(this);
+    all->addLayout(top);
+    all->addWidget(view_, 1);
+
+    view_->installEventFilter(this);
+    connect(onlyThose_, &QCheckBox::toggled, this,
+            [this](bool on) { static_cast<Order *>(order_)->SetOnlyThose(on); });
+    connect(save_, &QPushButton::clicked, this, &TObservationsPage::SaveAs);
+    connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (!quiet_)
+            Q_EMIT SelectionChanged();
+    });
+    SetFigures({});
+}
+
+void TObservationsPage::SetFigures(const nuvo::Figures &figures)
+{
+    const QScopedValueRollback quiet(quiet_, true);
+    model_->SetFigures(figures);
+    const int n = model_->rowCount();
+    const int count = model_->StandOutCount();
+    if (n == 0)
+        count_->setText(QStringLiteral("There is no fit with observations."));
+    else if (!figures.influence)
+        count_->setText(QStringLiteral("%1 observations").arg(n));
+    else
+        count_->setText(QStringLiteral("%1 of %2 observations %3")
+                            .arg(count)
+                            .arg(n)
+                            .arg(count == 1 ? QStringLiteral("stands out") : QStringLiteral("stand out")));
+    onlyThose_->setEnabled(n > 0);
+    save_->setEnabled(n > 0);
+    view_->resizeColumnsToContents();
+}
+
+bool TObservationsPage::eventFilter(QObject *watched, QEvent *event)
+{
+    // The view alone would copy a cell, and a window around it may have the key for itself.
+    const bool override = event->type() == QEvent::ShortcutOverride;
+    if ((override || event->type() == QEvent::KeyPress) &&
+        static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
+        event->accept();
+        if (!override)
+            Copy();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+std::set<qint64> TObservationsPage::Selected() const
+{
+    std::set<qint64> records;
+    for (const QItemSelectionRange &range : view_->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            records.insert(model_->RecordOf(order_->mapToSource(order_->index(row, 0)).row()));
+    }
+    return records;
+}
+
+void TObservationsPage::SetSelected(const std::set<qint64> &records)
+{
+    const QScopedValueRollback quiet(quiet_, true);
+    QItemSelection selection;
+    QModelIndex first;
+    for (const qint64 record : records) {
+        const int row = model_->RowOf(record);
+        const QModelIndex index = row < 0 ? QModelIndex() : order_->mapFromSource(model_->index(row, 0));
+        if (!index.isValid())
+            continue;
+        selection.select(index, index);
+        if (!first.isValid() || index.row() < first.row())
+            first = index;
+    }
+    QItemSelectionModel *chosen = view_->selectionModel();
+    if (first.isValid())
+        chosen->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    chosen->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    if (first.isValid())
+        view_->scrollTo(first, QAbstractItemView::PositionAtCenter);
+}
+
+QString TObservationsPage::SelectionText() const
+{
+    const std::set<qint64> selected = Selected();
+    const QChar point = QLocale().decimalPoint().front();
+    QString text;
+    const auto addLine = [&](const auto &cell) {
+        QStringList cells;
+        for (int column = 0; column < model_->columnCount(); ++column)
+            cells += cell(column);
+        text += cells.join(u'\t') + u'\n';
+    };
+    addLine([&](int column) { return model_->Title(column); });
+    for (int shown = 0; shown < order_->rowCount(); ++shown) {
+        const int row = order_->mapToSource(order_->index(shown, 0)).row();
+        if (selected.empty() || selected.count(model_->RecordOf(row)) != 0)
+            addLine([&](int column) { return model_->Exact(row, column, point); });
+    }
+    return text;
+}
+
+void TObservationsPage::Copy() const
+{
+    QGuiApplication::clipboard()->setText(SelectionText());
+}
+
+void TObservationsPage::SaveCsv(const QString &file) const
+{
+    QString text;
+    const auto addLine = [&](const auto &cell) {
+        QStringList cells;
+        for (int column = 0; column < model_->columnCount(); ++column)
+            cells += csvCell(cell(column));
+        text += cells.join(u',') + u'\n';
+    };
+    addLine([&](int column) { return model_->Title(column); });
+    for (int row = 0; row < model_->rowCount(); ++row)
+        addLine([&](int column) { return model_->Exact(row, column, u'.'); });
+    nuvo::saveFile(file, [bytes = text.toUtf8()](QIODevice &device) { return device.write(bytes) == bytes.size(); });
+}
+
+void TObservationsPage::SaveAs()
+{
+    nuvo::guarded([this] {
+        const QString file = nuvo::askFileName(this, QStringLiteral("Save observations"),
+                                               {QStringLiteral("Comma separated values (*.csv)")});
+        if (!file.isEmpty())
+            SaveCsv(file);
+    });
+}

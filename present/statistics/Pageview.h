@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/Export.h"
+#include "present/Figures.h"
+#include "present/Page.h"
+
+#include <QTextBrowser>
+
+/// A page of statistics to read, in the colours of the palette. Ctrl+C copies what is marked, or the whole page when
+/// nothing is. Stands on any form.
+class NUVO_EXPORT TPageView : public QTextBrowser
+{
+    Q_OBJECT
+
+public:
+    explicit TPageView(QWidget *parent = nullptr);
+
+    void SetPage(const nuvo::Page &page);
+    const nuvo::Page &Page() const { return page_; }
+    /// What is marked, or the whole page, onto the clipboard, as text and HTML.
+    void Copy();
+
+protected:
+    bool event(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    nuvo::Page page_;
+};
+
+/// The summary of a fit: what was fitted on what, coefficients, analysis of variance, warnings.
+class NUVO_EXPORT TSummaryPage : public TPageView
+{
+    Q_OBJECT
+
+public:
+    explicit TSummaryPage(QWidget *parent = nullptr);
+    void SetFigures(const nuvo::Figures &figures);
+};
+
+/// The diagnostics of a fit: tests, what each term does, the observations worth looking at. Without a current fit it
+/// says so.
+class NUVO_EXPORT TDiagnosticsPage : public TPageView
+{
+    Q_OBJECT
+
+public:
+    explicit TDiagnosticsPage(QWidget *parent = nullptr);
+    void SetFigures(const nuvo::Figures &figures);
+};
+
+namespace nuvo {
+
+/// The page that the two are parts of, with the decimal sign of the locale.
+NUVO_EXPORT Page readersPage(const Figures &figures);
+
+} // namespace nuvo

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "platform/Export.h"
+#include "present/Figures.h"
+#include "present/figures/Figure.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class QPagedPaintDevice;
+class QPrinter;
+class QTabWidget;
+class TDiagnosticsPage;
+class TFiguresPage;
+class TObservationsPage;
+class TRegression;
+class TSummaryPage;
+
+/// The window of all that a fit tells: summary, diagnostics, observations and figures, a page each. A selected point
+/// of a figure is a selected row of the table and the other way round. It works on a copy of the regression's
+/// figures, which may change or go while the window is open, and has the size and colours that the person gives it.
+///
+/// Keys: Alt+1 to Alt+4, Ctrl+Tab and Ctrl+Shift+Tab the pages, Ctrl+P prints the document, Ctrl+S saves it (in a
+/// figure: the figure), Ctrl+C copies what the page has, F1 tells the keys, Escape closes.
+class NUVO_EXPORT TStatisticsForm : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit TStatisticsForm(QWidget *parent = nullptr);
+    ~TStatisticsForm() override;
+
+    /// Takes down the figures, without showing anything.
+    void Load(TRegression &regression);
+    /// The same of figures that were taken; they have the influence where it is to be seen.
+    void SetFigures(const nuvo::Figures &figures, const nuvo::FigureData &figureData);
+
+    /// The page shown, from 0: summary, diagnostics, observations, figures.
+    int PageIndex() const;
+    void SetPageIndex(int index);
+
+    TSummaryPage &Summary() { return *summary_; }
+    TDiagnosticsPage &Diagnostics() { return *diagnostics_; }
+    TObservationsPage &Observations() { return *observations_; }
+    TFiguresPage &FiguresPage() { return *figuresPage_; }
+
+    /// Prints the document, summary and diagnostics, on pages of its device.
+    void PrintDocument(QPagedPaintDevice &device) const;
+    /// Writes the document: .pdf, .html, .txt or .md. \throws EPlatformError as nuvo::savePage().
+    void SaveReport(const QString &file) const;
+    /// Onto the clipboard: text, rows or figure, whatever page is shown.
+    void Copy();
+
+private:
+    void SetUpKeys();
+    void PrintClick();
+    void SaveClick();
+    void HelpClick();
+    void Step(int way);
+
+    nuvo::Figures figures_;
+    std::unique_ptr<QPrinter> printer_;
+    QTabWidget *pages_;
+    TSummaryPage *summary_;
+    TDiagnosticsPage *diagnostics_;
+    TObservationsPage *observations_;
+    TFiguresPage *figuresPage_;
+};
+
+namespace nuvo {
+
+/// Shows what a fit tells in a new window and frees it when it is closed. There is one such window at a time: while
+/// one is open it comes to the front instead.
+NUVO_EXPORT void showStatistics(TRegression &regression);
+
+} // namespace nuvo
