@@ -7,6 +7,7 @@
 #include "app/Usage.h"
 #include "platform/Errors.h"
 #include "present/Mlroutpt.h"
+#include "present/Page.h"
 #include "present/Plotfile.h"
 #include "present/Reportdocument.h"
 #include "present/figures/Fitdata.h"
@@ -22,13 +23,14 @@ VARIABLES is --response TERM [--control TERM]...
 )";
 
 constexpr char fitFooter[] = R"(
-Report and plots are written when a fit came out, each file whole or not at all,
-before anything is printed; that needs no display. A report's .png is a picture
-of the report window. The plots have axes: response-x1.png, residual-fitted.png,
-residual-order.png, residual-x1.png, normal-quantiles.png, scale-location.png,
-residual-leverage.png, added-x1.png, observed-fitted.png and
-residual-distribution.png. The canvases are those of the plot window, 327 x 185
-pixels: scatter-x1.png, residual-order.png, ecdf.png and so on.
+Files are written when a fit came out, each whole or not at all, before
+anything is printed; that needs no display. A report's .png is a picture of the
+report window, its other files are the page of statistics. The plots have axes:
+response-x1.png, residual-fitted.png, residual-order.png, residual-x1.png,
+normal-quantiles.png, scale-location.png, residual-leverage.png, added-x1.png,
+observed-fitted.png and residual-distribution.png. The canvases are those of the
+plot window, 327 x 185 pixels: scatter-x1.png, residual-order.png, ecdf.png and
+so on.
 A line of --save-observations has the record, the response, each term, fitted
 value, residual, leverage, both kinds of scaled residuals, Cook's distance and
 DFFITS; what does not exist is empty.
@@ -63,10 +65,18 @@ Figures takeFigures(TRegression &regression, const FitOptions &options)
     return taken;
 }
 
+PageStyle pageStyle(const FitOptions &options)
+{
+    PageStyle style;
+    style.influence = options.influence;
+    style.matrices = options.matrices;
+    return style;
+}
+
 QString output(const Figures &figures, const FitOptions &options, const MessageLog &log)
 {
     if (options.format != OutputFormat::Json)
-        return textRegression(figures, options.matrices ? Matrices::Shown : Matrices::Left);
+        return textRegression(figures, options.format, pageStyle(options));
     Json json = jsonRegression(figures);
     json["messages"] = jsonMessages(log.messages());
     return jsonLines(json);
@@ -98,8 +108,12 @@ QStringList saveFiles(TRegression &regression, const Figures &figures, const Fit
         written.append(what.arg(path));
         hold.check();
     };
-    save(options.saveReport, QStringLiteral("the report \"%1\""),
-         [&] { saveReport(regression, options.saveReport); });
+    save(options.saveReport, QStringLiteral("the report \"%1\""), [&] {
+        if (isPageFile(options.saveReport))
+            savePage(statisticsPage(figures, pageStyle(options)), options.saveReport);
+        else
+            saveReport(regression, options.saveReport);
+    });
     save(options.saveObservations, QStringLiteral("the observations \"%1\""),
          [&] { saveObservations(figures, options.saveObservations); });
     save(options.savePlots, QStringLiteral("the plots in \"%1\""), [&] {
@@ -171,7 +185,7 @@ FitCommand::FitCommand(CLI::App &program)
     message_ = addValue("--message", "TEXT", "A message for the report's foot");
     warnings_ = addFlag("--warnings", "Warn when records are too many to be used");
     matrices_ = addFlag("--matrices", "Print the coefficients' covariances and correlations");
-    saveReport_ = addValue("--save-report", "FILE", "Write the report: .pdf, .html, .txt or .png");
+    saveReport_ = addValue("--save-report", "FILE", "Write the page: .pdf, .html, .txt, .md or .png");
     savePlots_ = addValue("--save-plots", "DIR", "Write all figures with axes; makes DIR if need be");
     plotFormat_ = addValue("--plot-format", "png|svg|pdf", "What the plots are written as; png unless told");
     plotSize_ = addValue("--plot-size", "WxH", "The plots' pixels; 800x600 unless told");
@@ -192,9 +206,9 @@ FitOptions FitCommand::read() const
     options.warnings = isGiven(warnings_);
     options.matrices = isGiven(matrices_);
     options.saveReport = optionText(saveReport_);
-    if (isGiven(saveReport_) && !isReportFile(options.saveReport))
+    if (isGiven(saveReport_) && !isPageFile(options.saveReport) && !isReportFile(options.saveReport))
         throw UsageError(
-            QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"%1\".")
+            QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt, .md or .png, not \"%1\".")
                 .arg(options.saveReport));
     options.savePlots = pathText(savePlots_, QStringLiteral("directory"));
     if (isGiven(plotFormat_))

@@ -2,6 +2,7 @@
 
 #include "app/Console.h"
 #include "present/Report.h"
+#include "present/Textreport.h"
 
 #include <cmath>
 #include <utility>
@@ -276,12 +277,14 @@ Json jsonMessages(const QList<Message> &messages)
     return array;
 }
 
-QString textRegression(const Figures &figures, Matrices matrices)
+QString textRegression(const Figures &figures, OutputFormat format, const PageStyle &style)
 {
+    if (format == OutputFormat::Text)
+        return pageText(statisticsPage(figures, style), outputWidth());
     if (!figures.current) {
         return QStringLiteral("Data: %1\nNo result. %2\n").arg(withoutControls(figures.source), leftOut(figures));
     }
-    return reportPlainText(figures, matrices, outputWidth());
+    return reportPlainText(figures, style.matrices ? Matrices::Shown : Matrices::Left, outputWidth());
 }
 
 } // namespace nuvo

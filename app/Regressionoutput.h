@@ -1,9 +1,10 @@
 #pragma once
 
+#include "app/Format.h"
 #include "app/Json.h"
 #include "app/Messagelog.h"
 #include "present/Figures.h"
-#include "present/Textreport.h"
+#include "present/Page.h"
 
 namespace nuvo {
 
@@ -13,7 +14,8 @@ Json jsonRegression(const Figures &figures);
 Json jsonMessages(const QList<Message> &messages);
 Json jsonTexts(const QStringList &texts);
 
-/// The report of a regression for the terminal, or that there is no result; lines ended by LF.
-QString textRegression(const Figures &figures, Matrices matrices = Matrices::Left);
+/// A regression for the terminal, or that there is no result; lines ended by LF: as Text the page of statistics, as
+/// Report the report of the report window, in which `style` has a say about the matrices alone.
+QString textRegression(const Figures &figures, OutputFormat format, const PageStyle &style = {});
 
 } // namespace nuvo

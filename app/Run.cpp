@@ -86,7 +86,7 @@ private:
         if (options_.format == OutputFormat::Json)
             put(regressions_, dataset, jsonRegression(figures(regression, Asked())), log);
         else
-            put(dataset, textRegression(figures(regression)));
+            put(dataset, textRegression(figures(regression, Asked()), options_.format));
     }
 
     void choose(TCorvane &selection)
@@ -97,7 +97,7 @@ private:
         if (options_.format == OutputFormat::Json)
             put(selections_, selection, jsonSelection(selection), log);
         else
-            put(selection, textSelection(selection));
+            put(selection, textSelection(selection, options_.format));
     }
 
     static void put(Json &array, const TComponent &component, const Json &figures, const MessageLog &log)

@@ -115,7 +115,7 @@ bool selectOn(Component &component, const SelectOptions &options)
         json["messages"] = jsonMessages(log.messages());
         writeOutput(jsonLines(json));
     } else {
-        writeOutput(textSelection(*method));
+        writeOutput(textSelection(*method, options.format));
     }
     return component.Loaded();
 }

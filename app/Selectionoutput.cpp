@@ -66,7 +66,7 @@ Json jsonSelection(TCorvane &selection)
     return output;
 }
 
-QString textSelection(TCorvane &selection)
+QString textSelection(TCorvane &selection, OutputFormat format)
 {
     QString text;
     for (const QString &step : selection.Steps())
@@ -75,7 +75,7 @@ QString textSelection(TCorvane &selection)
         text += u'\n';
     for (const QString &line : DisplayLines(selection.Report()).split(u'\n'))
         text += withoutControls(line) + u'\n';
-    return text + u'\n' + textRegression(figures(*selection.Regression()));
+    return text + u'\n' + textRegression(figures(*selection.Regression(), Asked()), format);
 }
 
 bool isOwnReport(const TCorvane &selection, const Message &message)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/Format.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -14,9 +16,6 @@ class Option;
 } // namespace CLI
 
 namespace nuvo {
-
-/// The report is the one of the report window; the text tells as much and may tell more.
-enum class OutputFormat { Text, Report, Json };
 
 /// How the command line knows a command: its usage and its options. Every command derives from it and reads its
 /// options once the line is parsed. What an option holds that it must not hold is a UsageError of one sentence.

@@ -284,14 +284,16 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
     EXPECT_EQ(with({"u"}), QStringLiteral("\"u\" is one argument too many.") + hint);
     for (const char *option : {"--tab", "--showing", "-x", "--version"})
         EXPECT_EQ(with({option}), QStringLiteral("There is no option \"%1\".").arg(QString::fromUtf8(option)) + hint);
-    EXPECT_EQ(with({"--save-report", "r.doc"}),
-              QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"r.doc\".") +
-                  hint);
+    EXPECT_EQ(
+        with({"--save-report", "r.doc"}),
+        QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt, .md or .png, not \"r.doc\".") +
+            hint);
     EXPECT_EQ(with({"--save-report", "pdf"}),
-              QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"pdf\".") +
+              QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt, .md or .png, not \"pdf\".") +
                   hint);
     EXPECT_EQ(with({"--save-report="}),
-              QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt or .png, not \"\".") + hint);
+              QStringLiteral("--save-report takes a name that ends in .pdf, .html, .txt, .md or .png, not \"\".") +
+                  hint);
     EXPECT_EQ(with({"--save-plots="}),
               QStringLiteral("--save-plots takes the name of a directory, not an empty text.") + hint);
     EXPECT_TRUE(with({"--control", "F^abc"}).startsWith(QStringLiteral("\"F^abc\" is no term for a control")));

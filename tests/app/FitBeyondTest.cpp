@@ -78,6 +78,16 @@ TEST(FitBeyond, RecordsKeepTheirOrdinalsWhereSomeAreSkipped)
     EXPECT_EQ(record[115], 153);
 }
 
+TEST(FitBeyond, WhatEachTermCouldNotUseIsToldApart)
+{
+    const char *const leftOut = R"x([{"term":"Ln(Ozone)","null":37,"invalid":0},)x"
+                                R"x({"term":"Temp","null":0,"invalid":0},{"term":"1/Wind","null":0,"invalid":0}])x";
+    EXPECT_EQ(parsed(runProgram(airquality({u("--format=json")})))["leftOut"].dump(), leftOut);
+    EXPECT_TRUE(runProgram(airquality({}))
+                    .out.simplified()
+                    .contains(u("116 of 153 records were used, 37 could not be: Ln(Ozone) is null in 37.")));
+}
+
 TEST(FitBeyond, APredictionAtARecordIsItsFittedValue)
 {
     const Json fit = parsed(runProgram(airquality(

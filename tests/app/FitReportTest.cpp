@@ -15,10 +15,53 @@ std::uint64_t bits(double value)
     return std::bit_cast<std::uint64_t>(value);
 }
 
-TEST(FitText, TheReportOfLongley)
+TEST(FitText, ThePageOfLongley)
 {
-    const Outcome run = fitLongley(
-        {u("--description"), u("Employment 1947 to 1962"), u("--message"), u("For internal use"), u("--matrices")});
+    const Outcome run = fitLongley({u("--description"), u("Employment"), u("--message"), u("For internal use")});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, QString());
+    EXPECT_TRUE(
+        withoutTimes(run.out).startsWith(u(R"(Linear regression of TOTEMP on GNPDEFL, GNP, UNEMP, ARMED, POP, YEAR
+
+Employment
+
+Table Longley, 2000-01-01 00:00:00. 16 of 16 records were used.
+
+Coefficients with 95 % intervals
+--------------------------------
+
+Term                 Estimate       Std. error           t             p
+(constant)  -3482259           890420.4         -3.910803   0.003560404
+GNPDEFL           15.06187         84.91493      0.1773760  0.8631408
+GNP               -0.03581918       0.03349101  -1.069516   0.3126811
+UNEMP             -2.020230         0.4883997   -4.136427   0.002535092
+ARMED             -1.033227         0.2142742   -4.821985   0.0009443668
+POP               -0.05110411       0.2260732   -0.2260511  0.8262118
+YEAR            1829.151          455.4785       4.015890   0.003036803
+)"))) << run.out.toStdString();
+    EXPECT_TRUE(run.out.contains(u("\nF(6, 9) = 330.2853, p = 4.984031e-10   AIC = 235.2349   BIC = 241.4156\n")));
+    EXPECT_TRUE(run.out.contains(u("\nDurbin-Watson = 2.559488   PRESS = 2886893   predicted R² = 0.9843959\n")));
+    EXPECT_TRUE(run.out.endsWith(u("\n\nFor internal use\n")));
+    EXPECT_FALSE(run.out.contains(u'\r'));
+    for (const char *asked : {"Covariances", "Robust", "Predictions", "Observations"})
+        EXPECT_FALSE(run.out.contains(u(asked))) << asked;
+}
+
+TEST(FitText, ThePageHasWhatIsAskedFor)
+{
+    const Outcome run = fitLongley({u("--matrices"), u("--influence"), u("--robust=hc3"), u("--level=0.9"),
+                                    u("--at=GNPDEFL=100,GNP=400000,UNEMP=3000,ARMED=2500,POP=118000,YEAR=1955")});
+    for (const char *heading : {"Coefficients with 90 % intervals", "Robust standard errors (HC3)",
+                                "Predictions of TOTEMP with 90 % intervals", "Observations worth looking at",
+                                "Covariances of the coefficients", "Correlations of the coefficients"})
+        EXPECT_TRUE(run.out.contains(u'\n' + u(heading) + u'\n')) << heading;
+    EXPECT_TRUE(run.out.contains(u("\n    66236.95    247.2057 "))) << run.out.toStdString();
+}
+
+TEST(FitReport, OfLongley)
+{
+    const Outcome run = fitLongley({u("--format=report"), u("--description"), u("Employment 1947 to 1962"),
+                                    u("--message"), u("For internal use"), u("--matrices")});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, QString());
     EXPECT_EQ(withoutTimes(run.out),
@@ -79,7 +122,7 @@ For internal use
 )"));
 }
 
-TEST(FitText, TheReportCanBeAskedForByItsName)
+TEST(FitReport, IsAskedForByItsName)
 {
     const Outcome run = fitLongley({u("--format"), u("report")});
     EXPECT_EQ(run.status, 0);
@@ -87,9 +130,9 @@ TEST(FitText, TheReportCanBeAskedForByItsName)
     EXPECT_TRUE(run.out.contains(u("F Statistic(6,9): 330.285\n")));
 }
 
-TEST(FitText, WithoutMatricesDescriptionAndMessageTheseAreLeftOut)
+TEST(FitReport, WithoutMatricesDescriptionAndMessageTheseAreLeftOut)
 {
-    const Outcome run = fitLongley();
+    const Outcome run = fitLongley({u("--format=report")});
     EXPECT_FALSE(run.out.contains(u("Matrix")));
     EXPECT_TRUE(run.out.contains(u("Data: Longley\nNumber of observations: 16\n")));
     EXPECT_TRUE(run.out.endsWith(u("Records: 16 in the dataset, 16 read, 16 used, 0 skipped.\n")));
@@ -117,7 +160,8 @@ TEST(FitJson, HasItsMembersInOrder)
                                                    "covariance",   "correlation",
                                                    "fitted",       "residuals",
                                                    "inference",    "diagnostics",
-                                                   "report",       "messages"}));
+                                                   "leftOut",      "report",
+                                                   "messages"}));
     EXPECT_EQ(keys(fit["records"]), (std::vector<std::string>{"total", "read", "used", "skipped"}));
     EXPECT_EQ(keys(fit["report"]),
               (std::vector<std::string>{"DepVar", "IndepVars", "DataCount", "DOF", "Coeffs", "SSquared", "SSE", "SSR",
@@ -222,10 +266,10 @@ TEST(FitJson, EveryFigureIsTheComponentsOwnToTheLastBit)
     same(fit["yStdErr"], table.GetyStdErr());
 }
 
-TEST(FitText, EveryCaptionStandsWithTheTextThatTheJsonHas)
+TEST(FitReport, EveryCaptionStandsWithTheTextThatTheJsonHas)
 {
     const Json report = parsed(fitLongley({u("--format=json")}))["report"];
-    const QString printed = fitLongley().out.simplified();
+    const QString printed = fitLongley({u("--format=report")}).out.simplified();
     for (const auto &[caption, key] :
          {std::pair("Number of observations: ", "DataCount"), std::pair("s² : ", "SSquared"),
           std::pair("R² : ", "RSquared"), std::pair("Regression SSR : ", "SSR"), std::pair("Residual SSE : ", "SSE"),

@@ -82,7 +82,9 @@ INSTANTIATE_TEST_SUITE_P(, Select, testing::Values(TestDatabase::Sqlite, TestDat
 
 TEST_P(Select, StepwiseAsText)
 {
-    const Outcome run = Run("stepwise", {u("--description"), u("Heat of hardening")});
+    EXPECT_TRUE(withoutTimes(Run("stepwise").out)
+                    .contains(u("Processing Time: 00:00:00\n\nLinear regression of Heat on Aluminate, Belite\n")));
+    const Outcome run = Run("stepwise", {u("--description"), u("Heat of hardening"), u("--format=report")});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, QString());
     EXPECT_EQ(withoutTimes(run.out), u(R"(Added Variable Belite
@@ -344,7 +346,7 @@ TEST_P(Select, NothingLoadedAtTheEndIsStatus1)
         EXPECT_EQ(json["selected"].count("coefficients"), 0U);
         EXPECT_GE(json["messages"].size(), 1U);
         EXPECT_TRUE(run.err.startsWith(u("error: "))) << run.err.toStdString();
-        const Outcome asText = Run(method);
+        const Outcome asText = Run(method, {u("--format=report")});
         EXPECT_EQ(asText.status, 1);
         EXPECT_TRUE(asText.out.contains(u("\nData: Cement\nNo result. Records: 13 in the dataset, 13 read, 0 used")))
             << asText.out.toStdString();
