@@ -18,9 +18,9 @@ enum TModalResult : int { mrNone = 0, mrOk = 1, mrCancel = 2, mrYes = 6, mrNo = 
 
 /// Shows a message box and returns the button pressed, as a TModalResult. Every box of the system comes through here.
 /// The text keeps its own line ends ("\n\r"); the default handler turns them into lines. On the `offscreen` and
-/// `minimal` platforms and without a QApplication, where there is no user to answer, the default handler writes one line
-/// (nuvo::messageLine) to standard error and answers with the first button: the lowest bit, OK when none is asked
-/// for. The default handler knows no help, so it shows no help button whatever the context; 0 means none.
+/// `minimal` platforms and without a QApplication, where there is no user to answer, the default handler writes one
+/// line (nuvo::messageLine) to standard error and answers with the first button: the lowest bit, OK when none is
+/// asked for. The default handler knows no help, so it shows no help button whatever the context; 0 means none.
 NUVO_EXPORT int MessageDlg(const QString &text, TMsgDlgType type, unsigned buttons = mbOK, int helpContext = 0);
 
 using TMessageHandler = std::function<int(const QString &text, TMsgDlgType type, unsigned buttons, int helpContext)>;
