@@ -3,6 +3,11 @@
 #include "platform/Table.h"
 #include "select/Corvane.h"
 
+namespace nuvo {
+class PartialFRun;
+struct SelectionTestAccess;
+} // namespace nuvo
+
 /// What the three searches by partial F tests have in common: the table of critical values, and whether they show
 /// their report and their progress.
 class NUVO_EXPORT TPartialFSearch : public TCorvane
@@ -39,6 +44,10 @@ public:
     bool SetControls(TTermTable table, int row, int count);
 
 private:
+    friend class nuvo::PartialFRun;
+    friend struct nuvo::SelectionTestAccess;
+
+    bool endsRepeating_ = true; ///< tests let a search go round to see what would come of it
     QString fDistTableName_;
     mutable QPointer<TTable> fDistTable_;
     mutable bool fDistTableBound_ = false;

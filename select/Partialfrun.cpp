@@ -13,8 +13,6 @@ namespace nuvo {
 
 namespace {
 
-bool endRepeatingSearches = true;
-
 /// The result of a written expression, or 0 where its arithmetic fails. Nothing raises here: a division by zero, an
 /// invalid operation or an overflow shows in the result, which is not a number, or infinite although no operand was.
 double orZero(double result, std::initializer_list<double> operands)
@@ -27,13 +25,9 @@ double orZero(double result, std::initializer_list<double> operands)
 
 } // namespace
 
-void setEndRepeatingSearches(bool on)
-{
-    endRepeatingSearches = on;
-}
-
 PartialFRun::PartialFRun(SelectionRun &run, const TPartialFSearch &selector, Rules rules)
-    : run_(run), rules_(std::move(rules)), table_(selector.FDistTable()), hasTable_(!table_.isNull())
+    : run_(run), rules_(std::move(rules)), table_(selector.FDistTable()), hasTable_(!table_.isNull()),
+      endsRepeating_(selector.endsRepeating_)
 {
 }
 
@@ -84,7 +78,7 @@ PartialFRun::State PartialFRun::state() const
 /// Whether the search would go round for ever: from here on it would do what it did before.
 bool PartialFRun::cameBack()
 {
-    return endRepeatingSearches && !states_.insert(state()).second;
+    return endsRepeating_ && !states_.insert(state()).second;
 }
 
 void PartialFRun::pass()

@@ -91,12 +91,10 @@ private:
     const Rules rules_;
     QPointer<TTable> table_;
     const bool hasTable_;
+    const bool endsRepeating_;
     std::set<State> states_;
     double minimum_ = 0;
     int best_ = 0; ///< 0 while no candidate of the pass was fitted
 };
-
-/// For tests: searches run on for ever when it is off.
-NUVO_EXPORT void setEndRepeatingSearches(bool on);
 
 } // namespace nuvo

@@ -1,8 +1,6 @@
 #include "select/Patience.h"
 #include "select/Selections.h"
 
-#include "select/Partialfrun.h"
-
 #include <random>
 
 namespace {
@@ -30,8 +28,6 @@ std::vector<Row> smallSet(std::mt19937 &random)
 class Guard : public testing::Test
 {
 protected:
-    ~Guard() override { nuvo::setEndRepeatingSearches(true); }
-
     struct Count
     {
         int ended = 0;   ///< by themselves
@@ -76,7 +72,7 @@ std::vector<std::pair<int, int>> Guard::makeSets(int sets, std::mt19937 &random)
 
 TRunEnd Guard::run(bool guarded)
 {
-    nuvo::setEndRepeatingSearches(guarded);
+    nuvo::SelectionTestAccess::setEndsRepeating(search_, guarded);
     define(regression_, "a b c d");
     regression_.ReLoad();
     regression_.Execute();

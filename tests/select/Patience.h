@@ -1,8 +1,15 @@
 #pragma once
 
 #include "engine/Progress.h"
+#include "select/Partialf.h"
 
 #include <memory>
+
+/// Lets a search go round without end, to see what it would do.
+struct nuvo::SelectionTestAccess
+{
+    static void setEndsRepeating(TPartialFSearch &search, bool on) { search.endsRepeating_ = on; }
+};
 
 /// Ends a search after so many percentages, as a user would who has waited long enough.
 class Patience : public nuvo::Progress

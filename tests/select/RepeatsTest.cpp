@@ -1,8 +1,6 @@
 #include "select/Patience.h"
 #include "select/Selections.h"
 
-#include "select/Partialfrun.h"
-
 #include <random>
 
 namespace {
@@ -12,8 +10,6 @@ template <class Search>
 class Endless : public SelectionOver<TMLRTable, Patient<Search>>
 {
 protected:
-    ~Endless() override { nuvo::setEndRepeatingSearches(true); }
-
     struct Outcome
     {
         QStringList trace;
@@ -24,7 +20,7 @@ protected:
     Outcome run(bool guarded, const char *controls) { return run(guarded, controls, this->regression); }
     Outcome run(bool guarded, const char *controls, TMLRTable &component)
     {
-        nuvo::setEndRepeatingSearches(guarded);
+        nuvo::SelectionTestAccess::setEndsRepeating(this->search, guarded);
         define(component, controls);
         component.ReLoad();
         component.Execute();
