@@ -74,6 +74,12 @@ TRegression *TCorvane::Regression() const
     return Table();
 }
 
+void TCorvane::SetRule(TSelectionRule rule)
+{
+    RefuseWhileRunning();
+    rule_ = rule;
+}
+
 void TCorvane::NeedBound() const
 {
     if (Regression() != nullptr)

@@ -11,6 +11,7 @@
 class TRegression;
 
 namespace nuvo {
+struct Choice;
 class Progress;
 class SelectionRun;
 } // namespace nuvo
@@ -32,8 +33,13 @@ class NUVO_EXPORT TCorvane : public TComponent
 {
     Q_OBJECT
     Q_PROPERTY(QString Dataset READ Dataset WRITE SetDataset)
+    Q_PROPERTY(TSelectionRule Rule READ Rule WRITE SetRule)
 
 public:
+    /// As this component always chose; or as textbooks do, all candidates on the records that all of them can use.
+    enum TSelectionRule { Written, Textbook };
+    Q_ENUM(TSelectionRule)
+
     explicit TCorvane(QWidget *owner = nullptr);
     ~TCorvane() override;
 
@@ -52,6 +58,9 @@ public:
     TMLRQuery *Query() const;
     TRegression *Regression() const;
 
+    TSelectionRule Rule() const { return rule_; }
+    void SetRule(TSelectionRule rule);
+
     /// Chooses a model and leaves the regression component with it.
     /// \throws EDatabaseError when nothing is bound, when a run is under way, or when the database fails.
     virtual void Run() = 0;
@@ -64,6 +73,9 @@ public:
     /// Every text that the progress dialog was given, in order.
     const QStringList &Steps() const { return steps_; }
     TRunEnd Ended() const { return ended_; }
+    /// What there is to show of it under the rule Textbook; null under the other one, before a run, while one is
+    /// under way, and after one that was stopped or that an error ended.
+    std::shared_ptr<const nuvo::Choice> Choice() const { return choice_; }
 
     /// Saves the bound component's model. \throws EDatabaseError when nothing is bound.
     void SaveModel(TMLRModel &model);
@@ -91,6 +103,8 @@ private:
     void LookUp() const;
 
     QString dataset_;
+    TSelectionRule rule_ = Written;
+    std::shared_ptr<const nuvo::Choice> choice_;
     // Looking up a name again binds, also where a caller only asks.
     mutable QPointer<TMLRTable> table_;
     mutable QPointer<TMLRQuery> query_;
@@ -100,3 +114,5 @@ private:
     QStringList steps_;
     TRunEnd ended_ = TRunEnd::Converged;
 };
+
+using TSelectionRule = TCorvane::TSelectionRule;

@@ -29,6 +29,9 @@ constexpr ToolTip ToolTips[] = {
     {"ShowWarnings", "Whether warnings are shown: too many records, nothing loaded."},
     {"ReportMessage", "Replaces the last line of the report unless it is empty."},
     {"Dataset", "The regression component on this form whose model is chosen."},
+    {"Rule",
+     "How a model is chosen: as these components always did, or as textbooks do, all candidates on the records "
+     "that all control variables can use."},
     {"OptCriteria", "How models are ranked: by dominance (larger R², smaller s²), by the smallest s², by the largest "
                     "F."},
     {"ModelsToSave", "How many models the list keeps, at most 20."},

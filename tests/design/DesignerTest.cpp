@@ -104,7 +104,7 @@ TEST_F(Designer, ShowsPublishedPropertiesAndOnlyThoseInGroupsWithToolTips)
                     "IndexFieldNames;[TMLRTable];ControlVar01;ControlVar02;ControlVar03;ControlVar04;ControlVar05;"
                     "ControlVar06;ControlVar07;ControlVar08;ControlVar09;ControlVar10;Description;ShowLoadProgress;"
                     "ShowWarnings;ResponseVarY;ReportMessage"));
-    EXPECT_EQ(list("stepWiseRows"), words("[QObject];objectName;[TCorvane];Dataset;[TStepWiseMLR];FDistTable;"
+    EXPECT_EQ(list("stepWiseRows"), words("[QObject];objectName;[TCorvane];Dataset;Rule;[TStepWiseMLR];FDistTable;"
                                           "FInDefault;FOutDefault;FPercent;ShowReport;ShowProgress"));
     EXPECT_EQ(list("rowsWithoutToolTip"), Strings());
 }
