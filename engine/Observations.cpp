@@ -1,5 +1,6 @@
 #include "engine/Observations.h"
 
+#include "engine/kernel/Columnscale.h"
 #include "engine/kernel/Usablerecords.h"
 
 #include <algorithm>
@@ -106,9 +107,7 @@ std::array<DataColumn, MaxParameters> Observations::columns() const
 
 int scaleOf(const ObservedColumn &column)
 {
-    const double largest = column.range.largest();
-    const bool ordinary = largest >= 0x1p-200 && largest <= 0x1p200;
-    return ordinary || !(largest > 0) || std::isinf(largest) ? 0 : std::ilogb(largest);
+    return columnScale(column.range.largest());
 }
 
 void findMeans(const Observations &observations, Spread &spread)

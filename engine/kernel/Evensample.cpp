@@ -1,68 +1,105 @@
 #include "engine/kernel/Evensample.h"
 
 #include <algorithm>
-#include <utility>
+#include <limits>
 
 namespace nuvo {
 
+namespace {
+
+// SplitMix64 (Steele, Lea and Flood, OOPSLA 2014).
+std::uint64_t mixed(std::uint64_t z)
+{
+    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9;
+    z = (z ^ (z >> 27)) * 0x94D049BB133111EB;
+    return z ^ (z >> 31);
+}
+
+constexpr std::uint64_t goldenRatio = 0x9E3779B97F4A7C15;
+
+} // namespace
+
 EvenSample::EvenSample(int columns, int capacity, std::uint64_t seed)
-    : columns_(std::size_t(columns)), capacity_(std::size_t(capacity)), state_(seed)
+    : columns_(std::size_t(columns)), capacity_(std::size_t(capacity)), seed_(mixed(seed * goldenRatio)),
+      limit_(std::numeric_limits<std::uint64_t>::max())
 {
 }
 
-// A whole number from 0 to limit - 1: SplitMix64 (Steele, Lea and Flood, OOPSLA 2014), scaled down by the high half
-// of a product. With limits far below 2^64 no value is preferred by more than one part in 2^40.
-std::uint64_t EvenSample::below(std::uint64_t limit)
+double *EvenSample::take(std::uint64_t number, std::int64_t ordinal)
 {
-    std::uint64_t z = state_ += 0x9E3779B97F4A7C15;
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EB;
-    z ^= z >> 31;
-    // limit is below 2^63, so that neither half product overflows
-    const std::uint64_t high = (z >> 32) * (limit >> 32);
-    const std::uint64_t middle = (z >> 32) * (limit & 0xFFFFFFFF);
-    const std::uint64_t other = (z & 0xFFFFFFFF) * (limit >> 32);
-    const std::uint64_t low = (z & 0xFFFFFFFF) * (limit & 0xFFFFFFFF);
-    const std::uint64_t carried = (middle & 0xFFFFFFFF) + (other & 0xFFFFFFFF) + (low >> 32);
-    return high + (middle >> 32) + (other >> 32) + (carried >> 32);
+    if (number >= limit_)
+        return nullptr;
+    std::size_t place = rows_.size();
+    if (place == capacity_) {
+        limit_ = std::max(number, rows_.front().number);
+        if (number == limit_)
+            return nullptr;
+        place = rows_.front().place;
+        std::pop_heap(rows_.begin(), rows_.end(), isLess);
+        rows_.back() = {number, ordinal, place};
+    } else {
+        rows_.push_back({number, ordinal, place});
+        values_.resize(rows_.size() * columns_);
+    }
+    std::push_heap(rows_.begin(), rows_.end(), isLess);
+    return &values_[place * columns_];
 }
 
 void EvenSample::add(std::span<const double *const> columns, std::size_t row, std::int64_t ordinal)
 {
     ++seen_;
-    std::size_t place = rows_.size();
-    if (place == capacity_) {
-        place = below(static_cast<std::uint64_t>(seen_));
-        if (place >= capacity_)
-            return;
-    } else {
-        rows_.push_back({0, std::vector<double>(columns_)});
-    }
-    rows_[place].ordinal = ordinal;
+    double *const values = take(mixed(seed_ + std::uint64_t(ordinal) * goldenRatio), ordinal);
+    if (values == nullptr)
+        return;
     for (std::size_t j = 0; j < columns_; ++j)
-        rows_[place].values[j] = columns[j][row];
+        values[j] = columns[j][row];
 }
 
-// Row by row as if drawn from all that both have seen, without putting back: which of the two it is from goes by how
-// many of theirs are left, and what each has kept is drawn from evenly.
+// The place of the last row becomes that of the one dropped.
+void EvenSample::dropLargest()
+{
+    const std::size_t freed = rows_.front().place;
+    limit_ = rows_.front().number;
+    std::pop_heap(rows_.begin(), rows_.end(), isLess);
+    rows_.pop_back();
+    const std::size_t last = rows_.size();
+    if (freed != last) {
+        const auto moved =
+            std::find_if(rows_.begin(), rows_.end(), [last](const Row &one) { return one.place == last; });
+        std::copy_n(&values_[last * columns_], columns_, &values_[freed * columns_]);
+        moved->place = freed;
+    }
+    values_.resize(last * columns_);
+}
+
+// What both have of the numbers below the smaller limit is all that they have seen of them.
 void EvenSample::merge(const EvenSample &other)
 {
-    std::vector<Row> ours = std::move(rows_);
-    std::vector<Row> theirs = other.rows_;
-    auto oursLeft = static_cast<std::uint64_t>(seen_);
-    auto theirsLeft = static_cast<std::uint64_t>(other.seen_);
     seen_ += other.seen_;
-    rows_.clear();
-    while (rows_.size() < capacity_ && oursLeft + theirsLeft > 0) {
-        const bool fromOurs = below(oursLeft + theirsLeft) < oursLeft;
-        std::vector<Row> &from = fromOurs ? ours : theirs;
-        --(fromOurs ? oursLeft : theirsLeft);
-        const std::size_t drawn = below(from.size());
-        rows_.push_back(std::move(from[drawn]));
-        if (drawn + 1 != from.size())
-            from[drawn] = std::move(from.back());
-        from.pop_back();
+    limit_ = std::min(limit_, other.limit_);
+    while (!rows_.empty() && rows_.front().number >= limit_) {
+        const std::uint64_t limit = limit_;
+        dropLargest();
+        limit_ = limit;
     }
+    for (const Row &row : other.rows_) {
+        if (double *const values = take(row.number, row.ordinal))
+            std::copy_n(&other.values_[row.place * columns_], columns_, values);
+    }
+}
+
+void EvenSample::shrink(int capacity)
+{
+    capacity_ = std::size_t(capacity);
+    while (rows_.size() > capacity_)
+        dropLargest();
+    values_.shrink_to_fit();
+}
+
+void EvenSample::shift(std::int64_t ordinals)
+{
+    for (Row &row : rows_)
+        row.ordinal += ordinals;
 }
 
 EvenSample::Rows EvenSample::sorted() const
@@ -76,7 +113,7 @@ EvenSample::Rows EvenSample::sorted() const
     for (const Row *row : order) {
         result.ordinals.push_back(row->ordinal);
         for (std::size_t j = 0; j < columns_; ++j)
-            result.columns[j].push_back(row->values[j]);
+            result.columns[j].push_back(values_[row->place * columns_ + j]);
     }
     return result;
 }

@@ -1,5 +1,7 @@
 #include "engine/kernel/Patternsums.h"
 
+#include "engine/kernel/Columnscale.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -31,6 +33,7 @@ struct PatternSums::Sums
         buffer.resize(source.size());
     }
 
+    bool has(int column) const { return std::binary_search(source.begin(), source.end(), column); }
     // The place of a control, or of the response as the last one, in the products.
     std::size_t placeOf(int column) const
     {
@@ -59,26 +62,94 @@ PatternSums::Sums &PatternSums::sumsOf(ControlSet pattern)
     return *sums;
 }
 
+// Keeps a column so that products of values as large as this one are in range.
+void PatternSums::makeRange(int column, double largest)
+{
+    if (!(largest > 0))
+        return;
+    const std::size_t at = std::size_t(column);
+    const int exponent = columnScale(largest);
+    if (exponent != exponents_[at] && (!known_[at] || exponent > exponents_[at]))
+        rescale(column, exponent);
+    known_[at] = true;
+}
+
+void PatternSums::rescale(int column, int exponent)
+{
+    const int change = exponents_[std::size_t(column)] - exponent;
+    exponents_[std::size_t(column)] = exponent;
+    const auto scale = [change](DoubleDouble &value) {
+        value = {std::scalbn(value.hi, change), std::scalbn(value.lo, change)};
+    };
+    for (const std::unique_ptr<Sums> &sums : sums_) {
+        if (!sums || !sums->has(column))
+            continue;
+        const std::size_t at = sums->placeOf(column);
+        for (std::size_t i = 0; i < sums->products.size(); ++i) {
+            scale(sums->products[i][at]);
+            scale(sums->products[at][i]);
+        }
+    }
+}
+
 // The sums of one block, added to those before.
 void PatternSums::addBlock(Sums &sums, const double *const *columns, int rows)
 {
     const std::size_t count = sums.source.size();
     std::array<DataColumn, MaxParameters> operands;
-    const bool first = sums.products[0][0] == 0;
+    std::array<ColumnRange, MaxParameters> ranges;
+    std::vector<std::vector<double>> multiples;
     for (std::size_t k = 0; k < count; ++k) {
-        const ColumnRange range = minMax(columns[k], rows);
-        ColumnRange &all = sums.ranges[k];
-        all = first ? range : ColumnRange{std::min(all.min, range.min), std::max(all.max, range.max)};
-        operands[k] = {columns[k], range.largest()};
+        ranges[k] = minMax(columns[k], rows);
+        operands[k] = {columns[k], ranges[k].largest()};
+        makeRange(sums.source[k], operands[k].largest);
+        const int exponent = exponents_[std::size_t(sums.source[k])];
+        if (exponent == 0)
+            continue;
+        std::vector<double> &values = multiples.emplace_back(columns[k], columns[k] + rows);
+        for (double &value : values)
+            value = std::scalbn(value, -exponent);
+        operands[k] = {values.data(), std::scalbn(operands[k].largest, -exponent)};
     }
     CrossProducts block;
     crossProducts(std::span<const DataColumn>(operands.data(), count), rows, block);
+    addProducts(sums, block, ranges.data());
+}
+
+// Adds the products of rows, scaled as the columns are.
+void PatternSums::addProducts(Sums &sums, const CrossProducts &products, const ColumnRange *ranges)
+{
+    const std::size_t count = sums.source.size();
+    const bool first = sums.products[0][0] == 0;
+    for (std::size_t k = 0; k < count; ++k) {
+        ColumnRange &all = sums.ranges[k];
+        all = first ? ranges[k] : ColumnRange{std::min(all.min, ranges[k].min), std::max(all.max, ranges[k].max)};
+    }
     for (std::size_t i = 0; i <= count; ++i) {
         for (std::size_t j = i; j <= count; ++j) {
-            sums.products[i][j] += block[i][j];
+            sums.products[i][j] += products[i][j];
             sums.products[j][i] = sums.products[i][j];
         }
     }
+}
+
+void PatternSums::addTotals(ControlSet usable, const Totals &totals)
+{
+    if (totals.rows == 0)
+        return;
+    Sums &sums = sumsOf(usable);
+    addBuffered(sums);
+    sums.rows += totals.rows;
+    CrossProducts products = totals.products;
+    for (std::size_t k = 0; k < sums.source.size(); ++k) {
+        makeRange(sums.source[k], totals.ranges[k].largest());
+        const int change = -exponents_[std::size_t(sums.source[k])];
+        for (std::size_t i = 0; change != 0 && i <= sums.source.size(); ++i) {
+            for (DoubleDouble *const value : {&products[i][k + 1], &products[k + 1][i]})
+                *value = {std::scalbn(value->hi, change), std::scalbn(value->lo, change)};
+        }
+    }
+    addProducts(sums, products, totals.ranges.data());
 }
 
 void PatternSums::addBuffered(Sums &sums)
@@ -150,11 +221,22 @@ void PatternSums::add(std::span<const double *const> columns, std::span<const st
 
 void PatternSums::merge(PatternSums &&other)
 {
+    for (const std::unique_ptr<Sums> &sums : other.sums_) {
+        if (sums)
+            other.addBuffered(*sums);
+    }
+    for (int column = 0; column <= m_; ++column) {
+        const std::size_t at = std::size_t(column);
+        if (other.known_[at] && (!known_[at] || exponents_[at] < other.exponents_[at]))
+            rescale(column, other.exponents_[at]);
+        if (other.exponents_[at] != exponents_[at])
+            other.rescale(column, exponents_[at]);
+        known_[at] = known_[at] || other.known_[at];
+    }
     for (std::size_t pattern = 0; pattern < sums_.size(); ++pattern) {
         std::unique_ptr<Sums> theirs = std::move(other.sums_[pattern]);
         if (!theirs)
             continue;
-        other.addBuffered(*theirs);
         if (!sums_[pattern]) {
             sums_[pattern] = std::move(theirs);
             ++patterns_;
@@ -163,13 +245,7 @@ void PatternSums::merge(PatternSums &&other)
         Sums &ours = *sums_[pattern];
         addBuffered(ours);
         ours.rows += theirs->rows;
-        for (std::size_t k = 0; k < ours.ranges.size(); ++k) {
-            ours.ranges[k].min = std::min(ours.ranges[k].min, theirs->ranges[k].min);
-            ours.ranges[k].max = std::max(ours.ranges[k].max, theirs->ranges[k].max);
-        }
-        for (std::size_t i = 0; i < ours.products.size(); ++i)
-            for (std::size_t j = 0; j < ours.products.size(); ++j)
-                ours.products[i][j] += theirs->products[i][j];
+        addProducts(ours, theirs->products, theirs->ranges.data());
     }
     other.patterns_ = 0;
 }
@@ -228,13 +304,16 @@ std::vector<PatternSums::Column> PatternSums::columns(ControlSet set)
     });
     const CrossProducts total = products(set);
     const DoubleDouble n = total[0][0];
-    for (std::size_t k = 1; k <= result.size(); ++k) {
+    ControlSet left = set;
+    for (std::size_t k = 1; k <= result.size(); ++k, left &= left - 1) {
+        const int exponent = this->exponent(left == 0 ? m_ : std::countr_zero(left));
         const DoubleDouble mean = total[0][k] / n;
         const DoubleDouble squares = total[k][k] - mean * total[0][k];
-        result[k - 1].mean = mean.hi;
+        result[k - 1].mean = std::scalbn(mean.hi, exponent);
         // What rounding leaves of equal values is no deviation.
         const bool equal = result[k - 1].min == result[k - 1].max;
-        result[k - 1].deviation = std::sqrt((equal ? 0 : std::max(0.0, squares.hi)) / (n.hi - 1));
+        const double deviation = std::sqrt((equal ? 0 : std::max(0.0, squares.hi)) / (n.hi - 1));
+        result[k - 1].deviation = std::scalbn(deviation, exponent);
     }
     return result;
 }

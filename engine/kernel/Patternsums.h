@@ -21,7 +21,8 @@ namespace nuvo {
 /// error of a sum of products of n rows in B blocks is below (2^-91 + B 2^-104) n |a| |b| with the largest |a| and
 /// |b|: up to ten million rows, what a sum over 2500 is good to; on ordinary data 2^-98. Nothing is shifted:
 /// deviations of 1 around 1e8 keep 13 digits and more. Sums depend on the order of the rows, not on the portions they
-/// come in.
+/// come in. A column with values out of the ordinary is kept as its multiple by a power of two, 2^-exponent, so that
+/// its products stay within the range of doubles; see nuvo::columnScale().
 ///
 /// Memory: 3 KB for each pattern, 2^10 at most, and 7 MB at most for rows that wait for their block.
 class NUVO_KERNEL_EXPORT PatternSums
@@ -39,6 +40,17 @@ public:
     /// j stands for columns[j]. A value that is not usable is not looked at; one that is has to be finite.
     void add(std::span<const double *const> columns, std::span<const std::uint32_t> usable);
 
+    /// What is known of rows of a pattern that somebody else has added up.
+    struct Totals
+    {
+        std::int64_t rows = 0;
+        /// Of the constant, the pattern's controls in ascending order and the response.
+        CrossProducts products{};
+        std::vector<ColumnRange> ranges; ///< of these controls and the response
+    };
+    /// Adds rows of one pattern, all with a usable response.
+    void addTotals(ControlSet usable, const Totals &totals);
+
     /// Adds what another one has seen, which is left empty. Which of the two is added to which makes no difference.
     /// \pre the same number of controls.
     void merge(PatternSums &&other);
@@ -47,8 +59,10 @@ public:
     std::int64_t count(ControlSet set) const;
 
     /// The sums for such a fit: of the constant, the set's controls in ascending order and the response; the rest is
-    /// 0.
+    /// 0. A column with another exponent than 0 is its multiple there.
     CrossProducts products(ControlSet set);
+    /// Of control j + 1, or of the response at m; may change with every row added.
+    int exponent(int j) const { return exponents_[std::size_t(j)]; }
 
     struct Column
     {
@@ -73,7 +87,10 @@ private:
     struct Sums;
 
     Sums &sumsOf(ControlSet pattern);
-    static void addBlock(Sums &sums, const double *const *columns, int rows);
+    void addBlock(Sums &sums, const double *const *columns, int rows);
+    void addProducts(Sums &sums, const CrossProducts &products, const ColumnRange *ranges);
+    void makeRange(int column, double largest);
+    void rescale(int column, int exponent);
     void addBuffered(Sums &sums);
     void addFullestBuffer();
     void addRun(Sums &sums, std::span<const double *const> columns, std::size_t from, std::size_t to);
@@ -81,6 +98,8 @@ private:
     void forEachWith(ControlSet set, Use use);
 
     int m_;
+    std::array<int, MaxParameters> exponents_{};
+    std::array<bool, MaxParameters> known_{}; ///< whether a value other than 0 was among the column's
     std::vector<std::unique_ptr<Sums>> sums_; ///< by pattern
     int patterns_ = 0;
     std::size_t buffered_ = 0; ///< rows in all buffers

@@ -288,6 +288,67 @@ TEST_F(PatternSumsTest, FewRowsHaveTheCrossProductsOfALoadToTheLastBit)
     EXPECT_TRUE(sameProducts(sums.products(7), wanted));
 }
 
+TEST_F(PatternSumsTest, ColumnsOutOfTheOrdinaryKeepTheirDigits)
+{
+    // Sizes change from block to block; a pattern of one control has tiny values alone.
+    std::size_t row = 0;
+    Rows data = rows(
+        2, 6000, [&] { return normal() * std::pow(10, double(row / 3000) * 300 - 150); },
+        [&] { return ++row % 3 == 0 ? 5U : 7U; });
+    for (double &value : data.columns[1])
+        value *= 1e-140;
+    Rows ordinary = data;
+    for (std::size_t j = 0; j < 3; ++j)
+        for (double &value : ordinary.columns[j])
+            value = std::scalbn(value, j == 1 ? -30 : -498);
+    PatternSums sums = data.fed(500);
+    EXPECT_EQ(sums.exponent(1), 0);
+    EXPECT_GT(sums.exponent(0), 490);
+    for (std::size_t part = 0; part < 2; ++part) {
+        PatternSums first(2);
+        data.feed(first, part * 3000, (part + 1) * 3000);
+        PatternSums second(2);
+        data.feed(second, (1 - part) * 3000, (2 - part) * 3000);
+        first.merge(std::move(second));
+        EXPECT_EQ(first.exponent(0), sums.exponent(0));
+        EXPECT_EQ(first.count(1), 6000);
+        EXPECT_NEAR(first.products(1)[1][1].hi / sums.products(1)[1][1].hi, 1, 1e-15);
+    }
+    const CrossProducts products = sums.products(1);
+    Exact wanted = 0;
+    for (const double value : data.columns[0])
+        wanted += exact(value) * exact(value);
+    const Exact scale = exact(std::scalbn(1.0, sums.exponent(0)));
+    EXPECT_LT(relativeError(exact(products[1][1]) * scale * scale, wanted), 0x1p-90);
+    EXPECT_GT(sums.columns(1)[0].deviation, 1e148);
+}
+
+TEST_F(PatternSumsTest, SumsThatOthersHaveAddedUpCountLikeRows)
+{
+    Rows data = rows(
+        2, 3000, [&] { return normal(); }, [&] { return random_() % 2 == 0 ? 7U : 5U; });
+    PatternSums rowByRow = data.fed(500);
+    PatternSums added(2);
+    for (const auto &[pattern, count] : rowByRow.patterns()) {
+        PatternSums::Totals totals;
+        Rows own(2);
+        for (std::size_t i = 0; i < data.size(); ++i) {
+            if ((data.usable[i] & 3) == pattern)
+                own.add({data.columns[0][i], data.columns[1][i], data.columns[2][i]}, data.usable[i]);
+        }
+        PatternSums alone = own.fed(1024);
+        totals.rows = count;
+        totals.products = alone.products(pattern);
+        for (const PatternSums::Column &column : alone.columns(pattern))
+            totals.ranges.push_back({column.min, column.max});
+        added.addTotals(pattern, totals);
+        added.addTotals(pattern, {});
+    }
+    for (ControlSet set = 0; set < 4; ++set)
+        expectExact(added, data, set);
+    EXPECT_EQ(added.columns(1)[0].min, rowByRow.columns(1)[0].min);
+}
+
 TEST_F(PatternSumsTest, NothingAddedIsNothing)
 {
     PatternSums sums(2);
