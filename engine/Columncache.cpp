@@ -68,6 +68,7 @@ private:
         std::optional<TermReader> reader;
         Bits valid;                 ///< of the records kept
         std::vector<double> values; ///< of the records kept
+        std::vector<double> low;    ///< of the values, where these have low parts
         bool acceptsAll = true;
         bool raised = false; ///< and so nothing is known of further records
     };
@@ -97,7 +98,8 @@ private:
     TDependentVar response_;
     std::optional<TermReader> responseReader_;
     std::vector<double> responses_; // of the records kept
-    std::vector<int> position_;     // of the records kept, among all
+    std::vector<double> responsesLow_;
+    std::vector<int> position_; // of the records kept, among all
     int read_ = 0;
     bool atEnd_ = false;
     bool blocked_ = false; // reading on would raise
@@ -151,11 +153,13 @@ bool ColumnCache::Private::begin(const TDependentVar &response)
         return false;
     }
     responses_.clear();
+    responsesLow_.clear();
     position_.clear();
     for (const std::unique_ptr<Term> &term : terms_) {
         term->reader.emplace(term->definition, dataset);
         term->valid.clear();
         term->values.clear();
+        term->low.clear();
         term->acceptsAll = true;
         term->raised = false;
     }
@@ -186,7 +190,10 @@ void ColumnCache::Private::readTerm(Term &term, bool kept)
         const bool valid = term.reader->Valid();
         if (!kept)
             return;
-        term.values.push_back(valid ? term.reader->Value() : 0);
+        const double value = valid ? term.reader->Value() : 0;
+        if (term.reader->HasLowPart())
+            term.low.push_back(valid ? term.reader->LowPart(value) : 0);
+        term.values.push_back(value);
         setBit(term.valid, int(position_.size()) - 1, valid);
         term.acceptsAll = term.acceptsAll && valid;
     } catch (const EPlatformError &) {
@@ -199,16 +206,21 @@ void ColumnCache::Private::readRecord()
 {
     bool kept = false;
     double value = 0;
+    double low = 0;
     try {
         kept = responseReader_->Valid();
         if (kept)
             value = responseReader_->Value();
+        if (kept && responseReader_->HasLowPart())
+            low = responseReader_->LowPart(value);
     } catch (const EPlatformError &) {
         blocked_ = true;
         return;
     }
     if (kept) {
         responses_.push_back(value);
+        if (responseReader_->HasLowPart())
+            responsesLow_.push_back(low);
         position_.push_back(read_);
     }
     for (const std::unique_ptr<Term> &term : terms_)
@@ -339,8 +351,8 @@ std::optional<LoadedRecords> ColumnCache::Private::load(const ModelDefinitions &
     lastWalked_ = records->walked();
     if (records->count() > 0) {
         for (std::size_t j = 0; j < m; ++j)
-            records->column(numbers[j], term(numbers[j]).values);
-        records->column(0, responses_);
+            records->column(numbers[j], term(numbers[j]).values, term(numbers[j]).low);
+        records->column(0, responses_, responsesLow_);
     }
     return LoadedRecords{Observations(records, {numbers.data(), m + 1}), records->walked()};
 }

@@ -1,5 +1,7 @@
 #include "engine/Fit.h"
 
+#include "engine/Fitfigures.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -66,11 +68,25 @@ Fit::~Fit() = default;
 void Fit::solve()
 {
     coefficients_ = solveCoefficients(sums_.products, sums_.m);
+    if (observations_.hasLowParts() && sums_.n == observations_.n())
+        correct();
     b_ = coefficients_.b;
     if (sums_.plain())
         return;
     for (std::size_t j = 0; j <= std::size_t(sums_.m); ++j)
         b_[j] = std::scalbn(b_[j], responseExponent() - sums_.exponents[j]);
+}
+
+void Fit::correct()
+{
+    const Factors factors = factorize(sums_.products, columnsOf(observations_), sums_.exponents);
+    if (factors.rank() != sums_.m + 1)
+        return;
+    const std::size_t response = std::size_t(sums_.m) + 1;
+    for (std::size_t j = 0; j < response; ++j)
+        coefficients_.b[j] =
+            std::scalbn(factors.coefficients[j].hi, factors.exponent[response] - factors.exponent[j] +
+                                                        sums_.exponents[j] - sums_.exponents[response]);
 }
 
 double Fit::squares(double value) const

@@ -103,6 +103,9 @@ private:
     struct Residuals;
 
     void solve();
+    /// Powers of a column come near to depending on each other: where low parts make them worth it, the coefficients
+    /// are those of nuvo::factorize(), with its step of correction.
+    void correct();
     Vector findDigits() const;
     double squares(double value) const;
     const Matrices &matrices() const;

@@ -13,9 +13,10 @@ namespace {
 
 constexpr double zeros[MaxObservations] = {};
 
-ObservedColumn observed(const double *values, int n)
+ObservedColumn observed(const double *values, const std::vector<double> &low, int n)
 {
-    return {values, nullptr, n > 0 ? minMax(values, n) : ColumnRange()};
+    const bool exact = low.empty() || allExact(low.data(), n);
+    return {values, exact ? nullptr : low.data(), n > 0 ? minMax(values, n) : ColumnRange()};
 }
 
 /// A column times 2^-exponent.
@@ -50,8 +51,8 @@ Observations::Observations(std::shared_ptr<const ObservationBuffer> buffer, int 
     n_ = n;
     m_ = m;
     for (int j = 1; j <= m; ++j)
-        x_[std::size_t(j)] = observed(buffer->x[j - 1], n);
-    y_ = observed(buffer->y, n);
+        x_[std::size_t(j)] = observed(buffer->x[j - 1], buffer->xLow[j - 1], n);
+    y_ = observed(buffer->y, buffer->yLow, n);
     record_ = buffer->record;
     owner_ = std::move(buffer);
 }
@@ -67,7 +68,7 @@ Observations::Observations(std::shared_ptr<UsableRecords> records, std::span<con
     for (std::size_t j = 0; j < numbers.size(); ++j) {
         const UsableRecords::View view = records->column(numbers[j]);
         ObservedColumn &column = j + 1 < numbers.size() ? x_[j + 1] : y_;
-        column = {view.values, nullptr, *view.range};
+        column = {view.values, view.low, *view.range};
     }
     kept_ = std::move(records);
     keepsProducts_ = true;
@@ -103,6 +104,21 @@ std::array<DataColumn, MaxParameters> Observations::columns() const
         result[std::size_t(j - 1)] = {x(j).values, x(j).range.largest()};
     result[std::size_t(m_)] = {y_.values, y_.range.largest()};
     return result;
+}
+
+std::array<ExtendedColumn, MaxParameters> Observations::extendedColumns() const
+{
+    const std::array<DataColumn, MaxParameters> rounded = columns();
+    std::array<ExtendedColumn, MaxParameters> result;
+    for (int j = 1; j <= m_; ++j)
+        result[std::size_t(j - 1)] = {rounded[std::size_t(j - 1)], x(j).low};
+    result[std::size_t(m_)] = {rounded[std::size_t(m_)], y_.low};
+    return result;
+}
+
+bool Observations::hasLowParts() const
+{
+    return y_.low || std::any_of(x_.begin(), x_.end(), [](const ObservedColumn &column) { return column.low; });
 }
 
 int scaleOf(const ObservedColumn &column)

@@ -2,6 +2,7 @@
 
 #include "engine/kernel/Crossproducts.h"
 #include "engine/kernel/Export.h"
+#include "engine/kernel/Lowparts.h"
 #include "engine/kernel/Maxdata.h"
 
 #include <array>
@@ -20,6 +21,9 @@ struct ObservationBuffer
     double x[MaxControls][MaxObservations]{}; ///< column j at j - 1
     double y[MaxObservations]{};
     std::int64_t record[MaxObservations]{}; ///< ordinals in the dataset
+    /// Low parts (engine/kernel/Lowparts.h): one for each observation, or none where the values are all there is.
+    std::vector<double> xLow[MaxControls];
+    std::vector<double> yLow;
 };
 
 /// A column of observations.
@@ -58,8 +62,11 @@ public:
     /// The same of another number of columns: the first ones, or with columns of zeros added.
     Observations ofColumns(int m) const;
 
-    /// The columns in order, the response last, as the sums take them.
+    /// The columns in order, the response last, as the sums take them, without and with their low parts.
     std::array<DataColumn, MaxParameters> columns() const;
+    std::array<ExtendedColumn, MaxParameters> extendedColumns() const;
+    /// Whether any of them has low parts.
+    bool hasLowParts() const;
     /// Where cross products of the columns are kept from fit to fit, and their numbers there; null where they are
     /// not.
     UsableRecords *keptProducts() const { return keepsProducts_ ? kept_.get() : nullptr; }

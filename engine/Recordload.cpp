@@ -68,6 +68,9 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
         terms.emplace_back(column, dataset);
     TermReader response(definitions.response, dataset);
 
+    buffer->yLow.clear();
+    for (std::vector<double> &low : buffer->xLow)
+        low.clear();
     LeftOutCount leftOut(terms.size());
     int n = 0;
     qint64 read = 0;
@@ -77,8 +80,13 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
                            response.Valid();
         if (valid) {
             buffer->y[n] = response.Value();
-            for (std::size_t j = 0; j < terms.size(); ++j)
+            if (response.HasLowPart())
+                buffer->yLow.push_back(response.LowPart(buffer->y[n]));
+            for (std::size_t j = 0; j < terms.size(); ++j) {
                 buffer->x[j][n] = terms[j].Value();
+                if (terms[j].HasLowPart())
+                    buffer->xLow[j].push_back(terms[j].LowPart(buffer->x[j][n]));
+            }
             buffer->record[n] = read;
             ++n;
             if (watch.show) {

@@ -17,19 +17,35 @@ DoubleDouble scaled(DoubleDouble value, int exponent)
 }
 
 /// The columns that need it are multiplied by their powers of two for the time of the sums.
-void scaledProducts(std::array<DataColumn, MaxParameters> columns, int n, Sums &sums)
+void scaledProducts(std::array<ExtendedColumn, MaxParameters> columns, int n, Sums &sums)
 {
     std::vector<std::vector<double>> multiples;
+    const auto multiple = [&](const double *column, int exponent) {
+        std::vector<double> &values = multiples.emplace_back(column, column + n);
+        for (double &value : values)
+            value = std::scalbn(value, -exponent);
+        return values.data();
+    };
     for (std::size_t j = 0; j <= std::size_t(sums.m); ++j) {
         const int exponent = sums.exponents[j + 1];
         if (exponent == 0)
             continue;
-        std::vector<double> &values = multiples.emplace_back(columns[j].values, columns[j].values + n);
-        for (double &value : values)
-            value = std::scalbn(value, -exponent);
-        columns[j] = {values.data(), std::scalbn(columns[j].largest, -exponent)};
+        columns[j] = {{multiple(columns[j].values, exponent), std::scalbn(columns[j].largest, -exponent)},
+                      columns[j].low ? multiple(columns[j].low, exponent) : nullptr};
     }
-    crossProducts({columns.data(), std::size_t(sums.m) + 1}, n, sums.products);
+    crossProducts(std::span<const ExtendedColumn>(columns.data(), std::size_t(sums.m) + 1), n, sums.products);
+}
+
+void plainProducts(const Observations &observations, CrossProducts &products)
+{
+    const std::size_t count = std::size_t(observations.m()) + 1;
+    if (observations.hasLowParts()) {
+        const auto columns = observations.extendedColumns();
+        crossProducts(std::span<const ExtendedColumn>(columns.data(), count), observations.n(), products);
+    } else {
+        const auto columns = observations.columns();
+        crossProducts(std::span<const DataColumn>(columns.data(), count), observations.n(), products);
+    }
 }
 
 } // namespace
@@ -81,11 +97,11 @@ Sums sumsOf(const Observations &observations)
         sums.exponents[std::size_t(j)] = scaleOf(observations.x(j));
     sums.exponents[std::size_t(sums.m) + 1] = scaleOf(observations.y());
     if (!sums.plain())
-        scaledProducts(observations.columns(), observations.n(), sums);
+        scaledProducts(observations.extendedColumns(), observations.n(), sums);
     else if (UsableRecords *const kept = observations.keptProducts())
         kept->crossProducts(observations.numbers(), sums.products);
     else
-        crossProducts({observations.columns().data(), std::size_t(sums.m) + 1}, observations.n(), sums.products);
+        plainProducts(observations, sums.products);
     return sums;
 }
 

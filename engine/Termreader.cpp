@@ -79,6 +79,12 @@ double TermReader::ValueSlow()
     return transformed(operation_, value, SecondValue());
 }
 
+double TermReader::LowPart(double value)
+{
+    const double first = Field1().AsFloat();
+    return first == 0 ? 0 : lowPart(operation_, first, SecondValue(), value);
+}
+
 double TermReader::SecondValue()
 {
     switch (second_) {

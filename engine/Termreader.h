@@ -41,6 +41,10 @@ public:
         return ValueSlow();
     }
 
+    /// Whether values have low parts, and that of the current record's, `value`; it reads the fields again.
+    bool HasLowPart() const { return hasLowPart(operation_); }
+    double LowPart(double value);
+
 private:
     TermReader(const TVariableDefinition &definition, TDataSet &dataset, const Transformation *transformation);
 

@@ -1,6 +1,7 @@
 #include "engine/Transformations.h"
 
 #include "engine/Mlrtypes.h"
+#include "engine/kernel/Lowparts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -76,6 +77,36 @@ double transformed(Operation operation, double first, double second)
         break;
     }
     return first;
+}
+
+bool hasLowPart(Operation operation)
+{
+    return operation != Operation::Plain && operation != Operation::Logarithm;
+}
+
+double lowPart(Operation operation, double first, double second, double value)
+{
+    constexpr double smallest = 1e-290;
+    if (!std::isfinite(value) || std::fabs(value) < smallest)
+        return 0;
+    switch (operation) {
+    case Operation::Reciprocal:
+        return lowPartOfQuotient(1, first);
+    case Operation::SquareRoot:
+        return lowPartOfRoot(first);
+    case Operation::SignedPower: {
+        const double low = lowPartOfPower(std::fabs(first), second, std::fabs(value));
+        return value < 0 ? -low : low;
+    }
+    case Operation::Times:
+        return lowPartOfProduct(first, second);
+    case Operation::Over:
+        return lowPartOfQuotient(first, second);
+    case Operation::Plain:
+    case Operation::Logarithm:
+        break;
+    }
+    return 0;
 }
 
 std::span<const Transformation> controlTransformations()

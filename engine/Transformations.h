@@ -46,6 +46,12 @@ enum class Operation {
 /// The transformed value by IEEE arithmetic: nothing is refused here, ln of -1 is a NaN, 1/0 infinite.
 NUVO_EXPORT double transformed(Operation operation, double first, double second);
 
+/// Whether rounding leaves something of such values that can be had: of all but logarithms and values as they stand.
+NUVO_EXPORT bool hasLowPart(Operation operation);
+/// What rounding left of `value`, which is transformed(operation, first, second): engine/kernel/Lowparts.h. 0 where
+/// the value is not finite, or too small for it.
+NUVO_EXPORT double lowPart(Operation operation, double first, double second, double value);
+
 /// One transformation of a control variable or of the response: all that the rest needs to know about it. A term is
 /// written `before` first field `behind` second.
 struct Transformation

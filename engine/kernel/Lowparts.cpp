@@ -1,5 +1,6 @@
 #include "engine/kernel/Lowparts.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace nuvo {
@@ -25,17 +26,6 @@ DoubleDouble sum(DataColumn a, int n)
     return result;
 }
 
-// What the low parts add to a . b.
-DoubleDouble addition(const ExtendedColumn &a, const ExtendedColumn &b, int n)
-{
-    DoubleDouble result;
-    if (a.low)
-        result += dot(lowOf(a, n), b, n);
-    if (b.low)
-        result += dot(lowOf(b, n), a, n);
-    return result;
-}
-
 } // namespace
 
 double lowPartOfPower(double a, double exponent, double value)
@@ -56,10 +46,30 @@ double lowPartOfPower(double a, double exponent, double value)
     return detail::finiteOrZero((power - DoubleDouble(value)).hi);
 }
 
+bool allExact(const double *low, int n)
+{
+    return std::all_of(low, low + n, [](double one) { return one == 0; });
+}
+
+DoubleDouble lowSum(const ExtendedColumn &a, int n)
+{
+    return a.low ? sum(lowOf(a, n), n) : DoubleDouble();
+}
+
+DoubleDouble lowDot(const ExtendedColumn &a, const ExtendedColumn &b, int n)
+{
+    DoubleDouble result;
+    if (a.low)
+        result += dot(lowOf(a, n), b, n);
+    if (b.low)
+        result += dot(lowOf(b, n), a, n);
+    return result;
+}
+
 DoubleDouble dot(const ExtendedColumn &a, const ExtendedColumn &b, int n)
 {
     const DoubleDouble rounded = dot(DataColumn(a), DataColumn(b), n);
-    return a.low || b.low ? rounded + addition(a, b, n) : rounded;
+    return a.low || b.low ? rounded + lowDot(a, b, n) : rounded;
 }
 
 void crossProducts(std::span<const ExtendedColumn> columns, int n, CrossProducts &products)
@@ -68,11 +78,11 @@ void crossProducts(std::span<const ExtendedColumn> columns, int n, CrossProducts
     crossProducts(rounded, n, products);
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (columns[i].low)
-            products[0][i + 1] = products[i + 1][0] = products[0][i + 1] + sum(lowOf(columns[i], n), n);
+            products[0][i + 1] = products[i + 1][0] = products[0][i + 1] + lowSum(columns[i], n);
         for (std::size_t j = 0; j <= i; ++j)
             if (columns[i].low || columns[j].low)
                 products[i + 1][j + 1] = products[j + 1][i + 1] =
-                    products[i + 1][j + 1] + addition(columns[i], columns[j], n);
+                    products[i + 1][j + 1] + lowDot(columns[i], columns[j], n);
     }
 }
 

@@ -51,6 +51,13 @@ struct ExtendedColumn : DataColumn
     const double *low = nullptr;
 };
 
+/// Whether all of n low parts are 0.
+NUVO_KERNEL_EXPORT bool allExact(const double *low, int n);
+
+/// What the low parts add to the sum of a column, and to a . b.
+NUVO_KERNEL_EXPORT DoubleDouble lowSum(const ExtendedColumn &a, int n);
+NUVO_KERNEL_EXPORT DoubleDouble lowDot(const ExtendedColumn &a, const ExtendedColumn &b, int n);
+
 /// As dots() of columns: a . b with the low parts of both in it (but for low . low, which is below the last digit).
 NUVO_KERNEL_EXPORT DoubleDouble dot(const ExtendedColumn &a, const ExtendedColumn &b, int n);
 

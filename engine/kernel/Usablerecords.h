@@ -2,6 +2,7 @@
 
 #include "engine/kernel/Crossproducts.h"
 #include "engine/kernel/Export.h"
+#include "engine/kernel/Lowparts.h"
 
 #include <cstdint>
 #include <memory>
@@ -30,11 +31,16 @@ public:
     {
         const double *values; ///< count() of them, in memory that reaches to 2500
         const ColumnRange *range;
+        const double *low; ///< their low parts (engine/kernel/Lowparts.h); null where all of them are 0
     };
-    /// The values of a column at these records. \pre count() >= 1.
-    View column(int number, const std::vector<double> &source);
+    /// The values of a column at these records, with the low parts of its source, if it has any. \pre count() >= 1.
+    View column(int number, const std::vector<double> &source, const std::vector<double> &low = {});
     /// The same of a column that was asked for before.
-    View column(int number) const { return {columns_[number]->values, &columns_[number]->range}; }
+    View column(int number) const
+    {
+        const Values &column = *columns_[number];
+        return {column.values, &column.range, column.low.empty() ? nullptr : column.low.data()};
+    }
 
     /// As nuvo::crossProducts() for columns of these numbers, to the last bit.  \pre They were asked for by column().
     void crossProducts(std::span<const int> numbers, CrossProducts &products);
@@ -44,12 +50,15 @@ private:
     {
         double values[MaxObservations];
         ColumnRange range;
+        std::vector<double> low;
     };
 
     DataColumn operand(int number) const { return {columns_[number]->values, columns_[number]->range.largest()}; }
-    /// Puts into a row what form() makes of the columns that are wanted and not yet known.
-    template <class Form>
-    void fill(std::uint32_t &known, std::uint32_t wanted, DoubleDouble *row, Form form);
+    ExtendedColumn extended(int number) const { return {operand(number), column(number).low}; }
+    /// Puts into a row what form() makes of the columns that are wanted and not yet known, then add() what low parts
+    /// add.
+    template <class Form, class Add>
+    void fill(std::uint32_t &known, std::uint32_t wanted, DoubleDouble *row, Form form, Add add);
 
     std::vector<int> records_;
     std::vector<std::int64_t> ordinals_;

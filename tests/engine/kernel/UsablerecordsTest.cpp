@@ -70,3 +70,55 @@ TEST(UsableRecords, CrossProductsAreThoseOfAllColumnsAtOnce)
         }
     }
 }
+
+TEST(UsableRecords, LowPartsAreInTheCrossProductsAsInThoseOfAllColumnsAtOnce)
+{
+    std::mt19937 random(16);
+    std::normal_distribution<double> normal;
+    const int n = 300;
+    std::vector<std::vector<double>> sources(5);
+    std::vector<std::vector<double>> low(5);
+    for (std::size_t j = 0; j < 5; ++j) {
+        for (int i = 0; i < n; ++i) {
+            sources[j].push_back(normal(random));
+            if (j % 2 == 0)
+                low[j].push_back(j == 2 ? 0 : std::ldexp(sources[j].back() * normal(random), -54));
+        }
+    }
+    std::vector<int> records;
+    for (int i = 0; i < n; i += 2)
+        records.push_back(i);
+    const auto gathered = [&](const std::vector<double> &source) {
+        std::vector<double> values;
+        for (const int record : records)
+            values.push_back(source[std::size_t(record)]);
+        return values;
+    };
+    std::vector<std::vector<double>> values;
+    std::vector<std::vector<double>> lows;
+    for (std::size_t j = 0; j < 5; ++j) {
+        values.push_back(gathered(sources[j]));
+        lows.push_back(low[j].empty() ? low[j] : gathered(low[j]));
+    }
+    nuvo::UsableRecords set(records, n, 5);
+    for (const std::vector<int> &numbers : {std::vector<int>{3, 4, 0}, {1, 2, 3, 4, 0}, {4, 2, 0}, {4, 3, 1, 0}}) {
+        std::vector<nuvo::ExtendedColumn> columns;
+        for (const int number : numbers) {
+            const std::size_t at = std::size_t(number);
+            EXPECT_EQ(set.column(number, sources[at], low[at]).low != nullptr, number % 4 == 0)
+                << "where all are 0 there are none";
+            columns.push_back({{values[at].data(), nuvo::minMax(values[at].data(), set.count()).largest()},
+                               number % 4 == 0 ? lows[at].data() : nullptr});
+        }
+        nuvo::CrossProducts expected{};
+        nuvo::CrossProducts got{};
+        nuvo::crossProducts(std::span<const nuvo::ExtendedColumn>(columns), set.count(), expected);
+        set.crossProducts(numbers, got);
+        for (std::size_t i = 0; i <= columns.size(); ++i) {
+            for (std::size_t j = 0; j <= columns.size(); ++j) {
+                ASSERT_EQ(bits(got[i][j].hi), bits(expected[i][j].hi)) << i << ' ' << j;
+                ASSERT_EQ(bits(got[i][j].lo), bits(expected[i][j].lo)) << i << ' ' << j;
+            }
+        }
+    }
+}
