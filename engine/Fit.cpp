@@ -1,7 +1,5 @@
 #include "engine/Fit.h"
 
-#include "engine/Fitfigures.h"
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -44,6 +42,27 @@ void unscale(const Sums &sums, int m, Fit::Matrix &covariances)
     }
 }
 
+/// What a length of column j is multiplied by, a power of two, to have it of the column as the sums have it.
+int unitOf(const Factors &factors, const Sums &sums, std::size_t j)
+{
+    return factors.exponent[j] - sums.exponents[j];
+}
+
+/// (X'X)^-1, of columns as the sums have them.
+void findInverse(const Factors &factors, const Sums &sums, Fit::Matrix &inverse)
+{
+    const std::size_t p = std::size_t(sums.m) + 1;
+    for (std::size_t i = 0; i < p; ++i) {
+        for (std::size_t j = 0; j <= i; ++j) {
+            DoubleDouble element;
+            for (std::size_t k = i; k < p; ++k)
+                element += factors.inverseRoot[k][i] * factors.inverseRoot[k][j];
+            inverse[i][j] = inverse[j][i] =
+                std::scalbn(element.hi, -(unitOf(factors, sums, i) + unitOf(factors, sums, j)));
+        }
+    }
+}
+
 /// Whether every value is a whole number that doubles hold exactly, as if it had been counted.
 bool isWhole(const ObservedColumn &column, int n)
 {
@@ -79,14 +98,23 @@ void Fit::solve()
 
 void Fit::correct()
 {
-    const Factors factors = factorize(sums_.products, columnsOf(observations_), sums_.exponents);
-    if (factors.rank() != sums_.m + 1)
+    auto factors =
+        std::make_unique<const Factors>(factorize(sums_.products, columnsOf(observations_), sums_.exponents));
+    if (factors->rank() != sums_.m + 1 || !(factors->sse.hi >= 0))
         return;
-    const std::size_t response = std::size_t(sums_.m) + 1;
-    for (std::size_t j = 0; j < response; ++j)
-        coefficients_.b[j] =
-            std::scalbn(factors.coefficients[j].hi, factors.exponent[response] - factors.exponent[j] +
-                                                        sums_.exponents[j] - sums_.exponents[response]);
+    for (std::size_t j = 0; j <= std::size_t(sums_.m); ++j)
+        coefficients_.b[j] = std::scalbn(factors->coefficients[j].hi,
+                                         unitOf(*factors, sums_, responseNumber()) - unitOf(*factors, sums_, j));
+    // Of an exact fit the factors say no more than that it is one.
+    if (!factors->exact) {
+        DoubleDouble explained;
+        for (std::size_t k = 1; k <= std::size_t(sums_.m); ++k)
+            explained += factors->projected[k] * factors->projected[k];
+        const int unit = 2 * unitOf(*factors, sums_, responseNumber());
+        coefficients_.ssr = std::scalbn(explained.hi, unit);
+        coefficients_.sse = std::scalbn(factors->sse.hi, unit);
+    }
+    factors_ = std::move(factors);
 }
 
 double Fit::squares(double value) const
@@ -117,7 +145,10 @@ const Fit::Matrices &Fit::matrices() const
     if (!matrices_) {
         matrices_ = std::make_unique<Matrices>();
         const int m = sums_.m;
-        matrices_->scaledInverse = solveNormalEquations(sums_.products, m).inverse;
+        if (factors_)
+            findInverse(*factors_, sums_, matrices_->scaledInverse);
+        else
+            matrices_->scaledInverse = solveNormalEquations(sums_.products, m).inverse;
         findScaledCovariances(matrices_->scaledInverse, scaledMse(), m, matrices_->scaledCovariances);
         findCorrelations(matrices_->scaledCovariances, m, matrices_->correlations);
         matrices_->covariances = matrices_->scaledCovariances;
@@ -165,6 +196,15 @@ const Fit::Residuals &Fit::settledResiduals() const
         const std::size_t n = std::size_t(observations_.n());
         residuals_->fitted.resize(n);
         residuals_->residuals.resize(n);
+        if (factors_ && !factors_->exact) {
+            const Observed observed = observe(*factors_, columnsOf(observations_));
+            const int unit = factors_->exponent[responseNumber()];
+            for (std::size_t i = 0; i < n; ++i) {
+                residuals_->residuals[i] = std::scalbn(observed.residual[i], unit);
+                residuals_->fitted[i] = observations_.y().values[i] - residuals_->residuals[i];
+            }
+            return *residuals_;
+        }
         findFitted(observations_, b_, residuals_->fitted.data());
         for (std::size_t i = 0; i < n; ++i)
             residuals_->residuals[i] = observations_.y().values[i] - residuals_->fitted[i];

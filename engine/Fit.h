@@ -3,6 +3,7 @@
 #include "engine/Observations.h"
 #include "engine/Sums.h"
 #include "engine/kernel/Export.h"
+#include "engine/kernel/Factors.h"
 #include "engine/kernel/Normalequations.h"
 
 #include <array>
@@ -18,8 +19,9 @@ namespace nuvo {
 /// when they are first asked for. Coefficients are indexed from 0, the constant, to m; observations from 1.
 ///
 /// Figures that are quotients (R2, F, t, correlations) and roots are right also where the squares that they stand on
-/// leave the range of doubles, in which case these are infinite or 0 themselves. Nothing raises: without degrees of
-/// freedom the divisions by zero take their course. Not to be used from several threads at once.
+/// leave the range of doubles, in which case these are infinite or 0 themselves. Where columns have low parts
+/// (engine/kernel/Lowparts.h) all but means and deviations is of the values with these. Nothing raises: without
+/// degrees of freedom the divisions by zero take their course. Not to be used from several threads at once.
 class NUVO_KERNEL_EXPORT Fit
 {
 public:
@@ -85,6 +87,11 @@ public:
     const std::vector<double> &fitted() const;
     const std::vector<double> &residuals() const;
 
+    /// The orthogonal form that coefficients, sums of squares and matrices are from where columns have low parts and
+    /// none depends on others: powers of a column come near to that, and with its step of correction this form keeps
+    /// the digits that low parts add. Null for all other fits.
+    const Factors *factors() const { return factors_.get(); }
+
     /// As nuvo::dependentColumns().
     const std::vector<int> &dependentColumns() const;
 
@@ -102,9 +109,8 @@ private:
     struct Matrices;
     struct Residuals;
 
+    std::size_t responseNumber() const { return std::size_t(sums_.m) + 1; }
     void solve();
-    /// Powers of a column come near to depending on each other: where low parts make them worth it, the coefficients
-    /// are those of nuvo::factorize(), with its step of correction.
     void correct();
     Vector findDigits() const;
     double squares(double value) const;
@@ -114,6 +120,7 @@ private:
     Observations observations_;
     Sums sums_;
     Coefficients coefficients_; ///< of the sums, scaled as these are
+    std::unique_ptr<const Factors> factors_;
     Vector b_;
     mutable std::unique_ptr<Matrices> matrices_;
     mutable std::optional<Spread> spread_;

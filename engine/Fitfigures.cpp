@@ -19,26 +19,14 @@ Factors factorsOf(const Sums &sums, const Observations &observations)
 
 } // namespace
 
-ObservedColumns columnsOf(const Observations &observations)
-{
-    ObservedColumns columns;
-    columns.n = observations.n();
-    columns.m = observations.m();
-    for (int j = 1; j <= columns.m; ++j) {
-        columns.x[std::size_t(j)] = observations.x(j).values;
-        columns.xLow[std::size_t(j)] = observations.x(j).low;
-    }
-    columns.y = observations.y().values;
-    columns.yLow = observations.y().low;
-    return columns;
-}
-
 FitFigures::FitFigures(std::shared_ptr<const Fit> fit) : fit_(std::move(fit)) {}
 
 FitFigures::~FitFigures() = default;
 
 const Factors &FitFigures::factors() const
 {
+    if (const Factors *const known = fit_->factors())
+        return *known;
     if (!factors_)
         factors_ = std::make_unique<Factors>(factorsOf(fit_->sums(), fit_->observations()));
     return *factors_;
@@ -109,7 +97,12 @@ const Robust &FitFigures::robust(RobustKind kind) const
 
 Prediction FitFigures::predict(std::span<const double> terms, double level) const
 {
-    return nuvo::predict(factors(), terms, {}, level);
+    return predict(terms, {}, level);
+}
+
+Prediction FitFigures::predict(std::span<const double> terms, std::span<const double> termsLow, double level) const
+{
+    return nuvo::predict(factors(), terms, termsLow, level);
 }
 
 } // namespace nuvo

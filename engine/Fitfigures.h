@@ -36,8 +36,9 @@ public:
     const Diagnostics &diagnostics() const;
     const Influence &influence() const;
     const Robust &robust(RobustKind kind) const;
-    /// At values of the m terms.
+    /// At values of the m terms, without and with their low parts.
     Prediction predict(std::span<const double> terms, double level) const;
+    Prediction predict(std::span<const double> terms, std::span<const double> termsLow, double level) const;
 
 private:
     /// A fit with its observations in orthogonal form.
@@ -61,8 +62,5 @@ private:
     mutable std::optional<Influence> influence_;
     mutable std::array<std::optional<Robust>, 5> robust_;
 };
-
-/// The observations as the numerics take them; the pointers hold as long as `observations` does.
-NUVO_KERNEL_EXPORT ObservedColumns columnsOf(const Observations &observations);
 
 } // namespace nuvo

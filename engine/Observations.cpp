@@ -121,6 +121,20 @@ bool Observations::hasLowParts() const
     return y_.low || std::any_of(x_.begin(), x_.end(), [](const ObservedColumn &column) { return column.low; });
 }
 
+ObservedColumns columnsOf(const Observations &observations)
+{
+    ObservedColumns columns;
+    columns.n = observations.n();
+    columns.m = observations.m();
+    for (int j = 1; j <= columns.m; ++j) {
+        columns.x[std::size_t(j)] = observations.x(j).values;
+        columns.xLow[std::size_t(j)] = observations.x(j).low;
+    }
+    columns.y = observations.y().values;
+    columns.yLow = observations.y().low;
+    return columns;
+}
+
 int scaleOf(const ObservedColumn &column)
 {
     return columnScale(column.range.largest());

@@ -2,6 +2,7 @@
 
 #include "engine/kernel/Crossproducts.h"
 #include "engine/kernel/Export.h"
+#include "engine/kernel/Factors.h"
 #include "engine/kernel/Lowparts.h"
 #include "engine/kernel/Maxdata.h"
 
@@ -83,6 +84,9 @@ private:
     bool keepsProducts_ = false;
     std::array<int, MaxParameters> numbers_{};
 };
+
+/// The observations as the numerics take them; the pointers hold as long as `observations` does.
+NUVO_KERNEL_EXPORT ObservedColumns columnsOf(const Observations &observations);
 
 /// The exponent e of a column that is worked on as its multiple by 2^-e, so that no product leaves the range of
 /// doubles: 0, and nothing is done, for a column whose largest value is between 2^-200 and 2^200 or is no number.

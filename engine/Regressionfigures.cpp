@@ -241,9 +241,9 @@ nuvo::Prediction TRegression::PredictInterval(const double *values, double level
 
 nuvo::Prediction TRegression::PredictAt(const std::vector<std::pair<QString, double>> &fields, double level) const
 {
-    const std::vector<double> terms = nuvo::termValues({d->columns.data(), std::size_t(d->m)}, fields);
+    const nuvo::TermValues terms = nuvo::termValues({d->columns.data(), std::size_t(d->m)}, fields);
     const auto figures = Figures();
     if (!ResultsCurrent() || !figures)
         return {none, none, {none, none}, {none, none}};
-    return figures->predict(terms, level);
+    return figures->predict(terms.values, terms.low, level);
 }

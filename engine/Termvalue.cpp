@@ -18,6 +18,14 @@ bool sameField(const QString &a, const QString &b)
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
+/// The term's transformation; that of an unknown keyword is none.
+const Transformation &transformationOf(const TIndepVar &term)
+{
+    static constexpr Transformation plain{};
+    const Transformation *const found = findKeyword(controlTransformations(), term.Transformation());
+    return found != nullptr ? *found : plain;
+}
+
 /// The fields of terms, each once.
 QStringList fieldsOf(std::span<const TIndepVar> terms)
 {
@@ -27,9 +35,8 @@ QStringList fieldsOf(std::span<const TIndepVar> terms)
             fields.append(field);
     };
     for (const TIndepVar &term : terms) {
-        const Transformation *const transformation = findKeyword(controlTransformations(), term.Transformation());
         add(term.Field1());
-        if (transformation != nullptr && transformation->second == Second::Field2)
+        if (transformationOf(term).second == Second::Field2)
             add(term.Field2());
     }
     return fields;
@@ -74,7 +81,7 @@ double secondOf(const TIndepVar &term, Second second, const FieldValues &values)
     return 0;
 }
 
-bool takes(const Range &range, double first, double second)
+bool takes(const TIndepVar &term, const Range &range, double first, double second)
 {
     switch (range.of) {
     case Range::Of::Field1:
@@ -84,6 +91,7 @@ bool takes(const Range &range, double first, double second)
     case Range::Of::Exponent:
         return range.Holds(second);
     case Range::Of::SizeOfScaleFactor:
+        return range.Holds(std::fabs(StrToFloat(term.ScaleFactor())));
     case Range::Of::Field2NotNull:
     case Range::Of::Field2NotNullOrZero:
     case Range::Of::Anything:
@@ -92,30 +100,39 @@ bool takes(const Range &range, double first, double second)
     return true;
 }
 
-double termValue(const TIndepVar &term, const FieldValues &values)
+[[noreturn]] void refuse(const TIndepVar &term, const FieldValues &values)
 {
-    static constexpr Transformation plain{};
-    const Transformation *const found = findKeyword(controlTransformations(), term.Transformation());
-    const Transformation &transformation = found != nullptr ? *found : plain;
-    const double first = valueOf(values, term.Field1());
-    const double second = secondOf(term, transformation.second, values);
-    const double value = transformed(transformation.operation, first, second);
-    if (takes(transformation.range, first, second) && std::isfinite(value))
-        return value;
-    QString fields = QStringLiteral("%1 of the field \"%2\"").arg(FloatToStr(first), term.Field1());
-    if (transformation.second == Second::Field2)
-        fields += QStringLiteral(" with %1 of \"%2\"").arg(FloatToStr(second), term.Field2());
+    const auto given = [&](const QString &field) { return FloatToStr(valueOf(values, field)); };
+    QString fields = QStringLiteral("%1 of the field \"%2\"").arg(given(term.Field1()), term.Field1());
+    if (transformationOf(term).second == Second::Field2)
+        fields += QStringLiteral(" with %1 of \"%2\"").arg(given(term.Field2()), term.Field2());
     throw EConvertError(QStringLiteral("The term %1 cannot take %2.").arg(term.OutputTerm(), fields));
 }
 
 } // namespace
 
-std::vector<double> termValues(std::span<const TIndepVar> terms, const FieldValues &values)
+std::optional<TermValue> termValue(const TIndepVar &term, const FieldValues &values)
+{
+    const Transformation &transformation = transformationOf(term);
+    const double first = valueOf(values, term.Field1());
+    const double second = secondOf(term, transformation.second, values);
+    const double value = transformed(transformation.operation, first, second);
+    if (!takes(term, transformation.range, first, second) || !std::isfinite(value))
+        return {};
+    return TermValue{value, first == 0 ? 0 : lowPart(transformation.operation, first, second, value)};
+}
+
+TermValues termValues(std::span<const TIndepVar> terms, const FieldValues &values)
 {
     checkFields(terms, values);
-    std::vector<double> result;
-    for (const TIndepVar &term : terms)
-        result.push_back(termValue(term, values));
+    TermValues result;
+    for (const TIndepVar &term : terms) {
+        const std::optional<TermValue> one = termValue(term, values);
+        if (!one)
+            refuse(term, values);
+        result.values.push_back(one->value);
+        result.low.push_back(one->low);
+    }
     return result;
 }
 

@@ -1,5 +1,8 @@
 #include "engine/kernel/Nist.h"
+#include "engine/Fit.h"
+#include "engine/kernel/Prediction.h"
 #include "support/Regressions.h"
+#include "support/Text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -102,7 +105,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Nist, Certified,
                          testing::Values(Bar{"Norris", 14.1, 12.9}, Bar{"Pontius", 13.5, 12.8},
                                          Bar{"Longley", 15, 14}, Bar{"Filip", 7.6, 6.6, Even::Column},
-                                         Bar{"Filip", 6.9, 6.6}, Bar{"Filip", 14, 12.3, Even::WithOdd},
+                                         Bar{"Filip", 6.9, 6.6}, Bar{"Filip", 14, 13.9, Even::WithOdd},
                                          Bar{"Wampler1", 15, {}}, Bar{"Wampler2", 13.2, {}}, Bar{"Wampler3", 15, 14},
                                          Bar{"Wampler4", 15, 14}, Bar{"Wampler5", 15, 14}),
                          [](const auto &each) { return caseName(each.param); });
@@ -202,4 +205,42 @@ TEST_P(Certified, NormalEquationsInPlainDoublesFallShort)
     for (int j = 0; j <= m; ++j)
         digits.push_back(digitsAgreed(b(j), set.coefficients[j].certified));
     EXPECT_LT(worst(digits), GetParam().coefficients);
+}
+
+// Filip's fit in arithmetic of 80 digits, on the decimals as they were published.
+TEST(FilipFromPowers, PredictsAtAFieldWithTheDigitsThatItsCoefficientsHave)
+{
+    struct Reference
+    {
+        double x;
+        const char *value;
+        const char *standardError;
+    };
+    const NistSet set = readNist("Filip");
+    const auto db = TestDatabase::make(TestDatabase::Sqlite);
+    std::vector<Row> rows;
+    for (std::size_t i = 0; i < std::size_t(set.observations()); ++i)
+        rows.push_back({set.columns[0][i], set.columns[10][i]});
+    makeTable(*db, "data", "x y", rows);
+    TMLRTable regression;
+    bind(regression, *db, "data");
+    regression.SetResponse(response("None", "y"));
+    regression.SetControl(1, control("None", "x"));
+    for (int j = 2; j <= 10; ++j)
+        regression.SetControl(j, power("x", QByteArray::number(j).constData()));
+    ASSERT_TRUE(regression.ReLoad());
+    regression.Execute();
+    for (const auto &[x, value, error] : {Reference{-3.25, "0.92599623989824860523", "0.0022200598615972557691"},
+                                          Reference{-6, "0.88604832232643521529", "0.00083452215160943660003"},
+                                          Reference{-8.75, "0.76888037527200314941", "0.0020206639140874475624"}}) {
+        const nuvo::Prediction got = regression.PredictAt({{u("x"), x}});
+        EXPECT_GE(digitsAgreed(got.value, value), 14) << x;
+        EXPECT_GE(digitsAgreed(got.standardError, error), 13.5) << x;
+    }
+    EXPECT_NE(regression.CurrentFit()->factors(), nullptr);
+    for (int j = 2; j <= 10; ++j)
+        regression.SetControl(j, TIndepVar());
+    ASSERT_TRUE(regression.ReLoad());
+    regression.Execute();
+    EXPECT_EQ(regression.CurrentFit()->factors(), nullptr) << "x as it stands has no low parts";
 }

@@ -22,7 +22,7 @@ using TermValues = RegressionOver<TMLRTable>;
 
 TEST_F(TermValues, AreThoseOfARecordWithTheseFields)
 {
-    EXPECT_EQ(nuvo::termValues(terms, {{u("B"), 5}, {u("a"), 2}, {u("c"), 8}}),
+    EXPECT_EQ(nuvo::termValues(terms, {{u("B"), 5}, {u("a"), 2}, {u("c"), 8}}).values,
               (std::vector<double>{std::log(2.0), -8, 10, 0.625, 2}));
     std::vector<Row> rows;
     for (int i = 1; i <= 12; ++i)
@@ -40,14 +40,29 @@ TEST_F(TermValues, AreThoseOfARecordWithTheseFields)
         at.push_back(regression.Getx(4, j));
     const nuvo::Prediction expected = regression.PredictInterval(at.data(), 0.9);
     EXPECT_NEAR(got.value, regression.GetyHat(4), 1e-12);
-    EXPECT_EQ(got.value, expected.value);
-    EXPECT_EQ(got.standardError, expected.standardError);
-    EXPECT_EQ(got.confidence, expected.confidence);
-    EXPECT_EQ(got.prediction, expected.prediction);
+    // These terms are rounded, those of the fields are not.
+    EXPECT_DOUBLE_EQ(got.value, expected.value);
+    EXPECT_DOUBLE_EQ(got.standardError, expected.standardError);
+    EXPECT_NEAR(got.confidence[0], expected.confidence[0], 1e-14);
+    EXPECT_NEAR(got.prediction[1], expected.prediction[1], 1e-14);
     EXPECT_LT(got.prediction[0], got.confidence[0]);
     ASSERT_TRUE(regression.ReLoad());
     EXPECT_TRUE(std::isnan(regression.PredictAt({{u("a"), 1}, {u("b"), 1}, {u("c"), 1}}).value))
         << "the fit is of the load before";
+}
+
+TEST_F(TermValues, HaveWhatRoundingCutsOffThem)
+{
+    const std::vector<TIndepVar> of{control("Inverse", "a"), power("a", "2"), control("None", "a"),
+                                    control("Product", "a", "b"), control("Log", "a")};
+    const nuvo::TermValues got = nuvo::termValues(of, {{u("a"), 3}, {u("b"), 0.1}});
+    EXPECT_EQ(got.low[0], std::fma(-3, 1.0 / 3, 1) / 3);
+    EXPECT_NE(got.low[0], 0);
+    EXPECT_EQ(got.low[1], 0);
+    EXPECT_EQ(got.low[2], 0);
+    EXPECT_EQ(got.low[3], std::fma(3, 0.1, -(3 * 0.1)));
+    EXPECT_NE(got.low[3], 0);
+    EXPECT_EQ(got.low[4], 0);
 }
 
 TEST_F(TermValues, NameTheTermThatCannotTakeItsValue)
