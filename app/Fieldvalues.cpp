@@ -1,15 +1,14 @@
 #include "app/Fieldvalues.h"
 
+#include "app/Model.h"
 #include "app/Usage.h"
 #include "engine/Transformations.h"
 #include "platform/Errors.h"
-#include "platform/Formats.h"
 
 #include <QStringList>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 namespace nuvo {
@@ -76,57 +75,13 @@ std::pair<QString, QString> nameAndValue(const QString &part, const QString &tex
     return {name, rest.mid(1).trimmed()};
 }
 
-double valueOf(const QList<FieldValue> &values, const QString &field)
-{
-    for (const FieldValue &value : values) {
-        if (value.field.compare(field, Qt::CaseInsensitive) == 0)
-            return value.value;
-    }
-    return std::numeric_limits<double>::quiet_NaN();
-}
-
-/// What stands second in a term. \throws EConvertError
-double secondValue(const Term &term, Second second, const QList<FieldValue> &values)
-{
-    switch (second) {
-    case Second::Field2:
-        return valueOf(values, term.field2);
-    case Second::Exponent:
-        return StrToInt(term.exponent);
-    case Second::ScaleFactor:
-        return StrToFloat(term.scaleFactor);
-    case Second::Nothing:
-        break;
-    }
-    return 0;
-}
-
-bool takes(const Range &range, double first, double second)
-{
-    switch (range.of) {
-    case Range::Of::Field1:
-        return range.Holds(first);
-    case Range::Of::SizeOfField1:
-        return range.Holds(std::fabs(first));
-    case Range::Of::Exponent:
-        return range.Holds(second);
-    case Range::Of::SizeOfScaleFactor:
-        return range.Holds(std::fabs(second));
-    case Range::Of::Field2NotNull:
-    case Range::Of::Field2NotNullOrZero:
-    case Range::Of::Anything:
-        break;
-    }
-    return true;
-}
-
 } // namespace
 
-QList<FieldValue> parseFieldValues(const QString &text, const QList<Term> &controls)
+FieldValues parseFieldValues(const QString &text, const QList<Term> &controls)
 {
     const QStringList fields = fieldsOf(controls);
     QStringList missing = fields;
-    QList<FieldValue> values;
+    FieldValues values;
     if (!text.trimmed().isEmpty()) {
         for (const QString &part : partsOf(text)) {
             const auto [name, valueText] = nameAndValue(part, text);
@@ -146,7 +101,7 @@ QList<FieldValue> parseFieldValues(const QString &text, const QList<Term> &contr
             const double value = valueText.toDouble(&ok);
             if (!ok || !std::isfinite(value))
                 throw UsageError(QStringLiteral("--at takes a number for \"%1\", not \"%2\".").arg(name, valueText));
-            values.append({*field, value});
+            values.emplace_back(*field, value);
         }
     }
     if (!missing.isEmpty())
@@ -154,30 +109,22 @@ QList<FieldValue> parseFieldValues(const QString &text, const QList<Term> &contr
     return values;
 }
 
-std::vector<double> termValues(const QList<Term> &controls, const QList<FieldValue> &values)
+void checkFieldValues(const QList<Term> &controls, const FieldValues &values)
 {
-    std::vector<double> terms;
-    for (const Term &term : controls) {
-        const Transformation *transformation = findKeyword(controlTransformations(), term.transformation);
-        if (transformation == nullptr || term.field1.isEmpty())
+    for (const Term &control : controls) {
+        const Transformation *const transformation = findKeyword(controlTransformations(), control.transformation);
+        if (transformation == nullptr || control.field1.isEmpty())
             continue;
-        const double first = valueOf(values, term.field1);
-        double value = std::numeric_limits<double>::quiet_NaN();
         try {
-            const double second = secondValue(term, transformation->second, values);
-            if (takes(transformation->range, first, second))
-                value = transformed(transformation->operation, first, second);
+            if (termValue(definitionOf(control), values))
+                continue;
         } catch (const EConvertError &) {
-            terms.push_back(value);
             continue;
         }
-        if (!std::isfinite(value))
-            throw UsageError(QStringLiteral("--at gives \"%1%2%3%4\" values that this term cannot take.")
-                                 .arg(transformation->before, term.field1, transformation->behind,
-                                      term.field2 + term.exponent + term.scaleFactor));
-        terms.push_back(value);
+        throw UsageError(QStringLiteral("--at gives \"%1%2%3%4\" values that this term cannot take.")
+                             .arg(transformation->before, control.field1, transformation->behind,
+                                  control.field2 + control.exponent + control.scaleFactor));
     }
-    return terms;
 }
 
 } // namespace nuvo

@@ -53,15 +53,8 @@ Figures takeFigures(TRegression &regression, const FitOptions &options)
     Figures taken = figures(regression, asked);
     if (!taken.current)
         return taken;
-    for (const QList<FieldValue> &values : options.at) {
-        Figures::Prediction prediction;
-        for (const auto &[field, value] : values)
-            prediction.at.emplace_back(field, value);
-        std::vector<double> terms = termValues(options.controls, values);
-        terms.insert(terms.begin(), 1); // the constant's place
-        prediction.predicted = regression.PredictInterval(terms.data(), options.level);
-        taken.predictions.push_back(std::move(prediction));
-    }
+    for (const FieldValues &values : options.at)
+        taken.predictions.push_back({values, regression.PredictAt(values, options.level)});
     return taken;
 }
 
@@ -231,8 +224,8 @@ FitOptions FitCommand::read() const
                                                      {"hac", RobustKind::Hac}});
     for (const QString &values : optionTexts(at_))
         options.at.append(parseFieldValues(values, options.controls));
-    for (const QList<FieldValue> &values : options.at)
-        termValues(options.controls, values); // refuses before the database is asked
+    for (const FieldValues &values : options.at)
+        checkFieldValues(options.controls, values); // before the database is asked
     options.show = isGiven(show_);
     return options;
 }

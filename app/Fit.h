@@ -27,7 +27,7 @@ struct FitOptions : ModelOptions
     double level = 0.95;      ///< of intervals; more than 0, less than 1
     bool influence = false;
     std::optional<RobustKind> robust;
-    QList<QList<FieldValue>> at; ///< where to predict, in the order given
+    QList<FieldValues> at; ///< where to predict, in the order given
     bool show = false;
 };
 

@@ -3,21 +3,6 @@
 namespace nuvo {
 namespace {
 
-TIndepVar control(const Term &term)
-{
-    TIndepVar definition;
-    definition.SetTransformation(term.transformation);
-    if (!term.field1.isNull())
-        definition.SetField1(term.field1);
-    if (!term.field2.isNull())
-        definition.SetField2(term.field2);
-    if (!term.exponent.isNull())
-        definition.SetExponent(term.exponent);
-    if (!term.scaleFactor.isNull())
-        definition.SetScaleFactor(term.scaleFactor);
-    return definition;
-}
-
 TDependentVar response(const Term &term)
 {
     TDependentVar definition;
@@ -30,11 +15,26 @@ TDependentVar response(const Term &term)
 
 } // namespace
 
+TIndepVar definitionOf(const Term &control)
+{
+    TIndepVar definition;
+    definition.SetTransformation(control.transformation);
+    if (!control.field1.isNull())
+        definition.SetField1(control.field1);
+    if (!control.field2.isNull())
+        definition.SetField2(control.field2);
+    if (!control.exponent.isNull())
+        definition.SetExponent(control.exponent);
+    if (!control.scaleFactor.isNull())
+        definition.SetScaleFactor(control.scaleFactor);
+    return definition;
+}
+
 void defineModel(TDataSet &dataset, TRegression &regression, const ModelOptions &options)
 {
     dataset.SetDatabaseName(options.database);
     for (qsizetype i = 0; i < options.controls.size(); ++i)
-        regression.SetControl(int(i) + 1, control(options.controls[i]));
+        regression.SetControl(int(i) + 1, definitionOf(options.controls[i]));
     regression.SetResponse(response(options.response));
     regression.SetDescription(options.description);
 }

@@ -7,6 +7,9 @@
 
 namespace nuvo {
 
+/// The definition of a control variable that a term stands for.
+TIndepVar definitionOf(const Term &control);
+
 /// Gives a component the database, the variables and the description of the command line.
 void defineModel(TDataSet &dataset, TRegression &regression, const ModelOptions &options);
 

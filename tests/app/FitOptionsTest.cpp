@@ -79,20 +79,20 @@ TEST(FitOptions, AnUnknownKindIsRefused)
 
 TEST(FitOptions, ValuesToPredictAtAreFieldsOfTheControls)
 {
-    const QList<nuvo::FieldValue> wanted{{u("x"), 1.5}, {u("GNP/cap"), -2e3}, {u("Z"), 0}};
+    const nuvo::FieldValues wanted{{u("x"), 1.5}, {u("GNP/cap"), -2e3}, {u("Z"), 0}};
     for (const char *at : {"x=1.5,\"GNP/cap\"=-2000,Z=0", " X = 1.5 , \"gnp/cap\" = -2e3,z=0 ",
                            "x=1.5,GNP/cap=-2E3,Z=0", "\"x\"=+1.5,\"GNP/cap\"=-2000.0,\"Z\"=-0"})
-        EXPECT_EQ(parsed({"--at", at}).at, QList<QList<nuvo::FieldValue>>{wanted}) << at;
+        EXPECT_EQ(parsed({"--at", at}).at, QList<nuvo::FieldValues>{wanted}) << at;
     const nuvo::FitOptions two = parsed({"--at", "x=1,GNP/cap=2,Z=3", "--at", "Z=6,GNP/cap=5,x=4"});
     ASSERT_EQ(two.at.size(), 2);
-    EXPECT_EQ(two.at[1].first(), (nuvo::FieldValue{u("Z"), 6}));
+    EXPECT_EQ(two.at[1].front(), (nuvo::FieldValue{u("Z"), 6}));
 }
 
 TEST(FitOptions, AFieldOfAnyNameCanBeGiven)
 {
     const QList<nuvo::Term> controls{nuvo::parseControl(u("\"a=\"\"b,c\""))};
-    EXPECT_EQ(nuvo::parseFieldValues(u("\"a=\"\"b,c\"=7"), controls), (QList<nuvo::FieldValue>{{u("a=\"b,c"), 7}}));
-    EXPECT_TRUE(nuvo::parseFieldValues(QString(), {nuvo::parseControl(QString())}).isEmpty());
+    EXPECT_EQ(nuvo::parseFieldValues(u("\"a=\"\"b,c\"=7"), controls), (nuvo::FieldValues{{u("a=\"b,c"), 7}}));
+    EXPECT_TRUE(nuvo::parseFieldValues(QString(), {nuvo::parseControl(QString())}).empty());
 }
 
 TEST(FitOptions, AnUnknownFieldOneTwiceAMissingOneAndATextAreRefused)
