@@ -97,6 +97,20 @@ Observations Observations::ofColumns(int m) const
     return result;
 }
 
+Observations Observations::only(std::span<const int> columns) const
+{
+    Observations result = *this;
+    result.m_ = int(columns.size());
+    result.numbers_[columns.size()] = numbers_[std::size_t(m_)];
+    for (std::size_t j = 0; j < std::size_t(m_); ++j) {
+        const bool kept = j < columns.size();
+        result.x_[j + 1] = kept ? x_[std::size_t(columns[j])] : ObservedColumn{zeros, nullptr, {}};
+        if (kept)
+            result.numbers_[j] = numbers_[std::size_t(columns[j]) - 1];
+    }
+    return result;
+}
+
 std::array<DataColumn, MaxParameters> Observations::columns() const
 {
     std::array<DataColumn, MaxParameters> result;

@@ -62,6 +62,8 @@ public:
 
     /// The same of another number of columns: the first ones, or with columns of zeros added.
     Observations ofColumns(int m) const;
+    /// These of the columns, by their numbers, ascending.
+    Observations only(std::span<const int> columns) const;
 
     /// The columns in order, the response last, as the sums take them, without and with their low parts.
     std::array<DataColumn, MaxParameters> columns() const;

@@ -368,23 +368,34 @@ int TRegression::RecordsRead() const
 
 std::vector<nuvo::LeftOut> TRegression::LeftOut()
 {
-    if (d->opening < 0)
+    if (d->leftOut.empty() && d->recordsAreThere())
+        RefuseWhileBusy();
+    return d->namedLeftOut();
+}
+
+std::vector<nuvo::LeftOut> TRegression::Private::namedLeftOut()
+{
+    if (opening < 0)
         return {};
-    if (d->leftOut.empty() && !d->countLeftOut())
+    if (leftOut.empty() && !countLeftOut())
         return {};
-    std::vector<nuvo::LeftOut> counts = d->leftOut;
-    counts[0].term = d->loadedResponse.OutputTerm();
+    std::vector<nuvo::LeftOut> counts = leftOut;
+    counts[0].term = loadedResponse.OutputTerm();
     for (std::size_t j = 1; j < counts.size(); ++j)
-        counts[j].term = d->columns[j - 1].OutputTerm();
+        counts[j].term = columns[j - 1].OutputTerm();
     return counts;
+}
+
+/// Other records tell nothing of the last load.
+bool TRegression::Private::recordsAreThere() const
+{
+    return opening >= 0 && dataset.Active() && dataset.Opening() == opening;
 }
 
 bool TRegression::Private::countLeftOut()
 {
-    // Other records tell nothing of that load.
-    if (!dataset.Active() || dataset.Opening() != opening)
+    if (!recordsAreThere())
         return false;
-    q.RefuseWhileBusy();
     const Busy guard(*this);
     const bool ended = dataset.Eof();
     const qint64 before = dataset.RecNo();

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -20,9 +21,11 @@ namespace nuvo {
 class ColumnCache;
 class Fit;
 class FitFigures;
+class Observations;
 enum class RobustKind;
 struct LeftOut;
 struct Prediction;
+struct Sums;
 struct TestResult;
 } // namespace nuvo
 
@@ -266,6 +269,15 @@ public:
         bool Alive() const;
         bool ReLoad();
         void Execute();
+        /// What the last load in this series found, with columns that do not vary as well.
+        const nuvo::Observations &Observed() const;
+        /// Their sums.
+        nuvo::Sums Sums() const;
+        /// Leaves of the columns that the last load found those with these numbers, ascending from 1, over the same
+        /// records, and makes the definitions of the others "Undefined"; whether they can be fitted, as of a load.
+        bool KeepColumns(std::span<const int> columns);
+        /// As TRegression::LeftOut().
+        std::vector<nuvo::LeftOut> LeftOut();
         /// Gives back the definitions of the beginning.
         void RestoreDefinitions();
         /// Gives back the definitions of the beginning and loads and fits them; where that cannot be done the

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -45,6 +46,9 @@ public:
     void fit();
     /// False where the records are not there any more. Leaves the dataset where it is.
     bool countLeftOut();
+    bool recordsAreThere() const;
+    std::vector<nuvo::LeftOut> namedLeftOut();
+    void keepColumns(std::span<const int> numbers);
     void setDegreesOfFreedom();
     int degreesLeft() const { return observed.n() - (m + 1); }
     /// Of the response's multiple that sums of squares are of.

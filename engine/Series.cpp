@@ -1,6 +1,8 @@
 #include "engine/Regressionprivate.h"
 #include "platform/Dataset.h"
 
+#include <algorithm>
+
 TRegression::Private::Busy::Busy(Private &regression) : regression_(regression), alive_(regression.alive)
 {
     ++regression_.busy;
@@ -76,6 +78,55 @@ bool TRegression::Series::ReLoad()
 void TRegression::Series::Execute()
 {
     d_->regression.fit();
+}
+
+const nuvo::Observations &TRegression::Series::Observed() const
+{
+    return d_->regression.observed;
+}
+
+nuvo::Sums TRegression::Series::Sums() const
+{
+    return nuvo::sumsOf(d_->regression.observed);
+}
+
+std::vector<nuvo::LeftOut> TRegression::Series::LeftOut()
+{
+    return d_->regression.namedLeftOut();
+}
+
+bool TRegression::Series::KeepColumns(std::span<const int> columns)
+{
+    TRegression::Private &regression = d_->regression;
+    regression.keepColumns(columns);
+    const bool observed = Alive() && regression.observed.n() > 0;
+    const bool varies = observed && !regression.q.InvariantCol();
+    if (Alive())
+        regression.loaded = varies;
+    return varies && Alive();
+}
+
+void TRegression::Private::keepColumns(std::span<const int> numbers)
+{
+    int column = 0;
+    for (TIndepVar &control : controls) {
+        if (control.Transformation() == u"Undefined")
+            continue;
+        if (std::find(numbers.begin(), numbers.end(), ++column) == numbers.end())
+            control.SetTransformation(QStringLiteral("Undefined"));
+    }
+    observed = observed.only(numbers);
+    m = int(numbers.size());
+    // Ascending, so that nothing is overwritten that is still needed.
+    for (std::size_t j = 0; j < numbers.size(); ++j) {
+        const std::size_t from = std::size_t(numbers[j]);
+        columns[j].Assign(columns[from - 1]);
+        if (!leftOut.empty())
+            leftOut[j + 1] = leftOut[from];
+    }
+    if (!leftOut.empty())
+        leftOut.resize(numbers.size() + 1);
+    setDegreesOfFreedom();
 }
 
 void TRegression::Series::RestoreDefinitions()

@@ -5,6 +5,7 @@
 #include "platform/Formats.h"
 #include "select/Modeltools.h"
 #include "select/Partialfrun.h"
+#include "select/Textbook.h"
 
 #include <cmath>
 
@@ -67,8 +68,17 @@ private:
 /// Both forms of the search.
 void select(TRegression &component, TBackElimMLR &selector)
 {
-    nuvo::SelectionRun::perform(selector, component, {"backward", selector.ShowProgress(), selector.ShowReport()},
-                                [&selector](nuvo::SelectionRun &run) { BackwardRun(run, selector).search(); });
+    const nuvo::SelectionRun::Options options{"backward", selector.ShowProgress(), selector.ShowReport()};
+    if (selector.Rule() == TCorvane::Written) {
+        nuvo::SelectionRun::perform(selector, component, options,
+                                    [&selector](nuvo::SelectionRun &run) { BackwardRun(run, selector).search(); });
+        return;
+    }
+    const nuvo::ChoiceThreshold threshold =
+        nuvo::thresholdOf(selector, {"P", selector.P(), selector.FDefault(), QStringLiteral("95 Percent")});
+    nuvo::SelectionRun::perform(selector, component, options, [&](nuvo::SelectionRun &run) {
+        nuvo::searchAsTextbook(run, selector, nuvo::Choice::Method::Backward, {}, threshold);
+    });
 }
 
 } // namespace
@@ -81,6 +91,12 @@ void TBackElimMLR::SetFDefault(double value)
 {
     RefuseWhileRunning();
     fDefault_ = std::fabs(value);
+}
+
+void TBackElimMLR::SetP(double value)
+{
+    RefuseWhileRunning();
+    p_ = value;
 }
 
 void TBackElimMLR::Run()

@@ -14,6 +14,7 @@ class NUVO_EXPORT TBackElimMLR : public TPartialFSearch
     Q_PROPERTY(double FDefault READ FDefault WRITE SetFDefault)
     Q_PROPERTY(bool ShowReport READ ShowReport WRITE SetShowReport)
     Q_PROPERTY(bool ShowProgress READ ShowProgress WRITE SetShowProgress)
+    Q_PROPERTY(double P READ P WRITE SetP)
 
 public:
     explicit TBackElimMLR(QWidget *owner = nullptr);
@@ -24,10 +25,17 @@ public:
     /// Stores the absolute value.
     void SetFDefault(double value);
 
+    /// For the rule Textbook: the probability from which the threshold F(1, DOF) is worked out at each step; 0 when
+    /// none is given, and FDistTable or FDefault has it. Run() refuses what is no probability, and one beside
+    /// FDistTable.
+    double P() const { return p_; }
+    void SetP(double value);
+
     void Run() override;
 
 private:
     double fDefault_ = 4.0;
+    double p_ = 0;
 };
 
 /// The search on a table and on a query. \pre the selector is bound to the component.

@@ -2,6 +2,19 @@
 
 namespace nuvo {
 
+int Choice::modelCount() const
+{
+    return int(isOptimal() ? subsets.bySize.size() : search.path.size());
+}
+
+std::optional<ControlSet> Choice::model(int index) const
+{
+    if (index < 1 || index > modelCount())
+        return {};
+    const std::size_t at = std::size_t(index) - 1;
+    return isOptimal() ? subsets.bySize[at].controls : search.path[at].model;
+}
+
 QStringList Choice::terms(ControlSet set) const
 {
     QStringList result;

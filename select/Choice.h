@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace nuvo {
@@ -73,6 +74,10 @@ struct NUVO_EXPORT Choice
     /// The number in the list, from 1, of the model that SelectModel() has put in the place of the chosen one: of
     /// optimal an entry of subsets.bySize, else the model after that step of search.path. 0: the chosen one is left.
     int applied = 0;
+
+    /// How many models SelectModel() can take, and number `index` of them; nothing for a number that is none.
+    int modelCount() const;
+    std::optional<ControlSet> model(int index) const;
 
     bool isOptimal() const { return method == Method::Optimal; }
     int count() const { return int(controls.size()); }

@@ -5,6 +5,8 @@
 #include "engine/Progress.h"
 #include "platform/Errors.h"
 #include "present/Optgauge.h"
+#include "select/Choicepage.h"
+#include "select/Choicerun.h"
 
 namespace {
 
@@ -107,6 +109,27 @@ void TCorvane::RefuseWhileRunning() const
         throw EDatabaseError(
             QStringLiteral("%1 is choosing a model; it cannot be run or changed before that has ended.")
                 .arg(caption(*this)));
+}
+
+void TCorvane::SelectModel(int index)
+{
+    NeedFree();
+    if (!choice_)
+        throw EDatabaseError(
+            QStringLiteral("%1 has no models to select from: no run by the rule Textbook has come out.")
+                .arg(caption(*this)));
+    const std::optional<nuvo::ControlSet> model = choice_->model(index);
+    if (!model)
+        throw EStringListError(QStringLiteral("There is no model %1 in the choice: its models are 1 to %2.")
+                                   .arg(index)
+                                   .arg(choice_->modelCount()));
+    const QPointer<TCorvane> alive = this;
+    nuvo::Choice choice = *choice_;
+    nuvo::applyChoice(*Regression(), choice, *model, index);
+    if (!alive)
+        return;
+    report_ = nuvo::reportHead(choice.description) + nuvo::choiceReport(choice);
+    choice_ = std::make_shared<const nuvo::Choice>(std::move(choice));
 }
 
 void TCorvane::SaveModel(TMLRModel &model)

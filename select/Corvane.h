@@ -77,6 +77,13 @@ public:
     /// under way, and after one that was stopped or that an error ended.
     std::shared_ptr<const nuvo::Choice> Choice() const { return choice_; }
 
+    /// Leaves model `index` of the last choice on the component in the place of the chosen one, loaded and fitted
+    /// over the sample that its candidates share: of a best subset that entry of the list, of a search by partial F
+    /// the model after that step, from 1. Choice() says so afterwards, and with it the report. \throws EDatabaseError
+    /// when there is no choice, when variables or records are not those of it any more, and as Run();
+    /// EStringListError when it has no model of that number. The component is then as it was.
+    virtual void SelectModel(int index);
+
     /// Saves the bound component's model. \throws EDatabaseError when nothing is bound.
     void SaveModel(TMLRModel &model);
 

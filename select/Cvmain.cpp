@@ -2,9 +2,11 @@
 
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
+#include "platform/Errors.h"
 #include "platform/Formats.h"
 #include "select/Modeltools.h"
 #include "select/Selectionrun.h"
+#include "select/Subsetrun.h"
 
 #include <algorithm>
 #include <array>
@@ -32,25 +34,78 @@ void TOptimizeMLR::SetModelsToSave(int value)
         modelsToSave_ = saved;
 }
 
+void TOptimizeMLR::SetModelsPerSize(int value)
+{
+    RefuseWhileRunning();
+    modelsPerSize_ = std::clamp(value, 0, 252);
+}
+
+bool TOptimizeMLR::SharesSample() const
+{
+    return Rule() == Textbook || optCriteria_ >= Cp || modelsPerSize_ > 0;
+}
+
+nuvo::SubsetCriterion TOptimizeMLR::Criterion() const
+{
+    switch (optCriteria_) {
+    case MinSsquared: // the same order
+    case AdjustedRSquared:
+        return nuvo::SubsetCriterion::AdjustedRSquared;
+    case MaxFValue:
+        return nuvo::SubsetCriterion::F;
+    case AIC:
+        return nuvo::SubsetCriterion::Aic;
+    case BIC:
+        return nuvo::SubsetCriterion::Bic;
+    case PRESS:
+        return nuvo::SubsetCriterion::Press;
+    case Nondominated:
+    case Cp:
+        break;
+    }
+    return nuvo::SubsetCriterion::Cp;
+}
+
 int TOptimizeMLR::Capacity() const
 {
     return std::min(modelsToSave_, TMLRModels::Size);
 }
 
+TMLRModel &TOptimizeMLR::Entry(int index)
+{
+    if (index > TMLRModels::Size && index <= modelCount_)
+        return further_[std::size_t(index - TMLRModels::Size) - 1];
+    return modelList_[index];
+}
+
 TMLRModel TOptimizeMLR::GetModelList(int index) const
 {
-    return modelList_[index];
+    return const_cast<TOptimizeMLR *>(this)->Entry(index);
 }
 
 void TOptimizeMLR::SetModelList(int index, const TMLRModel &model)
 {
     RefuseWhileRunning();
-    modelList_[index] = model;
+    Entry(index) = model;
 }
 
 void TOptimizeMLR::SetModel(int index)
 {
-    PutModel(modelList_[index]);
+    PutModel(Entry(index));
+}
+
+void TOptimizeMLR::SelectModel(int index)
+{
+    if (Choice())
+        return TCorvane::SelectModel(index);
+    NeedFree();
+    if (index < 1 || index > modelCount_)
+        throw EStringListError(
+            QStringLiteral("There is no model %1 in the list: it has %2.").arg(index).arg(modelCount_));
+    TRegression &regression = *Regression();
+    SetModel(index);
+    if (regression.ReLoad())
+        regression.Execute();
 }
 
 bool TOptimizeMLR::Dominates(double rSquared, double sSquared) const
@@ -104,8 +159,16 @@ void exchangeSort(TMLRModel *models, int count, Better better)
 
 void TOptimizeMLR::SortModelList()
 {
+    if (Choice())
+        return;
     TMLRModel *const models = &modelList_[1];
     switch (optCriteria_) {
+    case Cp:
+    case AIC:
+    case BIC:
+    case AdjustedRSquared:
+    case PRESS:
+        return;
     case MinSsquared:
         return exchangeSort(models, modelCount_,
                             [](const TMLRModel &a, const TMLRModel &b) { return a.SSquared < b.SSquared; });
@@ -136,6 +199,8 @@ public:
     OptimalRun(SelectionRun &run, TOptimizeMLR &selector) : run_(run), selector_(selector) {}
 
     void search();
+    /// All subsets on one sample.
+    static void searchShared(SelectionRun &run, TOptimizeMLR &selector);
 
 private:
     enum Row { Out, In, Terms, Accepted };
@@ -158,9 +223,23 @@ private:
     QString eliminated_;
 };
 
+void OptimalRun::searchShared(SelectionRun &run, TOptimizeMLR &selector)
+{
+    selector.modelCount_ = 0;
+    selector.further_.clear();
+    SubsetRun(run, selector.Criterion(), std::max(1, selector.modelsPerSize_)).search();
+    for (TMLRModel &model : listedModels(*run.choice)) {
+        if (++selector.modelCount_ <= TMLRModels::Size)
+            selector.modelList_[selector.modelCount_] = std::move(model);
+        else
+            selector.further_.push_back(std::move(model));
+    }
+}
+
 void OptimalRun::search()
 {
     selector_.modelCount_ = 0;
+    selector_.further_.clear();
     variables_ = regression().GetNumVars();
     run_.start(variables_);
     run_.passes = 1;
@@ -224,7 +303,7 @@ bool OptimalRun::accepts(double f, double rSquared, double sSquared) const
         return selector_.BetterS(sSquared);
     case TOptimizeMLR::MaxFValue:
         return selector_.BetterF(f);
-    case TOptimizeMLR::Nondominated:
+    default:
         break;
     }
     return selector_.Dominates(rSquared, sSquared);
@@ -237,7 +316,7 @@ bool OptimalRun::improves(double f, double rSquared, double sSquared) const
         return sSquared < best_.SSquared;
     case TOptimizeMLR::MaxFValue:
         return f > best_.F;
-    case TOptimizeMLR::Nondominated:
+    default:
         break;
     }
     return rSquared > best_.RSquared && sSquared < best_.SSquared;
@@ -285,8 +364,12 @@ namespace {
 /// Both forms of the search.
 void select(TRegression &component, TOptimizeMLR &selector)
 {
-    nuvo::SelectionRun::perform(selector, component, {"optimal", true, true},
-                                [&selector](nuvo::SelectionRun &run) { nuvo::OptimalRun(run, selector).search(); });
+    nuvo::SelectionRun::perform(selector, component, {"optimal", true, true}, [&selector](nuvo::SelectionRun &run) {
+        if (selector.SharesSample())
+            nuvo::OptimalRun::searchShared(run, selector);
+        else
+            nuvo::OptimalRun(run, selector).search();
+    });
 }
 
 } // namespace

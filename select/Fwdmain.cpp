@@ -4,6 +4,7 @@
 #include "engine/Mlrtable.h"
 #include "platform/Formats.h"
 #include "select/Partialfrun.h"
+#include "select/Textbook.h"
 
 #include <cmath>
 
@@ -36,8 +37,17 @@ protected:
 /// Both forms of the search.
 void select(TRegression &component, TFwdSelectMLR &selector)
 {
-    nuvo::SelectionRun::perform(selector, component, {"forward", selector.ShowProgress(), selector.ShowReport()},
-                                [&selector](nuvo::SelectionRun &run) { ForwardRun(run, selector).search(); });
+    const nuvo::SelectionRun::Options options{"forward", selector.ShowProgress(), selector.ShowReport()};
+    if (selector.Rule() == TCorvane::Written) {
+        nuvo::SelectionRun::perform(selector, component, options,
+                                    [&selector](nuvo::SelectionRun &run) { ForwardRun(run, selector).search(); });
+        return;
+    }
+    const nuvo::ChoiceThreshold threshold =
+        nuvo::thresholdOf(selector, {"P", selector.P(), selector.FDefault(), QStringLiteral("95 Percent")});
+    nuvo::SelectionRun::perform(selector, component, options, [&](nuvo::SelectionRun &run) {
+        nuvo::searchAsTextbook(run, selector, nuvo::Choice::Method::Forward, threshold, {});
+    });
 }
 
 } // namespace
@@ -50,6 +60,12 @@ void TFwdSelectMLR::SetFDefault(double value)
 {
     RefuseWhileRunning();
     fDefault_ = std::fabs(value);
+}
+
+void TFwdSelectMLR::SetP(double value)
+{
+    RefuseWhileRunning();
+    p_ = value;
 }
 
 void TFwdSelectMLR::Run()

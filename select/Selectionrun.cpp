@@ -1,5 +1,7 @@
 #include "select/Selectionrun.h"
 
+#include "engine/Leftout.h"
+#include "engine/Sums.h"
 #include "platform/Formats.h"
 #include "platform/Messages.h"
 
@@ -58,6 +60,7 @@ SelectionRun::SelectionRun(TCorvane &selector, TRegression &regression, const Op
     clock_.start();
     selector.report_.clear();
     selector.steps_.clear();
+    selector.choice_ = nullptr;
     selector.ended_ = TRunEnd::Stopped;
 }
 
@@ -132,6 +135,7 @@ void SelectionRun::conclude()
                                            .arg(regression_.GetNumVars());
     selector_->report_ = report_;
     selector_->ended_ = ended;
+    selector_->choice_ = ended == TRunEnd::Stopped ? nullptr : choice;
     series_.EnableControls();
     check();
     if (ended == TRunEnd::Repeats) {
@@ -172,14 +176,43 @@ bool SelectionRun::reloadAndExecute()
 {
     if (!reload())
         return false;
+    execute();
+    return true;
+}
+
+void SelectionRun::execute()
+{
     series_.Execute();
     check();
-    return true;
+}
+
+Sums SelectionRun::sums() const
+{
+    return series_.Sums();
+}
+
+std::vector<LeftOut> SelectionRun::leftOut()
+{
+    std::vector<LeftOut> counts = series_.LeftOut();
+    check();
+    return counts;
+}
+
+bool SelectionRun::keepColumns(std::span<const int> columns)
+{
+    const bool loaded = series_.KeepColumns(columns);
+    check();
+    return loaded;
+}
+
+QString reportHead(const QString &description)
+{
+    return QStringLiteral("CORVANE OUTPUT REPORT\n\r") + description + QStringLiteral("\n\r\n\r");
 }
 
 void SelectionRun::writeHead()
 {
-    report_ = QStringLiteral("CORVANE OUTPUT REPORT\n\r") + regression_.Description() + QStringLiteral("\n\r\n\r");
+    report_ = reportHead(regression_.Description());
 }
 
 void SelectionRun::step(const QString &text)

@@ -10,6 +10,8 @@
 
 #include <functional>
 #include <memory>
+#include <span>
+#include <vector>
 
 namespace nuvo {
 
@@ -20,6 +22,9 @@ inline QString traced(double value)
 {
     return QString::number(value, 'g', 17);
 }
+
+/// How every report begins.
+QString reportHead(const QString &description);
 
 /// The frame of a run, the same for all searches: it keeps the regression to itself, shows the progress, collects the
 /// report, and puts everything back, however the run ends.
@@ -52,6 +57,13 @@ public:
     bool reload();
     /// Fits where the load came out.
     bool reloadAndExecute();
+    void execute();
+    /// What the last load found, its sums, and what it left out.
+    const Observations &observed() const { return series_.Observed(); }
+    Sums sums() const;
+    std::vector<LeftOut> leftOut();
+    /// Leaves these of the columns that were loaded, over the same records; whether they can be fitted.
+    bool keepColumns(std::span<const int> columns);
     /// Gives back the definitions of the beginning.
     void restoreDefinitions() { series_.RestoreDefinitions(); }
 
@@ -74,7 +86,8 @@ public:
     // What the search says at its end.
     int passes = 0;
     TRunEnd ended = TRunEnd::Converged;
-    double elapsed = 0; ///< days
+    double elapsed = 0;                   ///< days
+    std::shared_ptr<const Choice> choice; ///< under the rule Textbook
 
     /// While it lives, a second progress in front of the first takes steps and percentages, shown where that one is.
     class Inner

@@ -4,6 +4,7 @@
 #include "engine/Mlrtable.h"
 #include "select/Modeltools.h"
 #include "select/Partialfrun.h"
+#include "select/Textbook.h"
 
 #include <cmath>
 
@@ -96,8 +97,21 @@ void StepwiseRun::recheck(double &previous)
 /// Both forms of the search.
 void select(TRegression &component, TStepWiseMLR &selector)
 {
-    nuvo::SelectionRun::perform(selector, component, {"stepwise", selector.ShowProgress(), selector.ShowReport()},
-                                [&selector](nuvo::SelectionRun &run) { StepwiseRun(run, selector).search(); });
+    const nuvo::SelectionRun::Options options{"stepwise", selector.ShowProgress(), selector.ShowReport()};
+    if (selector.Rule() == TCorvane::Written) {
+        nuvo::SelectionRun::perform(selector, component, options,
+                                    [&selector](nuvo::SelectionRun &run) { StepwiseRun(run, selector).search(); });
+        return;
+    }
+    const QString column = selector.FPercent().isEmpty() ? QStringLiteral("5 Percent") : selector.FPercent();
+    const nuvo::ChoiceThreshold enter =
+        nuvo::thresholdOf(selector, {"PIn", selector.PIn(), selector.FInDefault(), column});
+    const double pOut = selector.POut() == 0 ? selector.PIn() : selector.POut();
+    const nuvo::ChoiceThreshold remove =
+        nuvo::thresholdOf(selector, {"POut", pOut, selector.FOutDefault(), QStringLiteral("95 Percent")});
+    nuvo::SelectionRun::perform(selector, component, options, [&](nuvo::SelectionRun &run) {
+        nuvo::searchAsTextbook(run, selector, nuvo::Choice::Method::Stepwise, enter, remove);
+    });
 }
 
 } // namespace
@@ -122,6 +136,18 @@ void TStepWiseMLR::SetFPercent(const QString &column)
 {
     RefuseWhileRunning();
     fPercent_ = column;
+}
+
+void TStepWiseMLR::SetPIn(double value)
+{
+    RefuseWhileRunning();
+    pIn_ = value;
+}
+
+void TStepWiseMLR::SetPOut(double value)
+{
+    RefuseWhileRunning();
+    pOut_ = value;
 }
 
 bool TStepWiseMLR::SetControl(TTermTable table, int which, int row)

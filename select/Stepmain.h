@@ -13,6 +13,8 @@ class NUVO_EXPORT TStepWiseMLR : public TPartialFSearch
     Q_PROPERTY(QString FPercent READ FPercent WRITE SetFPercent)
     Q_PROPERTY(bool ShowReport READ ShowReport WRITE SetShowReport)
     Q_PROPERTY(bool ShowProgress READ ShowProgress WRITE SetShowProgress)
+    Q_PROPERTY(double PIn READ PIn WRITE SetPIn)
+    Q_PROPERTY(double POut READ POut WRITE SetPOut)
 
 public:
     explicit TStepWiseMLR(QWidget *owner = nullptr);
@@ -27,9 +29,17 @@ public:
     /// Stores the absolute value.
     void SetFOutDefault(double value);
     /// The column of FDistTable that holds the thresholds to enter: "1 Percent", "5 Percent", "10 Percent". Those to
-    /// stay are always in "95 Percent".
+    /// stay are always in "95 Percent". Under the rule Textbook none counts as "5 Percent".
     QString FPercent() const { return fPercent_; }
     void SetFPercent(const QString &column);
+
+    /// For the rule Textbook: the probabilities from which the thresholds F(1, DOF) to enter and to stay are worked
+    /// out at each step; 0 when none is given, and FDistTable or the defaults have them. A POut below PIn counts as
+    /// PIn, also one that is not given. Run() refuses what is no probability, and one beside FDistTable.
+    double PIn() const { return pIn_; }
+    void SetPIn(double value);
+    double POut() const { return pOut_; }
+    void SetPOut(double value);
 
     void Run() override;
 
@@ -40,6 +50,8 @@ public:
 private:
     double fInDefault_ = 4.0;
     double fOutDefault_ = 4.0;
+    double pIn_ = 0;
+    double pOut_ = 0;
     QString fPercent_;
 };
 

@@ -33,7 +33,15 @@ constexpr ToolTip ToolTips[] = {
      "How a model is chosen: as these components always did, or as textbooks do, all candidates on the records "
      "that all control variables can use."},
     {"OptCriteria", "How models are ranked: by dominance (larger R², smaller s²), by the smallest s², by the largest "
-                    "F."},
+                    "F; or, on one sample, by Cp, AIC, BIC, adjusted R² or PRESS."},
+    {"ModelsPerSize",
+     "How many models of each size are listed when all are compared on one sample; 0: one where that "
+     "is so."},
+    {"P", "For the rule Textbook: the probability from which the threshold is worked out; 0: none."},
+    {"PIn", "For the rule Textbook: the probability from which the threshold to enter is worked out; 0: none."},
+    {"POut",
+     "For the rule Textbook: the probability from which the threshold to stay is worked out; not below PIn; 0: "
+     "none."},
     {"ModelsToSave", "How many models the list keeps, at most 20."},
     {"FDistTable", "The table component on this form that holds critical values of F; empty: the defaults below."},
     {"FPercent", "The column of FDistTable with the thresholds to enter."},

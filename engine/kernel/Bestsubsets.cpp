@@ -49,7 +49,7 @@ public:
             out.adjustedRSquared = (DoubleDouble(1) - meanSquare * (n_ - 1) / total).hi;
         out.cp = cp(set);
         if (sse > 0) {
-            out.f = (explained / DoubleDouble(out.size) / meanSquare).hi;
+            out.f = overallF(set, freedom);
             out.aic = informationCriterion(set, 2);
             out.bic = informationCriterion(set, std::log(n_));
         }
@@ -73,6 +73,8 @@ public:
             return informationCriterion(set, std::log(n_));
         case SubsetCriterion::AdjustedRSquared:
             return (sums_.sse(set) / freedom).hi; // the same order
+        case SubsetCriterion::F:
+            return -overallF(set, freedom);
         case SubsetCriterion::Press:
             break;
         }
@@ -80,6 +82,12 @@ public:
     }
 
 private:
+    double overallF(ControlSet set, double freedom) const
+    {
+        const DoubleDouble explained = sums_.total() - sums_.sse(set);
+        return (explained / DoubleDouble(SubsetSums::sizeOf(set)) / (sums_.sse(set) / freedom)).hi;
+    }
+
     double cp(ControlSet set) const
     {
         if (!(fullMeanSquare_ > 0))

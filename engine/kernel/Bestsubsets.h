@@ -8,8 +8,8 @@
 
 namespace nuvo {
 
-/// What models are compared by; the smallest is the best, of the adjusted R2 the largest.
-enum class SubsetCriterion { Cp, Aic, Bic, AdjustedRSquared, Press };
+/// What models are compared by; the smallest is the best, of the adjusted R2 and of F the largest.
+enum class SubsetCriterion { Cp, Aic, Bic, AdjustedRSquared, Press, F };
 
 /// A model: a set of k controls with the constant, p = k + 1, fitted to n observations.
 ///

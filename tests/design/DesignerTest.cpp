@@ -105,7 +105,7 @@ TEST_F(Designer, ShowsPublishedPropertiesAndOnlyThoseInGroupsWithToolTips)
                     "ControlVar06;ControlVar07;ControlVar08;ControlVar09;ControlVar10;Description;ShowLoadProgress;"
                     "ShowWarnings;ResponseVarY;ReportMessage"));
     EXPECT_EQ(list("stepWiseRows"), words("[QObject];objectName;[TCorvane];Dataset;Rule;[TStepWiseMLR];FDistTable;"
-                                          "FInDefault;FOutDefault;FPercent;ShowReport;ShowProgress"));
+                                          "FInDefault;FOutDefault;FPercent;ShowReport;ShowProgress;PIn;POut"));
     EXPECT_EQ(list("rowsWithoutToolTip"), Strings());
 }
 

@@ -1,0 +1,380 @@
+#include "select/Choicepage.h"
+
+#include "platform/Messages.h"
+#include "present/Significant.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuvo {
+
+namespace {
+
+constexpr int Digits = 6;
+using Action = SearchStep::Action;
+
+QString figure(double value, int digits = Digits)
+{
+    return std::isinf(value) && value > 0 ? QStringLiteral("infinite") : significant(value, digits);
+}
+
+bool isExact(const Choice &choice, ControlSet model)
+{
+    return std::any_of(choice.search.path.begin(), choice.search.path.end(),
+                       [&](const SearchStep &step) { return step.model == model && step.sse == 0; });
+}
+
+/// Why a search is over.
+QString endText(const Choice &choice, const SearchStep &end)
+{
+    const bool enters = choice.method != Choice::Method::Backward;
+    const bool comparable = std::any_of(end.candidates.begin(), end.candidates.end(),
+                                        [](const StepCandidate &candidate) { return !std::isnan(candidate.f); });
+    if (choice.controls.isEmpty())
+        return QStringLiteral("There is no variable to choose from");
+    if (isExact(choice, end.model))
+        return QStringLiteral("The model fits exactly");
+    if (!comparable && SubsetSums::sizeOf(end.model) == choice.count() && enters)
+        return QStringLiteral("Every variable is in the model");
+    if (!enters && end.model == 0)
+        return QStringLiteral("No variable is left in the model");
+    if (!comparable)
+        return enters ? QStringLiteral("No variable can enter: what is left depends on those in the model or would "
+                                       "leave no degrees of freedom")
+                      : QStringLiteral("No variable can be judged: there are no degrees of freedom");
+    const QString above = QStringLiteral("No variable above the threshold");
+    switch (choice.method) {
+    case Choice::Method::Backward:
+        return QStringLiteral("No variable below the threshold");
+    case Choice::Method::Stepwise:
+        return end.entering == 0 ? QStringLiteral("Every variable is in the model, none below the threshold to stay")
+               : end.model == 0  ? above
+                                 : above + QStringLiteral(" to enter, none below the one to stay");
+    default:
+        return above;
+    }
+}
+
+class Layout
+{
+public:
+    Layout(const Choice &choice, int digits) : choice_(choice), digits_(digits) {}
+
+    Page page()
+    {
+        writeHead();
+        if (choice_.end == Choice::End::Chosen || choice_.end == Choice::End::NoBestModel) {
+            if (choice_.isOptimal())
+                writeModels();
+            else
+                writePath();
+        }
+        writeResult();
+        for (const QString &warning : choiceWarnings(choice_))
+            page_.add(Page::Kind::Item, warning);
+        return page_;
+    }
+
+private:
+    QString number(double value) const { return figure(value, digits_); }
+    QString p(double value) const { return probability(value, digits_); }
+
+    void writeHead()
+    {
+        const QString rule = choice_.isOptimal()
+                                 ? QStringLiteral("all subsets by %1").arg(criterionName(choice_.criterion))
+                                 : QStringLiteral("by partial F");
+        page_.add(Page::Kind::Paragraph,
+                  QStringLiteral("%1, %2, as textbooks do: %3 on %4")
+                      .arg(methodName(choice_.method), rule, choice_.response,
+                           choice_.controls.isEmpty() ? QStringLiteral("no variable")
+                                                      : choice_.controls.join(QStringLiteral(", "))));
+        page_.add(Page::Kind::Paragraph,
+                  QStringLiteral("All candidates share %1 observations, the records that every variable can use "
+                                 "(%2 read, %3 left out).")
+                      .arg(choice_.observations)
+                      .arg(choice_.recordsRead)
+                      .arg(choice_.skipped()));
+        QStringList rules;
+        if (choice_.method == Choice::Method::Forward || choice_.method == Choice::Method::Stepwise)
+            rules += QStringLiteral("A variable enters with %1.").arg(thresholdText(choice_.enter, true));
+        if (choice_.method == Choice::Method::Backward || choice_.method == Choice::Method::Stepwise)
+            rules += QStringLiteral("A variable leaves with %1.").arg(thresholdText(choice_.remove, false));
+        if (choice_.method == Choice::Method::Stepwise)
+            rules += QStringLiteral("The threshold to stay is never above the one to enter.");
+        if (!rules.isEmpty())
+            page_.add(Page::Kind::Paragraph, rules.join(u' '));
+    }
+
+    void writePath()
+    {
+        if (choice_.search.leftOut != 0)
+            page_.add(Page::Kind::Paragraph, QStringLiteral("Left out at the beginning, as they depend on those "
+                                                            "before them: %1.")
+                                                 .arg(choice_.terms(choice_.search.leftOut).join(u", ")));
+        int number = 0;
+        for (const SearchStep &step : choice_.search.path) {
+            const bool ends = step.action == Action::End;
+            page_.add(Page::Kind::Heading,
+                      ends ? QStringLiteral("End. ") + stepText(choice_, step)
+                           : QStringLiteral("Step %1. %2").arg(QString::number(++number), stepText(choice_, step)));
+            if (!ends)
+                page_.addLine({QStringLiteral("threshold F = %1").arg(this->number(step.threshold)),
+                               QStringLiteral("SSE after = %1").arg(this->number(step.sse))});
+            writeCandidates(step);
+        }
+    }
+
+    void writeCandidates(const SearchStep &step)
+    {
+        if (step.candidates.empty())
+            return;
+        Page::Table table;
+        table.columns = {{QStringLiteral("Variable"), false},
+                         {QStringLiteral("Partial F")},
+                         {QStringLiteral("p-value")},
+                         {QString(), false}};
+        int at = 0;
+        for (const StepCandidate &candidate : step.candidates) {
+            const bool entering = step.action == Action::Add || (step.action == Action::End && at < step.entering);
+            ++at;
+            table.rows += {choice_.term(candidate.control), number(candidate.f), p(candidate.pValue),
+                           candidate.dependent ? QStringLiteral("depends on the model")
+                           : candidate.control == step.control
+                               ? (entering ? QStringLiteral("enters") : QStringLiteral("leaves"))
+                           : step.action != Action::End ? QString()
+                           : entering                   ? QStringLiteral("could enter")
+                                                        : QStringLiteral("could leave")};
+        }
+        page_.addTable(std::move(table));
+    }
+
+    void writeModels()
+    {
+        page_.add(Page::Kind::Heading, choice_.perSize == 1
+                                           ? QStringLiteral("The best model of each size")
+                                           : QStringLiteral("The %1 best models of each size").arg(choice_.perSize));
+        Page::Table table;
+        table.columns = {{QStringLiteral("No.")},
+                         {QStringLiteral("Size")},
+                         {criterionName(choice_.criterion)},
+                         {QString(), false},
+                         {QStringLiteral("Variables"), false},
+                         {QStringLiteral("SSE")},
+                         {QStringLiteral("R²")},
+                         {QStringLiteral("adjusted R²")},
+                         {QStringLiteral("s²")},
+                         {QStringLiteral("F")}};
+        static constexpr SubsetCriterion Others[] = {SubsetCriterion::Cp, SubsetCriterion::Aic, SubsetCriterion::Bic,
+                                                     SubsetCriterion::Press};
+        for (const SubsetCriterion other : Others) {
+            if (other != choice_.criterion)
+                table.columns += Page::Column{criterionName(other)};
+        }
+        int at = 0;
+        for (const SubsetFigures &model : choice_.subsets.bySize) {
+            const bool best = choice_.subsets.best && choice_.subsets.best->controls == model.controls;
+            QStringList row{QString::number(++at),
+                            QString::number(model.size),
+                            number(criterionOf(model, choice_.criterion)),
+                            model.dependent ? QStringLiteral("dependent")
+                            : best          ? QStringLiteral("best")
+                                            : QString(),
+                            choice_.terms(model.controls).join(QStringLiteral(", ")),
+                            number(model.sse),
+                            number(model.rSquared),
+                            number(model.adjustedRSquared),
+                            number(model.sSquared),
+                            number(model.f)};
+            for (const SubsetCriterion other : Others) {
+                if (other != choice_.criterion)
+                    row += number(criterionOf(model, other));
+            }
+            table.rows += row;
+        }
+        page_.addTable(std::move(table));
+    }
+
+    void writeResult()
+    {
+        page_.add(Page::Kind::Heading, QStringLiteral("The model that is left"));
+        page_.add(Page::Kind::Paragraph, resultText());
+    }
+
+    QString resultText() const
+    {
+        switch (choice_.end) {
+        case Choice::End::NoRecords:
+            return QStringLiteral("None: no record can be used by every variable.");
+        case Choice::End::ResponseFixed:
+            return QStringLiteral("None: %1 does not vary over the records that every variable can use.")
+                .arg(choice_.response);
+        case Choice::End::NoBestModel:
+            return QStringLiteral("As it was before: no subset has a %1%2.")
+                .arg(criterionName(choice_.criterion),
+                     choice_.observations <= choice_.count() + 1
+                         ? QStringLiteral(", as %1 observations leave the full model no degrees of freedom")
+                               .arg(choice_.observations)
+                         : QString());
+        case Choice::End::Chosen:
+            break;
+        }
+        const QStringList terms = choice_.terms(choice_.selected);
+        const QString model =
+            terms.isEmpty() ? QStringLiteral("The constant alone") : terms.join(QStringLiteral(", "));
+        return model + why() + u'.';
+    }
+
+    QString why() const
+    {
+        if (choice_.applied > 0)
+            return QStringLiteral(" (number %1 of the %2, put in the place of the chosen one)")
+                .arg(QString::number(choice_.applied),
+                     choice_.isOptimal() ? QStringLiteral("list") : QStringLiteral("steps"));
+        if (!choice_.isOptimal())
+            return {};
+        return QStringLiteral(": %1 %2 of all subsets, %3")
+            .arg(choice_.criterion == SubsetCriterion::AdjustedRSquared || choice_.criterion == SubsetCriterion::F
+                     ? QStringLiteral("the largest")
+                     : QStringLiteral("the smallest"),
+                 criterionName(choice_.criterion),
+                 choice_.subsets.best->sse == 0 ? QStringLiteral("an exact fit")
+                                                : number(criterionOf(*choice_.subsets.best, choice_.criterion)));
+    }
+
+    const Choice &choice_;
+    const int digits_;
+    Page page_;
+};
+
+/// "Ozone 37 null", "x 2 impossible, 1 null".
+QString leftOutText(const LeftOut &one)
+{
+    QStringList parts;
+    if (one.null > 0)
+        parts += QStringLiteral("%1 null").arg(one.null);
+    if (one.invalid > 0)
+        parts += QStringLiteral("%1 impossible").arg(one.invalid);
+    return one.term + u' ' + parts.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+Page choicePage(const Choice &choice, int digits)
+{
+    return Layout(choice, digits).page();
+}
+
+QString choiceReport(const Choice &choice)
+{
+    QString text = pageText(choicePage(choice));
+    while (text.endsWith(u'\n'))
+        text.chop(1);
+    return text.replace(u'\n', QStringLiteral("\n\r"));
+}
+
+QString methodName(Choice::Method method)
+{
+    switch (method) {
+    case Choice::Method::Stepwise:
+        return QStringLiteral("Stepwise regression");
+    case Choice::Method::Backward:
+        return QStringLiteral("Backward elimination");
+    case Choice::Method::Forward:
+        return QStringLiteral("Forward selection");
+    case Choice::Method::Optimal:
+        break;
+    }
+    return QStringLiteral("Optimal subset");
+}
+
+QString criterionName(SubsetCriterion criterion)
+{
+    switch (criterion) {
+    case SubsetCriterion::Aic:
+        return QStringLiteral("AIC");
+    case SubsetCriterion::Bic:
+        return QStringLiteral("BIC");
+    case SubsetCriterion::AdjustedRSquared:
+        return QStringLiteral("adjusted R²");
+    case SubsetCriterion::Press:
+        return QStringLiteral("PRESS");
+    case SubsetCriterion::F:
+        return QStringLiteral("F");
+    case SubsetCriterion::Cp:
+        break;
+    }
+    return QStringLiteral("Cp");
+}
+
+double criterionOf(const SubsetFigures &figures, SubsetCriterion criterion)
+{
+    switch (criterion) {
+    case SubsetCriterion::Aic:
+        return figures.aic;
+    case SubsetCriterion::Bic:
+        return figures.bic;
+    case SubsetCriterion::AdjustedRSquared:
+        return figures.adjustedRSquared;
+    case SubsetCriterion::Press:
+        return figures.press;
+    case SubsetCriterion::F:
+        return figures.f;
+    case SubsetCriterion::Cp:
+        break;
+    }
+    return figures.cp;
+}
+
+QString thresholdText(const ChoiceThreshold &threshold, bool entry)
+{
+    switch (threshold.kind) {
+    case ChoiceThreshold::Kind::Probability:
+        return QStringLiteral("p %1 %2").arg(entry ? QStringLiteral("below") : QStringLiteral("above"),
+                                             significant(threshold.value));
+    case ChoiceThreshold::Kind::Table:
+        return QStringLiteral("F %1 \"%2\" of the F table")
+            .arg(entry ? QStringLiteral("above") : QStringLiteral("below"), threshold.column);
+    case ChoiceThreshold::Kind::Number:
+        break;
+    }
+    return QStringLiteral("F %1 %2").arg(entry ? QStringLiteral("above") : QStringLiteral("below"),
+                                         significant(threshold.value));
+}
+
+QString stepText(const Choice &choice, const SearchStep &step)
+{
+    if (step.action == Action::End)
+        return endText(choice, step);
+    return QStringLiteral("%1 %2: F = %3, p = %4")
+        .arg(step.action == Action::Add ? QStringLiteral("Adding") : QStringLiteral("Removing"),
+             choice.term(step.control), figure(step.f), probability(step.pValue, Digits));
+}
+
+QStringList choiceWarnings(const Choice &choice)
+{
+    QStringList list;
+    if (choice.skipped() > 0) {
+        QStringList who;
+        for (const LeftOut &one : choice.leftOut) {
+            if (one.null + one.invalid > 0)
+                who += leftOutText(one);
+        }
+        list +=
+            QStringLiteral("Nulls and impossible values took %1 of %2 records away from all candidates%3. Without "
+                           "some of these variables there are more records, and the choice can be another one.")
+                .arg(QString::number(choice.skipped()), QString::number(choice.recordsRead),
+                     who.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(who.join(QStringLiteral("; "))));
+    }
+    if (choice.end != Choice::End::Chosen)
+        return list;
+    list += QStringLiteral("The p-values after a selection are too small and the intervals too narrow: they do not "
+                           "know that the model was chosen on the same records.");
+    if (!choice.subsets.dependent.empty())
+        list += QStringLiteral("%1 of the subsets are dependent: a variable in them is a linear combination of the "
+                               "others. They are never the best.")
+                    .arg(choice.subsets.dependent.size());
+    return list;
+}
+
+} // namespace nuvo

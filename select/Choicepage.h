@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/Export.h"
+#include "present/Page.h"
+#include "select/Choice.h"
+
+namespace nuvo {
+
+/// A choice as a page: what was compared by what rule on which records, each step with the F and p of every candidate
+/// or the models by size with their figures, what is left and why, and what is worth a warning. Without a title.
+NUVO_EXPORT Page choicePage(const Choice &choice, int digits = 6);
+/// The page as text of 80 columns, lines parted by "\n\r".
+NUVO_EXPORT QString choiceReport(const Choice &choice);
+
+// Words of it.
+
+/// "Forward selection".
+NUVO_EXPORT QString methodName(Choice::Method method);
+/// "Cp", "AIC", "BIC", "adjusted R²", "PRESS", "F".
+NUVO_EXPORT QString criterionName(SubsetCriterion criterion);
+/// The criterion's figure of a model.
+NUVO_EXPORT double criterionOf(const SubsetFigures &figures, SubsetCriterion criterion);
+/// "F above 4", "p below 0.05", "F above its 5 % point (table, "5 Percent")"; how a variable enters.
+NUVO_EXPORT QString thresholdText(const ChoiceThreshold &threshold, bool entry);
+/// One sentence without its full stop: "Adding x4: F = 22.7985, p = 0.000576"; of the end why it ended: "No variable
+/// above the threshold 4".
+NUVO_EXPORT QString stepText(const Choice &choice, const SearchStep &step);
+/// What is worth a warning, in sentences.
+NUVO_EXPORT QStringList choiceWarnings(const Choice &choice);
+
+} // namespace nuvo

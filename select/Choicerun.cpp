@@ -1,0 +1,156 @@
+#include "select/Choicerun.h"
+
+#include "engine/Observations.h"
+#include "engine/Sums.h"
+#include "engine/kernel/Subsetsums.h"
+#include "platform/Dataset.h"
+#include "platform/Errors.h"
+#include "select/Choicepage.h"
+
+#include <cmath>
+#include <memory>
+#include <vector>
+
+namespace nuvo {
+
+namespace {
+
+bool invariant(const ObservedColumn &column)
+{
+    return std::fabs(column.range.max - column.range.min) < ZeroTolerance;
+}
+
+/// The sums without the columns that a load counts as not varying: a column of zeros depends on the constant.
+CrossProducts productsOf(const Sums &sums, const Observations &observations)
+{
+    CrossProducts products = sums.products;
+    for (int j = 1; j <= sums.m; ++j) {
+        if (!invariant(observations.x(j)))
+            continue;
+        for (std::size_t i = 0; i < std::size_t(sums.m) + 2; ++i)
+            products[i][std::size_t(j)] = products[std::size_t(j)][i] = 0;
+    }
+    return products;
+}
+
+std::vector<int> numbersOf(ControlSet set, int count)
+{
+    std::vector<int> numbers;
+    for (int j = 1; j <= count; ++j) {
+        if (set & (ControlSet(1) << (j - 1)))
+            numbers.push_back(j);
+    }
+    return numbers;
+}
+
+} // namespace
+
+ChoiceRun::~ChoiceRun() = default;
+
+void ChoiceRun::search()
+{
+    run_.beginCandidate();
+    const bool loaded = run_.reload();
+    describe();
+    run_.start(choice_.count());
+    const bool chosen = compare();
+    const QStringList told = steps();
+    run_.passes = int(told.size());
+    for (qsizetype i = 0; i < told.size(); ++i) {
+        run_.beginCandidate();
+        run_.step(told[i]);
+        run_.progress(double(i + 1) / double(told.size()) * 100);
+    }
+    run_.beginCandidate();
+    if (chosen)
+        leave(choice_.selected);
+    else if (loaded)
+        run_.execute();
+    run_.closeProgress();
+    run_.elapsed = run_.timeSinceStart();
+    run_.writeHead();
+    run_.write(choiceReport(choice_));
+    run_.choice = std::make_shared<const Choice>(std::move(choice_));
+}
+
+void ChoiceRun::describe()
+{
+    TRegression &regression = run_.regression();
+    choice_.dataset = regression.DataSourceName();
+    choice_.description = regression.Description();
+    choice_.response = regression.ResponseVarY().OutputTerm();
+    for (int k = 1; k <= MaxControls; ++k) {
+        choice_.transformations[std::size_t(k - 1)] = regression.ControlVar(k).Transformation();
+        if (regression.ControlVar(k).Transformation() != u"Undefined")
+            choice_.positions.push_back(k);
+    }
+    for (int j = 1; j <= regression.GetNumVars(); ++j)
+        choice_.controls.append(regression.GetcVar(j).OutputTerm());
+    choice_.observations = regression.GetNumObs();
+    choice_.recordsRead = regression.RecordsRead();
+    if (choice_.skipped() > 0)
+        choice_.leftOut = run_.leftOut();
+}
+
+bool ChoiceRun::compare()
+{
+    const Observations &observations = run_.observed();
+    if (choice_.observations == 0) {
+        choice_.end = Choice::End::NoRecords;
+        return false;
+    }
+    if (invariant(observations.y())) {
+        choice_.end = Choice::End::ResponseFixed;
+        return false;
+    }
+    const Sums shared = run_.sums();
+    exponent_ = shared.exponents[std::size_t(shared.m) + 1];
+    const SubsetSums sums(productsOf(shared, observations), shared.m);
+    choice_.total = std::scalbn(sums.total().hi, 2 * exponent_);
+    if (choose(sums))
+        return true;
+    choice_.end = Choice::End::NoBestModel;
+    return false;
+}
+
+void ChoiceRun::leave(ControlSet model)
+{
+    if (run_.keepColumns(numbersOf(model, choice_.count())))
+        run_.execute();
+}
+
+void applyChoice(TRegression &regression, Choice &choice, ControlSet model, int index)
+{
+    TRegression::Series series(regression);
+    try {
+        for (int k = 1; k <= MaxControls; ++k)
+            regression.ControlVar(k).SetTransformation(choice.transformations[std::size_t(k - 1)]);
+        series.ReLoad();
+        if (!series.Alive())
+            return;
+        QStringList terms;
+        for (int j = 1; j <= regression.GetNumVars(); ++j)
+            terms.append(regression.GetcVar(j).OutputTerm());
+        if (terms != choice.controls || regression.ResponseVarY().OutputTerm() != choice.response)
+            throw EDatabaseError(
+                QStringLiteral(
+                    "The variables of %1 are not those of the choice any more; let a model be chosen anew.")
+                    .arg(regression.DataSet().Caption()));
+        if (regression.GetNumObs() != choice.observations)
+            throw EDatabaseError(
+                QStringLiteral("The variables of %1 have %2 observations in common, where the choice "
+                               "had %3; let a model be chosen anew.")
+                    .arg(regression.DataSet().Caption())
+                    .arg(regression.GetNumObs())
+                    .arg(choice.observations));
+        if (series.KeepColumns(numbersOf(model, choice.count())))
+            series.Execute();
+    } catch (...) {
+        series.Restore();
+        throw;
+    }
+    choice.selected = model;
+    choice.applied = index;
+}
+
+} // namespace nuvo
