@@ -30,11 +30,15 @@ QString boolProperty(const char *name, bool value)
 TEST(Properties, OfTheOptimalSearch)
 {
     EXPECT_EQ(published(TOptimizeMLR::staticMetaObject),
-              QStringList({text("Dataset"), text("OptCriteria"), text("ModelsToSave")}));
+              QStringList(
+                  {text("Dataset"), text("Rule"), text("OptCriteria"), text("ModelsToSave"), text("ModelsPerSize")}));
     const TOptimizeMLR search;
     EXPECT_EQ(search.Dataset(), QString());
     EXPECT_EQ(search.OptCriteria(), TOptimizationType::Nondominated);
     EXPECT_EQ(search.ModelsToSave(), 1);
+    EXPECT_EQ(search.ModelsPerSize(), 0);
+    EXPECT_EQ(search.Rule(), TCorvane::Written);
+    EXPECT_FALSE(search.SharesSample());
     EXPECT_EQ(search.ModelCount(), 0);
     EXPECT_EQ(search.Regression(), nullptr);
 }
@@ -42,13 +46,16 @@ TEST(Properties, OfTheOptimalSearch)
 TEST(Properties, OfStepwiseRegression)
 {
     EXPECT_EQ(published(TStepWiseMLR::staticMetaObject),
-              QStringList({text("Dataset"), text("FDistTable"), text("FInDefault"), text("FOutDefault"),
-                           text("FPercent"), text("ShowReport"), text("ShowProgress")}));
+              QStringList({text("Dataset"), text("Rule"), text("FDistTable"), text("FInDefault"), text("FOutDefault"),
+                           text("FPercent"), text("ShowReport"), text("ShowProgress"), text("PIn"), text("POut")}));
     const TStepWiseMLR search;
     EXPECT_EQ(search.FDistTable(), nullptr);
     EXPECT_EQ(search.FInDefault(), 4.0);
     EXPECT_EQ(search.FOutDefault(), 4.0);
     EXPECT_EQ(search.FPercent(), QString());
+    EXPECT_EQ(search.Rule(), TCorvane::Written);
+    EXPECT_EQ(search.PIn(), 0);
+    EXPECT_EQ(search.POut(), 0);
     EXPECT_FALSE(search.ShowReport());
     EXPECT_FALSE(search.ShowProgress());
 }
@@ -56,9 +63,10 @@ TEST(Properties, OfStepwiseRegression)
 TEST(Properties, OfBackwardElimination)
 {
     EXPECT_EQ(published(TBackElimMLR::staticMetaObject),
-              QStringList(
-                  {text("Dataset"), text("FDistTable"), text("FDefault"), text("ShowReport"), text("ShowProgress")}));
+              QStringList({text("Dataset"), text("Rule"), text("FDistTable"), text("FDefault"), text("ShowReport"),
+                           text("ShowProgress"), text("P")}));
     const TBackElimMLR search;
+    EXPECT_EQ(search.P(), 0);
     EXPECT_EQ(search.FDistTable(), nullptr);
     EXPECT_EQ(search.FDefault(), 4.0);
     EXPECT_FALSE(search.ShowReport());
@@ -68,9 +76,10 @@ TEST(Properties, OfBackwardElimination)
 TEST(Properties, OfForwardSelection)
 {
     EXPECT_EQ(published(TFwdSelectMLR::staticMetaObject),
-              QStringList(
-                  {text("Dataset"), text("FDefault"), text("FDistTable"), text("ShowReport"), text("ShowProgress")}));
+              QStringList({text("Dataset"), text("Rule"), text("FDefault"), text("FDistTable"), text("ShowReport"),
+                           text("ShowProgress"), text("P")}));
     const TFwdSelectMLR search;
+    EXPECT_EQ(search.P(), 0);
     EXPECT_EQ(search.FDistTable(), nullptr);
     EXPECT_EQ(search.FDefault(), 4.0);
     EXPECT_FALSE(search.ShowReport());
