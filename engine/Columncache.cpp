@@ -34,7 +34,7 @@ void setBit(Bits &bits, int at, bool value)
 /// The same strings; those in which terms usually differ first.
 bool sameDefinition(const QStringList &a, const QStringList &b)
 {
-    if (a.constData() == b.constData() && a.size() == b.size())
+    if (a.isSharedWith(b))
         return true;
     return a.size() == b.size() && (a.size() < 3 || a[2] == b[2]) && a == b;
 }
@@ -117,11 +117,22 @@ int ColumnCache::Private::termFor(const TIndepVar &definition)
 {
     const QStringList &strings = definition.ToQStringList();
     const int count = int(terms_.size());
-    for (int tried = 0; tried < count; ++tried) {
-        const int at = (lastFound_ + tried) % count; // columns come in the order of their terms
-        if (!sameDefinition(terms_[std::size_t(at)]->definition.ToQStringList(), strings))
-            continue;
-        terms_[std::size_t(at)]->definition.Assign(definition); // shared strings are quicker to compare
+    // Columns come in the order of their terms; mostly the strings are the very same ones.
+    const auto find = [&](auto same) {
+        for (int tried = 0; tried < count; ++tried) {
+            const int at = (lastFound_ + tried) % count;
+            if (same(terms_[std::size_t(at)]->definition.ToQStringList()))
+                return at;
+        }
+        return -1;
+    };
+    int at = find([&](const QStringList &known) { return known.isSharedWith(strings); });
+    if (at < 0) {
+        at = find([&](const QStringList &known) { return sameDefinition(known, strings); });
+        if (at >= 0)
+            terms_[std::size_t(at)]->definition.Assign(definition);
+    }
+    if (at >= 0) {
         lastFound_ = at + 1;
         return at + 1;
     }

@@ -33,6 +33,15 @@ public:
         return Decimal(text.data(), end.ptr);
     }
 
+    /// To the nearest of so many digits, which takes a fraction of the time of all of them.
+    static Decimal nearest(double value, int digits)
+    {
+        std::array<char, 40> text;
+        const auto end = std::to_chars(text.data(), text.data() + text.size(), std::fabs(value),
+                                       std::chars_format::scientific, digits - 1);
+        return Decimal(text.data(), end.ptr);
+    }
+
     /// The fewest digits that read back as the same double.
     static Decimal shortest(double value)
     {
@@ -50,6 +59,12 @@ public:
     {
         const int index = point_ - 1 - position;
         return QLatin1Char(index >= 0 && index < size_ ? digits_[std::size_t(index)] : '0');
+    }
+
+    /// Whether what round(count) would cut off is a half, as far as the digits tell.
+    bool isHalfBehind(int count) const
+    {
+        return count >= 0 && count == size_ - 1 && digits_[std::size_t(count)] == '5';
     }
 
     /// Keeps the first `count` digits (also 0 or less), rounded half away from zero.
@@ -126,13 +141,15 @@ QString scientific(const Decimal &number, QChar point)
 
 QString fixed(const Decimal &number, int decimals, QChar point)
 {
-    QString text;
-    for (int position = std::max(number.point(), 1) - 1; position >= 0; --position)
-        text += number.at(position);
+    const int before = std::max(number.point(), 1);
+    QString text(before + (decimals > 0 ? decimals + 1 : 0), Qt::Uninitialized);
+    QChar *to = text.data();
+    for (int position = before - 1; position >= 0; --position)
+        *to++ = number.at(position);
     if (decimals > 0)
-        text += point;
+        *to++ = point;
     for (int position = -1; position >= -decimals; --position)
-        text += number.at(position);
+        *to++ = number.at(position);
     return text;
 }
 
@@ -316,8 +333,13 @@ QString FloatToStrFixed(double value, int precision, int decimals, QChar point)
 {
     if (!std::isfinite(value))
         return nonFinite(value);
-    Decimal number = Decimal::exact(value);
-    number.round(std::min(precision, number.point() + decimals));
+    // A few digits more than are kept tell which way to round, unless they look like a half.
+    constexpr int More = 4;
+    Decimal number = Decimal::nearest(value, precision + More);
+    const auto kept = [&] { return std::min(precision, number.point() + decimals); };
+    if (number.isHalfBehind(kept()))
+        number = Decimal::exact(value);
+    number.round(kept());
     if (number.isZero())
         return fixed(number, decimals, point);
     return withSign(value, number.point() > precision ? scientific(number, point) : fixed(number, decimals, point));
@@ -403,6 +425,13 @@ QString FormatTime(double days)
     // To the millisecond first: a difference of two clock readings can lie a hair below the full second.
     const auto milliseconds = qint64(std::round(std::fmod(std::fabs(days), 1.0) * MillisecondsPerDay));
     const qint64 seconds = milliseconds / 1000 % 86400;
-    const auto twoDigits = [](qint64 number) { return QString::number(number).rightJustified(2, u'0'); };
-    return twoDigits(seconds / 3600) + u':' + twoDigits(seconds / 60 % 60) + u':' + twoDigits(seconds % 60);
+    QString text(8, u':');
+    QChar *const to = text.data();
+    int at = 0;
+    for (const qint64 part : {seconds / 3600, seconds / 60 % 60, seconds % 60}) {
+        to[at] = QChar(char16_t(u'0' + part / 10));
+        to[at + 1] = QChar(char16_t(u'0' + part % 10));
+        at += 3;
+    }
+    return text;
 }

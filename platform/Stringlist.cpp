@@ -49,7 +49,8 @@ int TStringList::IndexOf(const QString &value) const
 
 void TStringList::Assign(const TStringList &source)
 {
-    strings_ = source.strings_;
+    if (!strings_.isSharedWith(source.strings_))
+        strings_ = source.strings_;
 }
 
 void TStringList::Check(int index, int limit) const

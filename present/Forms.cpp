@@ -1,6 +1,7 @@
 #include "present/Forms.h"
 
 #include <QFontMetrics>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QStyle>
@@ -49,6 +50,17 @@ void centreOnScreen(QWidget &window)
     window.move(
         QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, window.size(), window.screen()->availableGeometry())
             .topLeft());
+}
+
+void setTitleLetters(QLabel &title, const QString &family, int pixels, const QColor &ink)
+{
+    QFont font(family);
+    font.setPixelSize(pixels);
+    font.setBold(true);
+    title.setFont(font);
+    QPalette palette = title.palette();
+    palette.setColor(title.foregroundRole(), ink);
+    title.setPalette(palette);
 }
 
 QSize neededSize(const QPlainTextEdit &memo)

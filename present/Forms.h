@@ -11,6 +11,8 @@
 #include <exception>
 #include <utility>
 
+class QColor;
+class QLabel;
 class QPlainTextEdit;
 class QWidget;
 
@@ -25,6 +27,8 @@ NUVO_EXPORT QFont formFont();
 QPalette paperPalette();
 /// Fixed-pitch letters: the matrices are aligned by blanks.
 QFont matrixFont(int points);
+/// Bold letters of a form's title. A style sheet says as much and takes longer than all the rest of a small form.
+void setTitleLetters(QLabel &title, const QString &family, int pixels, const QColor &ink);
 /// What the lines of a memo take, its frame and margins included.
 QSize neededSize(const QPlainTextEdit &memo);
 

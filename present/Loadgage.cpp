@@ -1,5 +1,6 @@
 #include "present/Loadgage.h"
 
+#include "present/Forms.h"
 #include "present/Pictures.h"
 #include "ui_Loadgage.h"
 
@@ -20,6 +21,9 @@ TProgressDlg::Controls TMLRGaugeDlg::Build(QDialog &window)
 {
     Ui::TMLRGaugeDlg form;
     form.setupUi(&window);
+    const QString title = QStringLiteral("Times New Roman");
+    nuvo::setTitleLetters(*form.Label1, title, 15, Qt::black);
+    nuvo::setTitleLetters(*form.Label2, title, 15, Qt::white);
     form.Gauge1->SetBackColor(window.palette().color(QPalette::Highlight));
     const qreal ratio = window.devicePixelRatioF();
     form.Image1->setPixmap(nuvo::drawPicture(nuvo::Picture::Records, ratio));

@@ -1,6 +1,7 @@
 #include "present/Optgauge.h"
 
 #include "platform/Formats.h"
+#include "present/Forms.h"
 #include "present/Pictures.h"
 #include "ui_Optgauge.h"
 
@@ -53,6 +54,12 @@ TProgressDlg::Controls TGaugeDlg::Build(QDialog &window)
 {
     Ui::TGaugeDlg form;
     form.setupUi(&window);
+    const QString title = QStringLiteral("Times New Roman");
+    nuvo::setTitleLetters(*form.Label1, title, 15, Qt::black);
+    nuvo::setTitleLetters(*form.Label2, title, 15, Qt::white);
+    const QString mark = QStringLiteral("Arial");
+    nuvo::setTitleLetters(*form.Label3, mark, 7, Qt::black);
+    nuvo::setTitleLetters(*form.Label4, mark, 7, Qt::white);
     form.Gauge1->SetBackColor(window.palette().color(QPalette::Highlight));
     form.Image1->setPixmap(nuvo::drawPicture(nuvo::Picture::Models, window.devicePixelRatioF()));
     elapsedLabel_ = form.Label5;

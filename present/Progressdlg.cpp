@@ -10,6 +10,8 @@
 #include <QThread>
 #include <QWindow>
 
+#include <utility>
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -100,13 +102,16 @@ void TProgressDlg::Open()
         if (waits())
             QThread::msleep(1);
     }
+    // The screen has painted it all when it shows it.
+    stale_ = waits();
+    room_ = -1; // a style can give the panel another frame when it is shown
 }
 
 void TProgressDlg::Close()
 {
     if (!Shown())
         return;
-    form_->repaint();
+    Paint();
     form_->hide();
 }
 
@@ -121,6 +126,7 @@ void TProgressDlg::SetGaugeProgress(unsigned short progress)
     if (form_.isNull())
         return;
     controls_.gauge->SetProgress(progress);
+    stale_ = true;
     if (progress >= 100)
         Repaint();
     else
@@ -139,7 +145,10 @@ void TProgressDlg::SetGaugeText(const QString &text)
 void TProgressDlg::ApplyText()
 {
     QLabel &status = *controls_.status;
-    const int room = status.contentsRect().width();
+    stale_ = true;
+    if (room_ < 0)
+        room_ = status.contentsRect().width();
+    const int room = room_;
     status.setText(Fits(room) ? text_ : status.fontMetrics().elidedText(text_, Qt::ElideRight, room));
 }
 
@@ -169,9 +178,15 @@ void TProgressDlg::Repaint()
 {
     if (!Shown())
         return;
-    form_->repaint();
+    Paint();
     form_->runEvents();
     painted_ = Clock::now();
+}
+
+void TProgressDlg::Paint()
+{
+    if (std::exchange(stale_, false))
+        form_->repaint();
 }
 
 void TProgressDlg::FormActivate()

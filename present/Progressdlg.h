@@ -42,7 +42,8 @@ public:
     void SetGaugeProgress(unsigned short progress) override;
     /// A text too long for the status panel ends in an ellipsis there.
     void SetGaugeText(const QString &text) override;
-    /// Paints the present state at once and runs the waiting events; nothing when hidden.
+    /// Paints the present state at once, where it has not been painted yet, and runs the waiting events; nothing when
+    /// hidden.
     void Repaint() override;
 
     /// Takes the progress back to 0 and repaints, once: the first Show does it, later activations change nothing.
@@ -72,6 +73,8 @@ private:
 
     void Open();
     void ApplyText();
+    /// What has changed since it was last painted, if anything has.
+    void Paint();
     bool Fits(int room);
 
     // The window in front can go away while this one is open, and takes it along.
@@ -79,8 +82,10 @@ private:
     Controls controls_;
     QString text_;
     std::array<int, 127> widths_{}; ///< of the status panel's characters, as far as they came up
+    int room_ = -1;                 ///< for the status text; -1: not known
     Clock::time_point painted_;
     unsigned short progress_ = 0;
+    bool stale_ = true; ///< what was painted last is not the present state
     bool activated_ = false;
     bool stopped_ = false;
 };

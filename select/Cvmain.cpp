@@ -8,9 +8,12 @@
 #include "select/Selectionrun.h"
 #include "select/Subsetrun.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
 #include <utility>
 
 TOptimizeMLR::TOptimizeMLR(QWidget *owner) : TCorvane(owner)
@@ -143,13 +146,20 @@ bool TOptimizeMLR::BetterF(double f) const
 
 namespace {
 
+/// A model's figures and where it stands in the list.
+struct Ranked
+{
+    double f, rSquared, sSquared;
+    int from;
+};
+
 /// An exchange sort, as the order of models that do not beat each other depends on it.
 template <class Better>
-void exchangeSort(TMLRModel *models, int count, Better better)
+void exchangeSort(std::span<Ranked> models, Better better)
 {
-    for (int i = 0; i < count; ++i) {
-        for (int j = i + 1; j < count; ++j) {
-            if (better(models[j], models[i]))
+    for (std::size_t i = 0; i < models.size(); ++i) {
+        for (std::size_t j = i + 1; j < models.size(); ++j) {
+            if (better(models[j], models[i])) [[unlikely]]
                 std::swap(models[i], models[j]);
         }
     }
@@ -161,7 +171,13 @@ void TOptimizeMLR::SortModelList()
 {
     if (Choice())
         return;
-    TMLRModel *const models = &modelList_[1];
+    // The figures alone are sorted: the models, with ten texts each, move once.
+    std::array<Ranked, TMLRModels::Size> places;
+    const std::span<Ranked> models(places.data(), std::size_t(modelCount_));
+    for (int i = 0; i < modelCount_; ++i) {
+        const TMLRModel &model = std::as_const(modelList_)[i + 1];
+        models[std::size_t(i)] = {model.F, model.RSquared, model.SSquared, i};
+    }
     switch (optCriteria_) {
     case Cp:
     case AIC:
@@ -170,14 +186,26 @@ void TOptimizeMLR::SortModelList()
     case PRESS:
         return;
     case MinSsquared:
-        return exchangeSort(models, modelCount_,
-                            [](const TMLRModel &a, const TMLRModel &b) { return a.SSquared < b.SSquared; });
+        exchangeSort(models, [](const Ranked &a, const Ranked &b) { return a.sSquared < b.sSquared; });
+        break;
     case MaxFValue:
-        return exchangeSort(models, modelCount_, [](const TMLRModel &a, const TMLRModel &b) { return a.F > b.F; });
+        exchangeSort(models, [](const Ranked &a, const Ranked &b) { return a.f > b.f; });
+        break;
     case Nondominated:
-        return exchangeSort(models, modelCount_, [](const TMLRModel &a, const TMLRModel &b) {
-            return a.RSquared > b.RSquared && a.SSquared < b.SSquared;
+        exchangeSort(models, [](const Ranked &a, const Ranked &b) {
+            return a.rSquared > b.rSquared && a.sSquared < b.sSquared;
         });
+        break;
+    }
+    // Along each ring of places, one model is held while the others move up.
+    for (int first = 0; first < modelCount_; ++first) {
+        int to = first;
+        while (places[std::size_t(to)].from != first) {
+            const int from = std::exchange(places[std::size_t(to)].from, to);
+            std::swap(modelList_[to + 1], modelList_[from + 1]);
+            to = from;
+        }
+        places[std::size_t(to)].from = to;
     }
 }
 
@@ -206,6 +234,7 @@ private:
     enum Row { Out, In, Terms, Accepted };
 
     void subset(int number);
+    void write(int k, Row row);
     bool accepts(double f, double rSquared, double sSquared) const;
     bool improves(double f, double rSquared, double sSquared) const;
     void accept(bool improved);
@@ -217,6 +246,8 @@ private:
     TOptimizeMLR &selector_;
     int variables_ = 0; ///< in use when the run began
     std::array<TTermRow, 4> rows_;
+    /// Of each control variable as it was last written In, and what taking it Out made of that; empty: not known.
+    std::array<std::array<QStringList, 2>, MaxControls> written_;
     TSubsetTable subsets_{};
     TMLRModel best_{.Transformations = {}, .F = 0, .RSquared = 0, .SSquared = 1.0e40};
     TMLRModel current_;
@@ -267,10 +298,32 @@ void OptimalRun::search()
     writeResult();
 }
 
+/// Gives a control variable the transformation of a row. Two lists of strings go to and fro for as long as nobody
+/// else writes the definition: lists that are the same are told by where they are.
+void OptimalRun::write(int k, Row row)
+{
+    TIndepVar &control = regression().ControlVar(k);
+    std::array<QStringList, 2> &written = written_[std::size_t(k - 1)];
+    const QStringList &present = control.ToQStringList();
+    const bool isIn = !written[In].isEmpty() && present.isSharedWith(written[In]);
+    const bool isOut = !written[Out].isEmpty() && present.isSharedWith(written[Out]);
+    if (row == In ? isIn : isOut)
+        return;
+    if (row == Out && isIn && !written[Out].isEmpty())
+        return control.Assign(written[Out]);
+    if (row == In && isOut)
+        return control.Assign(written[In]);
+    control.SetTransformation(rows_[row][k - 1]);
+    if (row == In)
+        written = {QStringList(), control.ToQStringList()};
+    else
+        written[Out] = isIn ? control.ToQStringList() : QStringList();
+}
+
 void OptimalRun::subset(int number)
 {
     for (int k = 1; k <= variables_; ++k)
-        regression().ControlVar(k).SetTransformation(rows_[subsets_[number][k - 1]][k - 1]);
+        write(k, Row(subsets_[number][k - 1]));
     const bool loaded = run_.reloadAndExecute();
     QString figures;
     if (loaded) {
@@ -325,8 +378,8 @@ bool OptimalRun::improves(double f, double rSquared, double sSquared) const
 void OptimalRun::accept(bool improved)
 {
     ++selector_.modelCount_;
-    run_.step(QStringLiteral("(R)^2 = ") + FloatToStrFixed(regression().GetRSquared(), 8, 4) +
-              QStringLiteral(",  (s)^2 = ") + FloatToStrFixed(regression().GetMSE(), 8, 4) + u'.');
+    run_.step(u"(R)^2 = " % FloatToStrFixed(regression().GetRSquared(), 8, 4) % u",  (s)^2 = " %
+              FloatToStrFixed(regression().GetMSE(), 8, 4) % u'.');
     for (int k = 1; k <= MaxControls; ++k)
         rows_[Accepted][k - 1] = regression().ControlVar(k).Transformation();
     if (!improved)

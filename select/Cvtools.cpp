@@ -49,8 +49,12 @@ void writeModel(const TMLRModel &model, TRegression &component)
 
 void saveModel(TMLRModel &model, TRegression &component)
 {
-    for (int k = 1; k <= MaxControls; ++k)
-        model.Transformations[k - 1] = component.ControlVar(k).Transformation();
+    for (int k = 1; k <= MaxControls; ++k) {
+        // Mostly the same text as before, or one that shares it.
+        if (const QString text = component.ControlVar(k).Transformation();
+            !model.Transformations[k - 1].isSharedWith(text))
+            model.Transformations[k - 1] = text;
+    }
     if (!component.Computed())
         return;
     model.RSquared = component.GetRSquared();

@@ -212,7 +212,10 @@ QString reportHead(const QString &description)
 
 void SelectionRun::writeHead()
 {
-    report_ = reportHead(regression_.Description());
+    // It stays the same throughout: while a run is under way nobody can write the description.
+    if (head_.isEmpty())
+        head_ = reportHead(regression_.Description());
+    report_ = head_;
 }
 
 void SelectionRun::step(const QString &text)

@@ -127,6 +127,7 @@ private:
     std::unique_ptr<Progress> progress_;
     std::unique_ptr<Hourglass> hourglass_;
     QElapsedTimer clock_;
+    QString head_;
     QString report_;
     bool stopAsked_ = false; ///< on a progress that is gone
 };

@@ -80,6 +80,13 @@ TEST(FixedNotation, RoundsOnlyOnce)
 {
     // To eight digits first this would be 12345.445, and 12345.45 after that.
     expectFixed({{12345.4449999, 8, 2, "12345.44"}, {0.44999999999, 8, 1, "0.4"}});
+    // A hair beside a half, however many digits are looked at.
+    expectFixed({{std::nextafter(0.5, 0), 8, 0, "0"},
+                 {std::nextafter(4096.5, 0), 8, 0, "4096"},
+                 {std::nextafter(1024.0625, 0), 8, 3, "1024.062"},
+                 {std::nextafter(1024.0625, 2000), 8, 3, "1024.063"},
+                 {0.00004999999999999999, 8, 4, "0.0000"},
+                 {9999.99994999999999, 8, 4, "9999.9999"}});
 }
 
 TEST(FixedNotation, CarriesThroughNines)

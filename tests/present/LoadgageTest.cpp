@@ -209,6 +209,20 @@ TEST(LoadDialog, RepaintPaintsWhateverThePace)
     EXPECT_EQ(log.texts.back(), "a long step");
 }
 
+TEST(LoadDialog, PaintsNoStateTwice)
+{
+    TMLRGaugeDlg dialog;
+    dialog.SetGaugeText(QStringLiteral("from the start"));
+    dialog.Show();
+    const PaintLog log(dialog.Window());
+    dialog.Repaint();
+    EXPECT_TRUE(log.texts.empty()) << "Show has painted it";
+    dialog.SetGaugeProgress(100);
+    EXPECT_EQ(log.progress, std::vector<int>({100}));
+    dialog.Close();
+    EXPECT_EQ(log.progress, std::vector<int>({100}));
+}
+
 TEST(LoadDialog, EscapeAsksTheRunToStop)
 {
     TMLRGaugeDlg dialog;

@@ -44,6 +44,25 @@ TEST_F(OptimalOnTable, TriesEverySubsetTheLastControlFastest)
     EXPECT_EQ(subsets.size(), 8) << "the model chosen is loaded once more";
 }
 
+TEST_F(OptimalOnTable, KeepsWhatOthersWriteIntoADefinitionMeanwhile)
+{
+    fill("y a b c", 9, [](int i) { return Row{i * i % 7, i, i % 4, i % 3}; });
+    prepare("a b c");
+    int loads = 0;
+    QObject::connect(&regression, &TMLRTable::LoadEnded, &search, [&] {
+        if (++loads == 4) {
+            regression.ControlVar(1).SetExponent(text("3"));
+            regression.ControlVar(2).SetExponent(text("4"));
+            regression.ControlVar(3).SetExponent(text("5"));
+        }
+    });
+    search.Run();
+    ASSERT_EQ(loads, 8);
+    EXPECT_EQ(regression.ControlVar(1).Exponent(), text("3"));
+    EXPECT_EQ(regression.ControlVar(2).Exponent(), text("4"));
+    EXPECT_EQ(regression.ControlVar(3).Exponent(), text("5"));
+}
+
 TEST_F(OptimalOnTable, WithOneModelToSaveLeavesTheFullModel)
 {
     fillCement();
