@@ -26,9 +26,9 @@ VARIABLES is --response TERM [--control TERM]...
 constexpr char selectFooter[] = R"(
 The methods start from a fit with all variables and leave the model that they
 choose, which is printed after their steps and their report:
-  optimal   fits every subset and keeps the best --models by --criterion; one
-            place always goes to the model with all variables, so ask for more
-            than one
+  optimal   fits every subset and keeps the best --models by --criterion,
+            nondominated, min-s2 or max-f; one place always goes to the model
+            with all variables, so ask for more than one
   stepwise  adds the variable with the smallest residual mean square while its
             partial F is above --f-in, and takes out those whose squared t is
             below --f-out
@@ -166,9 +166,7 @@ SelectCommand::SelectCommand(CLI::App &program)
     method_ = addRequired("METHOD", "", "optimal, stepwise, backward or forward", "Method");
     addModel();
     rule_ = addValue("--rule", "RULE", "written or textbook (written unless told)");
-    criterion_ =
-        addValue("--criterion", "NAME",
-                 "nondominated, min-s2 or max-f; or cp, aic, bic, adj-r2 or press, on one sample", "optimal");
+    criterion_ = addValue("--criterion", "NAME", "By what models are ranked; see below", "optimal");
     models_ = addValue("--models", "N", "How many models to keep, up to 20", "optimal");
     sizes_ = addValue("--sizes", "K", "List the K best of each size", "optimal");
     apply_ = addValue("--apply", "N", "Leave the N-th model of the list", "optimal");

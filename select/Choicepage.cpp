@@ -18,12 +18,6 @@ QString figure(double value, int digits = Digits)
     return std::isinf(value) && value > 0 ? QStringLiteral("infinite") : significant(value, digits);
 }
 
-bool isExact(const Choice &choice, ControlSet model)
-{
-    return std::any_of(choice.search.path.begin(), choice.search.path.end(),
-                       [&](const SearchStep &step) { return step.model == model && step.sse == 0; });
-}
-
 /// Why a search is over.
 QString endText(const Choice &choice, const SearchStep &end)
 {
@@ -32,7 +26,7 @@ QString endText(const Choice &choice, const SearchStep &end)
                                         [](const StepCandidate &candidate) { return !std::isnan(candidate.f); });
     if (choice.controls.isEmpty())
         return QStringLiteral("There is no variable to choose from");
-    if (isExact(choice, end.model))
+    if (end.sse == 0 && choice.observations - 1 > SubsetSums::sizeOf(end.model))
         return QStringLiteral("The model fits exactly");
     if (!comparable && SubsetSums::sizeOf(end.model) == choice.count() && enters)
         return QStringLiteral("Every variable is in the model");

@@ -205,8 +205,9 @@ TEST(CommandLine, ASelectionIsRefusedInOneSentence)
               QStringLiteral("METHOD is optimal, stepwise, backward or forward, not \"best\"."));
     EXPECT_EQ(refusal({"select", "--database", "d", "--table", "t", "--response", "y"}),
               QStringLiteral("METHOD is required. See \"nuvostat select --help\"."));
-    EXPECT_EQ(selectRefusal("optimal", {"--criterion", "aic"}),
-              QStringLiteral("--criterion is nondominated, min-s2 or max-f, not \"aic\"."));
+    EXPECT_EQ(
+        selectRefusal("optimal", {"--criterion", "aicc"}),
+        QStringLiteral("--criterion is nondominated, min-s2, max-f, cp, aic, bic, adj-r2 or press, not \"aicc\"."));
     EXPECT_EQ(selectRefusal("stepwise", {"--f-in", "four"}), QStringLiteral("--f-in is a number, not \"four\"."));
     EXPECT_EQ(selectRefusal("stepwise", {"--f-out", "4,5"}), QStringLiteral("--f-out is a number, not \"4,5\"."));
     EXPECT_EQ(selectRefusal("stepwise", {"--f-in", "1e999"}), QStringLiteral("--f-in is a number, not \"1e999\"."));

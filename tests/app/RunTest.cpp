@@ -270,7 +270,7 @@ TEST_F(RunForm, BadFormsAreRefusedInOneSentence)
     EXPECT_EQ(
         Refusal(form(widget("TOptimizeMLR", "Best", property("OptCriteria", "enum", u("TOptimizeMLR::Worst"))))),
         u("The form \"form.ui\" cannot be loaded: line 6: OptCriteria of \"Best\" has to be one of Nondominated, "
-          "MinSsquared, MaxFValue, not <enum>TOptimizeMLR::Worst."));
+          "MinSsquared, MaxFValue, Cp, AIC, BIC, AdjustedRSquared, PRESS, not <enum>TOptimizeMLR::Worst."));
     EXPECT_EQ(
         Refusal(form(longley("Jobs", three).replace(u("samples.db"), u("odbc:Driver=/tmp/x.so")))),
         u("The form \"form.ui\" cannot be loaded: line 6: DatabaseName of \"Jobs\" is a connection string; a form "
@@ -283,6 +283,32 @@ TEST_F(RunForm, BadFormsAreRefusedInOneSentence)
         EXPECT_EQ(run.err.count(u'\n'), 1);
         EXPECT_EQ(run.out, QString());
     }
+}
+
+TEST_F(RunForm, ChoosesAsTextbooksDoWhereTheFormSaysSo)
+{
+    const QString rule = property("Rule", "enum", u("TCorvane::Textbook"));
+    const Json json =
+        RunJson(form(longley("a", three) +
+                     widget("TStepWiseMLR", "steps",
+                            text("Dataset", u("a")) + rule + property("PIn", "double", u("0.05")) +
+                                property("POut", "double", u("0.1"))) +
+                     longley("b", three) +
+                     widget("TOptimizeMLR", "best",
+                            text("Dataset", u("b")) + property("OptCriteria", "enum", u("TOptimizeMLR::PRESS")) +
+                                property("ModelsPerSize", "number", u("2")))));
+    ASSERT_EQ(json["selections"].size(), 2U);
+    EXPECT_EQ(
+        json["selections"][0]["path"],
+        Other({u("select"), u("stepwise"), u("--rule=textbook"), u("--p-in=0.05"), u("--p-out=0.1")}, three)["path"]);
+    EXPECT_EQ(json["selections"][1]["bySize"],
+              Other({u("select"), u("optimal"), u("--criterion=press"), u("--sizes=2")}, three)["bySize"]);
+    const Outcome wrong =
+        Run(form(longley("a", three) + widget("TFwdSelectMLR", "steps",
+                                              text("Dataset", u("a")) + rule + property("P", "double", u("1.5")))));
+    EXPECT_EQ(wrong.status, 3);
+    EXPECT_EQ(wrong.err, u("nuvostat: steps on the form \"form.ui\": P is 1.5; a probability is more than 0 and less "
+                           "than 1.\n"));
 }
 
 TEST_F(RunForm, OddValuesOfEveryPropertyAreNoCrash)
