@@ -24,6 +24,21 @@ auto converted(const Convert &convert, const QString &text, const QString &what,
 
 } // namespace
 
+double scaleFactorOf(const TVariableDefinition &definition)
+{
+    return converted(StrToFloat, definition.ScaleFactor(), QStringLiteral("scale factor"), definition.Strings(2));
+}
+
+double exponentOf(const TVariableDefinition &definition)
+{
+    return converted(StrToFloat, definition.Strings(4), QStringLiteral("exponent"), definition.Strings(2));
+}
+
+int wholeExponentOf(const TVariableDefinition &definition)
+{
+    return converted(StrToInt, definition.Strings(4), QStringLiteral("exponent"), definition.Strings(2));
+}
+
 TermReader::TermReader(const TVariableDefinition &definition, TDataSet &dataset, const Transformation *transformation)
     : definition_(definition), dataset_(dataset)
 {
@@ -117,24 +132,21 @@ const TField &TermReader::Field2()
 double TermReader::ScaleFactor()
 {
     if (!scaleFactor_)
-        scaleFactor_ =
-            converted(StrToFloat, definition_.ScaleFactor(), QStringLiteral("scale factor"), definition_.Strings(2));
+        scaleFactor_ = scaleFactorOf(definition_);
     return *scaleFactor_;
 }
 
 double TermReader::ExponentAsFloat()
 {
     if (!exponentAsFloat_)
-        exponentAsFloat_ =
-            converted(StrToFloat, definition_.Strings(4), QStringLiteral("exponent"), definition_.Strings(2));
+        exponentAsFloat_ = exponentOf(definition_);
     return *exponentAsFloat_;
 }
 
 int TermReader::ExponentAsInteger()
 {
     if (!exponentAsInteger_)
-        exponentAsInteger_ =
-            converted(StrToInt, definition_.Strings(4), QStringLiteral("exponent"), definition_.Strings(2));
+        exponentAsInteger_ = wholeExponentOf(definition_);
     return *exponentAsInteger_;
 }
 

@@ -10,6 +10,12 @@ class TDataSet;
 
 namespace nuvo {
 
+/// The numbers of a definition, which it holds as texts.
+/// \throws EConvertError which names the field whose term it is.
+NUVO_EXPORT double scaleFactorOf(const TVariableDefinition &definition);
+NUVO_EXPORT double exponentOf(const TVariableDefinition &definition);
+NUVO_EXPORT int wholeExponentOf(const TVariableDefinition &definition);
+
 /// A definition at work on a dataset: what ValidTransformation and Process of the definitions do, for many records.
 /// Fields are looked up and texts converted once, but not before a record needs them, so that errors come where and
 /// when the definition's own operations would raise them. The definition and the dataset must outlive it.

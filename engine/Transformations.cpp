@@ -2,6 +2,7 @@
 
 #include "engine/Mlrtypes.h"
 #include "engine/kernel/Lowparts.h"
+#include "platform/Sqlnumbers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -107,6 +108,30 @@ double lowPart(Operation operation, double first, double second, double value)
         break;
     }
     return 0;
+}
+
+QString transformedSql(Operation operation, const QString &first, const QString &second, double number,
+                       const SqlNumbers &sql)
+{
+    switch (operation) {
+    case Operation::Logarithm:
+        return sql.log(first);
+    case Operation::Reciprocal:
+        return QStringLiteral("(%1 / %2)").arg(sql.literal(1), first);
+    case Operation::SquareRoot:
+        return sql.sqrt(first);
+    case Operation::SignedPower: {
+        const QString power = sql.power(sql.abs(first), second);
+        return std::fmod(number, 2) == 0 ? power : QStringLiteral("(-%1)").arg(power);
+    }
+    case Operation::Times:
+        return QStringLiteral("(%1 * %2)").arg(first, second);
+    case Operation::Over:
+        return QStringLiteral("(%1 / %2)").arg(first, second);
+    case Operation::Plain:
+        break;
+    }
+    return first;
 }
 
 std::span<const Transformation> controlTransformations()

@@ -3,11 +3,14 @@
 #include "platform/Export.h"
 
 #include <QLatin1StringView>
+#include <QString>
 #include <QStringView>
 
 #include <span>
 
 namespace nuvo {
+
+class SqlNumbers;
 
 /// What stands second in a term, behind its first field.
 enum class Second { Nothing, Field2, Exponent, ScaleFactor };
@@ -51,6 +54,11 @@ NUVO_EXPORT bool hasLowPart(Operation operation);
 /// What rounding left of `value`, which is transformed(operation, first, second): engine/kernel/Lowparts.h. 0 where
 /// the value is not finite, or too small for it.
 NUVO_EXPORT double lowPart(Operation operation, double first, double second, double value);
+
+/// The same as an expression of a statement. Databases refuse what IEEE arithmetic does not.
+/// \param second a field or a number as it stands in the statement, whose value is `number` where it is one.
+NUVO_EXPORT QString transformedSql(Operation operation, const QString &first, const QString &second, double number,
+                                   const SqlNumbers &sql);
 
 /// One transformation of a control variable or of the response: all that the rest needs to know about it. A term is
 /// written `before` first field `behind` second.

@@ -143,7 +143,7 @@ void PatternSums::addTotals(ControlSet usable, const Totals &totals)
     CrossProducts products = totals.products;
     for (std::size_t k = 0; k < sums.source.size(); ++k) {
         makeRange(sums.source[k], totals.ranges[k].largest());
-        const int change = -exponents_[std::size_t(sums.source[k])];
+        const int change = totals.exponents[k] - exponents_[std::size_t(sums.source[k])];
         for (std::size_t i = 0; change != 0 && i <= sums.source.size(); ++i) {
             for (DoubleDouble *const value : {&products[i][k + 1], &products[k + 1][i]})
                 *value = {std::scalbn(value->hi, change), std::scalbn(value->lo, change)};

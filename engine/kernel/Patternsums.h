@@ -47,6 +47,8 @@ public:
         /// Of the constant, the pattern's controls in ascending order and the response.
         CrossProducts products{};
         std::vector<ColumnRange> ranges; ///< of these controls and the response
+        /// Of these controls and the response: the products are those of the columns' multiples by 2^-exponent.
+        std::array<int, MaxParameters> exponents{};
     };
     /// Adds rows of one pattern, all with a usable response.
     void addTotals(ControlSet usable, const Totals &totals);

@@ -42,9 +42,9 @@ private:
 class PostgresDatabase : public TestDatabase
 {
 public:
-    PostgresDatabase()
+    explicit PostgresDatabase(const QString &serverUrl)
     {
-        const QUrl server(PostgresServer::sharedUrl());
+        const QUrl server(serverUrl);
         if (server.isEmpty())
             return;
         admin_ = connect(server);
@@ -93,7 +93,12 @@ std::unique_ptr<TestDatabase> TestDatabase::make(Backend backend)
 {
     if (backend == Sqlite)
         return std::make_unique<SqliteDatabase>();
-    return std::make_unique<PostgresDatabase>();
+    return makeOn(PostgresServer::sharedUrl());
+}
+
+std::unique_ptr<TestDatabase> TestDatabase::makeOn(const QString &serverUrl)
+{
+    return std::make_unique<PostgresDatabase>(serverUrl);
 }
 
 void TestDatabase::exec(const QString &sql, const QVariantList &values)

@@ -14,6 +14,8 @@ public:
     enum Backend { Sqlite, Postgres };
 
     static std::unique_ptr<TestDatabase> make(Backend backend);
+    /// On the PostgreSQL server with this URL.
+    static std::unique_ptr<TestDatabase> makeOn(const QString &serverUrl);
     virtual ~TestDatabase() = default;
 
     /// What a dataset's DatabaseName is set to.

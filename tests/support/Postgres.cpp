@@ -27,14 +27,24 @@ QString urlIn(const QString &state)
     return QString::fromUtf8(file.readLine()).trimmed();
 }
 
+QString sharedUrlIn(const QString &state)
+{
+    QString url = urlIn(state);
+    EXPECT_FALSE(url.isEmpty()) << "No PostgreSQL server was started for the tests: run them with ctest, or call "
+                                << NUVO_POSTGRES_SCRIPT << " start " << state.toStdString();
+    return url;
+}
+
 } // namespace
 
 QString PostgresServer::sharedUrl()
 {
-    QString url = urlIn(QStringLiteral(NUVO_POSTGRES_STATE));
-    EXPECT_FALSE(url.isEmpty()) << "No PostgreSQL server was started for the tests: run them with ctest, or call "
-                                << NUVO_POSTGRES_SCRIPT << " start " << NUVO_POSTGRES_STATE;
-    return url;
+    return sharedUrlIn(QStringLiteral(NUVO_POSTGRES_STATE));
+}
+
+QString PostgresServer::sharedShardUrl(int number)
+{
+    return sharedUrlIn(QStringLiteral(NUVO_POSTGRES_STATE "-%1").arg(number));
 }
 
 PostgresServer::PostgresServer()

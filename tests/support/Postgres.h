@@ -10,6 +10,9 @@ class PostgresServer
 public:
     /// URL of the shared server; empty, with a test failure that says why, when there is none.
     static QString sharedUrl();
+    /// The same of the two that hold the parts of spread tables, 1 and 2: their tests are given FIXTURES_REQUIRED
+    /// postgres_cluster.
+    static QString sharedShardUrl(int number);
 
     /// Starts a server; a failure is a test failure.
     PostgresServer();

@@ -1,0 +1,183 @@
+#include "platform/Serversession.h"
+
+#include "platform/Errors.h"
+#include "platform/Rowsource.h"
+
+#include <QSqlError>
+
+#include <chrono>
+#include <csignal>
+#include <limits>
+
+namespace nuvo {
+
+namespace {
+
+/// While one lives a statement is under way.
+class Running
+{
+public:
+    Running(std::mutex &mutex, std::condition_variable &changed, bool &running)
+        : mutex_(mutex), changed_(changed), running_(running)
+    {
+        set(true);
+    }
+    Running(const Running &) = delete;
+    Running &operator=(const Running &) = delete;
+    ~Running() { set(false); }
+
+private:
+    void set(bool running)
+    {
+        {
+            const std::lock_guard lock(mutex_);
+            running_ = running;
+        }
+        changed_.notify_all();
+    }
+
+    std::mutex &mutex_;
+    std::condition_variable &changed_;
+    bool &running_;
+};
+
+} // namespace
+
+ServerSession::~ServerSession()
+{
+    close();
+    if (asking_.joinable())
+        asking_.join();
+}
+
+void ServerSession::open(const QString &databaseName)
+{
+    databaseName_ = databaseName;
+    connection_.open(databaseName);
+    {
+        const std::lock_guard lock(mutex_);
+        closed_ = false;
+        canceller_.use(connection_.database());
+    }
+    if (connection_.dialect() == Dialect::Mysql && connection_.isOwn()) {
+        const auto found = rows(QStringLiteral("SELECT CONNECTION_ID()"), {}, connection_.caption());
+        const std::lock_guard lock(mutex_);
+        mysqlSession_ = found.empty() ? 0 : qint64(found[0][0]);
+    }
+    begin();
+}
+
+/// A program's own transaction on a registered connection is the program's; each statement is read within it then.
+void ServerSession::begin()
+{
+    if (!connection_.isOwn())
+        return;
+    QString sql;
+    if (connection_.dialect() == Dialect::Postgres)
+        sql = QStringLiteral("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+    else if (connection_.dialect() == Dialect::Mysql)
+        sql = QStringLiteral("START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY");
+    if (!sql.isEmpty())
+        connection_.query(sql, {}, connection_.caption());
+}
+
+std::vector<std::vector<double>> ServerSession::rows(const QString &sql, const QVariantList &values,
+                                                     const QString &caption, qint64 most)
+{
+    if (cancelled_)
+        throw EDatabaseError(QStringLiteral("Cannot read %1: it was ended.").arg(caption));
+    const Running running(mutex_, changed_, running_);
+    Select select;
+    select.sql = sql;
+    select.values = values;
+    select.cursor = !connection_.isOwn();
+    const std::unique_ptr<RowSource> source = RowSource::open(connection_, select, caption);
+    std::vector<std::vector<double>> result;
+    const int columns = source->columns().count();
+    while ((most < 0 || qint64(result.size()) < most) && source->next()) {
+        std::vector<double> &row = result.emplace_back();
+        for (int column = 0; column < columns; ++column) {
+            const QVariant value = source->value(column);
+            bool isNumber = false;
+            const double number = value.isNull() ? 0 : value.toDouble(&isNumber);
+            row.push_back(isNumber ? number : std::numeric_limits<double>::quiet_NaN());
+        }
+    }
+    if (source->isLost())
+        throw EDatabaseError(QStringLiteral("Cannot read %1: the transaction around it has ended.").arg(caption));
+    return result;
+}
+
+QString ServerSession::whyNot(const QString &sql)
+{
+    const Running running(mutex_, changed_, running_);
+    const AnswerLimit::Wait wait = connection_.waiting();
+    if (connection_.isOwn())
+        connection_.newQuery().exec(QStringLiteral("ROLLBACK"));
+    QSqlQuery query = connection_.newQuery();
+    if (query.exec(sql)) {
+        while (query.next()) {
+        }
+    }
+    return query.lastError().isValid() ? connection_.reason(query.lastError()) : QString();
+}
+
+bool ServerSession::isLost()
+{
+    return !whyNot(QStringLiteral("SELECT 1")).isEmpty();
+}
+
+void ServerSession::close()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        closed_ = true;
+        canceller_.forget();
+        mysqlSession_ = 0;
+    }
+    changed_.notify_all();
+    // Some functions write in a transaction that only reads: nothing of that is to stay.
+    if (connection_.isOpen() && connection_.isOwn()) {
+        const AnswerLimit::Wait wait = connection_.waiting();
+        connection_.newQuery().exec(QStringLiteral("ROLLBACK"));
+    }
+    connection_.close();
+}
+
+void ServerSession::cancel()
+{
+    if (cancelled_.exchange(true))
+        return;
+    // Signals are the program's business, not this thread's.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    asking_ = std::thread([this] { askToEnd(); });
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+/// Asks until it is done: the server may hear it before the statement that it is to end.
+void ServerSession::askToEnd()
+{
+    std::unique_lock lock(mutex_);
+    while (!closed_) {
+        if (!running_) {
+            changed_.wait(lock, [this] { return closed_ || running_; });
+            continue;
+        }
+        canceller_.cancel();
+        if (mysqlSession_ != 0) {
+            try {
+                Connection second;
+                second.open(databaseName_);
+                second.query(QStringLiteral("KILL QUERY %1").arg(mysqlSession_), {}, second.caption());
+            } catch (const EPlatformError &) {
+                mysqlSession_ = 0; // it cannot be asked; the statement goes on to its end
+            }
+        }
+        changed_.wait_for(lock, std::chrono::milliseconds(200), [this] { return closed_ || !running_; });
+    }
+}
+
+} // namespace nuvo
