@@ -139,7 +139,7 @@ QString textSelection(TCorvane &selection, OutputFormat format)
 
 bool isOwnReport(const TCorvane &selection, const Message &message)
 {
-    return message.type == TMsgDlgType::mtInformation && message.text == selection.Report();
+    return message.type == TMsgDlgType::mtInformation && message.text == selection.Summary();
 }
 
 } // namespace nuvo

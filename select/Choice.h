@@ -69,6 +69,8 @@ struct NUVO_EXPORT Choice
     int perSize = 1;      ///< K: so many models of each size are listed
     SubsetChoice subsets; ///< `bySize` is the list whose models SelectModel() takes, from 1
 
+    double processingTime = 0; ///< of the run, in days
+
     /// The model that is left on the component.
     ControlSet selected = 0;
     /// The number in the list, from 1, of the model that SelectModel() has put in the place of the chosen one: of

@@ -2,6 +2,7 @@
 
 #include "platform/Messages.h"
 #include "present/Significant.h"
+#include "select/Selectionrun.h"
 
 #include <algorithm>
 #include <cmath>
@@ -54,18 +55,27 @@ class Layout
 public:
     Layout(const Choice &choice, int digits) : choice_(choice), digits_(digits) {}
 
+    Page summary()
+    {
+        writeSubject();
+        page_.add(Page::Kind::Paragraph, QStringLiteral("Left: ") + resultText());
+        writeWarnings();
+        return page_;
+    }
+
     Page page()
     {
-        writeHead();
+        writeSubject();
+        writeSample();
         if (choice_.end == Choice::End::Chosen || choice_.end == Choice::End::NoBestModel) {
             if (choice_.isOptimal())
                 writeModels();
             else
                 writePath();
         }
-        writeResult();
-        for (const QString &warning : choiceWarnings(choice_))
-            page_.add(Page::Kind::Item, warning);
+        page_.add(Page::Kind::Heading, QStringLiteral("The model that is left"));
+        page_.add(Page::Kind::Paragraph, resultText());
+        writeWarnings();
         return page_;
     }
 
@@ -73,7 +83,7 @@ private:
     QString number(double value) const { return figure(value, digits_); }
     QString p(double value) const { return probability(value, digits_); }
 
-    void writeHead()
+    void writeSubject()
     {
         const QString rule = choice_.isOptimal()
                                  ? QStringLiteral("all subsets by %1").arg(criterionName(choice_.criterion))
@@ -83,6 +93,10 @@ private:
                       .arg(methodName(choice_.method), rule, choice_.response,
                            choice_.controls.isEmpty() ? QStringLiteral("no variable")
                                                       : choice_.controls.join(QStringLiteral(", "))));
+    }
+
+    void writeSample()
+    {
         page_.add(Page::Kind::Paragraph,
                   QStringLiteral("All candidates share %1 observations, the records that every variable can use "
                                  "(%2 read, %3 left out).")
@@ -189,10 +203,10 @@ private:
         page_.addTable(std::move(table));
     }
 
-    void writeResult()
+    void writeWarnings()
     {
-        page_.add(Page::Kind::Heading, QStringLiteral("The model that is left"));
-        page_.add(Page::Kind::Paragraph, resultText());
+        for (const QString &warning : choiceWarnings(choice_))
+            page_.add(Page::Kind::Item, warning);
     }
 
     QString resultText() const
@@ -252,6 +266,15 @@ QString leftOutText(const LeftOut &one)
     return one.term + u' ' + parts.join(QStringLiteral(", "));
 }
 
+QString reportOf(const Choice &choice, const Page &page, int columns)
+{
+    QString text = pageText(page, columns);
+    while (text.endsWith(u'\n'))
+        text.chop(1);
+    return reportHead(choice.description) + text.replace(u'\n', QStringLiteral("\n\r")) +
+           processingTimeLine(choice.processingTime);
+}
+
 } // namespace
 
 Page choicePage(const Choice &choice, int digits)
@@ -261,10 +284,12 @@ Page choicePage(const Choice &choice, int digits)
 
 QString choiceReport(const Choice &choice)
 {
-    QString text = pageText(choicePage(choice));
-    while (text.endsWith(u'\n'))
-        text.chop(1);
-    return text.replace(u'\n', QStringLiteral("\n\r"));
+    return reportOf(choice, choicePage(choice), 80);
+}
+
+QString choiceSummary(const Choice &choice)
+{
+    return reportOf(choice, Layout(choice, Digits).summary(), 100);
 }
 
 QString methodName(Choice::Method method)

@@ -9,8 +9,10 @@ namespace nuvo {
 /// A choice as a page: what was compared by what rule on which records, each step with the F and p of every candidate
 /// or the models by size with their figures, what is left and why, and what is worth a warning. Without a title.
 NUVO_EXPORT Page choicePage(const Choice &choice, int digits = 6);
-/// The page as text of 80 columns, lines parted by "\n\r".
+/// The report of the run: its head, the page as text of 80 columns, the processing time. Lines end in "\n\r".
 NUVO_EXPORT QString choiceReport(const Choice &choice);
+/// The same for a message box, which has no room for all the steps and models: what is left, why, and the warnings.
+NUVO_EXPORT QString choiceSummary(const Choice &choice);
 
 // Words of it.
 

@@ -5,7 +5,6 @@
 #include "engine/kernel/Subsetsums.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
-#include "select/Choicepage.h"
 
 #include <cmath>
 #include <memory>
@@ -67,9 +66,7 @@ void ChoiceRun::search()
     else if (loaded)
         run_.execute();
     run_.closeProgress();
-    run_.elapsed = run_.timeSinceStart();
-    run_.writeHead();
-    run_.write(choiceReport(choice_));
+    choice_.processingTime = run_.timeSinceStart();
     run_.choice = std::make_shared<const Choice>(std::move(choice_));
 }
 

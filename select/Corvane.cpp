@@ -111,6 +111,18 @@ void TCorvane::RefuseWhileRunning() const
                 .arg(caption(*this)));
 }
 
+const QString &TCorvane::Report() const
+{
+    if (choice_ && report_.isEmpty())
+        report_ = nuvo::choiceReport(*choice_);
+    return report_;
+}
+
+QString TCorvane::Summary() const
+{
+    return choice_ ? nuvo::choiceSummary(*choice_) : report_;
+}
+
 void TCorvane::SelectModel(int index)
 {
     NeedFree();
@@ -128,7 +140,7 @@ void TCorvane::SelectModel(int index)
     nuvo::applyChoice(*Regression(), choice, *model, index);
     if (!alive)
         return;
-    report_ = nuvo::reportHead(choice.description) + nuvo::choiceReport(choice);
+    report_.clear();
     choice_ = std::make_shared<const nuvo::Choice>(std::move(choice));
 }
 

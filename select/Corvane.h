@@ -69,7 +69,10 @@ public:
     // The last run.
 
     /// Its report, also where no box showed it; empty when an error ended it. Lines end in "\n\r".
-    const QString &Report() const { return report_; }
+    const QString &Report() const;
+    /// What a box shows of it: all, or, under the rule Textbook, what is left of it, why, and what is worth a
+    /// warning.
+    QString Summary() const;
     /// Every text that the progress dialog was given, in order.
     const QStringList &Steps() const { return steps_; }
     TRunEnd Ended() const { return ended_; }
@@ -117,7 +120,7 @@ private:
     mutable QPointer<TMLRQuery> query_;
     mutable bool everBound_ = false;
     bool running_ = false;
-    QString report_;
+    mutable QString report_; ///< that of a choice is made when it is first asked for
     QStringList steps_;
     TRunEnd ended_ = TRunEnd::Converged;
 };

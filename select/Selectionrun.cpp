@@ -74,7 +74,7 @@ void SelectionRun::run(const Search &search)
             else
                 hourglass_ = std::make_unique<Hourglass>();
             search(*this);
-            write(QStringLiteral("\n\r\n\rProcessing Time: ") + FormatTime(elapsed));
+            write(processingTimeLine(elapsed));
         } catch (const Stopped &) {
             undo();
             check();
@@ -133,7 +133,7 @@ void SelectionRun::conclude()
                                            .arg(QLatin1String(Reasons[int(ended)]))
                                            .arg(passes)
                                            .arg(regression_.GetNumVars());
-    selector_->report_ = report_;
+    selector_->report_ = choice ? QString() : report_; // that of a choice is made when somebody asks
     selector_->ended_ = ended;
     selector_->choice_ = ended == TRunEnd::Stopped ? nullptr : choice;
     series_.EnableControls();
@@ -144,7 +144,7 @@ void SelectionRun::conclude()
         check();
     }
     if (options_.showReport)
-        MessageDlg(report_, TMsgDlgType::mtInformation);
+        MessageDlg(selector_->Summary(), TMsgDlgType::mtInformation);
 }
 
 void SelectionRun::check() const
@@ -208,6 +208,11 @@ bool SelectionRun::keepColumns(std::span<const int> columns)
 QString reportHead(const QString &description)
 {
     return QStringLiteral("CORVANE OUTPUT REPORT\n\r") + description + QStringLiteral("\n\r\n\r");
+}
+
+QString processingTimeLine(double days)
+{
+    return QStringLiteral("\n\r\n\rProcessing Time: ") + FormatTime(days);
 }
 
 void SelectionRun::writeHead()

@@ -23,8 +23,9 @@ inline QString traced(double value)
     return QString::number(value, 'g', 17);
 }
 
-/// How every report begins.
+/// How every report begins and ends.
 QString reportHead(const QString &description);
+QString processingTimeLine(double days);
 
 /// The frame of a run, the same for all searches: it keeps the regression to itself, shows the progress, collects the
 /// report, and puts everything back, however the run ends.
