@@ -274,7 +274,7 @@ public:
         /// Their sums.
         nuvo::Sums Sums() const;
         /// Leaves of the columns that the last load found those with these numbers, ascending from 1, over the same
-        /// records, and makes the definitions of the others "Undefined"; whether they can be fitted, as of a load.
+        /// records; whether they can be fitted, as of a load. The definitions are the client's, who writes them too.
         bool KeepColumns(std::span<const int> columns);
         /// As TRegression::LeftOut().
         std::vector<nuvo::LeftOut> LeftOut();

@@ -1,8 +1,6 @@
 #include "engine/Regressionprivate.h"
 #include "platform/Dataset.h"
 
-#include <algorithm>
-
 TRegression::Private::Busy::Busy(Private &regression) : regression_(regression), alive_(regression.alive)
 {
     ++regression_.busy;
@@ -108,13 +106,6 @@ bool TRegression::Series::KeepColumns(std::span<const int> columns)
 
 void TRegression::Private::keepColumns(std::span<const int> numbers)
 {
-    int column = 0;
-    for (TIndepVar &control : controls) {
-        if (control.Transformation() == u"Undefined")
-            continue;
-        if (std::find(numbers.begin(), numbers.end(), ++column) == numbers.end())
-            control.SetTransformation(QStringLiteral("Undefined"));
-    }
     observed = observed.only(numbers);
     m = int(numbers.size());
     // Ascending, so that nothing is overwritten that is still needed.

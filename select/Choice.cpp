@@ -15,6 +15,18 @@ std::optional<ControlSet> Choice::model(int index) const
     return isOptimal() ? subsets.bySize[at].controls : search.path[at].model;
 }
 
+Choice::Transformations Choice::transformationsOf(ControlSet model) const
+{
+    Transformations result;
+    result.fill(QStringLiteral("Undefined"));
+    for (std::size_t j = 0; j < positions.size(); ++j) {
+        const std::size_t at = std::size_t(positions[j]) - 1;
+        if (model & (ControlSet(1) << j))
+            result[at] = transformations[at];
+    }
+    return result;
+}
+
 QStringList Choice::terms(ControlSet set) const
 {
     QStringList result;

@@ -48,8 +48,8 @@ struct NUVO_EXPORT Choice
     QString response;    ///< term, as reports write it
     QStringList controls;
     std::vector<int> positions; ///< of the candidates among ControlVar01 to ControlVar10: 1 to 10
-    /// Of ControlVar01 to ControlVar10 when the run began, the first at 0.
-    std::array<QString, MaxControls> transformations;
+    using Transformations = std::array<QString, MaxControls>; ///< of ControlVar01 to ControlVar10, the first at 0
+    Transformations transformations;                          ///< when the run began
 
     // The sample that all candidates share.
     qint64 observations = 0;
@@ -80,6 +80,9 @@ struct NUVO_EXPORT Choice
     /// How many models SelectModel() can take, and number `index` of them; nothing for a number that is none.
     int modelCount() const;
     std::optional<ControlSet> model(int index) const;
+
+    /// With these controls in the model and the others out of it.
+    Transformations transformationsOf(ControlSet model) const;
 
     bool isOptimal() const { return method == Method::Optimal; }
     int count() const { return int(controls.size()); }

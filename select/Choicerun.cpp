@@ -42,6 +42,12 @@ std::vector<int> numbersOf(ControlSet set, int count)
     return numbers;
 }
 
+void write(TRegression &regression, const Choice::Transformations &transformations)
+{
+    for (int k = 1; k <= MaxControls; ++k)
+        regression.ControlVar(k).SetTransformation(transformations[std::size_t(k - 1)]);
+}
+
 } // namespace
 
 ChoiceRun::~ChoiceRun() = default;
@@ -49,6 +55,8 @@ ChoiceRun::~ChoiceRun() = default;
 void ChoiceRun::search()
 {
     run_.beginCandidate();
+    // Whoever is told of the load can change the definitions.
+    takeDefinitions();
     const bool loaded = run_.reload();
     describe();
     run_.start(choice_.count());
@@ -70,7 +78,7 @@ void ChoiceRun::search()
     run_.choice = std::make_shared<const Choice>(std::move(choice_));
 }
 
-void ChoiceRun::describe()
+void ChoiceRun::takeDefinitions()
 {
     TRegression &regression = run_.regression();
     choice_.dataset = regression.DataSourceName();
@@ -81,6 +89,11 @@ void ChoiceRun::describe()
         if (regression.ControlVar(k).Transformation() != u"Undefined")
             choice_.positions.push_back(k);
     }
+}
+
+void ChoiceRun::describe()
+{
+    const TRegression &regression = run_.regression();
     for (int j = 1; j <= regression.GetNumVars(); ++j)
         choice_.controls.append(regression.GetcVar(j).OutputTerm());
     choice_.observations = regression.GetNumObs();
@@ -112,6 +125,7 @@ bool ChoiceRun::compare()
 
 void ChoiceRun::leave(ControlSet model)
 {
+    write(run_.regression(), choice_.transformationsOf(model));
     if (run_.keepColumns(numbersOf(model, choice_.count())))
         run_.execute();
 }
@@ -120,8 +134,7 @@ void applyChoice(TRegression &regression, Choice &choice, ControlSet model, int 
 {
     TRegression::Series series(regression);
     try {
-        for (int k = 1; k <= MaxControls; ++k)
-            regression.ControlVar(k).SetTransformation(choice.transformations[std::size_t(k - 1)]);
+        write(regression, choice.transformations);
         series.ReLoad();
         if (!series.Alive())
             return;
@@ -140,6 +153,7 @@ void applyChoice(TRegression &regression, Choice &choice, ControlSet model, int 
                     .arg(regression.DataSet().Caption())
                     .arg(regression.GetNumObs())
                     .arg(choice.observations));
+        write(regression, choice.transformationsOf(model));
         if (series.KeepColumns(numbersOf(model, choice.count())))
             series.Execute();
     } catch (...) {

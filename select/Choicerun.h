@@ -37,6 +37,7 @@ protected:
     int exponent_ = 0;
 
 private:
+    void takeDefinitions();
     void describe();
     bool compare();
     void leave(ControlSet model);

@@ -110,12 +110,7 @@ std::vector<TMLRModel> listedModels(const Choice &choice)
     std::vector<TMLRModel> models;
     for (const SubsetFigures &figures : choice.subsets.bySize) {
         TMLRModel &model = models.emplace_back();
-        model.Transformations.fill(QStringLiteral("Undefined"));
-        for (int j = 1; j <= choice.count(); ++j) {
-            const std::size_t at = std::size_t(choice.positions[std::size_t(j - 1)] - 1);
-            if (figures.controls & (ControlSet(1) << (j - 1)))
-                model.Transformations[at] = choice.transformations[at];
-        }
+        model.Transformations = choice.transformationsOf(figures.controls);
         model.F = figures.f;
         model.RSquared = figures.rSquared;
         model.SSquared = figures.sSquared;
