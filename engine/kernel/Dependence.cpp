@@ -1,9 +1,11 @@
 #include "engine/kernel/Dependence.h"
 
+#include "engine/kernel/Blocksum.h"
 #include "engine/kernel/Crossproducts.h"
 #include "engine/kernel/Instructionset.h"
 #include "engine/kernel/Resolution.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -60,6 +62,8 @@ public:
     }
 
     double factor(int i, int k) const { return hi_[at(i, k)]; }
+    /// The same with all its digits. \pre Column k was eliminated.
+    DoubleDouble exactFactor(int i, int k) const { return get(k, i) / get(k, k); }
 
 private:
     static DataColumn lowOf(const ExtendedColumn &column, int n)
@@ -123,39 +127,47 @@ double sizeOf(int k, const std::vector<int> &before, const std::vector<double> &
     return size;
 }
 
-Explained regress(Triangle &rest)
+struct Regression
+{
+    Explained explained;
+    std::vector<int> kept; // columns that are not left out, the constant first
+    double least = 1;      // the smallest square of what is left of one of them, of its own
+};
+
+Regression regress(Triangle &rest)
 {
     const int response = rest.order() - 1;
     std::vector<double> length(rest.order());
     for (int k = 0; k <= response; ++k)
         length[k] = std::sqrt(rest.get(k, k).hi);
-    std::vector<int> before; // columns that are not left out
-    Explained result;
+    Regression result;
     DoubleDouble total;
     for (int k = 0; k < response; ++k) {
-        const double size = sizeOf(k, before, length, rest);
-        if (rest.get(k, k).hi > ResolvedSquare * size * size) {
-            before.push_back(k);
+        const double size = sizeOf(k, result.kept, length, rest);
+        const double square = rest.get(k, k).hi;
+        if (square > ResolvedSquare * size * size) {
+            result.kept.push_back(k);
+            result.least = std::fmin(result.least, square / (length[k] * length[k]));
             rest.eliminate(k);
         }
         if (k == 0)
             total = rest.get(response, response);
     }
-    result.columns = static_cast<int>(before.size()) - 1;
+    result.explained.columns = static_cast<int>(result.kept.size()) - 1;
     const double mean = ResolvedSquare * length[response] * length[response];
-    result.rSquared = total.hi > mean ? ((total - rest.get(response, response)) / total).hi
-                                      : std::numeric_limits<double>::quiet_NaN();
+    result.explained.rSquared = total.hi > mean ? ((total - rest.get(response, response)) / total).hi
+                                                : std::numeric_limits<double>::quiet_NaN();
     return result;
 }
 
 #ifdef NUVO_HAS_AVX2
-[[gnu::flatten]] NUVO_AVX2 Explained regressAvx2(Triangle &rest)
+[[gnu::flatten]] NUVO_AVX2 Regression regressAvx2(Triangle &rest)
 {
     return regress(rest);
 }
 #endif
 
-Explained eliminated(Triangle &products)
+Regression eliminated(Triangle &products)
 {
 #ifdef NUVO_HAS_AVX2
     if (useAvx2())
@@ -164,12 +176,92 @@ Explained eliminated(Triangle &products)
     return regress(products);
 }
 
+// The columns that the elimination leaves, with a length of 1, by their place among the kept ones.
+struct OrthogonalColumns
+{
+    std::vector<std::vector<double>> high;
+    std::vector<std::vector<double>> low;
+};
+
+// Each from the columns themselves: row i of the inverse of the elimination's factors over the root of its pivot.
+OrthogonalColumns orthogonal(const Triangle &rest, const std::vector<int> &kept,
+                             std::span<const ExtendedColumn> columns, int n)
+{
+    const std::size_t p = kept.size();
+    std::vector<std::vector<DoubleDouble>> inverse(p, std::vector<DoubleDouble>(p));
+    for (std::size_t k = 0; k < p; ++k) {
+        for (std::size_t i = 0; i < k; ++i) {
+            const DoubleDouble factor = rest.exactFactor(kept[k], kept[i]);
+            for (std::size_t j = 0; j <= i; ++j)
+                inverse[k][j] -= factor * inverse[i][j];
+        }
+        inverse[k][k] = 1;
+    }
+    OrthogonalColumns out{std::vector(p, std::vector<double>(n)), std::vector(p, std::vector<double>(n))};
+    alignas(32) double block[BlockSize];
+    const auto padded = [&](const double *values, int from, int count) {
+        std::copy_n(values + from, count, block);
+        std::fill(block + count, block + BlockSize, 0.0);
+        return block;
+    };
+    for (std::size_t k = 1; k < p; ++k) {
+        const DoubleDouble scale = DoubleDouble(1) / sqrt(rest.get(kept[k], kept[k]));
+        for (int from = 0; from < n; from += BlockSize) {
+            const int count = std::min(BlockSize, n - from);
+            BlockSum sum;
+            sum.clear();
+            std::fill_n(block, BlockSize, 1.0);
+            sum.add(inverse[k][0] * scale, block);
+            for (std::size_t i = 1; i <= k; ++i) {
+                const DoubleDouble factor = inverse[k][i] * scale;
+                const ExtendedColumn &column = columns[std::size_t(kept[i]) - 1];
+                sum.add(factor, padded(column.values, from, count));
+                if (column.low)
+                    sum.addLow(factor.hi, padded(column.low, from, count));
+            }
+            sum.normalise();
+            std::copy_n(sum.hi, count, out.high[k].data() + from);
+            std::copy_n(sum.lo, count, out.low[k].data() + from);
+        }
+    }
+    return out;
+}
+
+#ifdef NUVO_HAS_AVX2
+[[gnu::flatten]] NUVO_AVX2 OrthogonalColumns orthogonalAvx2(const Triangle &rest, const std::vector<int> &kept,
+                                                            std::span<const ExtendedColumn> columns, int n)
+{
+    return orthogonal(rest, kept, columns, n);
+}
+#endif
+
+// R squared once more, by columns that are all but orthogonal: what is left of the error of the first is its square.
+double correctedRSquared(const Triangle &rest, const std::vector<int> &kept, std::span<const ExtendedColumn> columns,
+                         DataColumn response, int n)
+{
+#ifdef NUVO_HAS_AVX2
+    const OrthogonalColumns made =
+        useAvx2() ? orthogonalAvx2(rest, kept, columns, n) : orthogonal(rest, kept, columns, n);
+#else
+    const OrthogonalColumns made = orthogonal(rest, kept, columns, n);
+#endif
+    std::vector<ExtendedColumn> q;
+    for (std::size_t k = 1; k < kept.size(); ++k)
+        q.push_back({{made.high[k].data(), minMax(made.high[k].data(), n).largest()}, made.low[k].data()});
+    Triangle products(q, response, n);
+    return eliminated(products).explained.rSquared;
+}
+
 } // namespace
 
 Explained regressOn(std::span<const ExtendedColumn> columns, DataColumn response, int n)
 {
+    constexpr double wellResolved = 0x1p-50; // the cross products leave 14 digits
     Triangle products(columns, response, n);
-    return eliminated(products);
+    Regression result = eliminated(products);
+    if (result.least < wellResolved && !std::isnan(result.explained.rSquared) && result.kept.front() == 0)
+        result.explained.rSquared = correctedRSquared(products, result.kept, columns, response, n);
+    return result.explained;
 }
 
 } // namespace nuvo
