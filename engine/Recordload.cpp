@@ -23,6 +23,17 @@ public:
     bool Stopped() const override { return false; }
 };
 
+/// Of observation n, counted from 0, of those that have some.
+void addLowParts(std::vector<TermReader> &terms, TermReader &response, ObservationBuffer &buffer, int n)
+{
+    if (response.HasLowPart())
+        buffer.yLow.push_back(response.LowPart(buffer.y[n]));
+    for (std::size_t j = 0; j < terms.size(); ++j) {
+        if (terms[j].HasLowPart())
+            buffer.xLow[j].push_back(terms[j].LowPart(buffer.x[j][n]));
+    }
+}
+
 } // namespace
 
 std::shared_ptr<ObservationBuffer> RecordLoad::freeBuffer()
@@ -71,6 +82,9 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
     buffer->yLow.clear();
     for (std::vector<double> &low : buffer->xLow)
         low.clear();
+    const bool lowParts =
+        response.HasLowPart() ||
+        std::any_of(terms.begin(), terms.end(), [](const TermReader &term) { return term.HasLowPart(); });
     LeftOutCount leftOut(terms.size());
     int n = 0;
     qint64 read = 0;
@@ -80,13 +94,10 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
                            response.Valid();
         if (valid) {
             buffer->y[n] = response.Value();
-            if (response.HasLowPart())
-                buffer->yLow.push_back(response.LowPart(buffer->y[n]));
-            for (std::size_t j = 0; j < terms.size(); ++j) {
+            for (std::size_t j = 0; j < terms.size(); ++j)
                 buffer->x[j][n] = terms[j].Value();
-                if (terms[j].HasLowPart())
-                    buffer->xLow[j].push_back(terms[j].LowPart(buffer->x[j][n]));
-            }
+            if (lowParts)
+                addLowParts(terms, response, *buffer, n);
             buffer->record[n] = read;
             ++n;
             if (watch.show) {
