@@ -25,7 +25,8 @@ VARIABLES is --response TERM [--control TERM]...
 constexpr char fitFooter[] = R"(
 Files are written when a fit came out, each whole or not at all, before
 anything is printed; that needs no display. A report's .png is a picture of the
-report window, its other files are the page of statistics. The plots have axes:
+report window, its other files are the page of statistics, .pdf and .html with
+the plots below it. The plots have axes:
 response-x1.png, residual-fitted.png, residual-order.png, residual-x1.png,
 normal-quantiles.png, scale-location.png, residual-leverage.png, added-x1.png,
 observed-fitted.png and residual-distribution.png. The canvases are those of the
@@ -101,18 +102,19 @@ QStringList saveFiles(TRegression &regression, const Figures &figures, const Fit
         written.append(what.arg(path));
         hold.check();
     };
+    std::vector<Figure> drawn;
+    if (!options.savePlots.isEmpty() || isFigurePageFile(options.saveReport))
+        drawn = fitFigures(figureData(regression, options.level));
     save(options.saveReport, QStringLiteral("the report \"%1\""), [&] {
         if (isPageFile(options.saveReport))
-            savePage(statisticsPage(figures, pageStyle(options)), options.saveReport);
+            savePage(statisticsPage(figures, pageStyle(options)), options.saveReport, drawn);
         else
             saveReport(regression, options.saveReport);
     });
     save(options.saveObservations, QStringLiteral("the observations \"%1\""),
          [&] { saveObservations(figures, options.saveObservations); });
-    save(options.savePlots, QStringLiteral("the plots in \"%1\""), [&] {
-        saveFigures(fitFigures(figureData(regression, options.level)), options.savePlots, options.plotFormat,
-                    options.plotSize);
-    });
+    save(options.savePlots, QStringLiteral("the plots in \"%1\""),
+         [&] { saveFigures(drawn, options.savePlots, options.plotFormat, options.plotSize); });
     save(options.saveCanvases, QStringLiteral("the canvases in \"%1\""),
          [&] { savePlots(regression, options.saveCanvases); });
     return written;

@@ -2,13 +2,16 @@
 
 #include "platform/Export.h"
 #include "present/Figures.h"
+#include "present/figures/Figure.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
 
 #include <memory>
+#include <vector>
 
+class QPagedPaintDevice;
 class QTextDocument;
 
 namespace nuvo {
@@ -64,15 +67,21 @@ NUVO_EXPORT Page statisticsPage(const Figures &figures, const PageStyle &style =
 NUVO_EXPORT QString pageText(const Page &page, int columns = 80);
 /// Markdown with tables (as GitHub has them), aligned in its source as well.
 NUVO_EXPORT QString pageMarkdown(const Page &page);
-/// A whole page of HTML, light or dark as the reader's system is. QTextDocument can show it as well.
-NUVO_EXPORT QString pageHtml(const Page &page);
-/// The page as a document to show, print or write as PDF.
+/// A whole page of HTML, light or dark as the reader's system is, with figures below it as drawings within the page
+/// (SVG): it needs no other file. Without figures QTextDocument can show it as well.
+NUVO_EXPORT QString pageHtml(const Page &page, const std::vector<Figure> &figures = {});
+/// The page as a document to show.
 NUVO_EXPORT std::unique_ptr<QTextDocument> pageDocument(const Page &page);
+/// Prints the page on sheets of the device, with figures on sheets of their own below it, as many on each as have
+/// room. Figures that have nothing to draw are left out, here as in the HTML. Returns whether the device took it.
+NUVO_EXPORT bool printPage(const Page &page, const std::vector<Figure> &figures, QPagedPaintDevice &device);
 
 /// Whether a page can be written to a file of that name: .pdf, .html, .htm, .txt or .md, upper or lower case.
 NUVO_EXPORT bool isPageFile(const QString &file);
-/// Writes the page by the ending of the file's name. \throws EPlatformError for another ending and for a file that
-/// cannot be written; no partial file is left.
-NUVO_EXPORT void savePage(const Page &page, const QString &file);
+/// Whether a file of that name shows figures: .pdf, .html and .htm do, text and Markdown do not.
+NUVO_EXPORT bool isFigurePageFile(const QString &file);
+/// Writes the page by the ending of the file's name, with the figures below it where the file shows some.
+/// \throws EPlatformError for another ending and for a file that cannot be written; no partial file is left.
+NUVO_EXPORT void savePage(const Page &page, const QString &file, const std::vector<Figure> &figures = {});
 
 } // namespace nuvo

@@ -1,20 +1,13 @@
-#include "platform/Errors.h"
-#include "platform/Savefile.h"
 #include "present/Pagelayout.h"
+#include "present/figures/Figurefile.h"
 
-#include <QFileInfo>
-#include <QPageLayout>
-#include <QPageSize>
-#include <QPdfWriter>
 #include <QTextDocument>
-
-#include <functional>
 
 namespace nuvo {
 
 namespace {
 
-constexpr int FileColumns = 132; ///< of a .txt: the usual table in one piece
+constexpr QSize FigureSize(600, 400);
 
 QString escaped(const QString &text)
 {
@@ -33,13 +26,13 @@ QString figureCell(const QString &aligned)
 QString tableHtml(const Page::Table &source, QChar point)
 {
     const AlignedTable table = aligned(source, point);
-    QString html = QStringLiteral("<table cellspacing=\"0\" cellpadding=\"3\">\n<tr>");
+    QString html = QStringLiteral("<table cellspacing=\"0\" cellpadding=\"3\">\n<thead><tr>");
     const auto figures = [&source](qsizetype c) { return c > 0 && source.columns[c].figures; };
     for (qsizetype c = 0; c < source.columns.size(); ++c)
         html += QStringLiteral("<th scope=\"col\" align=\"%1\">")
                     .arg(figures(c) ? QStringLiteral("right") : QStringLiteral("left")) +
                 escaped(source.columns[c].heading) + QStringLiteral("</th>");
-    html += QStringLiteral("</tr>\n");
+    html += QStringLiteral("</tr></thead>\n");
     for (const QStringList &row : table.rows) {
         html +=
             QStringLiteral("<tr><th scope=\"row\" align=\"left\">") + escaped(row.first()) + QStringLiteral("</th>");
@@ -89,36 +82,46 @@ QString bodyHtml(const Page &page)
     return html + (inList ? QStringLiteral("</ul>\n") : QString());
 }
 
-QString titleOf(const Page &page)
+/// A figure as part of a page: without what only a file has, and as wide as its place.
+QString drawing(const Figure &figure, QChar point)
 {
-    return page.parts.isEmpty() ? QString() : page.parts.first().text;
+    FigureSheet sheet;
+    sheet.size = FigureSize;
+    sheet.point = point;
+    const QString svg = QString::fromUtf8(figureSvg(figure, sheet));
+    const qsizetype tag = svg.indexOf(QStringLiteral("<svg"));
+    const qsizetype end = svg.indexOf(u'>', tag);
+    if (tag < 0 || end < 0)
+        return {};
+    return QStringLiteral("<svg role=\"img\" viewBox=\"0 0 %1 %2\" xmlns=\"http://www.w3.org/2000/svg\">")
+               .arg(FigureSize.width())
+               .arg(FigureSize.height()) +
+           svg.mid(end + 1).trimmed();
 }
 
-bool writeText(const QString &text, QIODevice &device)
+QString figuresHtml(const std::vector<Figure> &figures, QChar point)
 {
-    const QByteArray bytes = text.toUtf8();
-    return device.write(bytes) == bytes.size();
-}
-
-bool writePdf(const Page &page, QIODevice &device)
-{
-    QPdfWriter writer(&device);
-    writer.setTitle(titleOf(page));
-    writer.setCreator(QStringLiteral("Nuvo Statistics"));
-    // The table of coefficients is wide.
-    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape, QMarginsF(12, 12, 12, 12),
-                                     QPageLayout::Millimeter));
-    const std::unique_ptr<QTextDocument> document = pageDocument(page);
-    document->print(&writer);
-    return true;
+    QString html;
+    for (const Figure &figure : figures) {
+        if (!figure.note.isEmpty())
+            continue;
+        html += (html.isEmpty() ? QStringLiteral("<h2>Figures</h2>\n<div class=\"figures\">\n") : QString()) +
+                QStringLiteral("<figure>") + drawing(figure, point) + QStringLiteral("</figure>\n");
+    }
+    return html.isEmpty() ? html : html + QStringLiteral("</div>\n");
 }
 
 } // namespace
 
-QString pageHtml(const Page &page)
+QString pageTitle(const Page &page)
+{
+    return page.parts.isEmpty() ? QString() : page.parts.first().text;
+}
+
+QString pageHtml(const Page &page, const std::vector<Figure> &figures)
 {
     return QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"/>\n<title>") +
-           escaped(titleOf(page)) +
+           escaped(pageTitle(page)) +
            QStringLiteral(
                "</title>\n<style>\n"
                ":root { color-scheme: light dark; }\n"
@@ -127,9 +130,14 @@ QString pageHtml(const Page &page)
                "h2 { font-size: 11pt; }\n"
                "th { font-weight: normal; }\n"
                "th, td { white-space: nowrap; padding: 2px 0 2px 14px; }\n"
-               ".figure { font-family: \"Liberation Mono\", \"Courier New\", monospace; font-size: 8pt; }\n"
-               "</style></head>\n<body>") +
-           bodyHtml(page) + QStringLiteral("</body></html>\n");
+               ".figure { font-family: \"Liberation Mono\", \"Courier New\", monospace; font-size: 8pt; }\n") +
+           (figures.empty() ? QString()
+                            : QStringLiteral(".figures { display: grid; gap: 16px; "
+                                             "grid-template-columns: repeat(auto-fit, minmax(400px, 1fr)); }\n"
+                                             "figure { margin: 0; max-width: 800px; break-inside: avoid; }\n"
+                                             "figure svg { display: block; width: 100%; height: auto; }\n")) +
+           QStringLiteral("</style></head>\n<body>") + bodyHtml(page) + figuresHtml(figures, page.point) +
+           QStringLiteral("</body></html>\n");
 }
 
 std::unique_ptr<QTextDocument> pageDocument(const Page &page)
@@ -137,29 +145,6 @@ std::unique_ptr<QTextDocument> pageDocument(const Page &page)
     auto document = std::make_unique<QTextDocument>();
     document->setHtml(pageHtml(page));
     return document;
-}
-
-bool isPageFile(const QString &file)
-{
-    static const QStringList endings{QStringLiteral("pdf"), QStringLiteral("html"), QStringLiteral("htm"),
-                                     QStringLiteral("txt"), QStringLiteral("md")};
-    return endings.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);
-}
-
-void savePage(const Page &page, const QString &file)
-{
-    const QString ending = QFileInfo(file).suffix().toLower();
-    if (!isPageFile(file))
-        throw EPlatformError(
-            QStringLiteral("Cannot save the page as \"%1\": the name ends in none of .pdf, .html, .txt, .md.")
-                .arg(file));
-    saveFile(file, [&](QIODevice &device) {
-        if (ending == QLatin1String("pdf"))
-            return writePdf(page, device);
-        if (ending == QLatin1String("txt"))
-            return writeText(pageText(page, FileColumns), device);
-        return writeText(ending == QLatin1String("md") ? pageMarkdown(page) : pageHtml(page), device);
-    });
 }
 
 } // namespace nuvo

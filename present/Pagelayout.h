@@ -15,6 +15,9 @@ struct AlignedTable
 /// The first column is left as it is: its names may be long.
 AlignedTable aligned(const Page::Table &table, QChar point);
 
+/// The page's title; empty without one.
+QString pageTitle(const Page &page);
+
 QString padded(const QString &text, int width);
 QString rightAligned(const QString &text, int width);
 

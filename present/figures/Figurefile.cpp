@@ -28,17 +28,6 @@ FigureSheet held(FigureSheet sheet)
     return sheet;
 }
 
-void paint(const Figure &figure, const FigureSheet &sheet, QPainter &painter)
-{
-    FigureStyle style = FigureStyle::ofSheet(sheet.size);
-    style.point = sheet.point;
-    if (sheet.dark)
-        style.theme = FigureTheme::dark();
-    const FigurePainter drawn(figure, sheet.size, style, sheet.section.value_or(wholeSection(figure)));
-    drawn.Paint(painter);
-    drawn.PaintSelected(painter, sheet.selected);
-}
-
 bool writeSvg(const Figure &figure, const FigureSheet &sheet, QIODevice &device)
 {
     QBuffer drawing;
@@ -51,7 +40,7 @@ bool writeSvg(const Figure &figure, const FigureSheet &sheet, QIODevice &device)
     QPainter painter;
     if (!painter.begin(&svg))
         return false;
-    paint(figure, sheet, painter);
+    paintFigure(figure, sheet, painter);
     if (!painter.end())
         return false;
     // Title and description are put in here: Qt 6.4 writes "<" and "&" in them as they are.
@@ -77,7 +66,7 @@ bool writePdf(const Figure &figure, const FigureSheet &sheet, QIODevice &device)
     if (!painter.begin(&pdf))
         return false;
     painter.scale(double(PaperDotsPerInch) / ScreenDotsPerInch, double(PaperDotsPerInch) / ScreenDotsPerInch);
-    paint(figure, sheet, painter);
+    paintFigure(figure, sheet, painter);
     return painter.end();
 }
 
@@ -107,12 +96,23 @@ bool figureFormatFrom(const QString &name, FigureFormat &format)
     return false;
 }
 
+void paintFigure(const Figure &figure, const FigureSheet &sheet, QPainter &painter)
+{
+    FigureStyle style = FigureStyle::ofSheet(sheet.size);
+    style.point = sheet.point;
+    if (sheet.dark)
+        style.theme = FigureTheme::dark();
+    const FigurePainter drawn(figure, sheet.size, style, sheet.section.value_or(wholeSection(figure)));
+    drawn.Paint(painter);
+    drawn.PaintSelected(painter, sheet.selected);
+}
+
 QImage figureImage(const Figure &figure, const FigureSheet &sheet, double ratio)
 {
     QImage image((QSizeF(sheet.size) * ratio).toSize(), QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
     QPainter painter(&image);
-    paint(figure, sheet, painter);
+    paintFigure(figure, sheet, painter);
     return image;
 }
 

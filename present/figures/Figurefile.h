@@ -14,6 +14,8 @@
 #include <set>
 #include <vector>
 
+class QPainter;
+
 namespace nuvo {
 
 enum class FigureFormat { Png, Svg, Pdf };
@@ -34,6 +36,9 @@ struct FigureSheet
     std::optional<FigureSection> section{}; ///< all of it unless told
     std::set<qint64> selected{};            ///< records that are marked
 };
+
+/// Draws the figure at the painter's origin, as large as the sheet says.
+NUVO_EXPORT void paintFigure(const Figure &figure, const FigureSheet &sheet, QPainter &painter);
 
 /// The picture, each logical pixel `ratio` pixels wide.
 NUVO_EXPORT QImage figureImage(const Figure &figure, const FigureSheet &sheet, double ratio = 1);

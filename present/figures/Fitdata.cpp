@@ -37,7 +37,8 @@ FigureData figureData(TRegression &regression, double level)
     if (!fit || fit->observations().n() == 0)
         return data;
     const Observations &observations = fit->observations();
-    const FitFigures figures(fit);
+    const std::shared_ptr<const FitFigures> kept = regression.Figures();
+    const FitFigures &figures = *kept;
     const ObservedColumns columns = columnsOf(observations);
     const Observed observed = observe(figures.factors(), columns);
     const Influence &influence = figures.influence();

@@ -45,9 +45,10 @@ public:
     TObservationsPage &Observations() { return *observations_; }
     TFiguresPage &FiguresPage() { return *figuresPage_; }
 
-    /// Prints the document, summary and diagnostics, on pages of its device.
+    /// Prints the document, summary and diagnostics with the figures below them, on sheets of its device.
     void PrintDocument(QPagedPaintDevice &device) const;
-    /// Writes the document: .pdf, .html, .txt or .md. \throws EPlatformError as nuvo::savePage().
+    /// Writes the document: .pdf, .html, .txt or .md, the latter two without figures. \throws EPlatformError as
+    /// nuvo::savePage().
     void SaveReport(const QString &file) const;
     /// Onto the clipboard: text, rows or figure, whatever page is shown.
     void Copy();

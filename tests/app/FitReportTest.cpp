@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <bit>
 #include <cmath>
 
@@ -56,6 +59,29 @@ TEST(FitText, ThePageHasWhatIsAskedFor)
                                 "Covariances of the coefficients", "Correlations of the coefficients"})
         EXPECT_TRUE(run.out.contains(u'\n' + u(heading) + u'\n')) << heading;
     EXPECT_TRUE(run.out.contains(u("\n    66236.95    247.2057 "))) << run.out.toStdString();
+}
+
+TEST(FitText, PdfAndHtmlHaveTheFiguresBelowThePageAndNeedNoOtherFile)
+{
+    const QTemporaryDir directory;
+    const auto saved = [&](const char *name) {
+        const Outcome run = fitLongley({u("--save-report"), directory.filePath(u(name))});
+        EXPECT_EQ(run.status, 0) << run.err.toStdString();
+        QFile file(directory.filePath(u(name)));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    const QByteArray html = saved("page.html");
+    EXPECT_EQ(html.count("<svg "), 3 * 6 + 7);
+    EXPECT_EQ(html.count("</svg>"), 3 * 6 + 7);
+    EXPECT_LT(html.indexOf("Durbin-Watson"), html.indexOf("<svg "));
+    for (const char *reference : {"src=", "href=", "url(", "<?xml", "<!DOCTYPE svg"})
+        EXPECT_FALSE(html.contains(reference)) << reference;
+    const QByteArray pdf = saved("page.pdf");
+    EXPECT_EQ(pdf.count("/Type /Page\n"), 2 + 7) << "four figures on a sheet";
+    EXPECT_FALSE(pdf.contains("/Subtype /Image"));
+    for (const char *name : {"page.txt", "page.md"})
+        EXPECT_FALSE(saved(name).contains("Residuals by")) << name;
 }
 
 TEST(FitReport, OfLongley)
