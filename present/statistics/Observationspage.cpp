@@ -166,6 +166,12 @@ void TObservationsPage::SetFigures(const nuvo::Figures &figures)
                             .arg(count == 1 ? QStringLiteral("stands out") : QStringLiteral("stand out")));
     onlyThose_->setEnabled(n > 0);
     save_->setEnabled(n > 0);
+    // Words stand where they are seen without scrolling; files and the clipboard have them last.
+    QHeaderView *const header = view_->horizontalHeader();
+    const int last = model_->columnCount() - 1;
+    for (int column = 0; column <= last; ++column)
+        header->moveSection(header->visualIndex(column), column);
+    header->moveSection(last, 1);
     view_->resizeColumnsToContents();
 }
 

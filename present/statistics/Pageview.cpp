@@ -1,5 +1,6 @@
 #include "present/statistics/Pageview.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -7,7 +8,9 @@
 #include <QMimeData>
 #include <QPointer>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextDocument>
+#include <QTextTable>
 
 #include <algorithm>
 #include <memory>
@@ -16,6 +19,7 @@ namespace {
 
 constexpr int Margin = 12;
 constexpr int TextColumns = 100;
+constexpr double Unbounded = 1e5;
 
 /// Where the second half of the page begins.
 auto diagnosticsOf(const nuvo::Page &page)
@@ -34,6 +38,40 @@ nuvo::Page partOf(const nuvo::Page &page, QList<nuvo::Page::Part>::const_iterato
     return part;
 }
 
+/// Some columns of a table, after that with the names of the rows.
+nuvo::Page::Table columnsOf(const nuvo::Page::Table &table, qsizetype from, qsizetype count)
+{
+    nuvo::Page::Table part;
+    part.columns = table.columns.mid(0, 1) + table.columns.mid(from, count);
+    for (const QStringList &row : table.rows)
+        part.rows += row.mid(0, 1) + row.mid(from, count);
+    return part;
+}
+
+/// As the document of a page makes them.
+std::vector<double> columnWidths(const nuvo::Page::Table &table, QChar point)
+{
+    nuvo::Page page;
+    page.point = point;
+    page.addTable(table);
+    const std::unique_ptr<QTextDocument> document = nuvo::pageDocument(page);
+    document->setDocumentMargin(0);
+    document->setTextWidth(Unbounded);
+    const auto *made = qobject_cast<const QTextTable *>(document->rootFrame()->childFrames().value(0));
+    std::vector<double> widths(std::size_t(table.columns.size()), 0.0);
+    if (made == nullptr)
+        return widths;
+    const QAbstractTextDocumentLayout &layout = *document->documentLayout();
+    double right = layout.frameBoundingRect(const_cast<QTextTable *>(made)).right();
+    for (std::size_t column = widths.size(); column-- > 0;) {
+        const double left =
+            layout.blockBoundingRect(made->cellAt(0, int(column)).firstCursorPosition().block()).left();
+        widths[column] = right - left;
+        right = left;
+    }
+    return widths;
+}
+
 } // namespace
 
 TPageView::TPageView(QWidget *parent) : QTextBrowser(parent)
@@ -48,14 +86,68 @@ TPageView::TPageView(QWidget *parent) : QTextBrowser(parent)
 void TPageView::SetPage(const nuvo::Page &page)
 {
     page_ = page;
-    std::unique_ptr<QTextDocument> made = nuvo::pageDocument(page);
+    widths_.clear();
+    for (const nuvo::Page::Part &part : page.parts) {
+        if (part.kind == nuvo::Page::Kind::Table)
+            widths_.push_back(columnWidths(part.table, page.point));
+    }
+    Show(GroupsFor(viewport()->width()));
+    verticalScrollBar()->setValue(0);
+}
+
+TPageView::Groups TPageView::GroupsFor(double width) const
+{
+    Groups groups;
+    for (const std::vector<double> &widths : widths_) {
+        const double names = 2 * Margin + widths.front();
+        double used = names;
+        std::vector<int> &counts = groups.emplace_back(1, 0);
+        for (std::size_t column = 1; column < widths.size(); ++column) {
+            if (used + widths[column] > width && counts.back() > 0) {
+                counts.push_back(0);
+                used = names;
+            }
+            used += widths[column];
+            ++counts.back();
+        }
+    }
+    return groups;
+}
+
+void TPageView::Show(const Groups &groups)
+{
+    groups_ = groups;
+    nuvo::Page shown;
+    shown.point = page_.point;
+    std::size_t table = 0;
+    for (const nuvo::Page::Part &part : page_.parts) {
+        if (part.kind != nuvo::Page::Kind::Table) {
+            shown.parts += part;
+            continue;
+        }
+        qsizetype from = 1;
+        for (const int count : groups[table++]) {
+            if (from > 1)
+                shown.add(nuvo::Page::Kind::Paragraph, QString(QChar::Nbsp));
+            shown.addTable(columnsOf(part.table, from, count));
+            from += count;
+        }
+    }
+    std::unique_ptr<QTextDocument> made = nuvo::pageDocument(shown);
     const QPointer<QTextDocument> before = document(); // the view may take it along
     made->setDocumentMargin(Margin);
     made->setUndoRedoEnabled(false);
     made->setParent(this);
     setDocument(made.release());
     delete before;
-    verticalScrollBar()->setValue(0);
+}
+
+void TPageView::resizeEvent(QResizeEvent *event)
+{
+    QTextBrowser::resizeEvent(event);
+    const Groups groups = GroupsFor(viewport()->width());
+    if (groups != groups_)
+        Show(groups);
 }
 
 void TPageView::Copy()

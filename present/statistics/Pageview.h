@@ -6,7 +6,10 @@
 
 #include <QTextBrowser>
 
-/// A page of statistics to read, in the colours of the palette. Ctrl+C copies what is marked, or the whole page when
+#include <vector>
+
+/// A page of statistics to read, in the colours of the palette. A table that is wider than the view is set in groups
+/// of columns, each with the names of the rows. Ctrl+C copies what is marked, or the whole page when
 /// nothing is. Stands on any form.
 class NUVO_EXPORT TPageView : public QTextBrowser
 {
@@ -23,9 +26,18 @@ public:
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// Of each table, how many columns stand in each of its groups.
+    using Groups = std::vector<std::vector<int>>;
+
+    Groups GroupsFor(double width) const;
+    void Show(const Groups &groups);
+
     nuvo::Page page_;
+    std::vector<std::vector<double>> widths_; ///< of the columns of each table
+    Groups groups_;
 };
 
 /// The summary of a fit: what was fitted on what, coefficients, analysis of variance, warnings.

@@ -21,7 +21,6 @@
 #include <QShortcut>
 #include <QTabWidget>
 #include <QTableView>
-#include <QTextDocument>
 #include <QVBoxLayout>
 
 #include <functional>
@@ -68,11 +67,12 @@ TStatisticsForm::TStatisticsForm(QWidget *parent)
         connect(button, &QPushButton::clicked, this, [handler] { nuvo::guarded(handler); });
         buttons->addWidget(button);
     };
-    addButton("PrintStatistics", QStringLiteral("&Print…"), QStringLiteral("Print summary and diagnostics (Ctrl+P)"),
-              [this] { PrintClick(); });
-    addButton("SaveStatistics", QStringLiteral("&Save…"),
-              QStringLiteral("Save summary and diagnostics as PDF, HTML, text or Markdown (Ctrl+S)"),
-              [this] { SaveClick(); });
+    addButton("PrintStatistics", QStringLiteral("&Print…"),
+              QStringLiteral("Print summary, diagnostics and figures (Ctrl+P)"), [this] { PrintClick(); });
+    addButton(
+        "SaveStatistics", QStringLiteral("&Save…"),
+        QStringLiteral("Save summary and diagnostics as PDF or HTML with the figures, as text or Markdown (Ctrl+S)"),
+        [this] { SaveClick(); });
     addButton("CopyStatistics", QStringLiteral("&Copy"), QStringLiteral("Copy what this page has (Ctrl+C)"),
               [this] { Copy(); });
     buttons->addStretch(1);
@@ -154,12 +154,12 @@ void TStatisticsForm::Step(int way)
 
 void TStatisticsForm::PrintDocument(QPagedPaintDevice &device) const
 {
-    nuvo::pageDocument(nuvo::readersPage(figures_))->print(&device);
+    nuvo::printPage(nuvo::readersPage(figures_), figuresPage_->Figures(), device);
 }
 
 void TStatisticsForm::SaveReport(const QString &file) const
 {
-    nuvo::savePage(nuvo::readersPage(figures_), file);
+    nuvo::savePage(nuvo::readersPage(figures_), file, figuresPage_->Figures());
 }
 
 void TStatisticsForm::Copy()
@@ -207,15 +207,17 @@ void TStatisticsForm::SaveClick()
 
 void TStatisticsForm::HelpClick()
 {
-    MessageDlg(QStringLiteral("Pages: Alt+1 to Alt+4, or Ctrl+Tab.\n"
-                              "Ctrl+P prints summary and diagnostics, Ctrl+S saves them.\n"
-                              "Ctrl+C copies what is selected, or the whole page.\n\n"
-                              "Observations: a click on a heading sorts. Marked cells are the reasons why an "
-                              "observation is worth looking at; a selected row is marked in the figures.\n"
-                              "Figures: Page Up and Page Down for the others; a click on a point selects its row. "
-                              "The wheel zooms, a double click shows all again.\n\n"
-                              "Escape closes the window."),
-               TMsgDlgType::mtInformation);
+    MessageDlg(
+        QStringLiteral("Pages: Alt+1 to Alt+4, or Ctrl+Tab.\n"
+                       "Ctrl+P prints summary, diagnostics and figures, Ctrl+S saves them: PDF and HTML have "
+                       "the figures below the text.\n"
+                       "Ctrl+C copies what is selected, or the whole page.\n\n"
+                       "Observations: a click on a heading sorts. Marked cells are the reasons why an "
+                       "observation is worth looking at; a selected row is marked in the figures.\n"
+                       "Figures: Page Up and Page Down for the others; a click on a point selects its row. "
+                       "The wheel zooms, a double click shows all again. Ctrl+S saves the figure that is shown.\n\n"
+                       "Escape closes the window."),
+        TMsgDlgType::mtInformation);
 }
 
 namespace nuvo {

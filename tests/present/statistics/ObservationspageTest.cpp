@@ -7,6 +7,7 @@
 #include <QAbstractItemModel>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QFile>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
@@ -113,6 +114,27 @@ TEST_F(ObservationsPage, NumbersRecordsByTheirPlaceInTheTable)
     EXPECT_EQ(cell(2, "Record"), u("4"));
     page.SetSelected({3, 4});
     EXPECT_EQ(page.Selected(), (std::set<qint64>{4}));
+}
+
+TEST_F(ObservationsPage, TheReasonStandsBesideTheRecordAndFilesHaveItLast)
+{
+    Fitted fitted = scatteredFit(30, 2);
+    Fitted wider = scatteredFit(30, 5);
+    for (Fitted *one : {&fitted, &wider, &fitted}) {
+        fill(*one);
+        const QHeaderView *header = page.View().horizontalHeader();
+        const int last = model().columnCount() - 1;
+        EXPECT_EQ(columnOf("Stands out by"), last);
+        EXPECT_EQ(header->visualIndex(last), 1);
+        EXPECT_EQ(header->visualIndex(0), 0);
+        for (int column = 1; column < last; ++column)
+            EXPECT_EQ(header->visualIndex(column), column + 1);
+    }
+    const QTemporaryDir directory;
+    page.SaveCsv(directory.filePath(u("o.csv")));
+    QFile file(directory.filePath(u("o.csv")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readLine().trimmed().endsWith(",Stands out by"));
 }
 
 TEST_F(ObservationsPage, SortsByNumberNotByText)

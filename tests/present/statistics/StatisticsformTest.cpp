@@ -15,6 +15,7 @@
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -203,13 +204,42 @@ TEST(StatisticsWindow, SavesTheDocument)
 TEST(StatisticsWindow, AFileThatCannotBeWrittenBecomesAMessage)
 {
     Fitted fitted = scatteredFit(20, 2);
-    TStatisticsForm form;
-    form.Load(fitted.table);
-    EXPECT_TRUE(errorOf([&] { form.SaveReport(u("page.doc")); }).contains(u("page.doc")));
     const QTemporaryDir directory;
+    const QString nowhere = directory.filePath(u("no/page.pdf"));
     const QString inTheWay = directory.filePath(u("full.txt"));
     ASSERT_TRUE(QDir().mkpath(inTheWay));
-    EXPECT_TRUE(errorOf([&] { form.SaveReport(inTheWay); }).contains(u("full.txt")));
+    const QStringList messages = showTo(
+        fitted.table,
+        [&](TStatisticsForm &form) {
+            press(form, Qt::Key_S);
+            EXPECT_TRUE(form.isVisible());
+            EXPECT_TRUE(errorOf([&] { form.SaveReport(inTheWay); }).contains(u("full.txt")));
+            EXPECT_TRUE(errorOf([&] { form.SaveReport(u("page.doc")); }).contains(u("page.doc")));
+        },
+        nameFile(nowhere));
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_TRUE(messages[0].contains(nowhere)) << messages[0].toStdString();
+}
+
+TEST(StatisticsWindow, SavesAndPrintsTheFiguresBelowTheText)
+{
+    Fitted fitted = scatteredFit(20, 2);
+    TStatisticsForm form;
+    form.Load(fitted.table);
+    const QTemporaryDir directory;
+    const auto saved = [&](const char *name) {
+        form.SaveReport(directory.filePath(u(name)));
+        return contentOf(directory.filePath(u(name)));
+    };
+    EXPECT_EQ(saved("page.html").count("<svg "), 13);
+    EXPECT_FALSE(saved("page.txt").contains("svg"));
+    QBuffer pages;
+    ASSERT_TRUE(pages.open(QIODevice::WriteOnly));
+    {
+        QPdfWriter writer(&pages);
+        form.PrintDocument(writer);
+    }
+    EXPECT_GT(pages.data().count("/Type /Page\n"), 4);
 }
 
 TEST(StatisticsWindow, PrintsTheDocumentAsText)
@@ -246,6 +276,7 @@ TEST(StatisticsWindow, F1TellsTheKeys)
     const QStringList messages = showTo(fitted.table, [](TStatisticsForm &form) { press(form, Qt::Key_F1, {}); });
     ASSERT_EQ(messages.size(), 1);
     EXPECT_TRUE(messages[0].contains(u("Ctrl+P")));
+    EXPECT_TRUE(messages[0].contains(u("Ctrl+S saves the figure that is shown")));
 }
 
 TEST(StatisticsWindow, FollowsTheColoursOfTheApplication)
@@ -275,6 +306,27 @@ TEST(StatisticsWindow, FollowsTheColoursOfTheApplication)
         EXPECT_GT(lightness(true), 200); // light letters
     });
     QApplication::setPalette(before);
+}
+
+TEST(StatisticsWindow, ItsPagesNeverScrollSideways)
+{
+    Fitted fitted = scatteredFit(200, 10);
+    showTo(fitted.table, [](TStatisticsForm &form) {
+        TPageView *const pages[] = {&form.Summary(), &form.Diagnostics()};
+        for (const int width : {1200, 760, 560, 1200}) {
+            form.resize(width, 600);
+            for (int page = 0; page < 2; ++page) {
+                form.SetPageIndex(page);
+                QApplication::processEvents();
+                EXPECT_EQ(pages[page]->horizontalScrollBar()->maximum(), 0) << width;
+            }
+            const auto tables = form.Summary().toHtml().count(u("<table"));
+            EXPECT_EQ(tables > 2, width == 560) << tables << " tables at " << width;
+        }
+        form.SetPageIndex(0);
+        press(form, Qt::Key_C);
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), nuvo::pageText(form.Summary().Page(), 100));
+    });
 }
 
 TEST(StatisticsWindow, HasTheSizeThatItIsGivenAndCanBeSmall)
