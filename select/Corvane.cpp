@@ -7,6 +7,7 @@
 #include "present/Optgauge.h"
 #include "select/Choicepage.h"
 #include "select/Choicerun.h"
+#include "select/choice/Choiceform.h"
 
 namespace {
 
@@ -121,6 +122,11 @@ const QString &TCorvane::Report() const
 QString TCorvane::Summary() const
 {
     return choice_ ? nuvo::choiceSummary(*choice_) : report_;
+}
+
+void TCorvane::ShowChoice()
+{
+    nuvo::showChoice(*this);
 }
 
 void TCorvane::SelectModel(int index)

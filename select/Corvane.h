@@ -87,6 +87,9 @@ public:
     /// EStringListError when it has no model of that number. The component is then as it was.
     virtual void SelectModel(int index);
 
+    /// Shows Choice() in a window and returns when it is closed; without one a message says so. See nuvo::showChoice.
+    Q_INVOKABLE void ShowChoice();
+
     /// Saves the bound component's model. \throws EDatabaseError when nothing is bound.
     void SaveModel(TMLRModel &model);
 

@@ -2,6 +2,7 @@
 
 #include "platform/Messages.h"
 #include "present/Significant.h"
+#include "present/controls/Figuretable.h"
 
 #include <QLocale>
 
@@ -120,7 +121,7 @@ QVariant ObservationsModel::data(const QModelIndex &index, int role) const
         if (IsWords(column))
             return words_[row];
         return columns_[std::size_t(column)].values[std::size_t(row)];
-    case StandsOutRole:
+    case MarkedRole:
         return IsReason(row, column);
     default:
         return {};

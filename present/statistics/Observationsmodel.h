@@ -13,15 +13,11 @@
 namespace nuvo {
 
 /// Every observation of a fit, a row each: its record, the response, the terms, fitted value and residual, and what
-/// the observation does to the fit. The last column says in words by what it stands out.
+/// the observation does to the fit, with the roles of a table of figures. The last column says in words by what it
+/// stands out.
 class ObservationsModel : public QAbstractTableModel
 {
 public:
-    enum Role {
-        NumberRole = Qt::UserRole, ///< double, to sort by; NaN where there is none
-        StandsOutRole,             ///< bool: the cell is a reason why the observation is worth looking at
-    };
-
     explicit ObservationsModel(QObject *parent = nullptr) : QAbstractTableModel(parent) {}
 
     void SetFigures(const Figures &figures);

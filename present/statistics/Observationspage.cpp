@@ -3,7 +3,7 @@
 #include "platform/Savefile.h"
 #include "present/Filedialog.h"
 #include "present/Forms.h"
-#include "present/figures/Figuretheme.h"
+#include "present/controls/Figuretable.h"
 #include "present/statistics/Observationsmodel.h"
 
 #include <QCheckBox>
@@ -17,20 +17,15 @@
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
-#include <QSortFilterProxyModel>
-#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
-#include <cmath>
-
 namespace {
 
-/// Sorts by numbers, not by what is shown of them; what does not exist stays at the end either way.
-class Order : public QSortFilterProxyModel
+class Order : public nuvo::NumberOrder
 {
 public:
-    using QSortFilterProxyModel::QSortFilterProxyModel;
+    using NumberOrder::NumberOrder;
 
     void SetOnlyThose(bool only)
     {
@@ -39,26 +34,6 @@ public:
     }
 
 protected:
-    bool lessThan(const QModelIndex &left, const QModelIndex &right) const override
-    {
-        const QVariant a = left.data(nuvo::ObservationsModel::NumberRole);
-        const QVariant b = right.data(nuvo::ObservationsModel::NumberRole);
-        const bool ascending = sortOrder() == Qt::AscendingOrder;
-        const auto ordered = [ascending](const auto &one, const auto &other, bool oneLacks, bool otherLacks) {
-            if (oneLacks || otherLacks)
-                return ascending ? !oneLacks && otherLacks : oneLacks && !otherLacks;
-            return one < other;
-        };
-        if (a.userType() == QMetaType::QString) {
-            const QString one = a.toString();
-            const QString other = b.toString();
-            return ordered(one, other, one.isEmpty(), other.isEmpty());
-        }
-        const double one = a.toDouble();
-        const double other = b.toDouble();
-        return ordered(one, other, std::isnan(one), std::isnan(other));
-    }
-
     bool filterAcceptsRow(int row, const QModelIndex &) const override
     {
         return !only_ || static_cast<const nuvo::ObservationsModel *>(sourceModel())->StandsOut(row);
@@ -67,34 +42,6 @@ protected:
 private:
     bool only_ = false;
 };
-
-/// Grounds of what stands out, mixed from the palette's own so that they suit light and dark.
-class Marks : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        if (!index.data(nuvo::ObservationsModel::StandsOutRole).toBool())
-            return;
-        constexpr double share = 0.3;
-        const QColor base = option->palette.color(QPalette::Base);
-        const QColor mark = nuvo::FigureTheme::of(option->palette).selected;
-        const auto mixed = [](int a, int b) { return int(std::lround(a + share * (b - a))); };
-        option->backgroundBrush =
-            QColor(mixed(base.red(), mark.red()), mixed(base.green(), mark.green()), mixed(base.blue(), mark.blue()));
-    }
-};
-
-QString csvCell(QString text)
-{
-    if (!text.contains(u',') && !text.contains(u'"') && !text.contains(u'\n') && !text.contains(u'\r'))
-        return text;
-    return u'"' + text.replace(u'"', QLatin1String("\"\"")) + u'"';
-}
 
 } // namespace
 
@@ -109,18 +56,8 @@ TObservationsPage::TObservationsPage(QWidget *parent)
     view_->setAccessibleDescription(
         QStringLiteral("Every observation with its fitted value, residual and influence on the fit"));
     view_->setModel(order_);
-    view_->setItemDelegate(new Marks(view_));
-    view_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    nuvo::setUpFigureTable(*view_);
     view_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    view_->setTabKeyNavigation(false);
-    view_->setWordWrap(false);
-    view_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    view_->verticalHeader()->hide();
-    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() + 6);
-    view_->horizontalHeader()->setHighlightSections(false);
-    view_->horizontalHeader()->setResizeContentsPrecision(100);
-    view_->setSortingEnabled(true);
-    view_->sortByColumn(0, Qt::AscendingOrder);
 
     onlyThose_->setObjectName(QStringLiteral("OnlyStandOuts"));
     count_->setObjectName(QStringLiteral("ObservationsCount"));
@@ -252,8 +189,8 @@ void TObservationsPage::SaveCsv(const QString &file) const
     const auto addLine = [&](const auto &cell) {
         QStringList cells;
         for (int column = 0; column < model_->columnCount(); ++column)
-            cells += csvCell(cell(column));
-        text += cells.join(u',') + u'\n';
+            cells += cell(column);
+        text += nuvo::csvLine(cells) + u'\n';
     };
     addLine([&](int column) { return model_->Title(column); });
     for (int row = 0; row < model_->rowCount(); ++row)

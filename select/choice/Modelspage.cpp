@@ -1,0 +1,164 @@
+#include "select/choice/Modelspage.h"
+
+#include "platform/Savefile.h"
+#include "select/Choice.h"
+#include "select/Choicepage.h"
+#include "select/choice/Choicetable.h"
+
+#include <QHBoxLayout>
+#include <QIODevice>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace {
+
+using Criterion = nuvo::SubsetCriterion;
+
+/// The figures of a model, that of the criterion first.
+struct FigureColumn
+{
+    QStringView title;
+    QStringView hint;
+    double nuvo::SubsetFigures::*figure;
+    std::optional<Criterion> criterion{};
+};
+
+std::vector<FigureColumn> figureColumns(Criterion criterion)
+{
+    using Figures = nuvo::SubsetFigures;
+    std::vector<FigureColumn> columns{
+        {u"SSE", u"Sum of squared residuals", &Figures::sse},
+        {u"R²", u"Coefficient of determination", &Figures::rSquared},
+        {u"Adjusted R²", u"Adjusted coefficient of determination; the largest is the best",
+         &Figures::adjustedRSquared, Criterion::AdjustedRSquared},
+        {u"s²", u"Residual mean square", &Figures::sSquared},
+        {u"F", u"Overall F statistic; the largest is the best", &Figures::f, Criterion::F},
+        {u"Cp", u"Mallows' Cp; the smallest is the best", &Figures::cp, Criterion::Cp},
+        {u"AIC", u"Akaike's information criterion; the smallest is the best", &Figures::aic, Criterion::Aic},
+        {u"BIC", u"Schwarz's information criterion; the smallest is the best", &Figures::bic, Criterion::Bic},
+        {u"PRESS", u"Squared residuals of each observation from the fit without it; the smallest is the best",
+         &Figures::press, Criterion::Press},
+    };
+    std::stable_partition(columns.begin(), columns.end(),
+                          [&](const FigureColumn &column) { return column.criterion == criterion; });
+    return columns;
+}
+
+QString noteOf(const nuvo::Choice &choice, const nuvo::SubsetFigures &model)
+{
+    QStringList notes;
+    if (choice.subsets.best && choice.subsets.best->controls == model.controls)
+        notes += QStringLiteral("best by ") + nuvo::criterionName(choice.criterion);
+    if (choice.selected == model.controls && choice.end == nuvo::Choice::End::Chosen)
+        notes += QStringLiteral("in use");
+    if (model.dependent)
+        notes += QStringLiteral("dependent");
+    return notes.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+TModelsPage::TModelsPage(QWidget *parent)
+    : QWidget(parent), table_(new nuvo::ChoiceTable(this)),
+      use_(new QPushButton(QStringLiteral("&Use this model"), this))
+{
+    table_->setObjectName(QStringLiteral("ModelsView"));
+    table_->setAccessibleName(QStringLiteral("Models"));
+    table_->setAccessibleDescription(
+        QStringLiteral("The best models of each size with their figures; a click on a heading sorts"));
+    use_->setObjectName(QStringLiteral("UseModel"));
+    use_->setAutoDefault(false);
+    use_->setToolTip(QStringLiteral("Put the selected model on the component, loaded and fitted (Enter)"));
+    use_->setAccessibleDescription(use_->toolTip());
+
+    auto *below = new QHBoxLayout;
+    below->addStretch(1);
+    below->addWidget(use_);
+    auto *all = new QVBoxLayout(this);
+    all->addWidget(table_, 1);
+    all->addLayout(below);
+
+    connect(table_, &nuvo::ChoiceTable::CurrentPicked, this, [this] {
+        ShowState();
+        Q_EMIT SelectionChanged();
+    });
+    const auto use = [this] {
+        if (use_->isEnabled())
+            Q_EMIT UseModel(Selected());
+    };
+    connect(table_, &nuvo::ChoiceTable::Activated, this, use);
+    connect(use_, &QPushButton::clicked, this, use);
+    SetChoice({});
+}
+
+void TModelsPage::SetChoice(const nuvo::Choice &choice)
+{
+    const std::vector<FigureColumn> figures = figureColumns(choice.criterion);
+    std::vector<nuvo::ChoiceColumn> columns{
+        {QStringLiteral("No."), QStringLiteral("Number in the list")},
+        {QStringLiteral("Size"), QStringLiteral("Number of terms")},
+        {QStringLiteral("Terms"), QStringLiteral("Terms"), true},
+        {QStringLiteral("Note"), QStringLiteral("What is to be said of the model"), true}};
+    for (const FigureColumn &figure : figures)
+        columns.push_back(
+            {figure.title.toString(), figure.hint.toString() + (figure.criterion == choice.criterion
+                                                                    ? QStringLiteral(" (the criterion of the choice)")
+                                                                    : QString())});
+    std::vector<nuvo::ChoiceRow> rows;
+    left_ = 0;
+    for (const nuvo::SubsetFigures &model : choice.subsets.bySize) {
+        nuvo::ChoiceRow &row = rows.emplace_back();
+        row.number = int(rows.size());
+        row.quiet = model.dependent;
+        row.marked = choice.end == nuvo::Choice::End::Chosen && choice.selected == model.controls;
+        if (row.marked)
+            left_ = row.number;
+        row.cells = {nuvo::countCell(row.number), nuvo::countCell(model.size),
+                     nuvo::termsCell(choice.terms(model.controls)), nuvo::wordsCell(noteOf(choice, model))};
+        for (const FigureColumn &figure : figures)
+            row.cells.push_back(nuvo::figureCell(model.*figure.figure));
+    }
+    table_->SetRows(std::move(columns), std::move(rows));
+    SetSelected(left_);
+}
+
+QTableView &TModelsPage::View()
+{
+    return *table_;
+}
+
+int TModelsPage::Selected() const
+{
+    return table_->Current();
+}
+
+void TModelsPage::SetSelected(int model)
+{
+    table_->SetCurrent(model);
+    ShowState();
+}
+
+void TModelsPage::ShowState()
+{
+    use_->setEnabled(Selected() != 0 && Selected() != left_);
+}
+
+QString TModelsPage::SelectionText() const
+{
+    return table_->SelectionText();
+}
+
+void TModelsPage::Copy() const
+{
+    table_->Copy();
+}
+
+void TModelsPage::SaveCsv(const QString &file) const
+{
+    nuvo::saveFile(
+        file, [bytes = table_->Csv().toUtf8()](QIODevice &device) { return device.write(bytes) == bytes.size(); });
+}

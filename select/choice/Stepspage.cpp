@@ -1,0 +1,236 @@
+#include "select/choice/Stepspage.h"
+
+#include "platform/Messages.h"
+#include "platform/Savefile.h"
+#include "present/controls/Figuretable.h"
+#include "select/Choice.h"
+#include "select/Choicepage.h"
+#include "select/choice/Choicetable.h"
+
+#include <QHBoxLayout>
+#include <QIODevice>
+#include <QLabel>
+#include <QPushButton>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using Action = nuvo::SearchStep::Action;
+
+QString exact(double value)
+{
+    return std::isnan(value) ? QString() : QString::number(value, 'g', QLocale::FloatingPointShortest);
+}
+
+QString actionOf(const nuvo::SearchStep &step)
+{
+    switch (step.action) {
+    case Action::Add:
+        return QStringLiteral("add");
+    case Action::Remove:
+        return QStringLiteral("remove");
+    case Action::End:
+        break;
+    }
+    return QStringLiteral("end");
+}
+
+/// What became of a candidate, or could.
+QString fateOf(const nuvo::SearchStep &step, std::size_t at)
+{
+    const nuvo::StepCandidate &candidate = step.candidates[at];
+    const bool entering = step.action == Action::Add || (step.action == Action::End && int(at) < step.entering);
+    if (candidate.dependent)
+        return QStringLiteral("depends on the model");
+    if (step.action == Action::End)
+        return entering ? QStringLiteral("could enter") : QStringLiteral("could leave");
+    if (candidate.control == step.control)
+        return entering ? QStringLiteral("enters") : QStringLiteral("leaves");
+    return entering ? QStringLiteral("stays out") : QStringLiteral("stays in");
+}
+
+std::vector<nuvo::ChoiceRow> stepsOf(const nuvo::Choice &choice)
+{
+    std::vector<nuvo::ChoiceRow> rows;
+    for (const nuvo::SearchStep &step : choice.search.path) {
+        nuvo::ChoiceRow &row = rows.emplace_back();
+        row.number = int(rows.size());
+        const bool ends = step.action == Action::End;
+        const double none = std::numeric_limits<double>::quiet_NaN();
+        row.marked = choice.applied > 0 ? row.number == choice.applied : ends;
+        row.cells = {nuvo::countCell(row.number),
+                     ends ? nuvo::wordsCell(QStringLiteral("End"))
+                          : nuvo::termsCell({choice.term(step.control)}, actionOf(step) + u' '),
+                     nuvo::figureCell(ends ? none : step.f),
+                     nuvo::probabilityCell(ends ? none : step.pValue),
+                     nuvo::figureCell(step.threshold),
+                     nuvo::figureCell(step.sse),
+                     step.model == 0 ? nuvo::wordsCell(QStringLiteral("the constant alone"))
+                                     : nuvo::termsCell(choice.terms(step.model)),
+                     nuvo::wordsCell(row.marked ? QStringLiteral("in use") : QString())};
+    }
+    return rows;
+}
+
+} // namespace
+
+TStepsPage::TStepsPage(QWidget *parent)
+    : QWidget(parent), choice_(std::make_unique<const nuvo::Choice>()), steps_(new nuvo::ChoiceTable(this)),
+      title_(new QLabel(this)), candidates_(new nuvo::ChoiceTable(this)),
+      use_(new QPushButton(QStringLiteral("&Use this model"), this))
+{
+    steps_->setObjectName(QStringLiteral("StepsView"));
+    steps_->setAccessibleName(QStringLiteral("Steps"));
+    steps_->setAccessibleDescription(QStringLiteral("The steps of the search, the end last"));
+    candidates_->setObjectName(QStringLiteral("CandidatesView"));
+    candidates_->setAccessibleName(QStringLiteral("Candidates"));
+    candidates_->setAccessibleDescription(QStringLiteral("Every candidate of the selected step with its F and p"));
+    title_->setObjectName(QStringLiteral("StepTitle"));
+    title_->setTextFormat(Qt::PlainText);
+    title_->setWordWrap(true);
+    title_->setBuddy(candidates_);
+    use_->setObjectName(QStringLiteral("UseStep"));
+    use_->setAutoDefault(false);
+    use_->setToolTip(
+        QStringLiteral("Put the model after the selected step on the component, loaded and fitted (Enter)"));
+    use_->setAccessibleDescription(use_->toolTip());
+
+    auto *lower = new QWidget(this);
+    auto *lowerRows = new QVBoxLayout(lower);
+    lowerRows->setContentsMargins({});
+    lowerRows->addWidget(title_);
+    lowerRows->addWidget(candidates_, 1);
+    auto *halves = new QSplitter(Qt::Vertical, this);
+    halves->setObjectName(QStringLiteral("StepsSplitter"));
+    halves->setChildrenCollapsible(false);
+    halves->addWidget(steps_);
+    halves->addWidget(lower);
+    auto *below = new QHBoxLayout;
+    below->addStretch(1);
+    below->addWidget(use_);
+    auto *all = new QVBoxLayout(this);
+    all->addWidget(halves, 1);
+    all->addLayout(below);
+
+    connect(steps_, &nuvo::ChoiceTable::CurrentPicked, this, [this] {
+        ShowStep();
+        Q_EMIT SelectionChanged();
+    });
+    const auto use = [this] {
+        if (use_->isEnabled())
+            Q_EMIT UseModel(Selected());
+    };
+    connect(steps_, &nuvo::ChoiceTable::Activated, this, use);
+    connect(use_, &QPushButton::clicked, this, use);
+    SetChoice({});
+}
+
+TStepsPage::~TStepsPage() = default;
+
+void TStepsPage::SetChoice(const nuvo::Choice &choice)
+{
+    choice_ = std::make_unique<const nuvo::Choice>(choice);
+    steps_->SetRows({{QStringLiteral("Step"), QStringLiteral("Number of the step")},
+                     {QStringLiteral("What"), QStringLiteral("What is done"), true},
+                     {QStringLiteral("F"), QStringLiteral("Partial F of the variable")},
+                     {QStringLiteral("p"), QStringLiteral("Its upper tail")},
+                     {QStringLiteral("Threshold"), QStringLiteral("The F that it was held against")},
+                     {QStringLiteral("SSE"), QStringLiteral("Sum of squared residuals after the step")},
+                     {QStringLiteral("Model"), QStringLiteral("Terms in the model after the step"), true},
+                     {QStringLiteral("Note"), QStringLiteral("Whether the component has this model"), true}},
+                    stepsOf(choice));
+    SetSelected(choice.search.path.empty() ? 0 : 1);
+}
+
+void TStepsPage::SetSelected(int step)
+{
+    steps_->SetCurrent(step);
+    ShowStep();
+}
+
+void TStepsPage::ShowStep()
+{
+    const int number = Selected();
+    std::vector<nuvo::ChoiceRow> rows;
+    title_->setText(QStringLiteral("Select a step to see its candidates."));
+    bool other = false;
+    if (number > 0) {
+        const nuvo::SearchStep &step = choice_->search.path[std::size_t(number) - 1];
+        other = step.model != choice_->selected;
+        title_->setText(nuvo::withoutControls(nuvo::stepText(*choice_, step)) + u'.');
+        for (std::size_t at = 0; at < step.candidates.size(); ++at) {
+            const nuvo::StepCandidate &candidate = step.candidates[at];
+            nuvo::ChoiceRow &row = rows.emplace_back();
+            row.number = int(rows.size());
+            row.marked = step.action != Action::End && candidate.control == step.control;
+            row.quiet = candidate.dependent;
+            row.cells = {nuvo::countCell(candidate.control), nuvo::termsCell({choice_->term(candidate.control)}),
+                         nuvo::figureCell(candidate.f), nuvo::probabilityCell(candidate.pValue),
+                         nuvo::wordsCell(fateOf(step, at))};
+        }
+    }
+    candidates_->SetRows({{QStringLiteral("No."), QStringLiteral("Number of the variable")},
+                          {QStringLiteral("Variable"), QStringLiteral("Variable"), true},
+                          {QStringLiteral("F"), QStringLiteral("Partial F")},
+                          {QStringLiteral("p"), QStringLiteral("Its upper tail")},
+                          {QStringLiteral("What"), QStringLiteral("What becomes of it"), true}},
+                         std::move(rows));
+    use_->setEnabled(other);
+}
+
+QTableView &TStepsPage::Steps()
+{
+    return *steps_;
+}
+
+QTableView &TStepsPage::Candidates()
+{
+    return *candidates_;
+}
+
+int TStepsPage::Selected() const
+{
+    return steps_->Current();
+}
+
+const nuvo::ChoiceTable &TStepsPage::Reading() const
+{
+    return candidates_->hasFocus() ? *candidates_ : *steps_;
+}
+
+QString TStepsPage::SelectionText() const
+{
+    return Reading().SelectionText();
+}
+
+void TStepsPage::Copy() const
+{
+    Reading().Copy();
+}
+
+void TStepsPage::SaveCsv(const QString &file) const
+{
+    QString text = QStringLiteral("Step,Action,Variable,F,p,What,Threshold,SSE,Model\n");
+    int number = 0;
+    for (const nuvo::SearchStep &step : choice_->search.path) {
+        ++number;
+        const QStringList after{exact(step.threshold), exact(step.sse),
+                                choice_->terms(step.model).join(QStringLiteral(", "))};
+        for (std::size_t at = 0; at < step.candidates.size(); ++at) {
+            const nuvo::StepCandidate &candidate = step.candidates[at];
+            text +=
+                nuvo::csvLine(QStringList{QString::number(number), actionOf(step), choice_->term(candidate.control),
+                                          exact(candidate.f), exact(candidate.pValue), fateOf(step, at)} +
+                              after) +
+                u'\n';
+        }
+        if (step.candidates.empty())
+            text +=
+                nuvo::csvLine(QStringList{QString::number(number), actionOf(step), {}, {}, {}, {}} + after) + u'\n';
+    }
+    nuvo::saveFile(file, [bytes = text.toUtf8()](QIODevice &device) { return device.write(bytes) == bytes.size(); });
+}
