@@ -78,7 +78,8 @@ SqlField ServerRecords::field(const QString &name, const SqlNumbers &sql) const
                     .arg(column.name, caption, type));
         }
         const QString &expression = expressions[qsizetype(i)];
-        return {sql.number(expression, column.kind), sql.present(expression, column.kind)};
+        return {sql.number(expression, column.kind), sql.present(expression, column.kind),
+                isInteger(column.kind) || column.kind == FieldKind::Boolean};
     }
     throw EDatabaseError(QStringLiteral("No field \"%1\" in %2; its fields: %3.").arg(name, caption, listed(there)));
 }

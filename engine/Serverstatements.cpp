@@ -87,7 +87,7 @@ QString ServerStatements::shifted(const Column &column) const
     QString value = column.always ? term.value : term.safeValue();
     if (column.shift.exponent != 0)
         value += QLatin1String(" * ") + sql_.literal(std::scalbn(1.0, -column.shift.exponent));
-    return QStringLiteral("%1 - %2").arg(value, sql_.literal(column.shift.shift));
+    return column.shift.shift == 0 ? value : QStringLiteral("%1 - %2").arg(value, sql_.literal(column.shift.shift));
 }
 
 QString ServerStatements::products(const std::vector<Column> &columns) const

@@ -60,6 +60,7 @@ public:
     ServerSession session;
     std::atomic<qint64> sampled{0};
     std::atomic<double> done{0};
+    std::vector<qint64> received;
 
 private:
     const QString &caption() const { return source_.caption; }
@@ -99,7 +100,9 @@ void ServerReader::Private::describe()
 std::vector<Row> ServerReader::Private::rows(const QString &sql, qint64 most)
 {
     try {
-        return session.rows(sql, source_.values, caption(), most);
+        std::vector<Row> result = session.rows(sql, source_.values, caption(), most);
+        received.push_back(qint64(result.size()));
+        return result;
     } catch (const EDatabaseError &error) {
         if (session.cancelled() || source_.parts.empty() || session.isLost())
             throw;
@@ -157,13 +160,20 @@ void ServerReader::Private::readCounts(RecordSums &result)
 /// The columns of the sums: the terms that are usable anywhere beside the response.
 void ServerReader::Private::chooseColumns()
 {
+    // Where a subquery is not worked out once, every product has its columns shifted anew.
+    const std::vector<ServerSource> &sources = statements_->sources();
+    const bool nested =
+        std::all_of(sources.begin(), sources.end(), [](const ServerSource &source) { return source.nested; });
     for (size_t term = 0; term < terms_.size(); ++term) {
         const TermRecords &records = terms_[term];
         if (records.count == 0)
             continue;
         if (!std::isfinite(records.sum) || !std::isfinite(records.range.largest()))
             throw EDatabaseError(QStringLiteral("The sums over %1 leave the range of numbers.").arg(caption()));
-        used_.push_back({int(term), ColumnShift::of(records.sum / records.count, records.range), records.always});
+        const double mean = records.sum / records.count;
+        const bool asItIs =
+            !nested && ColumnShift::isDispensable(mean, records.range, statements_->terms()[term].whole);
+        used_.push_back({int(term), asItIs ? ColumnShift() : ColumnShift::of(mean, records.range), records.always});
     }
 }
 
@@ -340,6 +350,11 @@ qint64 ServerReader::records() const
 double ServerReader::share() const
 {
     return d_->done;
+}
+
+const std::vector<qint64> &ServerReader::rowsReceived() const
+{
+    return d_->received;
 }
 
 bool addsUp(const QString &databaseName)

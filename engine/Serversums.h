@@ -31,6 +31,9 @@ public:
     /// By the statements that are done.
     double share() const override;
 
+    /// What travelled: the rows that each statement returned, in their order; the sample's last. After read().
+    const std::vector<qint64> &rowsReceived() const;
+
 private:
     class Private;
     std::unique_ptr<Private> d_;

@@ -54,6 +54,7 @@ public:
                 term.usable += QLatin1String(" AND ") + condition;
         }
         term.guarded = transformation_.operation != Operation::Plain;
+        term.whole = first_.whole && !term.guarded;
         return term;
     }
 

@@ -13,18 +13,19 @@ namespace nuvo {
 /// A field in a statement.
 struct SqlField
 {
-    QString number;  ///< as a double
-    QString present; ///< the condition that it is not null
+    QString number;     ///< as a double
+    QString present;    ///< the condition that it is not null
+    bool whole = false; ///< whether all its values are whole numbers
 };
 
 /// A term in a statement. Conditions are parts of a conjunction or can be put between parentheses.
 struct SqlTerm
 {
-    QString value;   ///< where it is usable; elsewhere it may be refused by the database
-    QString usable;  ///< the condition; empty where no record is usable
-    QString present; ///< the condition that no field that it needs is null
-    bool guarded =
-        true; ///< whether the value is an error or without meaning where the term is not usable, not a null
+    QString value;       ///< where it is usable; elsewhere it may be refused by the database
+    QString usable;      ///< the condition; empty where no record is usable
+    QString present;     ///< the condition that no field that it needs is null
+    bool whole = false;  ///< whether all values are whole numbers
+    bool guarded = true; ///< whether the value may be no null, or an error, where the term is not usable
 
     /// The value, a null where the term is not usable.
     QString safeValue() const;

@@ -82,6 +82,14 @@ ColumnShift ColumnShift::of(double mean, ColumnRange range)
     return result;
 }
 
+bool ColumnShift::isDispensable(double mean, ColumnRange range, bool whole)
+{
+    constexpr double largest = 0x1p200;
+    constexpr double smallest = 0x1p-200;
+    const bool notTiny = whole || range.min >= smallest || range.max <= -smallest;
+    return notTiny && range.largest() <= largest && range.max > range.min && std::fabs(mean) <= range.max - range.min;
+}
+
 CrossProducts unshifted(const CrossProducts &shifted, std::span<const ColumnShift> shifts)
 {
     CrossProducts products{};

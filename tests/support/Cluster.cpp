@@ -36,6 +36,13 @@ void Cluster::makeTable(const QString &columns)
     makeForeign(1, QStringLiteral("t3b"), QStringLiteral("t3"), columns, values("3000", "MAXVALUE"));
 }
 
+void Cluster::dropTable()
+{
+    parent->exec(QStringLiteral("DROP TABLE t"));
+    shards[0]->exec(QStringLiteral("DROP TABLE t1"));
+    shards[1]->exec(QStringLiteral("DROP TABLE t2, t3b"));
+}
+
 void Cluster::makeForeign(int shard, const QString &name, const QString &of, const QString &columns,
                           const QString &range)
 {

@@ -20,6 +20,7 @@ public:
     /// for ids below 1000, t2 on shard2 for those from 1000 to 1999 and, on the first server itself, t3, which is
     /// parted in turn: t3a for ids below 3000 and t3b, again on shard2, for the rest.
     void makeTable(const QString &columns);
+    void dropTable();
 
     std::unique_ptr<TestDatabase> parent;
     std::unique_ptr<TestDatabase> shards[2];

@@ -104,6 +104,17 @@ TEST(ColumnShifts, KeepTheSquaresOfTheLargestNumbersInRange)
     }
 }
 
+TEST(ColumnShifts, CanBeSparedWhereDigitsAndRangeAllow)
+{
+    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(60, {10, 110}, false));
+    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(-60, {-110, -10}, false));
+    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(105, {100, 110}, true)); // digits
+    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(0.1, {-1, 1}, false));   // there may be 1e-200 in it
+    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(0.1, {-1, 1}, true));
+    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(1e90, {1e-9, 3e90}, false));
+    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(0, {0, 0}, true));
+}
+
 TEST(ShiftedSums, AreThoseOfTheColumnsWhenShiftedBack)
 {
     const Columns columns = around(64);

@@ -1,5 +1,6 @@
 #include "support/Cluster.h"
 #include "engine/Serverstatements.h"
+#include "engine/kernel/Nist.h"
 #include "engine/server/Serverfit.h"
 #include "platform/Partitions.h"
 
@@ -97,6 +98,14 @@ TEST_F(ServerSumsOfACluster, AskEachServerForSumsAlone)
     }
 }
 
+TEST_F(ServerSumsOfACluster, AreFewRowsHoweverManyRecordsThereAre)
+{
+    nuvo::ServerReader reader(requestOf(cluster.name(), "t", {u("x1"), u("x2")}));
+    EXPECT_TRUE(reader.read().has_value());
+    // Two patterns of each part, sums of both, those of the residuals, and the sample.
+    EXPECT_EQ(reader.rowsReceived(), (std::vector<qint64>{8, 8, 4, 2500}));
+}
+
 TEST_F(ServerSumsOfACluster, TakeTheFilterToEachServer)
 {
     nuvo::RecordRequest request = requestOf(cluster.name(), "t", {u("x1")});
@@ -137,4 +146,40 @@ TEST_F(ServerSumsOfACluster, AreAskedOfTablesThatInheritFromOne)
         cluster.parent->exec(u("INSERT INTO %1 SELECT i, i % 3, i % 5 FROM generate_series(1, 100) i").arg(u(name)));
     EXPECT_EQ(readOn(requestOf(cluster.name(), "base", {u("x")})).sums.count(1), 300);
     EXPECT_EQ(readOn(requestOf(cluster.name(), "near", {u("x")})).sums.count(1), 100);
+}
+
+TEST(ServerSumsOfCertifiedSets, KeepTheirDigitsOnACluster)
+{
+    Cluster cluster;
+    for (const auto &[name, bar] : {std::pair("Longley", 15.0),
+                                    {"Norris", 14.0},
+                                    {"Pontius", 13.5},
+                                    {"Wampler1", 15.0},
+                                    {"Wampler2", 13.1},
+                                    {"Wampler5", 15.0}}) {
+        const NistSet set = readNist(name);
+        QStringList controls;
+        QString declared = u("id int");
+        for (int j = 1; j <= set.controls(); ++j) {
+            controls.append(u("x%1").arg(j));
+            declared += u(", x%1 float8").arg(j);
+        }
+        cluster.makeTable(declared + u(", y float8"));
+        QStringList rows;
+        for (int i = 0; i < set.observations(); ++i) {
+            QStringList cells{QString::number(i % 4 * 1000 + i)};
+            for (const std::vector<double> &column : set.columns)
+                cells.append(u("'%1'").arg(QString::number(column[size_t(i)], 'g', 17)));
+            rows.append(u("(%1)").arg(cells.join(u(", "))));
+        }
+        cluster.parent->exec(u("INSERT INTO t VALUES %1").arg(rows.join(u(", "))));
+        nuvo::RecordSums records = readOn(requestOf(cluster.name(), "t", controls));
+        const auto fit = fitOf(records);
+        double digits = 15;
+        for (int j = 0; j <= set.controls(); ++j)
+            digits = std::min(digits, digitsAgreed(fit->b(j), set.coefficients[size_t(j)].certified));
+        RecordProperty(name, std::to_string(digits));
+        EXPECT_GE(digits, bar) << name;
+        cluster.dropTable();
+    }
 }
