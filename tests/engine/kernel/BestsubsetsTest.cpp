@@ -241,6 +241,17 @@ TEST(BestSubsets, AmongEqualSumsTheLowestControlsComeFirst)
     EXPECT_EQ(choice.best->controls, ControlSet(0b1011));
 }
 
+TEST(BestSubsets, TheBestByOverallFHasTheLargestOfAll)
+{
+    const SubsetChoice choice = chooseSubsets(subsetSums(randomColumns(40, 7, 0)), 252, SubsetCriterion::F);
+    ASSERT_EQ(choice.bySize.size(), 1023U);
+    ASSERT_TRUE(choice.best);
+    for (const SubsetFigures &one : choice.bySize)
+        EXPECT_LE(one.f, choice.best->f);
+    const SubsetChoice cement = choose(subsetReference("cement"), 1, SubsetCriterion::F);
+    EXPECT_NEAR(cement.best->f, 229.5037, 1e-4);
+}
+
 TEST(BestSubsets, WithoutObservationsThereIsNoPress)
 {
     const SubsetReference &data = subsetReference("cement");

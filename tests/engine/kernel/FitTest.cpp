@@ -118,6 +118,31 @@ TEST(Observations, FurtherColumnsAreZeros)
     EXPECT_EQ(narrower.y().values[7], 9);
 }
 
+TEST(Observations, SomeOfTheColumnsAreTheSameNumbersWithoutTheOthers)
+{
+    const Observations all = Observations::of({a, b, y}, y);
+    const Observations some = all.only(std::vector<int>{2});
+    EXPECT_EQ(some.n(), 8);
+    EXPECT_EQ(some.m(), 1);
+    EXPECT_EQ(some.x(1).values, all.x(2).values);
+    EXPECT_EQ(some.x(2).values[7], 0);
+    EXPECT_EQ(some.y().values, all.y().values);
+    EXPECT_EQ(Fit(some).sse(), Fit(Observations::of({b}, y)).sse());
+    EXPECT_EQ(all.only({}).m(), 0);
+}
+
+TEST(Observations, SomeOfTheColumnsAtKnownRecordsKeepTheProductsThatAreKnown)
+{
+    const auto records = std::make_shared<UsableRecords>(std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}, 8, 3);
+    const std::vector<int> numbers = {2, 1, 0};
+    for (const auto &[number, source] : {std::pair(0, &y), std::pair(1, &a), std::pair(2, &b)})
+        records->column(number, *source);
+    const Observations some = Observations(records, numbers).only(std::vector<int>{2});
+    ASSERT_EQ(some.keptProducts(), records.get());
+    EXPECT_EQ(std::vector<int>(some.numbers().begin(), some.numbers().end()), (std::vector<int>{1, 0}));
+    EXPECT_EQ(Fit(some).sse(), Fit(Observations::of({a}, y)).sse());
+}
+
 TEST(Observations, OfRecordsThatAreKnownAreTheirColumnsAndOrdinals)
 {
     const auto records = std::make_shared<UsableRecords>(std::vector<int>{1, 3, 4, 7}, 8, 3,
