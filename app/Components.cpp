@@ -36,12 +36,21 @@ void TerminalLoadProgress::Show()
 {
     bar_ = std::make_unique<ProgressBar>();
     bar_->draw(progress_, QString());
+    drawn_.start();
 }
 
 void TerminalLoadProgress::SetGaugeText(const QString &text)
 {
-    if (bar_)
+    if (!bar_)
+        return;
+    // Where no share is known the text alone goes on.
+    constexpr qint64 pace = 100; // ms
+    if (drawn_.elapsed() < pace) {
         bar_->update(progress_, text);
+        return;
+    }
+    bar_->draw(progress_, text);
+    drawn_.start();
 }
 
 TerminalSelectionProgress::TerminalSelectionProgress(bool drawn) : drawn_(drawn)

@@ -26,6 +26,7 @@ public:
 private:
     std::unique_ptr<ProgressBar> bar_;
     int progress_ = 0;
+    QElapsedTimer drawn_;
 };
 
 /// A selection's progress as a bar on standard error, beside it the text of the last step.

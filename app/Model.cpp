@@ -37,6 +37,7 @@ void defineModel(TDataSet &dataset, TRegression &regression, const ModelOptions 
         regression.SetControl(int(i) + 1, definitionOf(options.controls[i]));
     regression.SetResponse(response(options.response));
     regression.SetDescription(options.description);
+    regression.SetUseOfRecords(options.records);
 }
 
 } // namespace nuvo

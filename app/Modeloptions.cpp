@@ -43,6 +43,7 @@ void ModelSyntax::addModel()
     response_ = addRequired("--response", "TERM", "The response variable Y", "VARIABLES");
     controls_ = addValues("--control", "TERM", "A control variable X; up to ten of them", "VARIABLES");
     description_ = addValue("--description", "TEXT", "What it is about, for the report's head");
+    records_ = addValue("--records", "first|all|server", "Which to use: the first 2500 unless told", "DATA");
     progress_ = addFlag("--progress", "Draw a progress bar on a terminal");
     format_ = addFormat();
 }
@@ -70,6 +71,9 @@ void ModelSyntax::readModel(ModelOptions &options) const
     for (const QString &control : controls)
         options.controls.append(parseControl(control));
     options.description = optionText(description_);
+    if (isGiven(records_))
+        options.records = oneOf<RecordUse>(
+            records_, {{"first", RecordUse::First}, {"all", RecordUse::All}, {"server", RecordUse::Server}});
     options.progress = isGiven(progress_);
     options.format = outputFormat(format_);
 }

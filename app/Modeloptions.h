@@ -2,6 +2,7 @@
 
 #include "app/Syntax.h"
 #include "app/Terms.h"
+#include "engine/Regression.h"
 
 #include <QList>
 
@@ -18,6 +19,7 @@ struct ModelOptions
     Term response;
     QList<Term> controls; ///< in the order given; at most ten
     QString description;
+    RecordUse records = RecordUse::First;
     bool progress = false;
     OutputFormat format = OutputFormat::Text;
 };
@@ -41,6 +43,7 @@ private:
     CLI::Option *response_ = nullptr;
     CLI::Option *controls_ = nullptr;
     CLI::Option *description_ = nullptr;
+    CLI::Option *records_ = nullptr;
     CLI::Option *progress_ = nullptr;
     CLI::Option *format_ = nullptr;
 };

@@ -255,6 +255,9 @@ Json jsonRegression(const Figures &figures)
     records["read"] = figures.records.read;
     records["used"] = figures.records.used;
     records["skipped"] = figures.records.skipped;
+    if (figures.sample)
+        output["sample"] = {
+            {"size", figures.sample->size}, {"of", figures.observations}, {"record", Json(figures.record)}};
     output["dependentTerms"] = jsonTexts(figures.dependentTerms);
     output["response"] = jsonText(figures.response.term);
     Json &terms = output["terms"] = Json::array();

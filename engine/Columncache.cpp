@@ -365,7 +365,9 @@ std::optional<LoadedRecords> ColumnCache::Private::load(const ModelDefinitions &
             records->column(numbers[j], term(numbers[j]).values, term(numbers[j]).low);
         records->column(0, responses_, responsesLow_);
     }
-    return LoadedRecords{Observations(records, {numbers.data(), m + 1}), records->walked()};
+    LoadedRecords loaded{Observations(records, {numbers.data(), m + 1}), records->walked()};
+    loaded.more = records->walked() < read_ || !atEnd_;
+    return loaded;
 }
 
 /// Puts the dataset where the last load would have left it: behind the last record that it walked.

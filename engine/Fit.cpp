@@ -82,6 +82,12 @@ Fit::Fit(Observations sample, const Sums &sums) : observations_(std::move(sample
     solve();
 }
 
+Fit::Fit(Observations sample, const RecordTotals &totals)
+    : observations_(std::move(sample)), sums_(totals.sums), spread_(totals.spread)
+{
+    solve();
+}
+
 Fit::~Fit() = default;
 
 void Fit::solve()

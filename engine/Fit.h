@@ -31,6 +31,8 @@ public:
     explicit Fit(Observations observations);
     /// From sums over more records than the observations, which are a sample of them.
     Fit(Observations sample, const Sums &sums);
+    /// The same with the spread of these records; the ranges of the sample's columns are to be theirs.
+    Fit(Observations sample, const RecordTotals &totals);
     ~Fit();
     Fit(const Fit &) = delete;
     Fit &operator=(const Fit &) = delete;
@@ -81,7 +83,7 @@ public:
     /// b(j) / stdErr(j)
     double tValue(int j) const { return b(j) / stdErr(j); }
 
-    /// Of the observations.
+    /// Of the observations, or of the records that totals are of.
     const Spread &spread() const;
     /// Fitted values and residuals y - fitted, of observation i at i - 1.
     const std::vector<double> &fitted() const;

@@ -57,6 +57,18 @@ Observations::Observations(std::shared_ptr<const ObservationBuffer> buffer, int 
     owner_ = std::move(buffer);
 }
 
+Observations::Observations(std::shared_ptr<const ObservationBuffer> buffer, int n, std::span<const int> columns)
+    : Observations()
+{
+    n_ = n;
+    m_ = int(columns.size());
+    for (std::size_t j = 0; j < columns.size(); ++j)
+        x_[j + 1] = observed(buffer->x[columns[j]], buffer->xLow[columns[j]], n);
+    y_ = observed(buffer->y, buffer->yLow, n);
+    record_ = buffer->record;
+    owner_ = std::move(buffer);
+}
+
 Observations::Observations(std::shared_ptr<UsableRecords> records, std::span<const int> numbers) : Observations()
 {
     n_ = records->count();
@@ -108,6 +120,15 @@ Observations Observations::only(std::span<const int> columns) const
         if (kept)
             result.numbers_[j] = numbers_[std::size_t(columns[j]) - 1];
     }
+    return result;
+}
+
+Observations Observations::withRanges(std::span<const ColumnRange> x, ColumnRange y) const
+{
+    Observations result = *this;
+    for (std::size_t j = 0; j < std::size_t(m_); ++j)
+        result.x_[j + 1].range = x[j];
+    result.y_.range = y;
     return result;
 }
 

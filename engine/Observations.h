@@ -33,7 +33,8 @@ struct ObservedColumn
     const double *values = nullptr;
     /// What rounding to doubles left of each value, to be added to it; null where the values are all there is.
     const double *low = nullptr;
-    ColumnRange range; ///< 0 to 0 without observations
+    /// 0 to 0 without observations; that of all records where the observations are a sample of more.
+    ColumnRange range;
 };
 
 /// What a load made of the records: n observations of m control variables and the response, by columns, so that sums
@@ -46,6 +47,8 @@ public:
     Observations();
     /// The first n observations of m columns of a buffer that nobody writes to any more.
     Observations(std::shared_ptr<const ObservationBuffer> buffer, int n, int m);
+    /// Of some of a buffer's columns, by their places there from 0, in this order.
+    Observations(std::shared_ptr<const ObservationBuffer> buffer, int n, std::span<const int> columns);
     /// At records that are known already, with their ordinals, by the numbers of the columns and, last, of the
     /// response, which were asked for by UsableRecords::column().
     Observations(std::shared_ptr<UsableRecords> records, std::span<const int> numbers);
@@ -64,6 +67,9 @@ public:
     Observations ofColumns(int m) const;
     /// These of the columns, by their numbers, ascending.
     Observations only(std::span<const int> columns) const;
+
+    /// The same with other ranges: of columns 1 to m, and of the response.
+    Observations withRanges(std::span<const ColumnRange> x, ColumnRange y) const;
 
     /// The columns in order, the response last, as the sums take them, without and with their low parts.
     std::array<DataColumn, MaxParameters> columns() const;

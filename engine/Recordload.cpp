@@ -114,6 +114,7 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
     }
     loaded.observations = Observations(buffer, n, int(terms.size()));
     loaded.read = read;
+    loaded.more = !dataset.Eof();
     loaded.leftOut = leftOut.counts();
     return loaded;
 }

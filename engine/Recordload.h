@@ -4,6 +4,7 @@
 #include "engine/Mlrtypes.h"
 #include "engine/Observations.h"
 #include "engine/Progress.h"
+#include "engine/Sums.h"
 #include "platform/Export.h"
 
 #include <QtGlobal>
@@ -31,8 +32,12 @@ struct LoadedRecords
     Observations observations;
     qint64 read = 0;      ///< records walked
     bool stopped = false; ///< the person ended it, after so many records
+    bool more = false;    ///< there are records behind those walked
     /// What the terms could not use, the response first, without their names; empty where that was not counted.
     std::vector<LeftOut> leftOut{};
+    /// Of all records, where the observations are a sample.
+    std::optional<RecordTotals> totals{};
+    std::optional<qint64> total{}; ///< records in the dataset, where every one was read
 };
 
 /// Whom a load tells how far it is.

@@ -20,6 +20,8 @@ struct RecordRequest
     ScanSource source; ///< its columns are for the reader to fill in
     std::vector<TIndepVar> columns;
     TDependentVar response;
+    /// Only the fit of all columns is wanted: an error that its load raises can end the reading.
+    bool onlyAllColumns = false;
 };
 
 /// A field that could not be read as a number, or a number of a definition that is none: what a load of fewer terms
@@ -40,13 +42,20 @@ struct RecordError
 /// or a zero (below 1e-20) under the line either.
 struct RecordSums
 {
-    explicit RecordSums(int controls) : sums(controls), sample(controls) {}
+    /// Bit j of withLow says that term j, m for the response, has low parts.
+    explicit RecordSums(int controls, std::uint32_t lowParts = 0)
+        : sums(controls), sample(controls, lowParts), withLow(lowParts)
+    {
+    }
 
     PatternSums sums;
     /// At most 2500 records for any fit, with their ordinals among those read.
     PatternSample sample;
+    std::uint32_t withLow;
     /// Records read; where the database added up, those that came for the sample.
     std::int64_t read = 0;
+    /// Records there are, usable or not, where that is known.
+    std::optional<std::int64_t> total;
     /// The response first, then each control; without their names.
     std::vector<LeftOut> leftOut;
     std::vector<RecordError> errors; ///< in the order of the records, one of each kind

@@ -238,8 +238,20 @@ void TRegression::SetColumnCache(std::shared_ptr<nuvo::ColumnCache> cache)
 
 // Loading.
 
+std::size_t TRegression::Private::chooseColumns()
+{
+    std::size_t count = 0;
+    for (const TIndepVar &definition : controls) {
+        if (definition.Transformation() != u"Undefined")
+            nextColumns[count++].Assign(definition);
+    }
+    return count;
+}
+
 bool TRegression::Private::load()
 {
+    if (use != nuvo::RecordUse::First)
+        return loadEvery();
     const std::weak_ptr<bool> owner = alive;
     {
         const Busy guard(*this);
@@ -248,16 +260,12 @@ bool TRegression::Private::load()
         // Nothing of the load before is touched until the records have been read: reading them can throw.
         const auto usesCache = [this] { return cache != nullptr && !showLoadProgress; };
         std::unique_ptr<nuvo::Progress> progress = usesCache() ? nullptr : q.MakeLoadProgress();
-        std::size_t count = 0;
-        for (const TIndepVar &definition : controls) {
-            if (definition.Transformation() != u"Undefined")
-                nextColumns[count++].Assign(definition);
-        }
+        const std::size_t count = chooseColumns();
         // Whatever shows a window runs events, and one of these can be the component's end.
         q.CheckDataCount();
         if (owner.expired())
             return false;
-        const nuvo::ModelDefinitions definitions{{nextColumns.data(), count}, response};
+        const nuvo::ModelDefinitions definitions = nextDefinitions(count);
         std::optional<nuvo::LoadedRecords> found = usesCache() ? cache->load(definitions) : std::nullopt;
         if (!found) {
             if (cache)
@@ -268,28 +276,39 @@ bool TRegression::Private::load()
             if (owner.expired())
                 return false;
         }
-        m = int(count);
-        for (std::size_t j = 0; j < count; ++j)
-            columns[j].Assign(nextColumns[j]);
-        observed = std::move(found->observations);
-        recordsRead = int(found->read);
-        loadedResponse.Assign(response);
-        leftOut = std::move(found->leftOut);
-        opening = dataset.Opening();
-        loadStopped = found->stopped;
-        if (!loadStopped) {
-            setDegreesOfFreedom();
-            if (owner.expired())
-                return false;
-            const bool varies = observed.n() > 0 && !q.InvariantCol();
-            if (owner.expired())
-                return false;
-            loaded = varies;
-        }
+        settleLoad(std::move(*found), count);
+        if (owner.expired())
+            return false;
     }
     const bool result = loaded;
     q.NotifyLoaded();
     return result;
+}
+
+void TRegression::Private::settleLoad(nuvo::LoadedRecords &&found, std::size_t count)
+{
+    m = int(count);
+    for (std::size_t j = 0; j < count; ++j)
+        columns[j].Assign(nextColumns[j]);
+    observed = std::move(found.observations);
+    totals = std::move(found.totals);
+    recordsRead = found.read;
+    recordsTotal = found.total;
+    moreRecords = found.more;
+    loadedResponse.Assign(response);
+    leftOut = std::move(found.leftOut);
+    opening = dataset.Opening();
+    loadStopped = found.stopped;
+    if (loadStopped)
+        return;
+    // A message box can be the component's end.
+    const std::weak_ptr<bool> owner = alive;
+    setDegreesOfFreedom();
+    if (owner.expired())
+        return;
+    const bool varies = this->count() > 0 && !q.InvariantCol();
+    if (!owner.expired())
+        loaded = varies;
 }
 
 void TRegression::SetcVarArrays(const TIndepVar &definition)
@@ -335,7 +354,7 @@ void TRegression::Private::setDegreesOfFreedom()
         degreesOfFreedom = 0;
         MessageDlg(QStringLiteral("There are 0 degrees of freedom."), TMsgDlgType::mtError);
     } else {
-        degreesOfFreedom = short(degreesLeft());
+        degreesOfFreedom = degreesLeft();
     }
 }
 
@@ -361,9 +380,31 @@ bool TRegression::LoadStopped() const
     return d->loadStopped;
 }
 
-int TRegression::RecordsRead() const
+qint64 TRegression::RecordsRead() const
 {
     return d->recordsRead;
+}
+
+qint64 TRegression::RecordsUsed() const
+{
+    return d->count();
+}
+
+qint64 TRegression::RecordsSkipped() const
+{
+    // Where the database added up, only the sample's records were walked.
+    return d->recordsRead -
+           std::min<qint64>(d->recordsRead < d->count() ? d->observed.n() : d->count(), d->recordsRead);
+}
+
+bool TRegression::MoreRecords() const
+{
+    return d->moreRecords;
+}
+
+std::optional<qint64> TRegression::RecordsTotal() const
+{
+    return d->recordsTotal;
 }
 
 std::vector<nuvo::LeftOut> TRegression::LeftOut()

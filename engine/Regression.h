@@ -11,6 +11,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -27,6 +28,10 @@ struct LeftOut;
 struct Prediction;
 struct Sums;
 struct TestResult;
+
+/// Which records of its dataset a regression is of: the first 2500 that can be used, or every one, read once or added
+/// up by the database itself.
+enum class RecordUse { First, All, Server };
 } // namespace nuvo
 
 /// A message that a component's ShowWarnings governs: shows nothing and returns 0 when `show` is false, else shows a
@@ -36,10 +41,13 @@ NUVO_EXPORT int MlrMessageDlg(bool show, const QString &message, TMsgDlgType typ
 /// A multiple linear regression over a dataset's own records: y = b0 + b1 x1 + ... + bm xm by least squares.
 ///
 /// A client sets the definitions, calls ReLoad(), then Execute(), then reads the results. Observations i count from 1
-/// to n = GetNumObs() (at most 2500), columns j from 1 to m = GetNumVars() (at most 10), coefficients from 0, the
-/// constant, to m. The columns are the defined control variables in the order ControlVar01 to ControlVar10, undefined
-/// ones skipped. No accessor checks its index. The plain ones return what the last load and run left, also after a
-/// definition was changed.
+/// to SampleSize() (at most 2500), columns j from 1 to m = GetNumVars() (at most 10), coefficients from 0, the
+/// constant, to m. As long as Records is FirstRecords, the observations are all that the fit is of, and SampleSize()
+/// is n = GetNumObs(). With AllRecords and ServerRecords n can be any number: the observations are a sample of at
+/// most 2500, and so is what is of single observations or needs their residuals (residuals, fitted values, influence,
+/// diagnostics, robust errors, plots); everything else is of all n records. The columns are the defined control
+/// variables in the order ControlVar01 to ControlVar10, undefined ones skipped. No accessor checks its index. The
+/// plain ones return what the last load and run left, also after a definition was changed.
 ///
 /// Messages go through MessageDlg; conversion and database errors of a definition pass through to the caller. While a
 /// load shows its progress, and during a Series, events of the application run: ReLoad(), Execute() and property
@@ -82,11 +90,29 @@ public:
     bool ShowWarnings() const;
     void SetShowWarnings(bool show);
 
+    /// Changing it makes the component unloaded and not computed.
+    nuvo::RecordUse UseOfRecords() const;
+    void SetUseOfRecords(nuvo::RecordUse use);
+
     // The run.
 
     /// Reads the records anew; whether usable observations were loaded: at least one, and neither the response nor a
     /// column is constant.
+    ///
+    /// Every record is read in a thread of its own and on a connection of its own, from the database and not from the
+    /// rows of the dataset, which stays where it is. Meanwhile the application's events run, but for keys and clicks
+    /// where no dialog is shown to take them; the component refuses to be changed, closed, loaded or fitted, and can
+    /// be destroyed. \throws EDatabaseError and EConvertError as the records raise it.
     bool ReLoad();
+    /// The same without waiting for it, where every record is to be read: returns at once, and the component's signal
+    /// LoadEnded tells the end. What ReLoad() would throw then is shown in a message box before. Until the end the
+    /// component refuses what it refuses during ReLoad(). With FirstRecords this is ReLoad().
+    /// \throws EDatabaseError for what is wrong before anything is read.
+    void StartReLoad();
+    /// Ends a read of every record that is under way, as Escape does; that load counts as stopped. One that was begun
+    /// by StartReLoad() has ended on return, and LoadEnded was sent; ReLoad() returns false soon. Does nothing at any
+    /// other time.
+    void StopLoad();
     /// Fits. Never loads: on an unloaded component it only says so, if ShowWarnings().
     void Execute();
     /// b0 + the sum of b(j) values[j] over j = 1..k; values[0] is not read.
@@ -102,12 +128,16 @@ public:
 
     // What the last load made of the records.
 
-    /// Records that were walked.
-    int RecordsRead() const;
-    /// Records that became observations, GetNumObs().
-    int RecordsUsed() const { return GetNumObs(); }
+    /// Records that were walked. Where the database added up, those that came for the sample.
+    qint64 RecordsRead() const;
+    /// Records that the fit is of, n.
+    qint64 RecordsUsed() const;
     /// Records that were walked and could not be transformed.
-    int RecordsSkipped() const { return RecordsRead() - GetNumObs(); }
+    qint64 RecordsSkipped() const;
+    /// Whether there were records behind those walked, which the fit is not of.
+    bool MoreRecords() const;
+    /// Records in the dataset, where every one was read; empty where only a count would tell.
+    std::optional<qint64> RecordsTotal() const;
     /// For the response, then for each column, those of them that it cannot use, whatever the others can: nulls and
     /// values that it cannot take apart, with the ordinals of the first ones. Counted while a load reads; after one
     /// that had its records at hand already (a model selection's), when first asked for, by a walk over the records
@@ -115,15 +145,20 @@ public:
     /// not open any more.
     /// \throws EDatabaseError when reading fails, and while a load or a Series is under way.
     std::vector<nuvo::LeftOut> LeftOut();
-    /// Whether the person ended the last load with Escape; it then counts as not loaded.
+    /// Whether the last load was ended by Escape or StopLoad(); it then counts as not loaded.
     bool LoadStopped() const;
 
     // Results.
 
+    /// n, the number of records that the fit is of; 2147483647 where there are more: RecordsUsed() has them all.
     int GetNumObs() const;
+    /// The number of observations that can be asked for one by one: n, or that of the sample.
+    int SampleSize() const;
     int GetNumVars() const;
-    /// n - m - 1, and 0 where that is negative.
+    /// n - m - 1, and 0 where that is negative; 32767 where it is more.
     short GetDOF() const;
+    /// The same, however many.
+    qint64 DegreesOfFreedom() const;
     /// The definition behind column j as it was at load time.
     const TIndepVar &GetcVar(int j) const;
     double Getx(int i, int j) const;

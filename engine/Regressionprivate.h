@@ -1,13 +1,18 @@
 #pragma once
 
 #include "engine/Columncache.h"
+#include "engine/Everyrecord.h"
 #include "engine/Fit.h"
 #include "engine/Fitfigures.h"
+#include "engine/Reading.h"
 #include "engine/Recordload.h"
 #include "engine/Regression.h"
 
+#include <QTimer>
+
 #include <array>
 #include <memory>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -41,16 +46,39 @@ public:
 
     Private(TRegression &regression, TDataSet &source, Form kind) : q(regression), dataset(source), form(kind) {}
 
+    ~Private();
+
     void forgetLoad();
     bool load();
     void fit();
+    /// Makes of the definitions the columns of a load; returns how many these are.
+    std::size_t chooseColumns();
+    nuvo::ModelDefinitions nextDefinitions(std::size_t count) const
+    {
+        return {{nextColumns.data(), count}, response};
+    }
+    /// What was found becomes the component's, with its messages.
+    void settleLoad(nuvo::LoadedRecords &&found, std::size_t count);
+
+    // Every record, Everyload.cpp.
+    bool loadEvery();
+    std::shared_ptr<nuvo::EveryRecord> known(std::size_t count) const;
+    nuvo::RecordRequest requestFor(std::size_t count);
+    /// Waits with the application's events; empty after a stop, and when the component is gone.
+    std::optional<nuvo::RecordSums> readNow(nuvo::RecordRequest request);
+    void startReading();
+    void endReading();
+    void settleEvery(std::size_t count);
+
     /// False where the records are not there any more. Leaves the dataset where it is.
     bool countLeftOut();
     bool recordsAreThere() const;
     std::vector<nuvo::LeftOut> namedLeftOut();
     void keepColumns(std::span<const int> numbers);
     void setDegreesOfFreedom();
-    int degreesLeft() const { return observed.n() - (m + 1); }
+    /// Records that the fit is of.
+    qint64 count() const { return totals ? totals->sums.n : observed.n(); }
+    qint64 degreesLeft() const { return count() - (m + 1); }
     /// Of the response's multiple that sums of squares are of.
     int exponent() const { return lastFit ? lastFit->responseExponent() : 0; }
 
@@ -63,6 +91,8 @@ public:
             settle(part);
         return *shown;
     }
+    void findMeans(nuvo::Spread &found) const;
+    void findDeviations(nuvo::Spread &found) const;
     Shown &settled(Part part) { return const_cast<Shown &>(shownAfter(part)); }
 
     TRegression &q;
@@ -74,6 +104,7 @@ public:
     QString reportMessage;
     bool showLoadProgress = false;
     bool showWarnings = false;
+    nuvo::RecordUse use = nuvo::RecordUse::First;
 
     bool loaded = false;
     bool computed = false;
@@ -84,17 +115,43 @@ public:
     int m = 0;
     std::array<TIndepVar, MaxControls> columns; ///< column j at j - 1
     nuvo::Observations observed;
-    int recordsRead = 0;
+    std::optional<nuvo::RecordTotals> totals; ///< of all records, where those observed are a sample
+    qint64 recordsRead = 0;
+    bool moreRecords = false;           ///< behind those read
+    std::optional<qint64> recordsTotal; ///< where every record was read
     TDependentVar loadedResponse;
     qint64 opening = -1;                ///< of the dataset
     std::vector<nuvo::LeftOut> leftOut; ///< empty where it is still to be counted
-    short degreesOfFreedom = 0;
+    qint64 degreesOfFreedom = 0;
     std::array<nuvo::ColumnRange, MaxParameters> xRange{};
     nuvo::ColumnRange yRange;
 
     nuvo::RecordLoad records{dataset};
     std::array<TIndepVar, MaxControls> nextColumns; ///< of the load under way
     std::shared_ptr<nuvo::ColumnCache> cache;
+
+    /// What the last read of every record left; a series loads from it.
+    struct Every
+    {
+        nuvo::RecordUse use;
+        qint64 opening; ///< of the dataset
+        std::shared_ptr<nuvo::EveryRecord> records;
+    };
+    std::optional<Every> every;
+    bool inSeries = false;
+    std::vector<TIndepVar> seriesTerms;     ///< defined at its beginning
+    std::shared_ptr<nuvo::Reading> reading; ///< under way
+    /// What StartReLoad() has begun.
+    struct Started
+    {
+        nuvo::RecordRequest request;
+        std::size_t columns;
+        std::shared_ptr<nuvo::Progress> progress; ///< null where none is shown
+        QTimer *timer = nullptr;                  ///< the dataset's
+        bool shown = false;
+    };
+    std::unique_ptr<Started> started;
+    int readings = 0; ///< that were started
 
     std::shared_ptr<const nuvo::Fit> lastFit;
     std::shared_ptr<const nuvo::FitFigures> figures; ///< of the last fit that they were asked of

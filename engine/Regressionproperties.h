@@ -40,4 +40,17 @@ public:                                                                         
     Q_PROPERTY(bool ShowLoadProgress READ ShowLoadProgress WRITE SetShowLoadProgress)                                \
     Q_PROPERTY(bool ShowWarnings READ ShowWarnings WRITE SetShowWarnings)                                            \
     Q_PROPERTY(QStringList ResponseVarY READ ResponseStrings WRITE SetResponseStrings)                               \
-    Q_PROPERTY(QString ReportMessage READ ReportMessage WRITE SetReportMessage)
+    Q_PROPERTY(QString ReportMessage READ ReportMessage WRITE SetReportMessage)                                      \
+    Q_PROPERTY(TRecords Records READ Records WRITE SetRecords)                                                       \
+public:                                                                                                              \
+    /* As nuvo::RecordUse. */                                                                                        \
+    enum TRecords { FirstRecords, AllRecords, ServerRecords };                                                       \
+    Q_ENUM(TRecords)                                                                                                 \
+    TRecords Records() const                                                                                         \
+    {                                                                                                                \
+        return TRecords(UseOfRecords());                                                                             \
+    }                                                                                                                \
+    void SetRecords(TRecords records)                                                                                \
+    {                                                                                                                \
+        SetUseOfRecords(nuvo::RecordUse(records));                                                                   \
+    }

@@ -30,6 +30,10 @@ public:
     {
         if (!cacheBefore)
             q.SetColumnCache(std::make_shared<nuvo::ColumnCache>(regression.dataset, regression.controls));
+        const std::size_t count = regression.chooseColumns();
+        regression.seriesTerms.assign(regression.nextColumns.begin(),
+                                      regression.nextColumns.begin() + std::ptrdiff_t(count));
+        regression.inSeries = true;
     }
 
     void dropCache()
@@ -59,6 +63,7 @@ TRegression::Series::~Series()
         return;
     d_->regression.showLoadProgress = d_->showLoadProgress;
     d_->regression.showWarnings = d_->showWarnings;
+    d_->regression.inSeries = false;
     d_->dropCache();
 }
 
@@ -85,7 +90,8 @@ const nuvo::Observations &TRegression::Series::Observed() const
 
 nuvo::Sums TRegression::Series::Sums() const
 {
-    return nuvo::sumsOf(d_->regression.observed);
+    const TRegression::Private &regression = d_->regression;
+    return regression.totals ? regression.totals->sums : nuvo::sumsOf(regression.observed);
 }
 
 std::vector<nuvo::LeftOut> TRegression::Series::LeftOut()
@@ -107,6 +113,8 @@ bool TRegression::Series::KeepColumns(std::span<const int> columns)
 void TRegression::Private::keepColumns(std::span<const int> numbers)
 {
     observed = observed.only(numbers);
+    if (totals)
+        totals = totals->ofColumns(numbers);
     m = int(numbers.size());
     // Ascending, so that nothing is overwritten that is still needed.
     for (std::size_t j = 0; j < numbers.size(); ++j) {

@@ -360,7 +360,7 @@ const std::vector<qint64> &ServerReader::rowsReceived() const
 bool addsUp(const QString &databaseName)
 {
     Connection connection;
-    connection.open(databaseName);
+    connection.openBeside(databaseName);
     return connection.dialect() != Dialect::Sqlite;
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 // The figures of a regression: what its accessors show, and the steps by which a client can have them worked out.
 
@@ -77,9 +78,31 @@ void TRegression::Private::settle(Part part)
     std::erase_if(unsettled, isSettled<Unsettled>);
 }
 
+/// Means of all records are known as they are; the first ones' are worked out as the step has it.
+void TRegression::Private::findMeans(nuvo::Spread &found) const
+{
+    if (totals)
+        found = totals->spread;
+    else
+        nuvo::findMeans(observed, found);
+}
+
+void TRegression::Private::findDeviations(nuvo::Spread &found) const
+{
+    if (totals)
+        found = totals->spread;
+    else
+        nuvo::findDeviations(observed, found);
+}
+
 // Plain accessors.
 
 int TRegression::GetNumObs() const
+{
+    return int(std::min<qint64>(d->count(), std::numeric_limits<int>::max()));
+}
+
+int TRegression::SampleSize() const
 {
     return d->observed.n();
 }
@@ -90,6 +113,11 @@ int TRegression::GetNumVars() const
 }
 
 short TRegression::GetDOF() const
+{
+    return short(std::min<qint64>(d->degreesOfFreedom, std::numeric_limits<short>::max()));
+}
+
+qint64 TRegression::DegreesOfFreedom() const
 {
     return d->degreesOfFreedom;
 }
@@ -234,7 +262,7 @@ void TRegression::ComputexBar()
             return;
     }
     nuvo::Spread found;
-    findMeans(d->observed, found);
+    d->findMeans(found);
     std::copy_n(found.xBar.begin() + 1, d->observed.m(),
                 d->settled(Private::MeansAndDeviations).spread.xBar.begin() + 1);
 }
@@ -243,14 +271,14 @@ void TRegression::ComputexStdErr()
 {
     nuvo::Spread &spread = d->settled(Private::MeansAndDeviations).spread;
     nuvo::Spread found = spread;
-    findDeviations(d->observed, found);
+    d->findDeviations(found);
     std::copy_n(found.xStdErr.begin() + 1, d->observed.m(), spread.xStdErr.begin() + 1);
 }
 
 void TRegression::ComputeyBar()
 {
     nuvo::Spread found;
-    findMeans(d->observed, found);
+    d->findMeans(found);
     d->settled(Private::MeansAndDeviations).spread.yBar = found.yBar;
 }
 
@@ -258,13 +286,15 @@ void TRegression::ComputeyStdErr()
 {
     nuvo::Spread &spread = d->settled(Private::MeansAndDeviations).spread;
     nuvo::Spread found = spread;
-    findDeviations(d->observed, found);
+    d->findDeviations(found);
     spread.yStdErr = found.yStdErr;
 }
 
 void TRegression::ComputebVector()
 {
-    d->lastFit = std::make_shared<const nuvo::Fit>(d->observed.ofColumns(d->m));
+    d->lastFit = d->totals
+                     ? std::make_shared<const nuvo::Fit>(d->observed.ofColumns(d->m), d->totals->ofColumns(d->m))
+                     : std::make_shared<const nuvo::Fit>(d->observed.ofColumns(d->m));
     for (int rows = d->lastFit->zeroRows(); rows > 0; --rows)
         MessageDlg(QStringLiteral("Your matrix is singular"), TMsgDlgType::mtError);
 }
@@ -286,7 +316,7 @@ void TRegression::ComputeResiduals()
 void TRegression::ComputeSSE()
 {
     d->sse = d->lastFit ? d->lastFit->scaledSse() : 0;
-    d->mse = d->sse / d->degreesLeft();
+    d->mse = d->sse / double(d->degreesLeft());
     d->mseExponent = d->exponent();
 }
 
@@ -333,7 +363,7 @@ void TRegression::ComputeF()
 {
     ComputeSSR();
     ComputeSSE();
-    d->f = (d->ssr / d->m) / (d->sse / d->degreesLeft());
+    d->f = (d->ssr / d->m) / (d->sse / double(d->degreesLeft()));
 }
 
 double TRegression::GetSSR()

@@ -1,10 +1,12 @@
 #include "engine/Sums.h"
 
-#include "engine/Observations.h"
+#include "engine/kernel/Patternsums.h"
 #include "engine/kernel/Usablerecords.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <numeric>
 #include <vector>
 
 namespace nuvo {
@@ -86,6 +88,68 @@ Sums &Sums::operator+=(const Sums &other)
     }
     n += other.n;
     return *this;
+}
+
+RecordTotals RecordTotals::ofColumns(std::span<const int> columns) const
+{
+    RecordTotals result;
+    result.sums.n = sums.n;
+    result.sums.m = int(columns.size());
+    result.y = y;
+    result.spread.yBar = spread.yBar;
+    result.spread.yStdErr = spread.yStdErr;
+    // Where each column of the result stands here, the constant first and the response last; -1 for zeros.
+    std::vector<int> places{0};
+    for (const int column : columns)
+        places.push_back(column <= sums.m ? column : -1);
+    places.push_back(sums.m + 1);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (places[i] < 0)
+            continue;
+        const std::size_t from = std::size_t(places[i]);
+        result.sums.exponents[i] = sums.exponents[from];
+        for (std::size_t j = 0; j < places.size(); ++j) {
+            if (places[j] >= 0)
+                result.sums.products[i][j] = sums.products[from][std::size_t(places[j])];
+        }
+        if (i == 0 || i + 1 == places.size())
+            continue;
+        result.x[i] = x[from];
+        result.spread.xBar[i] = spread.xBar[from];
+        result.spread.xStdErr[i] = spread.xStdErr[from];
+    }
+    return result;
+}
+
+RecordTotals RecordTotals::ofColumns(int m) const
+{
+    std::vector<int> columns(static_cast<std::size_t>(m));
+    std::iota(columns.begin(), columns.end(), 1);
+    return ofColumns(columns);
+}
+
+RecordTotals totalsOf(PatternSums &sums, std::uint32_t controls)
+{
+    RecordTotals result;
+    result.sums.n = sums.count(controls);
+    result.sums.m = std::popcount(controls);
+    result.sums.products = sums.products(controls);
+    int j = 1;
+    for (std::uint32_t left = controls; left != 0; left &= left - 1, ++j)
+        result.sums.exponents[std::size_t(j)] = sums.exponent(std::countr_zero(left));
+    result.sums.exponents[std::size_t(j)] = sums.exponent(sums.controls());
+    const std::vector<PatternSums::Column> columns = sums.columns(controls);
+    if (columns.empty())
+        return result;
+    for (std::size_t k = 1; k < columns.size(); ++k) {
+        result.x[k] = {columns[k - 1].min, columns[k - 1].max};
+        result.spread.xBar[k] = columns[k - 1].mean;
+        result.spread.xStdErr[k] = columns[k - 1].deviation;
+    }
+    result.y = {columns.back().min, columns.back().max};
+    result.spread.yBar = columns.back().mean;
+    result.spread.yStdErr = columns.back().deviation;
+    return result;
 }
 
 Sums sumsOf(const Observations &observations)

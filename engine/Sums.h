@@ -1,14 +1,14 @@
 #pragma once
 
+#include "engine/Observations.h"
 #include "engine/kernel/Crossproducts.h"
 #include "engine/kernel/Export.h"
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 namespace nuvo {
-
-class Observations;
 
 /// All that a fit needs of its observations, wherever it comes from (observations, nuvo::PatternSums over a scan, the
 /// aggregates of a database): their number and the cross products of the constant (number 0), m
@@ -30,6 +30,25 @@ struct NUVO_KERNEL_EXPORT Sums
     /// Takes the observations behind `other` in: sums of the same columns over other records.
     Sums &operator+=(const Sums &other);
 };
+
+class PatternSums;
+
+/// What is known of all the records of a fit where only a sample of them is kept.
+struct NUVO_KERNEL_EXPORT RecordTotals
+{
+    Sums sums;
+    Spread spread;
+    std::array<ColumnRange, MaxParameters> x{}; ///< of column j at j
+    ColumnRange y;
+
+    /// The same of some of the columns, by their numbers in this order; a number beyond m is a column of zeros.
+    RecordTotals ofColumns(std::span<const int> columns) const;
+    /// Of another number of columns: the first ones, or with columns of zeros added.
+    RecordTotals ofColumns(int m) const;
+};
+
+/// Those of a fit of these controls.
+NUVO_KERNEL_EXPORT RecordTotals totalsOf(PatternSums &sums, std::uint32_t controls);
 
 /// The sums over observations, to the last bit those of nuvo::crossProducts() where no column is scaled.
 NUVO_KERNEL_EXPORT Sums sumsOf(const Observations &observations);

@@ -22,7 +22,7 @@ int main(int argc, char **argv)
         if (!air.ReLoad())
             return 1; // a message has said why
         air.Execute();
-        std::printf("%d of %d days, R2 = %.4f\n", air.RecordsUsed(), air.RecordsRead(), air.GetRSquared());
+        std::printf("%lld of %lld days, R2 = %.4f\n", air.RecordsUsed(), air.RecordsRead(), air.GetRSquared());
         for (int j = 1; j <= air.GetNumVars(); ++j)
             std::printf("%-8s %8.4f\n", qPrintable(air.GetcVar(j).OutputTerm()), air.Getb(j));
         const double today[] = {0, 80, 1 / 9.7}; // columns count from 1

@@ -49,6 +49,12 @@ QString firstLine(const QString &message)
     return text;
 }
 
+QString newName()
+{
+    static std::atomic<int> count{0};
+    return QStringLiteral("nuvo-%1").arg(++count);
+}
+
 } // namespace
 
 Connection::~Connection()
@@ -188,17 +194,26 @@ void Connection::openServer(const QString &url, Access access)
             options += QStringLiteral(";MYSQL_OPT_READ_TIMEOUT=%1").arg(address.readTimeout);
         database_.setConnectOptions(options);
     }
-    const auto refuse = [&](const QSqlError &error) {
-        const QString why = reason(error);
-        close();
-        throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(withoutPasswords(url), why));
-    };
-    const auto answered = [this](const auto &ask) {
+    const bool opened = [this] {
         const AnswerLimit::Wait wait = waiting();
-        return ask();
-    };
-    if (!answered([this] { return database_.open(); }))
-        refuse(database_.lastError());
+        return database_.open();
+    }();
+    if (!opened)
+        refuseServer(database_.lastError());
+    set(access, address.readTimeout);
+}
+
+void Connection::refuseServer(const QSqlError &error)
+{
+    const QString why = reason(error);
+    const QString name = name_;
+    close();
+    throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(withoutPasswords(name), why));
+}
+
+/// What a session of ours is told first.
+void Connection::set(Access access, int readTimeout)
+{
     dialect_ = dialectOf(database_);
     QString settings;
     if (dialect_ == Dialect::Postgres) {
@@ -208,8 +223,8 @@ void Connection::openServer(const QString &url, Access access)
                                   "SET extra_float_digits = 3; SET synchronize_seqscans = off; SET jit = off; "
                                   "SET lock_timeout = '1s'");
         libpq::silenceNotices(database_);
-        if (address.readTimeout > 0)
-            settings += QStringLiteral("; SET statement_timeout = '%1s'").arg(address.readTimeout);
+        if (readTimeout > 0)
+            settings += QStringLiteral("; SET statement_timeout = '%1s'").arg(readTimeout);
         if (access == Access::Read)
             settings += QStringLiteral("; SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY");
     } else if (dialect_ == Dialect::Mysql && access == Access::Read) {
@@ -218,11 +233,41 @@ void Connection::openServer(const QString &url, Access access)
     if (settings.isEmpty())
         return;
     QSqlQuery query = newQuery();
-    if (!answered([&] { return query.exec(settings); })) {
+    const bool done = [&] {
+        const AnswerLimit::Wait wait = waiting();
+        return query.exec(settings);
+    }();
+    if (!done) {
         const QSqlError error = query.lastError();
         query = QSqlQuery();
-        refuse(error);
+        refuseServer(error);
     }
+}
+
+void Connection::openBeside(const QString &databaseName)
+{
+    if (!QSqlDatabase::contains(databaseName)) {
+        open(databaseName);
+        return;
+    }
+    close();
+    madeFile_.clear();
+    name_ = databaseName;
+    database_ = QSqlDatabase::cloneDatabase(databaseName, newName());
+    own_ = true;
+    const QString path = database_.databaseName();
+    const bool inMemory = database_.driverName() == u"QSQLITE" &&
+                          (path.isEmpty() || path == u":memory:" || path.contains(u"mode=memory"));
+    if (inMemory) {
+        close();
+        throw EDatabaseError(QStringLiteral("The registered connection \"%1\" has its database in memory, which no "
+                                            "other connection can read beside it.")
+                                 .arg(databaseName));
+    }
+    if (!database_.open())
+        refuseServer(database_.lastError());
+    set(Access::Read, 0);
+    open_ = true;
 }
 
 void Connection::openOwn(const QString &driver, const QString &package)
@@ -234,8 +279,7 @@ void Connection::openOwn(const QString &driver, const QString &package)
                            "installed are %4.")
                 .arg(withoutPasswords(name_), driver, package, QSqlDatabase::drivers().join(QLatin1String(", "))));
     }
-    static std::atomic<int> count{0};
-    database_ = QSqlDatabase::addDatabase(driver, QStringLiteral("nuvo-%1").arg(++count));
+    database_ = QSqlDatabase::addDatabase(driver, newName());
 }
 
 void Connection::close()

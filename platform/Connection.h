@@ -33,6 +33,9 @@ public:
     /// \throws EDatabaseError with one sentence: no such file, no permission, no such driver or server …; a server's
     /// own words are in it, a password never is.
     void open(const QString &databaseName, Access access = Access::Read);
+    /// The same for a reader in a thread of its own: where the name is that of a registered connection, a connection
+    /// of its own to the same database.  \throws EDatabaseError also for a database that is in memory alone.
+    void openBeside(const QString &databaseName);
     /// Removes a connection of its own; a registered one stays open.
     void close();
     bool isOpen() const { return open_ && database_.isOpen(); }
@@ -69,6 +72,8 @@ private:
     void openSqlite(const QString &path, Access access);
     void openServer(const QString &url, Access access);
     void openOwn(const QString &driver, const QString &package);
+    void set(Access access, int readTimeout);
+    [[noreturn]] void refuseServer(const QSqlError &error);
 
     QSqlDatabase database_;
     QString name_;

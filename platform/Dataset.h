@@ -21,6 +21,7 @@ class DatasetModel;
 struct Column;
 struct DatasetTestAccess;
 struct ReadPosition;
+struct ScanSource;
 struct Select;
 } // namespace nuvo
 
@@ -117,6 +118,8 @@ public:
 
     /// The name to use in messages: table "T", query "first line of the SQL text".
     virtual QString Caption() const = 0;
+    /// The records as a scan of its own reads them (platform/Scan.h), without its columns.
+    virtual nuvo::ScanSource Source() const = 0;
 
 Q_SIGNALS:
     void Opened();

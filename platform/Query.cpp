@@ -3,6 +3,7 @@
 #include "platform/Connection.h"
 #include "platform/Errors.h"
 #include "platform/Querystatement.h"
+#include "platform/Scan.h"
 
 TQuery::TQuery(QWidget *owner) : TDataSet(owner) {}
 
@@ -45,6 +46,15 @@ void TQuery::SetParam(const QString &name, const QVariant &value)
 QStringList TQuery::ParamNames() const
 {
     return nuvo::parameterNames(sql_, nuvo::Dialect::Other);
+}
+
+nuvo::ScanSource TQuery::Source() const
+{
+    nuvo::ScanSource source;
+    source.databaseName = DatabaseName();
+    source.sql = sql_;
+    source.params = params_;
+    return source;
 }
 
 QString TQuery::Caption() const

@@ -24,6 +24,7 @@ public:
     QStringList ParamNames() const;
 
     QString Caption() const override;
+    nuvo::ScanSource Source() const override;
 
 protected:
     std::vector<nuvo::Column> Describe(const nuvo::Connection &connection) override;

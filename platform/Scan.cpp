@@ -124,7 +124,7 @@ void Scan::Private::open()
     records = 0;
     share = -1;
     try {
-        connection_.open(source.databaseName);
+        connection_.openBeside(source.databaseName);
         {
             const std::lock_guard lock(cancelling);
             if (connection_.dialect() == Dialect::Postgres)

@@ -66,8 +66,8 @@ public:
     Scan &operator=(const Scan &) = delete;
     ~Scan();
 
-    /// Connects and begins. \throws EDatabaseError with one sentence: no such database, table, column; a statement
-    /// that does not read; a registered connection of another thread.
+    /// Connects and begins; beside a registered connection, on one of its own to the same database. \throws
+    /// EDatabaseError with one sentence: no such database, table, column; a statement that does not read.
     void open();
     /// The next records; false, and none, at the end and after cancel(). \throws EDatabaseError when the scan is cut
     /// short.

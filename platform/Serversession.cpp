@@ -53,7 +53,7 @@ ServerSession::~ServerSession()
 void ServerSession::open(const QString &databaseName)
 {
     databaseName_ = databaseName;
-    connection_.open(databaseName);
+    connection_.openBeside(databaseName);
     {
         const std::lock_guard lock(mutex_);
         closed_ = false;
@@ -170,7 +170,7 @@ void ServerSession::askToEnd()
         if (mysqlSession_ != 0) {
             try {
                 Connection second;
-                second.open(databaseName_);
+                second.openBeside(databaseName_);
                 second.query(QStringLiteral("KILL QUERY %1").arg(mysqlSession_), {}, second.caption());
             } catch (const EPlatformError &) {
                 mysqlSession_ = 0; // it cannot be asked; the statement goes on to its end

@@ -4,6 +4,7 @@
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
 #include "platform/Rowsource.h"
+#include "platform/Scan.h"
 #include "platform/Tabledescription.h"
 
 #include <algorithm>
@@ -107,6 +108,16 @@ void TTable::SetIndexFieldNames(const QString &names)
     d_->indexFieldNames = names;
     if (Active())
         Refresh();
+}
+
+nuvo::ScanSource TTable::Source() const
+{
+    nuvo::ScanSource source;
+    source.databaseName = DatabaseName();
+    source.table = TableName();
+    if (Filtered())
+        source.filter = Filter();
+    return source;
 }
 
 QString TTable::Caption() const

@@ -42,6 +42,7 @@ public:
     QStringList TableNames();
 
     QString Caption() const override;
+    nuvo::ScanSource Source() const override;
 
 protected:
     std::vector<nuvo::Column> Describe(const nuvo::Connection &connection) override;

@@ -23,7 +23,7 @@ bool isFinite(const Figures::Numbers &values)
 
 void takeObservations(const TRegression &regression, Figures &figures)
 {
-    const int n = figures.observations;
+    const int n = regression.SampleSize();
     const auto numbers = [n](const auto &at) {
         Figures::Numbers values;
         values.reserve(n);
@@ -54,7 +54,11 @@ void takeObservations(const TRegression &regression, Figures &figures)
 /// for that, as it can take as long as reading them all.
 std::optional<long long> recordTotal(TRegression &regression)
 {
+    if (const std::optional<qint64> total = regression.RecordsTotal())
+        return *total;
     if (!regression.DataSet().Active())
+        return {};
+    if (regression.UseOfRecords() != RecordUse::First && !regression.ShowWarnings())
         return {};
     const bool walked = regression.GetNumObs() < MaxObservations && !regression.LoadStopped();
     if (walked && regression.RecordsRead() > 0)
@@ -89,13 +93,17 @@ Figures figures(TRegression &regression)
     figures.message = regression.ReportMessage();
     figures.loaded = regression.Loaded();
     figures.current = regression.ResultsCurrent();
-    figures.observations = regression.GetNumObs();
+    figures.observations = regression.RecordsUsed();
     figures.controls = regression.GetNumVars();
-    figures.degreesOfFreedom = regression.GetDOF();
+    figures.degreesOfFreedom = regression.DegreesOfFreedom();
+    if (regression.UseOfRecords() != RecordUse::First)
+        figures.sample = {regression.SampleSize(), regression.UseOfRecords() == RecordUse::All,
+                          regression.SampleSize() == regression.RecordsUsed()};
     figures.records.total = recordTotal(regression);
     figures.records.read = regression.RecordsRead();
     figures.records.used = regression.RecordsUsed();
     figures.records.skipped = regression.RecordsSkipped();
+    figures.records.more = regression.MoreRecords() && regression.RecordsUsed() == MaxObservations;
 
     // MSE first: it is what the last computation left, and working out SSE would overwrite it.
     Figures::SumsOfSquares &sums = figures.sums;

@@ -36,6 +36,14 @@ struct Figures
         long long read = 0;
         long long used = 0;
         long long skipped = 0;
+        bool more = false; ///< there are some behind the first 2500 that were used
+    };
+    /// Where the records used can be more than the observations.
+    struct Sample
+    {
+        int size = 0;       ///< observations taken down
+        bool even = false;  ///< drawn evenly over all records, else the first ones
+        bool whole = false; ///< they are all records used
     };
     /// The response or a column.
     struct Variable
@@ -89,10 +97,11 @@ struct Figures
     QString description;
     QString message; ///< that of the report
     bool loaded = false;
-    bool current = false; ///< whether what follows belongs to the observations loaded now
-    int observations = 0; ///< n
-    int controls = 0;     ///< m
-    int degreesOfFreedom = 0;
+    bool current = false;       ///< whether what follows belongs to the observations loaded now
+    long long observations = 0; ///< n
+    int controls = 0;           ///< m
+    long long degreesOfFreedom = 0;
+    std::optional<Sample> sample; ///< where every record was used
     Records records;
     std::vector<LeftOut> leftOut; ///< the response first; empty where it was not asked
 
@@ -108,7 +117,7 @@ struct Figures
     QStringList infiniteTerms;  ///< infinite or no number in some observation
     double digits = 16;         ///< of the coefficients that the data determine, TRegression::GetDigits()
 
-    // The observations of a current fit.
+    // The observations of a current fit, or its sample of them.
 
     std::vector<long long> record; ///< where each stands in the dataset, from 1, skipped records counted
     Numbers observed;              ///< the response

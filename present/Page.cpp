@@ -128,7 +128,9 @@ private:
     QString records() const
     {
         const Figures::Records &records = figures_.records;
-        QString text = QStringLiteral("%1 of %2 records were used").arg(records.used).arg(records.read);
+        QString text = records.used > records.read
+                           ? QStringLiteral("%1 records were used").arg(records.used)
+                           : QStringLiteral("%1 of %2 records were used").arg(records.used).arg(records.read);
         if (records.skipped > 0)
             text += QStringLiteral(", %1 could not be").arg(records.skipped);
         QStringList lacking;
@@ -144,6 +146,16 @@ private:
         if (records.skipped > 0 && !lacking.isEmpty())
             text += QStringLiteral(": ") + lacking.join(QStringLiteral("; "));
         text += u'.';
+        if (records.more)
+            text += QStringLiteral(
+                " These are the first 2,500 records; --records all uses every one (in a form, AllRecords).");
+        if (figures_.sample && !figures_.sample->whole)
+            text +=
+                QStringLiteral(" Diagnostics, robust errors and what is told of single observations are those of a "
+                               "sample of %1 records%2.")
+                    .arg(figures_.sample->size)
+                    .arg(figures_.sample->even ? QStringLiteral(", drawn evenly over all of them")
+                                               : QStringLiteral(", the first ones"));
         if (records.total && *records.total > records.read)
             text += QStringLiteral(" The dataset has %1 records.").arg(*records.total);
         return text;
@@ -193,7 +205,7 @@ private:
             table.columns += {QStringLiteral("p")};
             regression += p(figures_.inference->fPValue);
         }
-        const int df = std::max(0, n_ - m_ - 1);
+        const long long df = std::max(0LL, n_ - m_ - 1);
         table.rows = {regression,
                       {QStringLiteral("Residual"), QString::number(df), figure(sums.residual),
                        figure(df > 0 ? sums.mse : Figures::None)},
@@ -211,7 +223,7 @@ private:
             put(pieces, QStringLiteral("adjusted R²"), figures_.inference->adjustedRSquared);
         if (m_ > 0 && !std::isnan(fStatistic())) {
             QString f =
-                QStringLiteral("F(%1, %2) = %3").arg(m_).arg(std::max(0, n_ - m_ - 1)).arg(figure(fStatistic()));
+                QStringLiteral("F(%1, %2) = %3").arg(m_).arg(std::max(0LL, n_ - m_ - 1)).arg(figure(fStatistic()));
             if (figures_.inference && !std::isnan(figures_.inference->fPValue)) {
                 const QString text = p(figures_.inference->fPValue);
                 f += text.startsWith(u'<') ? QStringLiteral(", p ") + text : QStringLiteral(", p = ") + text;
@@ -401,7 +413,7 @@ private:
 
     const Figures &figures_;
     const PageStyle &style_;
-    const int n_;
+    const long long n_;
     const int m_;
     Page page_;
 };

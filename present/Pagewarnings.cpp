@@ -60,7 +60,7 @@ private:
 
     void ofTheFit()
     {
-        const int n = figures_.observations;
+        const long long n = figures_.observations;
         const int p = figures_.controls + 1;
         if (n <= p)
             list_ += QStringLiteral("%1 observations for %2 coefficients leave no degrees of freedom: the fit goes "

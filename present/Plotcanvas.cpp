@@ -87,7 +87,7 @@ const QString &controlOf(const PlotData &data, int j)
 PlotData plotData(TRegression &regression)
 {
     PlotData data;
-    data.n = regression.GetNumObs();
+    data.n = regression.SampleSize();
     data.m = regression.GetNumVars();
     data.current = regression.ResultsCurrent();
     data.response = regression.ResponseVarY().OutputTerm();

@@ -25,8 +25,8 @@ ReportBlocks reportBlocks(const Figures &figures, QChar point)
 {
     const auto fix3 = [point](double value) { return FloatToStrFixed(value, 8, 3, point); };
     const auto fix4 = [point](double value) { return FloatToStrFixed(value, 8, 4, point); };
-    const auto number = [](int value) { return QString::number(value); };
-    const int n = figures.observations;
+    const auto number = [](long long value) { return QString::number(value); };
+    const long long n = figures.observations;
     const int k = figures.controls;
 
     ReportBlocks blocks;

@@ -182,7 +182,7 @@ QString reportPlainText(const Figures &figures, Matrices matrices, int columns)
     text += u'\n' + data.set(columns);
     text += u'\n' + coefficients.set(columns);
 
-    const int n = figures.observations;
+    const long long n = figures.observations;
     const int m = figures.controls;
     const std::pair<QString, QString> lines[] = {
         {QStringLiteral("Regression SSR : ") + blocks.SSR, QStringLiteral("Regression %1").arg(m)},

@@ -148,7 +148,7 @@ void PartialFRun::traceCandidate(int i, const QString &examined, double meanSqua
                        .arg(regression().GetNumVars());
     if (loaded)
         line += QStringLiteral(" dof=%1 ms=%2 critical=%3 best=%4")
-                    .arg(QString::number(regression().GetDOF()), traced(meanSquare), traced(critical_),
+                    .arg(QString::number(regression().DegreesOfFreedom()), traced(meanSquare), traced(critical_),
                          QString::number(int(best)));
     if (best)
         line += QStringLiteral(" f=") + traced(statistic_);
@@ -174,7 +174,7 @@ void PartialFRun::lookUp(const QString &column, double &critical, double failed)
         throw EDatabaseError(QStringLiteral("The table of F values went away while a model was being chosen."));
     try {
         // Whether the key is there is not asked: the value of whatever record is current counts.
-        table_->FindKey({1, regression().GetDOF()});
+        table_->FindKey({1, regression().DegreesOfFreedom()});
         run_.check();
         critical = table_->FieldByName(column).AsFloat();
     } catch (const EPlatformError &) {
@@ -185,9 +185,9 @@ void PartialFRun::lookUp(const QString &column, double &critical, double failed)
 
 double PartialFRun::partialF(double before, double after)
 {
-    if (regression().GetDOF() == 0)
+    if (regression().DegreesOfFreedom() == 0)
         return 0;
-    const double unit = regression().GetMSE() / regression().GetDOF();
+    const double unit = regression().GetMSE() / double(regression().DegreesOfFreedom());
     return orZero((before - after) / unit, {before, after});
 }
 

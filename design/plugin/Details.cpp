@@ -28,6 +28,9 @@ constexpr ToolTip ToolTips[] = {
     {"ShowLoadProgress", "Whether loading shows a progress dialog."},
     {"ShowWarnings", "Whether warnings are shown: too many records, nothing loaded."},
     {"ReportMessage", "Replaces the last line of the report unless it is empty."},
+    {"Records",
+     "Which records are used: the first 2500 that can be, every one, read once, or every one, added up by the "
+     "database server. A load of every record leaves a sample of 2500 for plots and residuals."},
     {"Dataset", "The regression component on this form whose model is chosen."},
     {"Rule",
      "How a model is chosen: as these components always did, or as textbooks do, all candidates on the records "

@@ -1,9 +1,11 @@
 #include "engine/kernel/Patternsample.h"
 
+#include <bit>
+
 namespace nuvo {
 
-PatternSample::PatternSample(int controls, std::uint64_t seed)
-    : m_(controls), seed_(seed), samples_(std::size_t(1) << controls)
+PatternSample::PatternSample(int controls, std::uint32_t withLow, std::uint64_t seed)
+    : m_(controls), withLow_(withLow), seed_(seed), samples_(std::size_t(1) << controls)
 {
 }
 
@@ -11,23 +13,31 @@ PatternSample::PatternSample(PatternSample &&) noexcept = default;
 PatternSample &PatternSample::operator=(PatternSample &&) noexcept = default;
 PatternSample::~PatternSample() = default;
 
+int PatternSample::columns() const
+{
+    return m_ + 1 + std::popcount(withLow_);
+}
+
 EvenSample &PatternSample::sampleOf(ControlSet pattern)
 {
     std::unique_ptr<EvenSample> &sample = samples_[pattern];
     if (!sample) {
         const bool all = pattern + 1 == samples_.size();
-        sample = std::make_unique<EvenSample>(m_ + 1, all ? MaxObservations : capacity_, seed_);
+        sample = std::make_unique<EvenSample>(columns(), all ? MaxObservations : capacity_, seed_);
     }
     return *sample;
 }
 
-void PatternSample::add(std::span<const double *const> columns, std::span<const std::uint32_t> usable,
-                        std::int64_t firstOrdinal)
+void PatternSample::add(std::span<const double *const> columns, std::span<const double *const> low,
+                        std::span<const std::uint32_t> usable, std::int64_t firstOrdinal)
 {
+    std::vector<const double *> all(columns.begin(), columns.end());
+    for (std::uint32_t left = withLow_; left != 0; left &= left - 1)
+        all.push_back(low[std::size_t(std::countr_zero(left))]);
     const std::uint32_t response = std::uint32_t(1) << m_;
     for (std::size_t row = 0; row < usable.size(); ++row) {
         if ((usable[row] & response) != 0)
-            sampleOf(usable[row] & (response - 1)).add(columns, row, firstOrdinal + std::int64_t(row));
+            sampleOf(usable[row] & (response - 1)).add(all, row, firstOrdinal + std::int64_t(row));
     }
     offeredSinceCount_ += usable.size();
     if (offeredSinceCount_ >= MaxObservations)
@@ -72,7 +82,7 @@ void PatternSample::shift(std::int64_t ordinals)
 
 EvenSample::Rows PatternSample::rows(ControlSet set) const
 {
-    EvenSample together(m_ + 1, MaxObservations, seed_);
+    EvenSample together(columns(), MaxObservations, seed_);
     for (std::size_t pattern = 0; pattern < samples_.size(); ++pattern) {
         if (samples_[pattern] && (pattern & set) == set)
             together.merge(*samples_[pattern]);

@@ -1,6 +1,7 @@
 #include "engine/kernel/Patternsums.h"
 
 #include "engine/kernel/Columnscale.h"
+#include "engine/kernel/Lowparts.h"
 
 #include <algorithm>
 #include <bit>
@@ -31,6 +32,7 @@ struct PatternSums::Sums
         source.push_back(m);
         ranges.resize(source.size());
         buffer.resize(source.size());
+        lowBuffer.resize(source.size());
     }
 
     bool has(int column) const { return std::binary_search(source.begin(), source.end(), column); }
@@ -45,6 +47,7 @@ struct PatternSums::Sums
     CrossProducts products{};
     std::vector<ColumnRange> ranges; // where there are rows in the products
     std::vector<std::vector<double>> buffer;
+    std::vector<std::vector<double>> lowBuffer; // empty of columns without low parts
 };
 
 PatternSums::PatternSums(int controls) : m_(controls), sums_(std::size_t(1) << controls) {}
@@ -93,26 +96,43 @@ void PatternSums::rescale(int column, int exponent)
 }
 
 // The sums of one block, added to those before.
-void PatternSums::addBlock(Sums &sums, const double *const *columns, int rows)
+void PatternSums::addBlock(Sums &sums, const double *const *columns, const double *const *low, int rows)
 {
     const std::size_t count = sums.source.size();
     std::array<DataColumn, MaxParameters> operands;
+    std::array<const double *, MaxParameters> lowParts{};
     std::array<ColumnRange, MaxParameters> ranges;
     std::vector<std::vector<double>> multiples;
+    const auto multiple = [&](const double *column, int exponent) {
+        std::vector<double> &values = multiples.emplace_back(column, column + rows);
+        for (double &value : values)
+            value = std::scalbn(value, -exponent);
+        return values.data();
+    };
+    bool exact = true;
     for (std::size_t k = 0; k < count; ++k) {
         ranges[k] = minMax(columns[k], rows);
         operands[k] = {columns[k], ranges[k].largest()};
+        if (low[k] != nullptr && !allExact(low[k], rows)) {
+            lowParts[k] = low[k];
+            exact = false;
+        }
         makeRange(sums.source[k], operands[k].largest);
         const int exponent = exponents_[std::size_t(sums.source[k])];
         if (exponent == 0)
             continue;
-        std::vector<double> &values = multiples.emplace_back(columns[k], columns[k] + rows);
-        for (double &value : values)
-            value = std::scalbn(value, -exponent);
-        operands[k] = {values.data(), std::scalbn(operands[k].largest, -exponent)};
+        operands[k] = {multiple(columns[k], exponent), std::scalbn(operands[k].largest, -exponent)};
+        lowParts[k] = lowParts[k] != nullptr ? multiple(lowParts[k], exponent) : nullptr;
     }
     CrossProducts block;
-    crossProducts(std::span<const DataColumn>(operands.data(), count), rows, block);
+    if (exact) {
+        crossProducts(std::span<const DataColumn>(operands.data(), count), rows, block);
+    } else {
+        std::array<ExtendedColumn, MaxParameters> extended;
+        for (std::size_t k = 0; k < count; ++k)
+            extended[k] = {operands[k], lowParts[k]};
+        crossProducts(std::span<const ExtendedColumn>(extended.data(), count), rows, block);
+    }
     addProducts(sums, block, ranges.data());
 }
 
@@ -158,14 +178,19 @@ void PatternSums::addBuffered(Sums &sums)
     if (rows == 0)
         return;
     std::array<const double *, MaxParameters> columns;
-    for (std::size_t k = 0; k < sums.source.size(); ++k)
+    std::array<const double *, MaxParameters> low;
+    for (std::size_t k = 0; k < sums.source.size(); ++k) {
         columns[k] = sums.buffer[k].data();
-    addBlock(sums, columns.data(), static_cast<int>(rows));
+        low[k] = sums.lowBuffer[k].empty() ? nullptr : sums.lowBuffer[k].data();
+    }
+    addBlock(sums, columns.data(), low.data(), static_cast<int>(rows));
     buffered_ -= rows;
-    for (std::vector<double> &column : sums.buffer) {
-        column.clear();
-        if (patterns_ > PatternsWithMemory)
-            column.shrink_to_fit();
+    for (auto *const buffer : {&sums.buffer, &sums.lowBuffer}) {
+        for (std::vector<double> &column : *buffer) {
+            column.clear();
+            if (patterns_ > PatternsWithMemory)
+                column.shrink_to_fit();
+        }
     }
 }
 
@@ -180,22 +205,31 @@ void PatternSums::addFullestBuffer()
 }
 
 // Rows of one pattern. The blocks are those that the rows would make one by one; a whole one is not copied first.
-void PatternSums::addRun(Sums &sums, std::span<const double *const> columns, std::size_t from, std::size_t to)
+void PatternSums::addRun(Sums &sums, std::span<const double *const> columns, std::span<const double *const> low,
+                         std::size_t from, std::size_t to)
 {
     sums.rows += static_cast<std::int64_t>(to - from);
     while (from < to) {
         const std::size_t own = sums.buffer[0].size();
         const std::size_t count = std::min({to - from, BlockRows - own, BufferedRows - buffered_});
         std::array<const double *, MaxParameters> rows;
-        for (std::size_t k = 0; k < sums.source.size(); ++k)
-            rows[k] = columns[std::size_t(sums.source[k])] + from;
+        std::array<const double *, MaxParameters> lowRows{};
+        for (std::size_t k = 0; k < sums.source.size(); ++k) {
+            const std::size_t source = std::size_t(sums.source[k]);
+            rows[k] = columns[source] + from;
+            if (source < low.size() && low[source] != nullptr)
+                lowRows[k] = low[source] + from;
+        }
         from += count;
         if (count == BlockRows) {
-            addBlock(sums, rows.data(), static_cast<int>(count));
+            addBlock(sums, rows.data(), lowRows.data(), static_cast<int>(count));
             continue;
         }
-        for (std::size_t k = 0; k < sums.source.size(); ++k)
+        for (std::size_t k = 0; k < sums.source.size(); ++k) {
             sums.buffer[k].insert(sums.buffer[k].end(), rows[k], rows[k] + count);
+            if (lowRows[k] != nullptr)
+                sums.lowBuffer[k].insert(sums.lowBuffer[k].end(), lowRows[k], lowRows[k] + count);
+        }
         buffered_ += count;
         if (own + count == BlockRows)
             addBuffered(sums);
@@ -204,7 +238,8 @@ void PatternSums::addRun(Sums &sums, std::span<const double *const> columns, std
     }
 }
 
-void PatternSums::add(std::span<const double *const> columns, std::span<const std::uint32_t> usable)
+void PatternSums::add(std::span<const double *const> columns, std::span<const double *const> low,
+                      std::span<const std::uint32_t> usable)
 {
     const std::uint32_t response = std::uint32_t(1) << m_;
     const std::uint32_t known = 2 * response - 1;
@@ -214,7 +249,7 @@ void PatternSums::add(std::span<const double *const> columns, std::span<const st
         while (to < usable.size() && (usable[to] & known) == bits)
             ++to;
         if ((bits & response) != 0)
-            addRun(sumsOf(bits & ~response), columns, from, to);
+            addRun(sumsOf(bits & ~response), columns, low, from, to);
         from = to;
     }
 }

@@ -24,7 +24,8 @@ namespace nuvo {
 /// come in. A column with values out of the ordinary is kept as its multiple by a power of two, 2^-exponent, so that
 /// its products stay within the range of doubles; see nuvo::columnScale().
 ///
-/// Memory: 3 KB for each pattern, 2^10 at most, and 7 MB at most for rows that wait for their block.
+/// Memory: 3 KB for each pattern, 2^10 at most, and at most 7 MB, 14 MB with low parts, for rows that wait for their
+/// block.
 class NUVO_KERNEL_EXPORT PatternSums
 {
 public:
@@ -38,7 +39,14 @@ public:
 
     /// Adds rows: columns[j] holds the values of control j + 1, the last one those of the response; in usable[i] bit
     /// j stands for columns[j]. A value that is not usable is not looked at; one that is has to be finite.
-    void add(std::span<const double *const> columns, std::span<const std::uint32_t> usable);
+    void add(std::span<const double *const> columns, std::span<const std::uint32_t> usable)
+    {
+        add(columns, {}, usable);
+    }
+    /// The same with the columns' low parts (engine/kernel/Lowparts.h): null for a column without, the same columns
+    /// at every call.
+    void add(std::span<const double *const> columns, std::span<const double *const> low,
+             std::span<const std::uint32_t> usable);
 
     /// What is known of rows of a pattern that somebody else has added up.
     struct Totals
@@ -89,13 +97,14 @@ private:
     struct Sums;
 
     Sums &sumsOf(ControlSet pattern);
-    void addBlock(Sums &sums, const double *const *columns, int rows);
+    void addBlock(Sums &sums, const double *const *columns, const double *const *low, int rows);
     void addProducts(Sums &sums, const CrossProducts &products, const ColumnRange *ranges);
     void makeRange(int column, double largest);
     void rescale(int column, int exponent);
     void addBuffered(Sums &sums);
     void addFullestBuffer();
-    void addRun(Sums &sums, std::span<const double *const> columns, std::size_t from, std::size_t to);
+    void addRun(Sums &sums, std::span<const double *const> columns, std::span<const double *const> low,
+                std::size_t from, std::size_t to);
     template <class Use>
     void forEachWith(ControlSet set, Use use);
 

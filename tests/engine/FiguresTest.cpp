@@ -35,7 +35,7 @@ std::string allFigures(TRegression &regression)
     line("n", n);
     line("m", m);
     line("dof", regression.GetDOF());
-    line("read", regression.RecordsRead());
+    line("read", double(regression.RecordsRead()));
     line("yBar", regression.GetyBar());
     line("yStdErr", regression.GetyStdErr());
     line("yMax", regression.GetyMax());

@@ -19,8 +19,9 @@ TYPED_TEST(RegressionForms, PublishesItsPropertiesInThisOrder)
     QStringList expected;
     for (int k = 1; k <= MaxControls; ++k)
         expected.append(QStringLiteral("QStringList ControlVar%1").arg(k, 2, 10, QLatin1Char('0')));
-    expected += {text("QString Description"), text("bool ShowLoadProgress"), text("bool ShowWarnings"),
-                 text("QStringList ResponseVarY"), text("QString ReportMessage")};
+    expected += {text("QString Description"),   text("bool ShowLoadProgress"),
+                 text("bool ShowWarnings"),     text("QStringList ResponseVarY"),
+                 text("QString ReportMessage"), QString::fromLatin1(meta->className()) + text("::TRecords Records")};
     EXPECT_EQ(names, expected);
 }
 
