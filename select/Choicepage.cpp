@@ -58,7 +58,8 @@ public:
     Page summary()
     {
         writeSubject();
-        page_.add(Page::Kind::Paragraph, QStringLiteral("Left: ") + resultText());
+        page_.add(Page::Kind::Paragraph,
+                  (choice_.end == Choice::End::Chosen ? QStringLiteral("Left: ") : QString()) + resultText());
         writeWarnings();
         return page_;
     }
@@ -218,12 +219,8 @@ private:
             return QStringLiteral("None: %1 does not vary over the records that every variable can use.")
                 .arg(choice_.response);
         case Choice::End::NoBestModel:
-            return QStringLiteral("As it was before: no subset has a %1%2.")
-                .arg(criterionName(choice_.criterion),
-                     choice_.observations <= choice_.count() + 1
-                         ? QStringLiteral(", as %1 observations leave the full model no degrees of freedom")
-                               .arg(choice_.observations)
-                         : QString());
+            return QStringLiteral("The variables as they were before: no subset has a %1%2.")
+                .arg(criterionName(choice_.criterion), whyNone());
         case Choice::End::Chosen:
             break;
         }
@@ -231,6 +228,16 @@ private:
         const QString model =
             terms.isEmpty() ? QStringLiteral("The constant alone") : terms.join(QStringLiteral(", "));
         return model + why() + u'.';
+    }
+
+    QString whyNone() const
+    {
+        if (choice_.criterion == SubsetCriterion::Press && choice_.observations > MaxObservations)
+            return QStringLiteral(", which needs every observation, not a sample of them");
+        if (choice_.observations <= choice_.count() + 1)
+            return QStringLiteral(", as %1 observations leave the full model no degrees of freedom")
+                .arg(choice_.observations);
+        return {};
     }
 
     QString why() const
@@ -365,9 +372,13 @@ QString stepText(const Choice &choice, const SearchStep &step)
 {
     if (step.action == Action::End)
         return endText(choice, step);
-    return QStringLiteral("%1 %2: F = %3, p = %4")
+    const QString what = std::isnan(step.f) ? QStringLiteral("the fit is exact with it and without")
+                         : std::isinf(step.f)
+                             ? QStringLiteral("the fit becomes exact")
+                             : QStringLiteral("F = %1, p = %2").arg(figure(step.f), probability(step.pValue, Digits));
+    return QStringLiteral("%1 %2: %3")
         .arg(step.action == Action::Add ? QStringLiteral("Adding") : QStringLiteral("Removing"),
-             choice.term(step.control), figure(step.f), probability(step.pValue, Digits));
+             choice.term(step.control), what);
 }
 
 QStringList choiceWarnings(const Choice &choice)

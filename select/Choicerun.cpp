@@ -1,6 +1,5 @@
 #include "select/Choicerun.h"
 
-#include "engine/Observations.h"
 #include "engine/Sums.h"
 #include "engine/kernel/Subsetsums.h"
 #include "platform/Dataset.h"
@@ -14,17 +13,17 @@ namespace nuvo {
 
 namespace {
 
-bool invariant(const ObservedColumn &column)
+bool varies(double min, double max)
 {
-    return std::fabs(column.range.max - column.range.min) < ZeroTolerance;
+    return !(std::fabs(max - min) < ZeroTolerance);
 }
 
 /// The sums without the columns that a load counts as not varying: a column of zeros depends on the constant.
-CrossProducts productsOf(const Sums &sums, const Observations &observations)
+CrossProducts productsOf(const Sums &sums, const TRegression &regression)
 {
     CrossProducts products = sums.products;
     for (int j = 1; j <= sums.m; ++j) {
-        if (!invariant(observations.x(j)))
+        if (varies(regression.GetxMin(j), regression.GetxMax(j)))
             continue;
         for (std::size_t i = 0; i < std::size_t(sums.m) + 2; ++i)
             products[i][std::size_t(j)] = products[std::size_t(j)][i] = 0;
@@ -96,7 +95,7 @@ void ChoiceRun::describe()
     const TRegression &regression = run_.regression();
     for (int j = 1; j <= regression.GetNumVars(); ++j)
         choice_.controls.append(regression.GetcVar(j).OutputTerm());
-    choice_.observations = regression.GetNumObs();
+    choice_.observations = regression.RecordsUsed();
     choice_.recordsRead = regression.RecordsRead();
     if (choice_.skipped() > 0)
         choice_.leftOut = run_.leftOut();
@@ -104,18 +103,18 @@ void ChoiceRun::describe()
 
 bool ChoiceRun::compare()
 {
-    const Observations &observations = run_.observed();
+    const TRegression &regression = run_.regression();
     if (choice_.observations == 0) {
         choice_.end = Choice::End::NoRecords;
         return false;
     }
-    if (invariant(observations.y())) {
+    if (!varies(regression.GetyMin(), regression.GetyMax())) {
         choice_.end = Choice::End::ResponseFixed;
         return false;
     }
     const Sums shared = run_.sums();
     exponent_ = shared.exponents[std::size_t(shared.m) + 1];
-    const SubsetSums sums(productsOf(shared, observations), shared.m);
+    const SubsetSums sums(productsOf(shared, regression), shared.m);
     choice_.total = std::scalbn(sums.total().hi, 2 * exponent_);
     if (choose(sums))
         return true;
@@ -146,12 +145,12 @@ void applyChoice(TRegression &regression, Choice &choice, ControlSet model, int 
                 QStringLiteral(
                     "The variables of %1 are not those of the choice any more; let a model be chosen anew.")
                     .arg(regression.DataSet().Caption()));
-        if (regression.GetNumObs() != choice.observations)
+        if (regression.RecordsUsed() != choice.observations)
             throw EDatabaseError(
                 QStringLiteral("The variables of %1 have %2 observations in common, where the choice "
                                "had %3; let a model be chosen anew.")
                     .arg(regression.DataSet().Caption())
-                    .arg(regression.GetNumObs())
+                    .arg(regression.RecordsUsed())
                     .arg(choice.observations));
         write(regression, choice.transformationsOf(model));
         if (series.KeepColumns(numbersOf(model, choice.count())))

@@ -169,6 +169,8 @@ bool SelectionRun::reload()
 {
     const bool loaded = series_.ReLoad();
     check();
+    if (regression_.LoadStopped())
+        throw Stopped();
     return loaded;
 }
 

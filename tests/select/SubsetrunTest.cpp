@@ -222,8 +222,9 @@ TEST_F(Optimal, WithoutDegreesOfFreedomForAllControlsThereIsNoCpAndAllIsAsBefore
     EXPECT_EQ(search.Choice()->end, nuvo::Choice::End::NoBestModel);
     EXPECT_EQ(selected(regression), text("a b c d"));
     EXPECT_TRUE(regression.ResultsCurrent());
-    EXPECT_TRUE(search.Report().simplified().contains(
-        text("As it was before: no subset has a Cp, as 4 observations leave the full model no degrees of freedom.")));
+    EXPECT_TRUE(
+        search.Report().simplified().contains(text("The variables as they were before: no subset has a Cp, as 4 "
+                                                   "observations leave the full model no degrees of freedom.")));
     search.SetOptCriteria(TOptimizeMLR::BIC);
     search.Run();
     EXPECT_EQ(search.Choice()->end, nuvo::Choice::End::Chosen);
@@ -284,4 +285,31 @@ TEST_F(OptimalOnQuery, GivesWhatTheTableGives)
     EXPECT_NEAR(search.Choice()->subsets.best->aic, 63.86629, 1e-5);
     search.SelectModel(2);
     EXPECT_EQ(selected(regression), text("a b"));
+}
+
+TEST_F(Optimal, EveryRecordIsComparedWhereTheFitIsOfEveryRecord)
+{
+    std::vector<Row> rows;
+    for (int i = 0; i < 3000; ++i) {
+        const double a = i * 37 % 101;
+        const double b = i * 53 % 97;
+        rows.push_back({a - b + i * i % 89, a, b, i % 100 == 7 ? Row::value_type() : i * 11 % 13});
+    }
+    fill("y a b c", rows);
+    regression.SetRecords(TMLRTable::AllRecords);
+    prepare("a b c");
+    search.SetModelsPerSize(1);
+    search.Run();
+    const nuvo::Choice choice = *search.Choice();
+    EXPECT_EQ(choice.observations, 2970);
+    EXPECT_EQ(choice.skipped(), 30);
+    EXPECT_EQ(regression.RecordsUsed(), 2970);
+    EXPECT_DOUBLE_EQ(regression.GetSSE(), choice.subsets.best->sse);
+    search.SelectModel(3);
+    EXPECT_EQ(regression.RecordsUsed(), 2970);
+    EXPECT_DOUBLE_EQ(regression.GetSSE(), choice.subsets.bySize[2].sse);
+    search.SetOptCriteria(TOptimizeMLR::PRESS);
+    search.Run();
+    EXPECT_TRUE(search.Summary().simplified().contains(
+        text("no subset has a PRESS, which needs every observation, not a sample of them.")));
 }

@@ -262,8 +262,20 @@ TEST_F(Forward, AnExactFitEndsTheSearch)
     EXPECT_EQ(walk(search), text("+a +b ."));
     EXPECT_TRUE(std::isinf(search.Choice()->search.path[1].f));
     EXPECT_EQ(search.Choice()->search.path[1].sse, 0);
-    EXPECT_EQ(search.Steps().last(), text("The model fits exactly."));
+    EXPECT_EQ(search.Steps().mid(1),
+              QStringList({text("Adding b: the fit becomes exact."), text("The model fits exactly.")}));
     EXPECT_EQ(regression.GetSSE(), 0);
+}
+
+TEST_F(Backward, FromAnExactFitLeavesWhatItDoesNotNeed)
+{
+    fill("y a b c", 12, [](int i) { return Row{3 * i - 2 * (i % 5), i, i % 5, i * i % 11}; });
+    define(regression, "a b c");
+    search.SetRule(TCorvane::Textbook);
+    search.Run();
+    EXPECT_EQ(search.Steps(), QStringList({text("Removing c: the fit is exact with it and without."),
+                                           text("The model fits exactly.")}));
+    EXPECT_EQ(selected(regression), text("a b"));
 }
 
 TEST_F(Forward, FewerRecordsThanControlsLeaveDegreesOfFreedomToTheModel)
