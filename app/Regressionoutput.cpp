@@ -199,8 +199,9 @@ void putAsked(const Figures &figures, Json &output)
         output["predictions"].push_back(jsonPrediction(prediction));
 }
 
-void putFigures(const Figures &figures, Json &output)
+void putFigures(const Figures &taken, Json &output)
 {
+    const Figures figures = figuresThatExist(taken);
     using Coefficient = Figures::Coefficient;
     output["coefficients"] = jsonOfEach(figures.coefficients, &Coefficient::estimate);
     output["standardErrors"] = jsonOfEach(figures.coefficients, &Coefficient::standardError);
@@ -226,7 +227,7 @@ void putFigures(const Figures &figures, Json &output)
     output["fitted"] = jsonNumbers(figures.fitted);
     output["residuals"] = jsonNumbers(figures.residuals);
     putAsked(figures, output);
-    output["report"] = jsonReport(figures);
+    output["report"] = jsonReport(taken);
 }
 
 } // namespace

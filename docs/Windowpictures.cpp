@@ -2,12 +2,17 @@
 #include "platform/Errors.h"
 #include "present/Mlroutpt.h"
 #include "present/Mlrplot.h"
+#include "present/figures/Figurespage.h"
+#include "present/statistics/Observationspage.h"
+#include "present/statistics/Statisticsform.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
 
 #include <cstdio>
+#include <utility>
+#include <vector>
 
 // Pictures of the windows that a fit of the Longley table opens: windowpictures samples.db DIRECTORY
 int main(int argc, char **argv)
@@ -47,6 +52,23 @@ int main(int argc, char **argv)
         save(plots, "scatter.png");
         plots.ECDFPlotBtnClick();
         save(plots, "ecdf.png");
+
+        TStatisticsForm statistics;
+        statistics.Load(longley);
+        statistics.resize(900, 620);
+        statistics.Observations().SetSelected({5});
+        statistics.FiguresPage().SetSelected({5});
+        const std::vector<nuvo::Figure> &figures = statistics.FiguresPage().Figures();
+        for (std::size_t i = 0; i < figures.size(); ++i) {
+            if (figures[i].kind == nuvo::FigureKind::ResidualByLeverage)
+                statistics.FiguresPage().SetIndex(int(i));
+        }
+        statistics.show();
+        for (const auto &[page, name] : {std::pair(2, "observations.png"), std::pair(3, "statistics.png")}) {
+            statistics.SetPageIndex(page);
+            QApplication::processEvents();
+            save(statistics, name);
+        }
         if (!saved)
             std::fprintf(stderr, "windowpictures: cannot write to %s\n", argv[2]);
         return saved ? 0 : 1;

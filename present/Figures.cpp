@@ -81,6 +81,38 @@ std::vector<Figures::LeftOut> leftOutOf(TRegression &regression)
     return result;
 }
 
+Figures::Matrix correlationsOf(const Figures::Matrix &covariance)
+{
+    Figures::Matrix correlation = covariance;
+    for (std::size_t i = 0; i < covariance.size(); ++i) {
+        for (std::size_t j = 0; j < covariance.size(); ++j)
+            correlation[i][j] = covariance[i][j] / std::sqrt(covariance[i][i]) / std::sqrt(covariance[j][j]);
+    }
+    return correlation;
+}
+
+/// s^2 (X'X)^-1 of the columns that do not depend on others, NaNs of the others.
+Figures::Matrix classicalCovariance(const Factors &factors)
+{
+    const std::size_t p = std::size_t(factors.m) + 1;
+    Figures::Matrix covariance(p, Figures::Numbers(p, Figures::None));
+    const int response = 2 * factors.exponent[p];
+    for (std::size_t i = 0; i < p; ++i) {
+        for (std::size_t j = 0; j < p; ++j) {
+            if (factors.place[i] < 0 || factors.place[j] < 0)
+                continue;
+            DoubleDouble element;
+            for (int k = std::max(factors.place[i], factors.place[j]); k < factors.rank(); ++k) {
+                const auto &row = factors.inverseRoot[std::size_t(k)];
+                element += row[std::size_t(factors.place[i])] * row[std::size_t(factors.place[j])];
+            }
+            covariance[i][j] =
+                std::scalbn(element.hi * factors.variance(), response - factors.exponent[i] - factors.exponent[j]);
+        }
+    }
+    return covariance;
+}
+
 } // namespace
 
 Figures figures(TRegression &regression)
@@ -153,7 +185,10 @@ Figures figures(TRegression &regression, const Asked &asked)
     const std::shared_ptr<const Fit> fit = regression.CurrentFit();
     if (fit == nullptr)
         return taken;
-    const FitFigures told(fit);
+    const std::shared_ptr<const FitFigures> kept = regression.Figures();
+    const FitFigures &told = *kept;
+    taken.exact = told.factors().exact;
+    taken.classical = classicalCovariance(told.factors());
     taken.inference = infer(told.factors(), asked.level);
     taken.diagnostics = told.diagnostics();
     if (asked.influence)
@@ -164,6 +199,37 @@ Figures figures(TRegression &regression, const Asked &asked)
         taken.robust = Figures::Robust{kinds[int(*asked.robust)], told.robust(*asked.robust)};
     }
     return taken;
+}
+
+Figures figuresThatExist(Figures figures)
+{
+    if (!figures.inference)
+        return figures;
+    const Inference &inference = *figures.inference;
+    const bool free = figures.observations > figures.controls + 1; // degrees of freedom are left
+    const auto at = [](const Figures::Numbers &numbers, std::size_t i) {
+        return i < numbers.size() ? numbers[i] : Figures::None;
+    };
+    if (!free || figures.exact || !figures.dependentTerms.isEmpty()) {
+        for (std::size_t i = 0; i < figures.coefficients.size(); ++i) {
+            Figures::Coefficient &one = figures.coefficients[i];
+            if (!figures.dependentTerms.isEmpty())
+                one.estimate = at(inference.coefficients, i);
+            one.standardError = at(inference.standardErrors, i);
+            one.t = at(inference.tValues, i);
+        }
+        if (!figures.classical.empty())
+            figures.covariance = figures.classical;
+        if (!figures.classical.empty() && !figures.exact)
+            figures.correlation = correlationsOf(figures.classical);
+    }
+    if (figures.exact)
+        figures.sums.residual = figures.sums.mse = figures.sums.syx = 0;
+    if (!free)
+        figures.sums.mse = figures.sums.syx = Figures::None;
+    if (!free || figures.exact)
+        figures.sums.f = Figures::None;
+    return figures;
 }
 
 QString leftOut(const Figures &figures)

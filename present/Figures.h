@@ -113,6 +113,7 @@ struct Figures
     SumsOfSquares sums;
     Matrix covariance;
     Matrix correlation;
+    bool exact = false;         ///< the response is, to working precision, a linear combination of the terms
     QStringList dependentTerms; ///< linear combinations of the terms before them
     QStringList infiniteTerms;  ///< infinite or no number in some observation
     double digits = 16;         ///< of the coefficients that the data determine, TRegression::GetDigits()
@@ -128,6 +129,7 @@ struct Figures
     // What was asked for beyond that.
 
     std::optional<nuvo::Inference> inference;
+    Matrix classical; ///< covariances of the coefficients of the inference
     std::optional<nuvo::Diagnostics> diagnostics;
     std::optional<nuvo::Influence> influence;
     std::optional<Robust> robust;
@@ -147,6 +149,12 @@ struct Asked
 NUVO_EXPORT Figures figures(TRegression &regression);
 /// With inference and diagnostics of a current fit, and what else is asked for.
 NUVO_EXPORT Figures figures(TRegression &regression, const Asked &asked);
+
+/// The same as a page and JSON show them, where inference was asked for. A fit's accessors, and the report with them,
+/// divide whatever there is; here is nothing that rounding made up: of dependent terms no coefficient, error or t,
+/// and those of the others are of the fit without them; without degrees of freedom no MSE, s, F or errors; of an
+/// exact fit a residual sum, MSE, s and errors of 0 and neither t nor F.
+NUVO_EXPORT Figures figuresThatExist(Figures figures);
 
 /// What the load left out, in one line, and in further lines the terms that say nothing: columns that are linear
 /// combinations of others, terms that are infinite or no number in some record.

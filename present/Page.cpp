@@ -198,8 +198,9 @@ private:
                          {QStringLiteral("Sum of squares")},
                          {QStringLiteral("Mean square")},
                          {QStringLiteral("F")}};
-        QStringList regression{QStringLiteral("Regression"), QString::number(m_), figure(sums.regression),
-                               figure(m_ > 0 ? sums.regression / m_ : Figures::None),
+        const int regressionDf = int(std::clamp<long long>(n_ - 1, 0, m_));
+        QStringList regression{QStringLiteral("Regression"), QString::number(regressionDf), figure(sums.regression),
+                               figure(regressionDf > 0 ? sums.regression / regressionDf : Figures::None),
                                figure(m_ > 0 ? fStatistic() : Figures::None)};
         if (figures_.inference) {
             table.columns += {QStringLiteral("p")};
@@ -422,7 +423,8 @@ private:
 
 Page statisticsPage(const Figures &figures, const PageStyle &style)
 {
-    return Writer(figures, style).write();
+    const Figures shown = figuresThatExist(figures);
+    return Writer(shown, style).write();
 }
 
 } // namespace nuvo

@@ -32,6 +32,7 @@ public:
         ofTheTerms();
         ofTheFit();
         ofInflation();
+        ofLeverages();
         ofObservations();
         if (figures_.diagnostics)
             ofTests(*figures_.diagnostics);
@@ -67,6 +68,10 @@ private:
                                     "through every observation and nothing tells its error.")
                          .arg(n)
                          .arg(p);
+        else if (figures_.exact)
+            list_ +=
+                QStringLiteral("The fit is exact: the response is a combination of the terms, and nothing is left "
+                               "to tell errors from.");
         else if (figures_.inference && figures_.controls > 0 && figures_.inference->fPValue > Significance)
             list_ += QStringLiteral("All terms together are not distinguished from none at 5 % (F test, p = %1).")
                          .arg(figure(figures_.inference->fPValue));
@@ -87,6 +92,24 @@ private:
                                     "coefficients are uncertain and can turn when one of them is left out.")
                          .arg(listed(inflated),
                               inflated.size() == 1 ? QStringLiteral("this one") : QStringLiteral("each of these"));
+    }
+
+    /// Records that the fit goes through whatever their response is.
+    void ofLeverages()
+    {
+        QStringList records;
+        std::size_t count = 0;
+        const std::size_t n = figures_.influence ? figures_.influence->leverage.size() : 0;
+        for (std::size_t i = 0; i < n; ++i) {
+            if (figures_.influence->leverage[i] == 1 && ++count <= MostNamed)
+                records += QStringLiteral("record %1").arg(recordOf(figures_, i));
+        }
+        if (count > MostNamed)
+            records += QStringLiteral("%1 more").arg(count - MostNamed);
+        if (count > 0 && figures_.observations > figures_.controls + 1)
+            list_ += QStringLiteral("A leverage of 1: %1. The fit goes through %2 whatever the response is there; "
+                                    "PRESS, predicted R², HC2 and HC3 do not exist.")
+                         .arg(listed(records), count == 1 ? QStringLiteral("it") : QStringLiteral("them"));
     }
 
     void ofObservations()

@@ -30,8 +30,8 @@ NUVO_EXPORT std::vector<StandOut> standOuts(const Figures &figures);
 NUVO_EXPORT long long recordOf(const Figures &figures, std::size_t observation);
 
 /// What a reader should know before using the figures, a sentence or two each: terms that are linear combinations of
-/// others or infinite somewhere, no degrees of freedom, a variance inflation above 10, observations with a leverage
-/// above 2 p / n and a studentized residual beyond 2, tests that fail at 5 %.
+/// others or infinite somewhere, no degrees of freedom, an exact fit, a variance inflation above 10, observations
+/// with a leverage of 1 or with one above 2 p / n and a studentized residual beyond 2, tests that fail at 5 %.
 NUVO_EXPORT QStringList pageWarnings(const Figures &figures, int digits = 7, QChar point = u'.');
 
 } // namespace nuvo

@@ -195,6 +195,13 @@ void finish(Factors &factors)
         factors.coefficients[i] = b;
         size += std::fabs(b.hi) * std::sqrt(products[factors.kept[i]][factors.kept[i]].hi);
     }
+    // What rounding leaves of a coefficient that is 0.
+    constexpr double nothing = 0x1p-96;
+    for (int i = 0; i < p; ++i) {
+        if (std::fabs(factors.coefficients[i].hi) * std::sqrt(products[factors.kept[i]][factors.kept[i]].hi) <=
+            nothing * size)
+            factors.coefficients[i] = 0;
+    }
     factors.sst = factors.centredSquares(response);
     factors.exact = factors.sse.hi <= ResolvedSquare * size * size;
     if (factors.exact)

@@ -19,13 +19,20 @@ Prediction predict(const Factors &factors, std::span<const double> terms, std::s
     }
     DoubleDouble value;
     DoubleDouble leverage;
+    double size = 0;
     for (int k = 0; k < p; ++k) {
-        value += factors.coefficients[k] * x[k];
+        const DoubleDouble part = factors.coefficients[k] * x[k];
+        value += part;
+        size += std::fabs(part.hi);
         DoubleDouble q;
         for (int i = 0; i <= k; ++i)
             q += factors.inverseRoot[k][i] * x[i];
         leverage += q * q;
     }
+    // What rounding leaves of a sum that is 0.
+    constexpr double nothing = 0x1p-96;
+    if (std::fabs(value.hi) <= nothing * size)
+        value = 0;
     Prediction out;
     const int response = factors.m + 1;
     out.value = factors.unscaled(value.hi, response);

@@ -2,6 +2,7 @@
 
 #include "present/Longleyfigures.h"
 #include "support/Print.h"
+#include "support/Regressions.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
@@ -80,6 +81,79 @@ TEST(JsonOfAFit, HasNothingThatWasNotAskedFor)
     const Json json = nuvo::jsonRegression(figures);
     for (const char *name : {"inference", "diagnostics", "influence", "robust", "predictions", "leftOut"})
         EXPECT_FALSE(json.contains(name)) << name;
+}
+
+/// A component as its JSON shows it from one step to the next.
+class JsonOfAComponent : public RegressionOver<TMLRTable>
+{
+protected:
+    void SetUp() override
+    {
+        fill("y a b", {{3, 1, 2}, {5, 2, 0}, {7, 4, 1}, {8, 5, 3}, {12, 7, 4}, {13, 8, 2}});
+        define(regression, "a");
+        ASSERT_TRUE(regression.ReLoad());
+        regression.Execute();
+    }
+    Json json() { return nuvo::jsonRegression(nuvo::figures(regression, nuvo::Asked())); }
+    /// That nothing of a fit is shown.
+    void expectNoFigures()
+    {
+        const Json shown = json();
+        EXPECT_EQ(shown["computed"], false);
+        for (const char *figure : {"coefficients", "sse", "fitted", "inference", "diagnostics", "report"})
+            EXPECT_FALSE(shown.contains(figure)) << figure;
+    }
+};
+
+TEST_F(JsonOfAComponent, IsComputedUntilTheNextLoad)
+{
+    EXPECT_EQ(json()["loaded"], true);
+    EXPECT_EQ(json()["computed"], true);
+    EXPECT_EQ(json()["coefficients"].size(), 2U);
+    ASSERT_TRUE(regression.ReLoad());
+    EXPECT_EQ(json()["loaded"], true);
+    expectNoFigures();
+    regression.Execute();
+    EXPECT_EQ(json()["computed"], true);
+}
+
+TEST_F(JsonOfAComponent, IsNotComputedAfterALoadThatThrows)
+{
+    regression.SetControl(1, control("None", "nope"));
+    EXPECT_THROW(regression.ReLoad(), EDatabaseError);
+    EXPECT_EQ(json()["loaded"], false);
+    expectNoFigures();
+    regression.Execute(); // says that nothing is loaded
+    expectNoFigures();
+}
+
+TEST_F(JsonOfAComponent, IsNotComputedAfterALoadWithoutAResult)
+{
+    regression.SetFilter(u("a > 100"));
+    regression.SetFiltered(true);
+    EXPECT_FALSE(regression.ReLoad());
+    EXPECT_EQ(json()["loaded"], false);
+    EXPECT_EQ(json()["observations"], 0);
+    expectNoFigures();
+}
+
+TEST_F(JsonOfAComponent, IsComputedWithNullsWhereTermsOverflow)
+{
+    regression.SetControl(1, power("a", "400"));
+    ASSERT_TRUE(regression.ReLoad());
+    regression.Execute();
+    const Json shown = json();
+    EXPECT_EQ(shown["loaded"], true);
+    EXPECT_EQ(shown["computed"], true);
+    for (const char *figures : {"coefficients", "standardErrors", "tValues"})
+        EXPECT_EQ(shown[figures].dump(), "[null,null]") << figures;
+    for (const char *figure : {"sse", "syx", "f"})
+        EXPECT_TRUE(shown[figure].is_null()) << figure;
+    EXPECT_TRUE(shown["inference"]["aic"].is_null());
+    regression.SetControl(1, control("None", "a"));
+    ASSERT_TRUE(regression.ReLoad());
+    regression.Execute();
+    EXPECT_FALSE(json()["coefficients"][1].is_null());
 }
 
 } // namespace
