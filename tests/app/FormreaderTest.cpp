@@ -77,6 +77,7 @@ TEST_F(FormReader, MakesTheComponentsWithTheirProperties)
                 "<property name=\"Description\"><string>two\nlines &lt;</string></property>") +
         component("TMLRQuery", "Other",
                   list("SQL", {"SELECT a", " FROM b"}) +
+                      "<property name=\"Records\"><enum>TMLRQuery::AllRecords</enum></property>"
                       "<property name=\"ShowWarnings\"><bool>true</bool></property>")));
     const auto *table = loaded->findChild<TMLRTable *>(u("Longley"));
     ASSERT_NE(table, nullptr);
@@ -92,6 +93,8 @@ TEST_F(FormReader, MakesTheComponentsWithTheirProperties)
     EXPECT_EQ(query->Name(), u("Other"));
     EXPECT_EQ(query->SQL(), u("SELECT a\n FROM b"));
     EXPECT_TRUE(query->ShowWarnings());
+    EXPECT_EQ(query->Records(), TMLRQuery::AllRecords);
+    EXPECT_EQ(table->Records(), TMLRTable::FirstRecords);
 }
 
 TEST_F(FormReader, FindsComponentsInContainersTabsAndLayoutsInTheFormsOrder)

@@ -103,7 +103,7 @@ TEST_F(Designer, ShowsPublishedPropertiesAndOnlyThoseInGroupsWithToolTips)
               words("[QObject];objectName;[TDataSet];Active;DatabaseName;[TTable];TableName;Filter;Filtered;"
                     "IndexFieldNames;[TMLRTable];ControlVar01;ControlVar02;ControlVar03;ControlVar04;ControlVar05;"
                     "ControlVar06;ControlVar07;ControlVar08;ControlVar09;ControlVar10;Description;ShowLoadProgress;"
-                    "ShowWarnings;ResponseVarY;ReportMessage"));
+                    "ShowWarnings;ResponseVarY;ReportMessage;Records"));
     EXPECT_EQ(list("stepWiseRows"), words("[QObject];objectName;[TCorvane];Dataset;Rule;[TStepWiseMLR];FDistTable;"
                                           "FInDefault;FOutDefault;FPercent;ShowReport;ShowProgress;PIn;POut"));
     EXPECT_EQ(list("rowsWithoutToolTip"), Strings());

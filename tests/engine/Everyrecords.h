@@ -28,10 +28,12 @@ struct BigFit
     Big mean;
     Big deviation; ///< of y
 
-    BigFit(const std::vector<std::vector<double>> &x, const std::vector<double> &y)
+    /// With weights: how often each record is there.
+    BigFit(const std::vector<std::vector<double>> &x, const std::vector<double> &y,
+           const std::vector<qint64> &weights = {})
     {
         const std::size_t p = x.size() + 1;
-        const std::size_t n = y.size();
+        Big n = 0;
         const auto cell = [&](std::size_t j, std::size_t i) {
             return j == 0 ? Big(1) : j < p ? Big(x[j - 1][i]) : Big(y[i]);
         };
@@ -39,15 +41,17 @@ struct BigFit
         std::vector<std::vector<Big>> a(p, std::vector<Big>(2 * p + 1));
         Big squares = 0;
         Big sum = 0;
-        for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t i = 0; i < y.size(); ++i) {
+            const Big weight = weights.empty() ? 1 : weights[i];
+            n += weight;
             std::vector<Big> row;
             for (std::size_t j = 0; j <= p; ++j)
                 row.push_back(cell(j, i));
             for (std::size_t j = 0; j < p; ++j)
                 for (std::size_t k = j; k <= p; ++k)
-                    a[j][k] += row[j] * row[k];
-            squares += row[p] * row[p];
-            sum += row[p];
+                    a[j][k] += weight * row[j] * row[k];
+            squares += weight * row[p] * row[p];
+            sum += weight * row[p];
         }
         std::vector<Big> moments;
         for (std::size_t j = 0; j < p; ++j) {
