@@ -160,6 +160,8 @@ private:
 
     void writeModels()
     {
+        if (choice_.controls.isEmpty())
+            return;
         page_.add(Page::Kind::Heading, choice_.perSize == 1
                                            ? QStringLiteral("The best model of each size")
                                            : QStringLiteral("The %1 best models of each size").arg(choice_.perSize));
@@ -219,7 +221,9 @@ private:
             return QStringLiteral("None: %1 does not vary over the records that every variable can use.")
                 .arg(choice_.response);
         case Choice::End::NoBestModel:
-            return QStringLiteral("The variables as they were before: no subset has a %1%2.")
+            if (choice_.controls.isEmpty())
+                return QStringLiteral("The constant alone: there is no variable to choose from.");
+            return QStringLiteral("The variables as they were before: %1 exists for no subset%2.")
                 .arg(criterionName(choice_.criterion), whyNone());
         case Choice::End::Chosen:
             break;
@@ -233,7 +237,7 @@ private:
     QString whyNone() const
     {
         if (choice_.criterion == SubsetCriterion::Press && choice_.observations > MaxObservations)
-            return QStringLiteral(", which needs every observation, not a sample of them");
+            return QStringLiteral(", as it needs every observation, not a sample of them");
         if (choice_.observations <= choice_.count() + 1)
             return QStringLiteral(", as %1 observations leave the full model no degrees of freedom")
                 .arg(choice_.observations);

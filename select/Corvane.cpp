@@ -138,9 +138,10 @@ void TCorvane::SelectModel(int index)
                 .arg(caption(*this)));
     const std::optional<nuvo::ControlSet> model = choice_->model(index);
     if (!model)
-        throw EStringListError(QStringLiteral("There is no model %1 in the choice: its models are 1 to %2.")
-                                   .arg(index)
-                                   .arg(choice_->modelCount()));
+        throw EStringListError(QStringLiteral("There is no model %1 in the choice: it has %2.")
+                                   .arg(QString::number(index), choice_->modelCount() == 0
+                                                                    ? QStringLiteral("none")
+                                                                    : QString::number(choice_->modelCount())));
     const QPointer<TCorvane> alive = this;
     nuvo::Choice choice = *choice_;
     nuvo::applyChoice(*Regression(), choice, *model, index);

@@ -149,8 +149,7 @@ TEST_P(SelectTextbook, AnyModelOfTheListCanBeApplied)
     EXPECT_EQ(json["selected"]["terms"], json["bySize"][3]["terms"]);
     EXPECT_NEAR(json["selected"]["sse"].get<double>(), json["bySize"][3]["sse"].get<double>(), 1e-9);
     EXPECT_TRUE(text(json["report"]).contains(u("(number 4 of the list, put in the place of the chosen")));
-    expectRefused("optimal", "--criterion bic --apply 5",
-                  "--apply 5: There is no model 5 in the choice: its models are 1 to 4.");
+    expectRefused("optimal", "--criterion bic --apply 5", "--apply 5: There is no model 5 in the choice: it has 4.");
     expectRefused("optimal", "--criterion bic --apply 0", "--apply");
     // Of the method as written as well.
     const Json written = runJson("optimal", "--criterion min-s2 --models 3 --apply 2");

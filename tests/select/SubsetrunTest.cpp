@@ -80,7 +80,7 @@ TEST_F(Optimal, FiguresOfTheListAreThoseOfTheFits)
     }
     EXPECT_THROW(search.SelectModel(0), EStringListError);
     EXPECT_EQ(errorOf<EStringListError>([&] { search.SelectModel(8); }),
-              text("There is no model 8 in the choice: its models are 1 to 7."));
+              text("There is no model 8 in the choice: it has 7."));
 }
 
 TEST_F(Optimal, TheRuleAloneAsksForCpAndTheOldCriteriaKeepTheirMeaningOnOneSample)
@@ -223,12 +223,25 @@ TEST_F(Optimal, WithoutDegreesOfFreedomForAllControlsThereIsNoCpAndAllIsAsBefore
     EXPECT_EQ(selected(regression), text("a b c d"));
     EXPECT_TRUE(regression.ResultsCurrent());
     EXPECT_TRUE(
-        search.Report().simplified().contains(text("The variables as they were before: no subset has a Cp, as 4 "
+        search.Report().simplified().contains(text("The variables as they were before: Cp exists for no subset, as 4 "
                                                    "observations leave the full model no degrees of freedom.")));
     search.SetOptCriteria(TOptimizeMLR::BIC);
     search.Run();
     EXPECT_EQ(search.Choice()->end, nuvo::Choice::End::Chosen);
     EXPECT_LE(regression.GetNumVars(), 2);
+}
+
+TEST_F(Optimal, WithoutControlsThereIsNothingToChooseFrom)
+{
+    fill("y", 9, [](int i) { return Row{i * i % 7}; });
+    define(regression, "");
+    search.SetOptCriteria(TOptimizeMLR::AIC);
+    search.Run();
+    EXPECT_EQ(search.ModelCount(), 0);
+    EXPECT_TRUE(regression.ResultsCurrent());
+    EXPECT_TRUE(search.Report().contains(text("The constant alone: there is no variable to choose from.")));
+    EXPECT_EQ(errorOf<EStringListError>([&] { search.SelectModel(1); }),
+              text("There is no model 1 in the choice: it has none."));
 }
 
 TEST_F(Optimal, NoRecordForAllControlsIsNoResult)
@@ -311,5 +324,5 @@ TEST_F(Optimal, EveryRecordIsComparedWhereTheFitIsOfEveryRecord)
     search.SetOptCriteria(TOptimizeMLR::PRESS);
     search.Run();
     EXPECT_TRUE(search.Summary().simplified().contains(
-        text("no subset has a PRESS, which needs every observation, not a sample of them.")));
+        text("PRESS exists for no subset, as it needs every observation, not a sample of them.")));
 }
