@@ -137,9 +137,14 @@ InterruptHold::~InterruptHold()
     ::alarm(0);
 }
 
+bool InterruptHold::hasCome() const
+{
+    return remembered != 0;
+}
+
 void InterruptHold::check() const
 {
-    if (remembered == 0)
+    if (!hasCome())
         return;
     ::alarm(undoTime);
     throw Interrupted{remembered};

@@ -40,6 +40,7 @@ public:
     InterruptHold(const InterruptHold &) = delete;
     InterruptHold &operator=(const InterruptHold &) = delete;
 
+    bool hasCome() const;
     /// \throws Interrupted when a signal has come.
     void check() const;
 };

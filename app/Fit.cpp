@@ -1,6 +1,7 @@
 #include "app/Fit.h"
 
 #include "app/Console.h"
+#include "app/Interruptible.h"
 #include "app/Model.h"
 #include "app/Observationsfile.h"
 #include "app/Regressionoutput.h"
@@ -130,8 +131,13 @@ bool fitOn(Component &component, const FitOptions &options)
     {
         const MessageLog log;
         component.Open();
-        if (component.ReLoad())
-            component.Execute();
+        {
+            const InterruptibleLoads interruptible(component);
+            const bool loaded = component.ReLoad();
+            interruptible.check();
+            if (loaded)
+                component.Execute();
+        }
         Figures figures = takeFigures(component, options);
         QStringList written;
         if (figures.current)

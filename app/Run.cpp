@@ -2,6 +2,7 @@
 
 #include "app/Console.h"
 #include "app/Formreader.h"
+#include "app/Interruptible.h"
 #include "app/Regressionoutput.h"
 #include "app/Selectionoutput.h"
 #include "engine/Regression.h"
@@ -80,8 +81,13 @@ private:
         auto &regression = dynamic_cast<TRegression &>(dataset);
         const MessageLog log;
         dataset.Open();
-        if (regression.ReLoad())
-            regression.Execute();
+        {
+            const InterruptibleLoads interruptible(regression);
+            const bool loaded = regression.ReLoad();
+            interruptible.check();
+            if (loaded)
+                regression.Execute();
+        }
         succeeded_ = succeeded_ && regression.ResultsCurrent();
         if (options_.format == OutputFormat::Json)
             put(regressions_, dataset, jsonRegression(figures(regression, Asked())), log);

@@ -1,6 +1,7 @@
 #include "app/Select.h"
 
 #include "app/Console.h"
+#include "app/Interruptible.h"
 #include "app/Model.h"
 #include "app/Regressionoutput.h"
 #include "app/Selectionoutput.h"
@@ -143,9 +144,15 @@ bool selectOn(Component &component, const SelectOptions &options)
 
     const MessageLog log([&method](const Message &message) { return isOwnReport(*method, message); });
     component.Open();
-    if (component.ReLoad())
-        component.Execute();
-    method->Run();
+    {
+        const InterruptibleLoads interruptible(component);
+        const bool loaded = component.ReLoad();
+        interruptible.check();
+        if (loaded)
+            component.Execute();
+        method->Run();
+        interruptible.check();
+    }
     if (options.apply)
         apply(*method, *options.apply);
     if (options.format == OutputFormat::Json) {

@@ -3,6 +3,7 @@
 // With --server-alone only the first; with --parent the table is asked as a query, so that its parts are the
 // planner's business.
 
+#include "engine/Recordscan.h"
 #include "engine/Serversums.h"
 #include "platform/Connection.h"
 #include "platform/Errors.h"
@@ -67,6 +68,8 @@ int main(int argc, char **argv)
             for (const qint64 rows : server.rowsReceived())
                 std::printf(" %lld", static_cast<long long>(rows));
             if (!serverAlone) {
+                nuvo::RecordScan all(request);
+                std::printf("; all %.2f s", secondsOf([&] { static_cast<void>(all.read()); }));
                 std::printf("; select %.2f s", secondsOf([&] {
                                 readBare(request.source.databaseName, arguments.value(1), arguments.mid(2));
                             }));

@@ -45,7 +45,7 @@ void ServerRecords::describeQuery(const Connection &connection, const ScanSource
     values = select.values;
     Select none = select;
     none.sql = QStringLiteral("SELECT * FROM (%1) nuvo_q WHERE 1 = 0").arg(select.sql);
-    none.cursor = !connection.isOwn();
+    none.cursor = false;
     columns = columnsOf(RowSource::open(connection, none, caption)->columns(), connection.dialect());
     for (const Column &column : columns)
         expressions.append(quotedName(column.name, connection.dialect()));

@@ -103,7 +103,7 @@ QString ServerStatements::products(const std::vector<Column> &columns) const
         if (columns[i].always)
             continue;
         if (columns[i].term == response())
-            required.append(terms_.back().usable);
+            required.append(terms_[size_t(columns[i].term)].usable);
         else
             bits.append(bit(columns[i].term));
     }

@@ -51,8 +51,9 @@ public:
         ColumnShift shift;
         bool always = false; ///< whether every record can use the term
     };
-    /// Of the records that the response can use. Columns: the pattern of those of `columns` that are not always
-    /// usable, count, the sum of each column, the sums of products of columns i and j, j >= i, row by row.
+    /// Of the records that the response can use. Columns: the pattern of those of
+    /// `columns` that are not always usable, count, the sum of each column, the sums of products of columns i and j,
+    /// j >= i, row by row.
     QString products(const std::vector<Column> &columns) const;
     /// Of the records that all columns can use, r being column combination.column - 1 less the combination of the
     /// others. Columns: count, sum of r, sums of r times each column but that one, where it is r r.

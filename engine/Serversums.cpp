@@ -16,27 +16,12 @@ namespace {
 
 using Row = std::vector<double>;
 
-/// Where a term's records are as a whole.
-struct TermRecords
-{
-    double count = 0; ///< that it can use, of those that the response can use
-    double sum = 0;
-    ColumnRange range;
-    bool always = true; ///< whether every record can use it
-
-    void add(double records, double total, ColumnRange of)
-    {
-        range = count == 0 ? of : ColumnRange{std::min(range.min, of.min), std::max(range.max, of.max)};
-        count += records;
-        sum += total;
-    }
-};
-
 /// Records of one pattern.
 struct PatternRecords
 {
     std::int64_t rows = 0;
     std::vector<ColumnRange> ranges; ///< by term
+    std::vector<double> sums;        ///< likewise
     CrossProducts shifted{};         ///< of the columns of the sums, where they are usable
     std::int64_t added = 0;          ///< rows behind these
 };
@@ -45,6 +30,31 @@ ColumnRange joined(const ColumnRange &a, const ColumnRange &b)
 {
     return {std::min(a.min, b.min), std::max(a.max, b.max)};
 }
+
+/// Where the values of a term lie, of the records that the response can use.
+struct TermRecords
+{
+    double count = 0; ///< that it can use
+    ColumnRange range;
+    bool always = true; ///< whether every record can use it
+    // Of the pattern that counts most: what every term can use is in every fit; else the one with the most records.
+    bool inEveryFit = false;
+    double mostCount = 0;
+    double mostMean = 0;
+    ColumnRange mostRange;
+
+    void add(double records, double sum, ColumnRange of, bool complete)
+    {
+        range = count == 0 ? of : joined(range, of);
+        count += records;
+        if (complete == inEveryFit ? records <= mostCount : inEveryFit)
+            return;
+        inEveryFit = complete;
+        mostCount = records;
+        mostMean = sum / records;
+        mostRange = of;
+    }
+};
 
 } // namespace
 
@@ -127,13 +137,16 @@ void ServerReader::Private::readCounts(RecordSums &result)
     std::vector<std::int64_t> lacking(size_t(m) + 1);
     std::vector<std::int64_t> unusable(size_t(m) + 1);
     terms_.resize(size_t(m) + 1);
+    result.total = 0;
     for (const Row &row : rows(statements_->counts())) {
+        *result.total += std::int64_t(row[1]);
         const auto pattern = ControlSet(row[0]);
         const double count = row[1];
         PatternRecords &records = patterns_[pattern];
         const bool first = records.rows == 0;
         records.rows += std::int64_t(count);
         records.ranges.resize(terms_.size());
+        records.sums.resize(terms_.size());
         for (size_t term = 0; term < terms_.size(); ++term) {
             const double *const of = &row[ServerStatements::kCountsBefore + term * ServerStatements::kCountsPerTerm];
             if ((pattern >> term & 1) == 0) {
@@ -145,8 +158,14 @@ void ServerReader::Private::readCounts(RecordSums &result)
             }
             const ColumnRange range{of[1], of[2]};
             records.ranges[term] = first ? range : joined(records.ranges[term], range);
-            if ((pattern & response) != 0)
-                terms_[term].add(count, of[0], range);
+            records.sums[term] += of[0];
+        }
+    }
+    for (const auto &[pattern, records] : patterns_) {
+        for (size_t term = 0; term < terms_.size() && (pattern & response) != 0; ++term) {
+            if ((pattern >> term & 1) != 0)
+                terms_[term].add(double(records.rows), records.sums[term], records.ranges[term],
+                                 pattern == everyTerm());
         }
     }
     for (size_t k = 0; k <= size_t(m); ++k) {
@@ -168,12 +187,13 @@ void ServerReader::Private::chooseColumns()
         const TermRecords &records = terms_[term];
         if (records.count == 0)
             continue;
-        if (!std::isfinite(records.sum) || !std::isfinite(records.range.largest()))
+        if (!std::isfinite(records.mostMean) || !std::isfinite(records.range.largest()))
             throw EDatabaseError(QStringLiteral("The sums over %1 leave the range of numbers.").arg(caption()));
-        const double mean = records.sum / records.count;
-        const bool asItIs =
-            !nested && ColumnShift::isDispensable(mean, records.range, statements_->terms()[term].whole);
-        used_.push_back({int(term), asItIs ? ColumnShift() : ColumnShift::of(mean, records.range), records.always});
+        const bool asItIs = !nested && ColumnShift::isDispensable(records.mostMean, records.mostRange, records.range,
+                                                                  statements_->terms()[term].whole);
+        used_.push_back({int(term),
+                         asItIs ? ColumnShift() : ColumnShift::of(records.mostMean, records.mostRange, records.range),
+                         records.always});
     }
 }
 

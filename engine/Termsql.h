@@ -19,7 +19,7 @@ struct SqlField
 };
 
 /// A term in a statement. Conditions are parts of a conjunction or can be put between parentheses.
-struct SqlTerm
+struct NUVO_EXPORT SqlTerm
 {
     QString value;       ///< where it is usable; elsewhere it may be refused by the database
     QString usable;      ///< the condition; empty where no record is usable

@@ -59,7 +59,7 @@ void ServerSession::open(const QString &databaseName)
         closed_ = false;
         canceller_.use(connection_.database());
     }
-    if (connection_.dialect() == Dialect::Mysql && connection_.isOwn()) {
+    if (connection_.dialect() == Dialect::Mysql) {
         const auto found = rows(QStringLiteral("SELECT CONNECTION_ID()"), {}, connection_.caption());
         const std::lock_guard lock(mutex_);
         mysqlSession_ = found.empty() ? 0 : qint64(found[0][0]);
@@ -67,11 +67,8 @@ void ServerSession::open(const QString &databaseName)
     begin();
 }
 
-/// A program's own transaction on a registered connection is the program's; each statement is read within it then.
 void ServerSession::begin()
 {
-    if (!connection_.isOwn())
-        return;
     QString sql;
     if (connection_.dialect() == Dialect::Postgres)
         sql = QStringLiteral("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
@@ -90,7 +87,7 @@ std::vector<std::vector<double>> ServerSession::rows(const QString &sql, const Q
     Select select;
     select.sql = sql;
     select.values = values;
-    select.cursor = !connection_.isOwn();
+    select.cursor = false;
     const std::unique_ptr<RowSource> source = RowSource::open(connection_, select, caption);
     std::vector<std::vector<double>> result;
     const int columns = source->columns().count();
@@ -103,8 +100,6 @@ std::vector<std::vector<double>> ServerSession::rows(const QString &sql, const Q
             row.push_back(isNumber ? number : std::numeric_limits<double>::quiet_NaN());
         }
     }
-    if (source->isLost())
-        throw EDatabaseError(QStringLiteral("Cannot read %1: the transaction around it has ended.").arg(caption));
     return result;
 }
 
@@ -112,8 +107,7 @@ QString ServerSession::whyNot(const QString &sql)
 {
     const Running running(mutex_, changed_, running_);
     const AnswerLimit::Wait wait = connection_.waiting();
-    if (connection_.isOwn())
-        connection_.newQuery().exec(QStringLiteral("ROLLBACK"));
+    connection_.newQuery().exec(QStringLiteral("ROLLBACK"));
     QSqlQuery query = connection_.newQuery();
     if (query.exec(sql)) {
         while (query.next()) {
@@ -137,7 +131,7 @@ void ServerSession::close()
     }
     changed_.notify_all();
     // Some functions write in a transaction that only reads: nothing of that is to stay.
-    if (connection_.isOpen() && connection_.isOwn()) {
+    if (connection_.isOpen()) {
         const AnswerLimit::Wait wait = connection_.waiting();
         connection_.newQuery().exec(QStringLiteral("ROLLBACK"));
     }

@@ -58,10 +58,10 @@ std::vector<int> independentColumns(const CrossProducts &products, int m)
 
 } // namespace
 
-ColumnShift ColumnShift::of(double mean, ColumnRange range)
+ColumnShift ColumnShift::of(double mean, ColumnRange range, ColumnRange all)
 {
     ColumnShift result;
-    const double largest = range.largest();
+    const double largest = all.largest();
     // Room on both sides: the smallest values of a large column must not vanish, nor the squares of many leave the
     // range.
     if (largest > 0x1p200)
@@ -72,22 +72,26 @@ ColumnShift ColumnShift::of(double mean, ColumnRange range)
     const double high = std::scalbn(range.max, -result.exponent);
     const double middle = std::clamp(std::scalbn(mean, -result.exponent), low, high);
     if (high == low) {
-        result.shift = low != 0 ? low : 1;
-        return result;
+        result.shift = low;
+    } else {
+        const double step = std::scalbn(1.0, std::ilogb(high - low) - 10);
+        result.shift = std::nearbyint(middle / step) * step;
+        if (result.shift == 0)
+            result.shift = step;
     }
-    const double step = std::scalbn(1.0, std::ilogb(high - low) - 10);
-    result.shift = std::nearbyint(middle / step) * step;
-    if (result.shift == 0)
-        result.shift = step;
+    // Differences from this are no smaller than its last digit.
+    constexpr double smallest = 0x1p-400;
+    if (std::fabs(result.shift) < smallest)
+        result.shift = largest > 0 ? std::scalbn(1.0, std::ilogb(largest) - result.exponent - 10) : 1;
     return result;
 }
 
-bool ColumnShift::isDispensable(double mean, ColumnRange range, bool whole)
+bool ColumnShift::isDispensable(double mean, ColumnRange range, ColumnRange all, bool whole)
 {
     constexpr double largest = 0x1p200;
     constexpr double smallest = 0x1p-200;
-    const bool notTiny = whole || range.min >= smallest || range.max <= -smallest;
-    return notTiny && range.largest() <= largest && range.max > range.min && std::fabs(mean) <= range.max - range.min;
+    const bool notTiny = whole || all.min >= smallest || all.max <= -smallest;
+    return notTiny && all.largest() <= largest && range.max > range.min && std::fabs(mean) <= range.max - range.min;
 }
 
 CrossProducts unshifted(const CrossProducts &shifted, std::span<const ColumnShift> shifts)

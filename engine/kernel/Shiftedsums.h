@@ -22,15 +22,16 @@ struct ColumnShift
     int exponent = 0;
     double shift = 0;
 
-    /// From the column's mean, or a number near it, and range, which are finite. The shift is a number with few
-    /// digits near the mean, so that differences of most data are exact. It is never 0: otherwise differences could
-    /// be so small that their products are below the range of doubles, an error in some databases.
-    NUVO_KERNEL_EXPORT static ColumnShift of(double mean, ColumnRange range);
+    /// From the mean, or a number near it, and the range of those values whose digits matter most, and the range of
+    /// all values; all finite. The shift is a number with few digits near the mean, so that differences of most data
+    /// are exact. It is never 0: otherwise differences could be so small that their products are below the range of
+    /// doubles, an error in some databases.
+    NUVO_KERNEL_EXPORT static ColumnShift of(double mean, ColumnRange range, ColumnRange all);
 
     /// Whether a column can as well be added up as it is, where a shift costs much: its mean is not far from zero
     /// beside its range, so that a digit is lost at most, and no product of its values is too small for a double.
     /// \param whole whether all values are whole numbers.
-    NUVO_KERNEL_EXPORT static bool isDispensable(double mean, ColumnRange range, bool whole);
+    NUVO_KERNEL_EXPORT static bool isDispensable(double mean, ColumnRange range, ColumnRange all, bool whole);
 };
 
 /// The cross products of the columns, as their multiples by 2^-exponent, from those of the shifted ones.

@@ -40,8 +40,8 @@ std::vector<nuvo::ColumnShift> shiftsOf(const Columns &columns)
         double sum = 0;
         for (const double value : column)
             sum += value;
-        shifts.push_back(
-            nuvo::ColumnShift::of(sum / double(column.size()), nuvo::minMax(column.data(), int(column.size()))));
+        const nuvo::ColumnRange range = nuvo::minMax(column.data(), int(column.size()));
+        shifts.push_back(nuvo::ColumnShift::of(sum / double(column.size()), range, range));
     }
     return shifts;
 }
@@ -81,23 +81,27 @@ Columns around(double offset)
 
 TEST(ColumnShifts, LieNearTheMeanHaveFewDigitsAndAreNever0)
 {
-    const nuvo::ColumnShift far = nuvo::ColumnShift::of(1e8 + 0.1234567, {1e8 - 1, 1e8 + 1});
+    const nuvo::ColumnShift far = nuvo::ColumnShift::of(1e8 + 0.1234567, {1e8 - 1, 1e8 + 1}, {1e8 - 1, 1e8 + 1});
     EXPECT_NEAR(far.shift, 1e8 + 0.1234567, 0.01);
     EXPECT_EQ(std::fmod(far.shift * 1024, 1), 0);
     EXPECT_EQ(far.exponent, 0);
-    const nuvo::ColumnShift none = nuvo::ColumnShift::of(0, {-1, 1});
+    const nuvo::ColumnShift none = nuvo::ColumnShift::of(0, {-1, 1}, {-1, 1});
     EXPECT_NE(none.shift, 0);
     EXPECT_LT(std::fabs(none.shift), 0.01);
-    EXPECT_EQ(nuvo::ColumnShift::of(7.5, {7.5, 7.5}).shift, 7.5);
-    EXPECT_NE(nuvo::ColumnShift::of(0, {0, 0}).shift, 0);
+    EXPECT_EQ(nuvo::ColumnShift::of(7.5, {7.5, 7.5}, {7.5, 7.5}).shift, 7.5);
+    EXPECT_NE(nuvo::ColumnShift::of(0, {0, 0}, {0, 0}).shift, 0);
+    // An outlier elsewhere leaves the digits of these alone, as far as the range goes.
+    EXPECT_NEAR(nuvo::ColumnShift::of(5, {4, 6}, {4, 1e50}).shift, 5, 0.01);
+    const nuvo::ColumnShift huge = nuvo::ColumnShift::of(5, {4, 6}, {4, 1e300});
+    EXPECT_GT(std::fabs(huge.shift), 0x1p-450);
     // A mean that is worked out roughly can lie outside.
-    EXPECT_LE(nuvo::ColumnShift::of(3, {1, 2}).shift, 2.01);
+    EXPECT_LE(nuvo::ColumnShift::of(3, {1, 2}, {1, 2}).shift, 2.01);
 }
 
 TEST(ColumnShifts, KeepTheSquaresOfTheLargestNumbersInRange)
 {
     for (const double largest : {1e300, 1e100, 1e-100, 1e-300}) {
-        const nuvo::ColumnShift shift = nuvo::ColumnShift::of(largest / 3, {-largest, largest});
+        const nuvo::ColumnShift shift = nuvo::ColumnShift::of(largest / 3, {-largest, largest}, {-largest, largest});
         const double value = std::scalbn(largest, -shift.exponent) - shift.shift;
         EXPECT_TRUE(std::isnormal(value * value * 1e9)) << largest;
         EXPECT_TRUE(std::isnormal(value * value * 1e-30)) << largest;
@@ -106,13 +110,13 @@ TEST(ColumnShifts, KeepTheSquaresOfTheLargestNumbersInRange)
 
 TEST(ColumnShifts, CanBeSparedWhereDigitsAndRangeAllow)
 {
-    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(60, {10, 110}, false));
-    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(-60, {-110, -10}, false));
-    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(105, {100, 110}, true)); // digits
-    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(0.1, {-1, 1}, false));   // there may be 1e-200 in it
-    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(0.1, {-1, 1}, true));
-    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(1e90, {1e-9, 3e90}, false));
-    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(0, {0, 0}, true));
+    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(60, {10, 110}, {10, 110}, false));
+    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(-60, {-110, -10}, {-110, -10}, false));
+    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(105, {100, 110}, {100, 110}, true)); // digits
+    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(0.1, {-1, 1}, {-1, 1}, false));      // there may be 1e-200 in it
+    EXPECT_TRUE(nuvo::ColumnShift::isDispensable(0.1, {-1, 1}, {-1, 1}, true));
+    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(1e90, {1e-9, 3e90}, {1e-9, 3e90}, false));
+    EXPECT_FALSE(nuvo::ColumnShift::isDispensable(0, {0, 0}, {0, 0}, true));
 }
 
 TEST(ShiftedSums, AreThoseOfTheColumnsWhenShiftedBack)

