@@ -223,7 +223,11 @@ Figures figuresThatExist(Figures figures)
         if (!figures.classical.empty() && !figures.exact)
             figures.correlation = correlationsOf(figures.classical);
     }
-    if (figures.exact)
+    // Of the squares of the response: what rounding to doubles leaves, squared, not what a small error can leave.
+    constexpr double nothing = 0x1p-98;
+    const double mean = figures.response.mean;
+    const double squares = figures.sums.total + double(figures.observations) * mean * mean;
+    if (figures.exact && figures.sums.residual <= nothing * squares)
         figures.sums.residual = figures.sums.mse = figures.sums.syx = 0;
     if (!free)
         figures.sums.mse = figures.sums.syx = Figures::None;

@@ -153,7 +153,8 @@ NUVO_EXPORT Figures figures(TRegression &regression, const Asked &asked);
 /// The same as a page and JSON show them, where inference was asked for. A fit's accessors, and the report with them,
 /// divide whatever there is; here is nothing that rounding made up: of dependent terms no coefficient, error or t,
 /// and those of the others are of the fit without them; without degrees of freedom no MSE, s, F or errors; of an
-/// exact fit a residual sum, MSE, s and errors of 0 and neither t nor F.
+/// exact fit errors of 0 and neither t nor F, and a residual sum, MSE and s of 0 where they are no more than rounding
+/// leaves.
 NUVO_EXPORT Figures figuresThatExist(Figures figures);
 
 /// What the load left out, in one line, and in further lines the terms that say nothing: columns that are linear

@@ -126,6 +126,15 @@ TEST_F(FitBadInput, AnExactFitHasErrorsOfZeroAndNoT)
     EXPECT_TRUE(text.contains(u("\ns = 0   R² = 1   adjusted R² = 1\n"))) << text.toStdString();
 }
 
+TEST_F(FitBadInput, AnErrorThatIsSmallBesideTheResponseIsNoZero)
+{
+    fill(20, [](int i) { return numbers({1e6 + i + 1e-8 * scattered(i, 0), double(i), 0, 0}); });
+    const Json fit = json(u("a"));
+    EXPECT_GT(fit["sse"], 1e-17);
+    EXPECT_LT(fit["sse"], 1e-14);
+    EXPECT_GT(fit["syx"], 0);
+}
+
 TEST_F(FitBadInput, ALeverageOfOneIsNamedAndTakesWhatDividesByIt)
 {
     fill(30, [](int i) {
