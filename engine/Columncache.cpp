@@ -25,9 +25,11 @@ constexpr std::size_t MaxCombinations = 4096;
 
 using Bits = std::vector<std::uint64_t>;
 
+/// \pre `at` was the last one, or is the one behind it.
 void setBit(Bits &bits, int at, bool value)
 {
-    bits.resize(std::size_t(at / 64) + 1);
+    if (std::size_t(at / 64) == bits.size())
+        bits.push_back(0);
     bits[std::size_t(at / 64)] |= std::uint64_t(value) << (at % 64);
 }
 
@@ -69,6 +71,7 @@ private:
         Bits valid;                 ///< of the records kept
         std::vector<double> values; ///< of the records kept
         std::vector<double> low;    ///< of the values, where these have low parts
+        bool hasLow = false;        ///< the values have low parts
         bool acceptsAll = true;
         bool raised = false; ///< and so nothing is known of further records
     };
@@ -170,6 +173,8 @@ bool ColumnCache::Private::begin(const TDependentVar &response)
         term->reader.emplace(term->definition, dataset);
         term->valid.clear();
         term->values.clear();
+        term->values.reserve(MaxObservations);
+        term->hasLow = term->reader->HasLowPart();
         term->low.clear();
         term->acceptsAll = true;
         term->raised = false;
@@ -202,7 +207,7 @@ void ColumnCache::Private::readTerm(Term &term, bool kept)
         if (!kept)
             return;
         const double value = valid ? term.reader->Value() : 0;
-        if (term.reader->HasLowPart())
+        if (term.hasLow)
             term.low.push_back(valid ? term.reader->LowPart(value) : 0);
         term.values.push_back(value);
         setBit(term.valid, int(position_.size()) - 1, valid);

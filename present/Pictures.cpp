@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmapCache>
 
 namespace {
 
@@ -124,8 +125,12 @@ namespace nuvo {
 
 QPixmap drawPicture(Picture picture, qreal ratio)
 {
+    const QString key = QStringLiteral("nuvo-picture-%1-%2").arg(int(picture)).arg(ratio);
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap))
+        return pixmap;
     const int side = sideOf(picture);
-    QPixmap pixmap(QSize(side, side) * ratio);
+    pixmap = QPixmap(QSize(side, side) * ratio);
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
@@ -169,6 +174,8 @@ QPixmap drawPicture(Picture picture, qreal ratio)
         drawClose(painter);
         break;
     }
+    painter.end();
+    QPixmapCache::insert(key, pixmap);
     return pixmap;
 }
 

@@ -185,8 +185,11 @@ void TProgressDlg::Repaint()
 
 void TProgressDlg::Paint()
 {
-    if (std::exchange(stale_, false))
-        form_->repaint();
+    if (!std::exchange(stale_, false))
+        return;
+    // What has changed, not the whole form.
+    QEvent update(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(form_, &update);
 }
 
 void TProgressDlg::FormActivate()

@@ -137,6 +137,25 @@ std::vector<ControlSet> bestOfEachSize(const SubsetSums &sums, int keep)
     return result;
 }
 
+// Sets beside the listed ones that can have the smallest PRESS: it is never below SSE, so most cannot.
+std::vector<ControlSet> rivals(const SubsetSums &sums, const std::vector<ControlSet> &listed,
+                               const std::vector<double> &press)
+{
+    constexpr double Doubt = 1e-10; // about PRESS
+    double least = infinite;
+    std::vector<bool> known(std::size_t(sums.all()) + 1);
+    for (const ControlSet set : listed) {
+        known[set] = true;
+        least = std::fmin(least, press[set - 1]);
+    }
+    std::vector<ControlSet> result;
+    for (ControlSet set = 1; set <= sums.all(); ++set) {
+        if (!known[set] && !(sums.sse(set).hi > least * (1 + Doubt)))
+            result.push_back(set);
+    }
+    return result;
+}
+
 } // namespace
 
 SubsetChoice chooseSubsets(const SubsetSums &sums, int keep, SubsetCriterion criterion,
@@ -156,11 +175,15 @@ SubsetChoice chooseSubsets(const SubsetSums &sums, int keep, SubsetCriterion cri
             choice.dependent.push_back(set);
     }
     std::vector<double> press(all.size(), none); // of set at set - 1
-    if (!columns.empty()) {
-        const std::vector<ControlSet> &wanted = criterion == SubsetCriterion::Press ? all : listed;
+    const auto findPress = [&](const std::vector<ControlSet> &wanted) {
         const std::vector<double> found = pressOf(sums, wanted, columns, n);
         for (std::size_t i = 0; i < wanted.size(); ++i)
             press[wanted[i] - 1] = found[i];
+    };
+    if (!columns.empty()) {
+        findPress(listed);
+        if (criterion == SubsetCriterion::Press)
+            findPress(rivals(sums, listed, press));
     }
     for (SubsetFigures &one : choice.bySize)
         one.press = press[one.controls - 1];
