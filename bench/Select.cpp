@@ -1,19 +1,24 @@
-// Choosing a model among all subsets of ten control variables: the whole run of TOptimizeMLR, its dialog included,
-// and the 1023 loads and fits alone, with the cache that a run has and without. bench/select.sh makes the table and
-// sets R's leaps beside it.
+// Choosing a model among ten control variables: whole runs of the methods, their dialogs included, by the written
+// rule and by the textbook's, and the written rule's 1023 loads and fits alone, with the cache that a run has and
+// without. bench/select.sh makes the table and sets R's leaps and step and gretl beside them.
 //
 //   bench_select DATABASE [benchmark options]     a table "data" with y and x1 to x10
 
 #include "engine/Columncache.h"
 #include "engine/Mlrtable.h"
 #include "platform/Messages.h"
+#include "select/Bkmain.h"
+#include "select/Choice.h"
 #include "select/Cvmain.h"
+#include "select/Fwdmain.h"
+#include "select/Stepmain.h"
 
 #include <QApplication>
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <functional>
 #include <optional>
 
 namespace {
@@ -111,12 +116,78 @@ BENCHMARK_DEFINE_F(Fixture, EverySubsetWithoutCache)(benchmark::State &state)
         benchmark::DoNotOptimize(everySubset());
 }
 
+/// A run by the textbook's rule, its dialog included.
+template <class Method, class Prepare>
+void textbook(benchmark::State &state, TMLRTable &table, const std::function<void()> &restore, Prepare prepare)
+{
+    Method search;
+    search.SetTable(&table);
+    search.SetRule(TCorvane::Textbook);
+    prepare(search);
+    search.Run(); // the first one makes fonts and pictures
+    for (auto _ : state) {
+        state.PauseTiming();
+        restore();
+        state.ResumeTiming();
+        search.Run();
+    }
+    if (!search.Choice() || search.Choice()->end != nuvo::Choice::End::Chosen)
+        state.SkipWithError("nothing was chosen");
+}
+
+BENCHMARK_DEFINE_F(Fixture, AllSubsetsThreeOfEachSize)(benchmark::State &state)
+{
+    const bool press = state.range(0) != 0;
+    state.SetLabel(press ? "by PRESS of all subsets" : "by Cp");
+    textbook<TOptimizeMLR>(
+        state, *table_, [&] { restore(state); },
+        [&](TOptimizeMLR &search) {
+            search.SetModelsPerSize(3);
+            search.SetOptCriteria(press ? TOptimizeMLR::PRESS : TOptimizeMLR::Cp);
+        });
+}
+
+BENCHMARK_DEFINE_F(Fixture, Forward)(benchmark::State &state)
+{
+    textbook<TFwdSelectMLR>(
+        state, *table_, [&] { restore(state); },
+        [](TFwdSelectMLR &search) {
+            search.SetShowProgress(true);
+            search.SetP(0.05);
+        });
+}
+
+BENCHMARK_DEFINE_F(Fixture, Backward)(benchmark::State &state)
+{
+    textbook<TBackElimMLR>(
+        state, *table_, [&] { restore(state); },
+        [](TBackElimMLR &search) {
+            search.SetShowProgress(true);
+            search.SetP(0.05);
+        });
+}
+
+BENCHMARK_DEFINE_F(Fixture, Stepwise)(benchmark::State &state)
+{
+    textbook<TStepWiseMLR>(
+        state, *table_, [&] { restore(state); },
+        [](TStepWiseMLR &search) {
+            search.SetShowProgress(true);
+            search.SetPIn(0.05);
+            search.SetPOut(0.1);
+        });
+}
+
 void eachOnItsOwn(benchmark::internal::Benchmark *benchmark)
 {
     benchmark->Iterations(1)->Repetitions(kRepetitions)->ReportAggregatesOnly()->Unit(benchmark::kMillisecond);
 }
 
 BENCHMARK_REGISTER_F(Fixture, OptimalRun)->Apply(eachOnItsOwn);
+BENCHMARK_REGISTER_F(Fixture, AllSubsetsThreeOfEachSize)->Arg(0)->Arg(1)->Apply(eachOnItsOwn);
+BENCHMARK_REGISTER_F(Fixture, Forward)->Apply(eachOnItsOwn);
+BENCHMARK_REGISTER_F(Fixture, Backward)->Apply(eachOnItsOwn);
+BENCHMARK_REGISTER_F(Fixture, Stepwise)->Apply(eachOnItsOwn);
 BENCHMARK_REGISTER_F(Fixture, EverySubset)->Apply(eachOnItsOwn);
 BENCHMARK_REGISTER_F(Fixture, EverySubsetWithoutCache)->Iterations(1)->Unit(benchmark::kMillisecond);
 

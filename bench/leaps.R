@@ -1,7 +1,9 @@
-# All subsets of ten control variables with R's leaps, to set beside a run of TOptimizeMLR (bench/select.sh).
+# Choosing among ten control variables in R, to set beside bench_select and bench_subsets (bench/select.sh,
+# bench/subsets.sh): all subsets with leaps, searches with step.
 # Usage: Rscript bench/leaps.R DATABASE|FILE.csv [process]
-# The table "data", or the file, holds y and x1 to x10. Prints the median of 20 searches in this process after a warm-up, and their
-# mean processor time; with "process" it reads, searches once and prints the best subset, to be timed from outside.
+# The table "data", or the file, holds y and x1 to x10. Prints the median of 20 searches in this process after a
+# warm-up, and their mean processor time; with "process" it reads, searches once and prints the best subset, to be
+# timed from outside.
 
 suppressPackageStartupMessages(library(leaps))
 arguments <- commandArgs(trailingOnly = TRUE)
@@ -34,13 +36,11 @@ if (length(arguments) > 1) {
                     name, median(milliseconds), min(milliseconds), max(milliseconds), processor))
     }
     timed("leaps, exhaustive, nbest 20, with summary", search)
-    if (endsWith(arguments[1], ".csv")) {
-        timed("leaps, exhaustive, nbest 3, with summary", function() search(3))
-        scope <- reformulate(setdiff(names(data), "y"), "y")
-        none <- lm(y ~ 1, data)
-        full <- lm(y ~ ., data)
-        timed("step, forward", function() step(none, scope, direction = "forward", trace = 0))
-        timed("step, backward", function() step(full, direction = "backward", trace = 0))
-        timed("step, both", function() step(none, scope, direction = "both", trace = 0))
-    }
+    timed("leaps, exhaustive, nbest 3, with summary", function() search(3))
+    scope <- reformulate(setdiff(names(data), "y"), "y")
+    none <- lm(y ~ 1, data)
+    full <- lm(y ~ ., data)
+    timed("step, forward", function() step(none, scope, direction = "forward", trace = 0))
+    timed("step, backward", function() step(full, direction = "backward", trace = 0))
+    timed("step, both", function() step(none, scope, direction = "both", trace = 0))
 }

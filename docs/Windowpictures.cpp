@@ -1,10 +1,15 @@
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
+#include "platform/Messages.h"
 #include "present/Mlroutpt.h"
 #include "present/Mlrplot.h"
 #include "present/figures/Figurespage.h"
 #include "present/statistics/Observationspage.h"
 #include "present/statistics/Statisticsform.h"
+#include "select/Choice.h"
+#include "select/Cvmain.h"
+#include "select/choice/Choiceform.h"
+#include "select/choice/Modelspage.h"
 
 #include <QAction>
 #include <QApplication>
@@ -69,6 +74,19 @@ int main(int argc, char **argv)
             QApplication::processEvents();
             save(statistics, name);
         }
+
+        TOptimizeMLR search;
+        search.SetTable(&longley);
+        search.SetRule(TCorvane::Textbook);
+        search.SetModelsPerSize(3);
+        SetMessageHandler([](const QString &, TMsgDlgType, unsigned, int) { return int(mrOk); }); // its report
+        search.Run();
+        TChoiceForm choice;
+        choice.SetChoice(*search.Choice());
+        choice.resize(1060, 470);
+        choice.show();
+        choice.Models().SetSelected(7);
+        save(choice, "choice.png");
         if (!saved)
             std::fprintf(stderr, "windowpictures: cannot write to %s\n", argv[2]);
         return saved ? 0 : 1;
