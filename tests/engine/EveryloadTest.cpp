@@ -8,7 +8,18 @@
 
 namespace {
 
-using Query = Watched<TMLRQuery>;
+/// Its log stays when it goes.
+class Query : public TMLRQuery
+{
+public:
+    explicit Query(ProgressLog &log) : log_(log) {}
+
+protected:
+    std::unique_ptr<nuvo::Progress> MakeLoadProgress() override { return std::make_unique<RecordedProgress>(log_); }
+
+private:
+    ProgressLog &log_;
+};
 
 class UnderWay : public testing::Test
 {
@@ -19,7 +30,7 @@ protected:
     {
         db->exec(text("CREATE TABLE t (y DOUBLE PRECISION, a DOUBLE PRECISION)"));
         db->exec(text("INSERT INTO t VALUES (1, 2), (2, 5), (4, 6), (3, 3)"));
-        query = std::make_unique<Query>();
+        query = std::make_unique<Query>(log);
         query->SetDatabaseName(db->name());
         query->SetSQL(endless());
         query->Open();
@@ -34,6 +45,7 @@ protected:
 
     std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Sqlite);
     Messages messages;
+    ProgressLog log;
     std::unique_ptr<Query> query;
 };
 
@@ -123,22 +135,22 @@ TEST_F(UnderWay, AComponentCanGoDuringReLoad)
 TEST_F(UnderWay, EscapeOnTheProgressEndsIt)
 {
     query->SetShowLoadProgress(true);
-    query->log.meanwhile = [&](const QString &call) {
+    log.meanwhile = [&](const QString &call) {
         // The records are counted as they come.
         if (call.startsWith(text("Records Read: ")) && call.mid(14).toLongLong() > 0)
-            query->log.stopped = true;
+            log.stopped = true;
     };
     EXPECT_FALSE(query->ReLoad());
     EXPECT_TRUE(query->LoadStopped());
-    EXPECT_EQ(query->log.made, 1);
-    EXPECT_EQ(query->log.alive, 0);
+    EXPECT_EQ(log.made, 1);
+    EXPECT_EQ(log.alive, 0);
 
-    query->log.stopped = false;
+    log.stopped = false;
     QSignalSpy ended(query.get(), &Query::LoadEnded);
     query->StartReLoad();
     ASSERT_TRUE(waitFor([&] { return !ended.isEmpty(); }));
     EXPECT_TRUE(query->LoadStopped());
-    EXPECT_EQ(query->log.alive, 0);
+    EXPECT_EQ(log.alive, 0);
 }
 
 TEST_F(UnderWay, AComponentCanGoWhileItsProgressIsShown)
@@ -146,10 +158,10 @@ TEST_F(UnderWay, AComponentCanGoWhileItsProgressIsShown)
     query->SetShowLoadProgress(true);
     int made = 0;
     for (const bool started : {false, true}) {
-        query->log.meanwhile = [&](const QString &) {
+        log.meanwhile = [&](const QString &) {
             ++made;
             QTimer::singleShot(0, [&] { query.reset(); });
-            query->log.meanwhile = nullptr;
+            log.meanwhile = nullptr;
         };
         if (started)
             query->StartReLoad();
