@@ -166,8 +166,8 @@ public:
     /// The number in the dataset of the record behind observation i, from 1, skipped records counted.
     qint64 GetRecord(int i) const;
     /// Residual y - yHat.
-    double Gete(int i) const;
-    double GetyHat(int i) const;
+    double Gete(int i) const { return (e_ != nullptr ? e_ : Residuals())[i - 1]; }
+    double GetyHat(int i) const { return (yHat_ != nullptr ? yHat_ : Fitted())[i - 1]; }
     double Getb(int j) const;
     /// Covariance of two coefficients, MSE (X'X)^-1.
     double GetCovar(int i, int j) const;
@@ -380,5 +380,11 @@ protected:
 private:
     class Private;
 
+    const double *Residuals() const;
+    const double *Fitted() const;
+
     std::unique_ptr<Private> d;
+    // What a loop over the observations asks for at each turn; null while it still has to be worked out.
+    const double *e_ = nullptr;
+    const double *yHat_ = nullptr;
 };

@@ -45,6 +45,7 @@ void TRegression::Private::putOff()
     }
     due.fill(true);
     unsettled.push_back({due, lastFit});
+    q.e_ = q.yHat_ = nullptr;
 }
 
 void TRegression::Private::settle(Part part)
@@ -76,6 +77,10 @@ void TRegression::Private::settle(Part part)
         }
     }
     std::erase_if(unsettled, isSettled<Unsettled>);
+    if (part == FittedAndResiduals) {
+        q.e_ = shown->e;
+        q.yHat_ = shown->yHat;
+    }
 }
 
 /// Means of all records are known as they are; the first ones' are worked out as the step has it.
@@ -142,14 +147,14 @@ qint64 TRegression::GetRecord(int i) const
     return d->observed.record(i);
 }
 
-double TRegression::Gete(int i) const
+const double *TRegression::Residuals() const
 {
-    return d->shownAfter(Private::FittedAndResiduals).e[i - 1];
+    return d->shownAfter(Private::FittedAndResiduals).e;
 }
 
-double TRegression::GetyHat(int i) const
+const double *TRegression::Fitted() const
 {
-    return d->shownAfter(Private::FittedAndResiduals).yHat[i - 1];
+    return d->shownAfter(Private::FittedAndResiduals).yHat;
 }
 
 double TRegression::Getb(int j) const
