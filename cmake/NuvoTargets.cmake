@@ -19,17 +19,17 @@ function(nuvo_target_defaults target)
                                QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 endfunction()
 
-# nuvo_precompile(TARGET [FROM OTHER]): the headers that nearly every source of the target includes, read once. OTHER has
-# read them already, with the same options.
+# nuvo_precompile(TARGET [FROM OTHER | HEADERS HEADER…]): the headers that nearly every source of the target includes, read
+# once. OTHER has read them already, with the same options; HEADERS are further ones.
 function(nuvo_precompile target)
     if(NOT NUVO_PRECOMPILE)
         return()
     endif()
-    cmake_parse_arguments(arg "" "FROM" "" ${ARGN})
+    cmake_parse_arguments(arg "" "FROM" "HEADERS" ${ARGN})
     if(arg_FROM)
         target_precompile_headers(${target} REUSE_FROM ${arg_FROM})
     else()
-        target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h)
+        target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h ${arg_HEADERS})
     endif()
 endfunction()
 
@@ -39,6 +39,7 @@ function(nuvo_test_defaults target)
     # Qt Test names a folder for each target, and a precompiled header takes no macro that differs.
     target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g1>
                            -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF)
 endfunction()
 
 # nuvo_test(NAME SOURCES…): one GoogleTest program whose cases CTest lists one by one. Windows are real but

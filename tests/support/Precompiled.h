@@ -8,3 +8,4 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>

@@ -13,8 +13,10 @@
 inline constexpr double infinity = std::numeric_limits<double>::infinity();
 inline constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// Rational arithmetic: what floating-point results are held against.
-using Exact = boost::multiprecision::cpp_rational;
+/// Rational arithmetic: what floating-point results are held against. Without expression templates, which take the
+/// compiler longer than they save.
+using Exact =
+    boost::multiprecision::number<boost::multiprecision::cpp_rational_backend, boost::multiprecision::et_off>;
 
 inline Exact exact(double value)
 {

@@ -2,7 +2,8 @@
 #include "engine/kernel/Exact.h"
 #include "engine/kernel/Nist.h"
 
-#include <Eigen/Dense>
+#include <Eigen/LU>
+#include <Eigen/QR>
 #include <gtest/gtest.h>
 
 #include <algorithm>
