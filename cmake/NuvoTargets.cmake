@@ -19,17 +19,17 @@ function(nuvo_target_defaults target)
                                QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 endfunction()
 
-# nuvo_precompile(TARGET [FROM OTHER | HEADERS HEADER…]): the headers that nearly every source of the target includes, read
-# once. OTHER has read them already, with the same options; HEADERS are further ones.
+# nuvo_precompile(TARGET [FROM OTHER]): the headers that nearly every source of the target includes, read once. OTHER has
+# read them already, with the same options.
 function(nuvo_precompile target)
     if(NOT NUVO_PRECOMPILE)
         return()
     endif()
-    cmake_parse_arguments(arg "" "FROM" "HEADERS" ${ARGN})
+    cmake_parse_arguments(arg "" "FROM" "" ${ARGN})
     if(arg_FROM)
         target_precompile_headers(${target} REUSE_FROM ${arg_FROM})
     else()
-        target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h ${arg_HEADERS})
+        target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h)
     endif()
 endfunction()
 

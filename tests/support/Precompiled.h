@@ -8,4 +8,3 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
