@@ -223,13 +223,12 @@ SelectOptions SelectCommand::read() const
 
 void SelectCommand::readChoice(SelectOptions &options) const
 {
-    constexpr int mostOfASize = 252;
     constexpr int mostListed = 1023;
     if (isGiven(rule_))
         options.rule = oneOf<TSelectionRule>(
             rule_, {{"written", TSelectionRule::Written}, {"textbook", TSelectionRule::Textbook}});
     if (isGiven(sizes_))
-        options.sizes = wholeNumber(sizes_, 1, mostOfASize);
+        options.sizes = wholeNumber(sizes_, 1, INT_MAX);
     if (isGiven(apply_))
         options.apply = wholeNumber(apply_, 1, mostListed);
     const bool writes = options.rule == TSelectionRule::Written;

@@ -101,6 +101,7 @@ TEST_P(SelectTextbook, AFigureThatDoesNotExistIsNull)
         EXPECT_TRUE(candidate["pValue"].is_null());
     }
     const Json optimal = runJson("optimal", "--sizes 1");
+    EXPECT_EQ(runJson("optimal", "--sizes 1000000")["bySize"].size(), 15U) << "all there are";
     EXPECT_EQ(optimal["selected"]["sse"], 0);
     EXPECT_TRUE(optimal["bySize"][1]["aic"].is_null()) << "of an exact fit";
     EXPECT_EQ(optimal["bySize"][1].count("dependent"), 0U);
