@@ -139,7 +139,9 @@ void TPageView::Show(const Groups &groups)
     made->setUndoRedoEnabled(false);
     made->setParent(this);
     setDocument(made.release());
-    delete before;
+    // Not at once: whoever sent a resize event may be walking the view's children.
+    if (before)
+        before->deleteLater();
 }
 
 void TPageView::resizeEvent(QResizeEvent *event)
