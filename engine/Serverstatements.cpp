@@ -77,7 +77,7 @@ QString ServerStatements::counts() const
     inner.prepend((bits.isEmpty() ? QStringLiteral("0") : bits.join(QLatin1String(" + "))) + QLatin1String(" AS p"));
     return ofAll([&](const ServerSource &source, const QString &once) {
         return QStringLiteral("SELECT p, COUNT(*), %1 FROM (SELECT %2%3%4) q GROUP BY p")
-            .arg(outer.join(QLatin1String(", ")), inner.join(QLatin1String(", ")), from(source, {}), once);
+            .arg(outer.join(QLatin1String(", ")), inner.join(QLatin1String(", ")), once, from(source, {}));
     });
 }
 
@@ -118,7 +118,7 @@ QString ServerStatements::products(const std::vector<Column> &columns) const
         inner.prepend(bits.join(QLatin1String(" + ")) + QLatin1String(" AS p"));
     return ofAll([&](const ServerSource &source, const QString &once) {
         return QStringLiteral("SELECT %1 FROM (SELECT %2%3%4) q%5")
-            .arg(outer.join(QLatin1String(", ")), inner.join(QLatin1String(", ")), from(source, required), once,
+            .arg(outer.join(QLatin1String(", ")), inner.join(QLatin1String(", ")), once, from(source, required),
                  grouped ? QStringLiteral(" GROUP BY p") : QString());
     });
 }
@@ -152,9 +152,9 @@ QString ServerStatements::residuals(const std::vector<Column> &columns, const Co
     }
     names.prepend(residual + QLatin1String(" AS r"));
     return ofAll([&](const ServerSource &source, const QString &once) {
-        return QStringLiteral("SELECT %1 FROM (SELECT %2 FROM (SELECT %3%4%5) w%5) q")
+        return QStringLiteral("SELECT %1 FROM (SELECT %2%4 FROM (SELECT %3%4%5) w) q")
             .arg(outer.join(QLatin1String(", ")), names.join(QLatin1String(", ")), inner.join(QLatin1String(", ")),
-                 from(source, usable(columns)), once);
+                 once, from(source, usable(columns)));
     });
 }
 

@@ -57,9 +57,11 @@ QString SqlNumbers::limited(const QString &select, qint64 rows) const
     return dialect_ == Dialect::Other ? select : QStringLiteral("%1 LIMIT %2").arg(select).arg(rows);
 }
 
+// PostgreSQL leaves a subquery with a volatile column as it is written. OFFSET 0 would do that too, but keep its parallel
+// workers away.
 QString SqlNumbers::workedOutOnce() const
 {
-    return dialect_ == Dialect::Postgres ? QStringLiteral(" OFFSET 0") : QString();
+    return dialect_ == Dialect::Postgres ? QStringLiteral(", clock_timestamp() AS once") : QString();
 }
 
 } // namespace nuvo
