@@ -6,6 +6,16 @@
 
 namespace nuvo {
 
+void LeftOut::append(const LeftOut &later, qint64 recordsBefore)
+{
+    null += later.null;
+    invalid += later.invalid;
+    for (const qint64 ordinal : later.first) {
+        if (first.size() < Ordinals)
+            first.push_back(recordsBefore + ordinal);
+    }
+}
+
 void LeftOutCount::add(std::span<TermReader> columns, TermReader &response, qint64 ordinal)
 {
     add(0, response, ordinal);

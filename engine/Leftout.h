@@ -27,6 +27,9 @@ struct LeftOut
     qint64 invalid = 0;
     std::vector<qint64> first; ///< the ordinals of the first ones in the dataset, from 1: at most 10
 
+    /// Of the records that follow so many others.
+    void append(const LeftOut &later, qint64 recordsBefore);
+
     bool operator==(const LeftOut &) const = default;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/Reading.h"
 
-#include <csignal>
+#include "platform/Quietthread.h"
+
 #include <utility>
 
 namespace nuvo {
@@ -8,13 +9,7 @@ namespace nuvo {
 Reading::Reading(std::unique_ptr<RecordReader> reader, std::function<void()> ended)
     : reader_(std::move(reader)), ended_(std::move(ended))
 {
-    // Signals are the program's business, not this thread's.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    thread_ = std::thread([this] { run(); });
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    thread_ = quietThread([this] { run(); });
 }
 
 Reading::~Reading()

@@ -42,9 +42,9 @@ struct RecordError
 /// or a zero (below 1e-20) under the line either.
 struct RecordSums
 {
-    /// Bit j of withLow says that term j, m for the response, has low parts.
-    explicit RecordSums(int controls, std::uint32_t lowParts = 0)
-        : sums(controls), sample(controls, lowParts), withLow(lowParts)
+    /// Bit j of lowParts says that term j, m for the response, has low parts. The seed is the sample's.
+    explicit RecordSums(int controls, std::uint32_t lowParts = 0, std::uint64_t seed = 1)
+        : sums(controls), sample(controls, lowParts, seed), withLow(lowParts)
     {
     }
 

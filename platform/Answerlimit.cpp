@@ -1,7 +1,8 @@
 #include "platform/Answerlimit.h"
 
+#include "platform/Quietthread.h"
+
 #include <chrono>
-#include <csignal>
 #include <utility>
 
 namespace nuvo {
@@ -9,13 +10,7 @@ namespace nuvo {
 AnswerLimit::AnswerLimit(int seconds, std::function<void()> cut, int grace)
     : seconds_(seconds), grace_(grace), cut_(std::move(cut))
 {
-    // Signals are the program's business, not this thread's.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    thread_ = std::thread([this] { watch(); });
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    thread_ = quietThread([this] { watch(); });
 }
 
 AnswerLimit::~AnswerLimit()

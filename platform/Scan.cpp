@@ -50,6 +50,11 @@ bool ScanBlock::isNull(int column, int row) const
     return std::isnan(cell) && std::bit_cast<quint64>(cell) != kOddBits;
 }
 
+bool ScanBlock::hasOdd() const
+{
+    return !odd_.empty();
+}
+
 void ScanBlock::fail(int column, int row) const
 {
     for (const Odd &odd : odd_) {
@@ -59,12 +64,19 @@ void ScanBlock::fail(int column, int row) const
     throw EDatabaseError(QStringLiteral("Record %1 holds a number there.").arg(firstRecord_ + row));
 }
 
+std::pair<RowNumbers, RowNumbers> RowNumbers::halves() const
+{
+    const auto middle = qint64(quint64(first) + (quint64(last) - quint64(first)) / 2);
+    return {{first, middle}, {middle + 1, last}};
+}
+
 class Scan::Private
 {
 public:
     explicit Private(ScanSource what) : source(std::move(what)) {}
 
     void open();
+    void readOnly(RowNumbers numbers);
     bool next(ScanBlock &block);
     void close();
 
@@ -76,11 +88,14 @@ public:
     libpq::Canceller canceller;
     sqlite3 *sqlite = nullptr;
     const Libsqlite *library = nullptr;
+    std::optional<RowNumbers> numbers; // of the whole table, where its rows have them
+    bool stateIsShared = false;
 
 private:
     void openTable(Select &select);
     void openQuery(Select &select);
     void begin(const Select &select);
+    void prepare(const QString &sql);
     void askForSize(const TableDescription &table);
     int columnOf(const QString &name, const std::vector<Column> &columns) const;
     QString caption() const;
@@ -94,9 +109,11 @@ private:
     sqlite3_stmt *statement_ = nullptr;
     std::vector<int> places_;      // of the columns in the result
     std::vector<FieldKind> kinds_; // of the columns
-    bool withRowNumber_ = false;   // whether the row number stands behind the columns
-    double firstRowNumber_ = 0;
-    double rowNumbers_ = 0;
+    QString tableSql_;             // of all rows, the row number behind the columns
+    QString rowNumber_;            // its name
+    double firstRowNumber_ = 0;    // of those that are read
+    double rowNumbers_ = 0;        // likewise
+    bool staysOpen_ = false;       // at the end of rows
     double expected_ = 0;
     bool done_ = true;
 };
@@ -163,8 +180,9 @@ void Scan::Private::openTable(Select &select)
     QString from = table.source;
     if (condition.isEmpty()) {
         askForSize(table);
-        if (withRowNumber_) {
-            selected.append(table.rowNumber);
+        if (numbers) {
+            rowNumber_ = table.rowNumber;
+            selected.append(rowNumber_);
             from += QLatin1String(" NOT INDEXED");
         }
     }
@@ -173,21 +191,26 @@ void Scan::Private::openTable(Select &select)
     select.sql = QStringLiteral("SELECT %1 FROM %2").arg(selected.join(u','), from);
     if (!condition.isEmpty())
         select.sql += QLatin1String(" WHERE ") + condition;
+    tableSql_ = select.sql;
 }
 
 /// What the engine knows without a count: the first and the last row number, or the size at the last ANALYZE.
 void Scan::Private::askForSize(const TableDescription &table)
 {
     if (connection_.dialect() == Dialect::Sqlite && !table.rowNumber.isEmpty() && library != nullptr) {
+        // In a transaction the table stays as it is now until the scan is closed.
+        connection_.query(QStringLiteral("BEGIN"), {}, caption());
         QSqlQuery query =
             connection_.query(QStringLiteral("SELECT (SELECT min(%1) FROM %2), (SELECT max(%1) FROM %2)")
                                   .arg(table.rowNumber, table.source),
                               {}, caption());
-        if (query.next() && !query.value(0).isNull()) {
-            firstRowNumber_ = query.value(0).toDouble();
-            rowNumbers_ = query.value(1).toDouble() - firstRowNumber_ + 1;
-            withRowNumber_ = true;
-        }
+        if (!query.next() || query.value(0).isNull())
+            return;
+        numbers = {query.value(0).toLongLong(), query.value(1).toLongLong()};
+        firstRowNumber_ = double(numbers->first);
+        rowNumbers_ = double(numbers->last) - double(numbers->first) + 1;
+        query = connection_.query(QStringLiteral("PRAGMA journal_mode"), {}, caption());
+        stateIsShared = query.next() && query.value(0).toString() != u"wal";
     } else if (connection_.dialect() == Dialect::Postgres) {
         QVariantList none;
         QSqlQuery query =
@@ -223,9 +246,28 @@ void Scan::Private::begin(const Select &select)
         rows_ = RowSource::open(connection_, select, caption());
         return;
     }
-    const QByteArray sql = select.sql.toUtf8();
-    if (library->prepare(sqlite, sql.constData(), int(sql.size()), &statement_, nullptr) != 0)
+    prepare(select.sql);
+}
+
+void Scan::Private::prepare(const QString &sql)
+{
+    const QByteArray text = sql.toUtf8();
+    if (library->prepare(sqlite, text.constData(), int(text.size()), &statement_, nullptr) != 0)
         failSqlite();
+}
+
+void Scan::Private::readOnly(RowNumbers rows)
+{
+    staysOpen_ = true;
+    if (library == nullptr)
+        return; // ended from another thread
+    library->finalize(std::exchange(statement_, nullptr));
+    firstRowNumber_ = double(rows.first);
+    rowNumbers_ = double(rows.last) - double(rows.first) + 1;
+    share = 0;
+    prepare(
+        QStringLiteral("%1 WHERE %2 >= %3 AND %2 <= %4").arg(tableSql_, rowNumber_).arg(rows.first).arg(rows.last));
+    done_ = false;
 }
 
 void Scan::Private::failSqlite() const
@@ -240,7 +282,9 @@ void Scan::Private::close()
     if (statement_ != nullptr)
         library->finalize(std::exchange(statement_, nullptr));
     rows_.reset();
-    withRowNumber_ = false;
+    numbers.reset();
+    stateIsShared = false;
+    staysOpen_ = false;
     expected_ = 0;
     done_ = true;
     const std::lock_guard lock(cancelling);
@@ -301,7 +345,7 @@ void Scan::Private::readSqlite(ScanBlock &block)
         }
         ++block.rows_;
     }
-    if (withRowNumber_ && block.rows_ > 0 && !done_) {
+    if (numbers && block.rows_ > 0 && !done_) {
         rowNumber = library->columnDouble(statement_, columns);
         share = std::clamp((rowNumber - firstRowNumber_ + 1) / rowNumbers_, 0.0, 1.0);
     }
@@ -332,7 +376,8 @@ bool Scan::Private::next(ScanBlock &block)
     block.firstRecord_ = records + 1;
     block.cells_.resize(places_.size() * ScanBlock::kMostRows);
     if (done_ || cancelled) {
-        close();
+        if (!staysOpen_ || cancelled)
+            close();
         return false;
     }
     try {
@@ -356,7 +401,8 @@ bool Scan::Private::next(ScanBlock &block)
     records += block.rows_;
     if (done_) {
         share = share < 0 ? -1.0 : 1.0;
-        close();
+        if (!staysOpen_)
+            close();
     }
     return block.rows_ > 0;
 }
@@ -371,6 +417,26 @@ Scan::~Scan()
 void Scan::open()
 {
     d_->open();
+}
+
+std::optional<RowNumbers> Scan::rowNumbers() const
+{
+    return d_->numbers;
+}
+
+bool Scan::isStateShared() const
+{
+    return d_->stateIsShared;
+}
+
+void Scan::readOnly(RowNumbers numbers)
+{
+    d_->readOnly(numbers);
+}
+
+void Scan::close()
+{
+    d_->close();
 }
 
 bool Scan::next(ScanBlock &block)

@@ -8,6 +8,8 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace nuvo {
@@ -36,7 +38,9 @@ public:
     const double *column(int column) const { return cells_.data() + size_t(column) * kMostRows; }
     /// Whether there is nothing, or a number that is not finite.
     bool isNull(int column, int row) const;
-    /// For a cell that is neither a number nor null. \throws EConvertError, EDatabaseError as TField::AsFloat().
+    /// Whether there is a cell that is neither a number nor null.
+    bool hasOdd() const;
+    /// For such a cell. \throws EConvertError, EDatabaseError as TField::AsFloat().
     [[noreturn]] void fail(int column, int row) const;
 
 private:
@@ -55,6 +59,17 @@ public:
     ~ScanBlock();
 };
 
+/// Numbers of rows, both ends included.
+struct NUVO_EXPORT RowNumbers
+{
+    qint64 first = 0;
+    qint64 last = 0;
+
+    /// The lower half, which may be larger by one, and the upper one.  \pre first < last.
+    std::pair<RowNumbers, RowNumbers> halves() const;
+    bool operator==(const RowNumbers &) const = default;
+};
+
 /// Reads every record once, forward, in the engine's own order, on a connection of its own: for one thread, which
 /// need not be that of the application. Memory is that of a block, whatever the size of the table. The statement
 /// stays open to the end, so that a writer of an SQLite file waits for it.
@@ -69,6 +84,18 @@ public:
     /// Connects and begins; beside a registered connection, on one of its own to the same database. \throws
     /// EDatabaseError with one sentence: no such database, table, column; a statement that does not read.
     void open();
+    /// Of a whole SQLite table whose rows have numbers, those of its first and last one, while the scan is open; the
+    /// state of the table that they were asked of is kept until it is closed. Nothing when there are no rows.
+    std::optional<RowNumbers> rowNumbers() const;
+    /// Whether another scan that is opened now, and another connection in general, sees the same state of the table
+    /// until this one is closed: SQLite lets nobody write then, but where it keeps a write-ahead log.
+    bool isStateShared() const;
+    /// Goes on with the rows of these numbers alone, instead of all or after others have been read to their end; from
+    /// now on the scan stays open at an end, and share() is of these rows. records() counts on.
+    /// \pre rowNumbers() has a value.  \throws EDatabaseError
+    void readOnly(RowNumbers numbers);
+    /// Ends the reading, in the thread that opened it.
+    void close();
     /// The next records; false, and none, at the end and after cancel(). \throws EDatabaseError when the scan is cut
     /// short.
     bool next(ScanBlock &block);

@@ -1,12 +1,12 @@
 #include "platform/Serversession.h"
 
 #include "platform/Errors.h"
+#include "platform/Quietthread.h"
 #include "platform/Rowsource.h"
 
 #include <QSqlError>
 
 #include <chrono>
-#include <csignal>
 #include <limits>
 
 namespace nuvo {
@@ -142,13 +142,7 @@ void ServerSession::cancel()
 {
     if (cancelled_.exchange(true))
         return;
-    // Signals are the program's business, not this thread's.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    asking_ = std::thread([this] { askToEnd(); });
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    asking_ = quietThread([this] { askToEnd(); });
 }
 
 /// Asks until it is done: the server may hear it before the statement that it is to end.
