@@ -77,16 +77,32 @@ TProgressDlg::~TProgressDlg()
 
 void TProgressDlg::Show()
 {
-    if (form_.isNull()) {
-        form_ = new Form(nuvo::windowInFront(), stopped_);
-        controls_ = Build(*form_);
-        controls_.status->setTextFormat(Qt::PlainText);
-        controls_.gauge->SetProgress(progress_);
-        ApplyText();
+    if (patience_ > 0ms && !activated_) {
+        due_ = Clock::now() + patience_;
+        FormActivate();
+        return;
     }
+    due_.reset();
+    if (form_.isNull())
+        MakeWindow();
     FormActivate();
     Open();
     Repaint();
+}
+
+void TProgressDlg::MakeWindow()
+{
+    form_ = new Form(nuvo::windowInFront(), stopped_);
+    controls_ = Build(*form_);
+    controls_.status->setTextFormat(Qt::PlainText);
+    controls_.gauge->SetProgress(progress_);
+    ApplyText();
+}
+
+void TProgressDlg::OpenWhenDue()
+{
+    if (due_ && Clock::now() >= *due_)
+        Show();
 }
 
 void TProgressDlg::Open()
@@ -109,6 +125,7 @@ void TProgressDlg::Open()
 
 void TProgressDlg::Close()
 {
+    due_.reset();
     if (!Shown())
         return;
     Paint();
@@ -124,7 +141,7 @@ void TProgressDlg::SetGaugeProgress(unsigned short progress)
 {
     progress_ = progress;
     if (form_.isNull())
-        return;
+        return OpenWhenDue();
     controls_.gauge->SetProgress(progress);
     stale_ = true;
     if (progress >= 100)
@@ -137,7 +154,7 @@ void TProgressDlg::SetGaugeText(const QString &text)
 {
     text_ = text;
     if (form_.isNull())
-        return;
+        return OpenWhenDue();
     ApplyText();
     Changed();
 }
@@ -176,6 +193,8 @@ void TProgressDlg::Changed()
 
 void TProgressDlg::Repaint()
 {
+    if (form_.isNull())
+        OpenWhenDue();
     if (!Shown())
         return;
     Paint();

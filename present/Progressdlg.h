@@ -8,6 +8,7 @@
 
 #include <array>
 #include <chrono>
+#include <optional>
 
 class QDialog;
 class QLabel;
@@ -32,6 +33,9 @@ public:
     /// Opens the dialog in the middle of the screen and returns when the screen has it (or after a second, when it
     /// will not come). The first Show is the activation.
     void Show() override;
+    /// Lets the first Show wait: the dialog opens when a value, a text or Repaint comes so much later or after that.
+    /// Until then it is a hidden one, and work that has ended by then has shown none.
+    void SetPatience(std::chrono::milliseconds patience) { patience_ = patience; }
     /// Paints the last state and hides the dialog. Runs no events.
     void Close() override;
     bool Shown() const override;
@@ -71,7 +75,9 @@ private:
     using Clock = std::chrono::steady_clock;
     class Form;
 
+    void MakeWindow();
     void Open();
+    void OpenWhenDue();
     void ApplyText();
     /// What has changed since it was last painted, if anything has.
     void Paint();
@@ -84,6 +90,8 @@ private:
     std::array<int, 127> widths_{}; ///< of the status panel's characters, as far as they came up
     int room_ = -1;                 ///< for the status text; -1: not known
     Clock::time_point painted_;
+    std::chrono::milliseconds patience_{0};
+    std::optional<Clock::time_point> due_; ///< when a Show that waits is to open it
     unsigned short progress_ = 0;
     bool stale_ = true; ///< what was painted last is not the present state
     bool activated_ = false;

@@ -9,11 +9,21 @@
 #include "select/Choicerun.h"
 #include "select/choice/Choiceform.h"
 
+using namespace std::chrono_literals;
+
 namespace {
 
 QString caption(const TComponent &component)
 {
     return component.Name().isEmpty() ? QString::fromLatin1(component.metaObject()->className()) : component.Name();
+}
+
+/// Whether a load needs no record from the database: its cursor is where the load before has left it.
+bool recordsAreRead(TRegression &regression)
+{
+    const TDataSet &dataset = regression.DataSet();
+    return regression.UseOfRecords() == nuvo::RecordUse::First && regression.Loaded() && dataset.Active() &&
+           (dataset.Eof() || dataset.RecNo() > regression.RecordsRead());
 }
 
 } // namespace
@@ -171,5 +181,8 @@ void TCorvane::PutModel(const TMLRModel &model)
 
 std::unique_ptr<nuvo::Progress> TCorvane::MakeProgress()
 {
-    return std::make_unique<TGaugeDlg>();
+    auto dialog = std::make_unique<TGaugeDlg>();
+    if (SharesSample() && recordsAreRead(*Regression()))
+        dialog->SetPatience(200ms);
+    return dialog;
 }

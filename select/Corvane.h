@@ -60,6 +60,8 @@ public:
 
     TSelectionRule Rule() const { return rule_; }
     void SetRule(TSelectionRule rule);
+    /// Whether Run() compares all candidates on one sample, after one load.
+    virtual bool SharesSample() const { return rule_ == Textbook; }
 
     /// Chooses a model and leaves the regression component with it.
     /// \throws EDatabaseError when nothing is bound, when a run is under way, or when the database fails.
@@ -98,7 +100,8 @@ Q_SIGNALS:
     void Finished();
 
 protected:
-    /// Who follows a run; a TGaugeDlg unless a derived class has something else.
+    /// Who follows a run; a TGaugeDlg unless a derived class has something else. Where all candidates share a sample
+    /// whose records are in memory, it shows itself only when the run has not ended in a fifth of a second.
     virtual std::unique_ptr<nuvo::Progress> MakeProgress();
     /// \throws EDatabaseError when nothing is bound, naming this component.
     void NeedBound() const;

@@ -46,8 +46,7 @@ public:
     /// be of a size; 0: not given, which is 1 there. What is outside counts as the nearer end.
     int ModelsPerSize() const { return modelsPerSize_; }
     void SetModelsPerSize(int value);
-    /// Whether Run() compares all subsets on one sample.
-    bool SharesSample() const;
+    bool SharesSample() const override;
 
     void Run() override;
 

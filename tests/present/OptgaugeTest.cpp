@@ -127,6 +127,54 @@ TEST_F(SelectionDialog, AProgressAboveAHundredMeetsTheGaugesOwnLimit)
     EXPECT_EQ(control<TGauge>(dialog.Window(), "Gauge1")->Progress(), 100);
 }
 
+TEST_F(SelectionDialog, WithPatienceOpensOnlyForWorkThatTakesLonger)
+{
+    dialog.SetPatience(std::chrono::milliseconds(50));
+    now += 100 * Second;
+    dialog.Show();
+    dialog.SetGaugeText(QStringLiteral("1 of 4"));
+    EXPECT_FALSE(dialog.Shown());
+    EXPECT_EQ(dialog.Window(), nullptr) << "and makes no window";
+    now += 5 * Second;
+    dialog.SetGaugeProgress(25);
+    EXPECT_NEAR(dialog.ProcessedTime(), 5 * Second, 1e-9) << "the clock has run since Show";
+    QTest::qSleep(60);
+    EXPECT_FALSE(dialog.Shown()) << "nobody has told it anything";
+    dialog.SetGaugeProgress(50);
+    EXPECT_TRUE(dialog.Shown());
+    EXPECT_EQ(control<TGauge>(dialog.Window(), "Gauge1")->Progress(), 50);
+    EXPECT_EQ(control<QLabel>(dialog.Window(), "Panel1")->text(), QStringLiteral("1 of 4"));
+    EXPECT_EQ(elapsed(), QStringLiteral("00:00:05"));
+    dialog.Close();
+    EXPECT_FALSE(dialog.Shown());
+}
+
+TEST_F(SelectionDialog, ATextOrARepaintOpensItAsWell)
+{
+    dialog.SetPatience(std::chrono::milliseconds(1));
+    dialog.Show();
+    QTest::qSleep(5);
+    dialog.SetGaugeText(QStringLiteral("2 of 4"));
+    EXPECT_TRUE(dialog.Shown());
+    TGaugeDlg second;
+    second.SetPatience(std::chrono::milliseconds(1));
+    second.Show();
+    QTest::qSleep(5);
+    second.Repaint();
+    EXPECT_TRUE(second.Shown());
+}
+
+TEST_F(SelectionDialog, ClosedBeforeItsTimeItNeverOpens)
+{
+    dialog.SetPatience(std::chrono::milliseconds(1));
+    dialog.Show();
+    dialog.Close();
+    QTest::qSleep(5);
+    dialog.SetGaugeProgress(50);
+    EXPECT_FALSE(dialog.Shown());
+    EXPECT_EQ(dialog.Window(), nullptr);
+}
+
 TEST_F(SelectionDialog, MovesWhenItIsFed)
 {
     dialog.Show();

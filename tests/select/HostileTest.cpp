@@ -1,44 +1,16 @@
-#include "select/Selections.h"
-
+#include "select/Methods.h"
 #include "support/Postgres.h"
 
-#include <QApplication>
-#include <QDialog>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QUrl>
 
-#include <cmath>
 #include <limits>
 
 // What a program, a person or a server can do to a search while it is at work, and data that no search expects. It
 // may end with an EDatabaseError or early, but never in a crash, a hang or a component left half switched.
 
 namespace {
-
-using Maker = std::unique_ptr<TCorvane> (*)();
-
-template <class Search>
-std::unique_ptr<TCorvane> make()
-{
-    return std::make_unique<Search>();
-}
-
-struct Method
-{
-    const char *name;
-    Maker make;
-};
-
-void PrintTo(const Method &method, std::ostream *out)
-{
-    *out << method.name;
-}
-
-const Method methods[] = {{"optimal", make<TOptimizeMLR>},
-                          {"stepwise", make<TStepWiseMLR>},
-                          {"backward", make<TBackElimMLR>},
-                          {"forward", make<TFwdSelectMLR>}};
 
 class Hostile : public testing::TestWithParam<Method>
 {
@@ -110,8 +82,7 @@ private:
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Methods, Hostile, testing::ValuesIn(methods),
-                         [](const auto &method) { return std::string(method.param.name); });
+INSTANTIATE_TEST_SUITE_P(Methods, Hostile, testing::ValuesIn(methods), methodName);
 
 TEST_P(Hostile, TheSameFieldTwiceAmongEightEnds)
 {
@@ -151,12 +122,7 @@ TEST_P(Hostile, LinearCombinationsAndTooFewRecordsEnd)
 
 TEST_P(Hostile, HugeTinyAndInfiniteValuesEnd)
 {
-    std::vector<Row> rows;
-    for (int i = 1; i <= 12; ++i) {
-        const double v = i;
-        rows.push_back({v * 1e150 * (i % 3), v * 1e-160, std::ldexp(v, 990 + i), 1 + v * 1e-17, v * v});
-    }
-    fill("y a b c d", rows, "a b c d");
+    fill("y a b c d", wildRows(), "a b c d");
     search->Run();
     regression->SetControl(1, control("Inverse", "a"));
     regression->SetControl(2, power("b", "7"));
@@ -421,12 +387,8 @@ TEST_P(Hostile, EscapeMayComeAtAnyCandidate)
         SCOPED_TRACE(at);
         int count = 0;
         const auto pressing = QObject::connect(regression.get(), &TMLRTable::LoadEnded, [&] {
-            if (++count != at)
-                return;
-            for (QWidget *window : QApplication::topLevelWidgets()) {
-                if (auto *dialog = qobject_cast<QDialog *>(window); dialog != nullptr && dialog->isVisible())
-                    dialog->reject();
-            }
+            if (++count == at)
+                escapeFromDialogs();
         });
         search->Run();
         QObject::disconnect(pressing);
@@ -474,7 +436,7 @@ protected:
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(Methods, HostileTable, testing::ValuesIn(methods + 1, methods + std::size(methods)),
-                         [](const auto &method) { return std::string(method.param.name); });
+                         methodName);
 
 TEST_P(HostileTable, TheDataMayBeTheTableOfCriticalValues)
 {

@@ -1,7 +1,8 @@
 #include "select/Choices.h"
+#include "select/Methods.h"
 
-#include <QApplication>
-#include <QDialog>
+#include <QTest>
+#include <QTimer>
 
 #include <limits>
 
@@ -9,32 +10,6 @@
 // EDatabaseError or early, but never in a crash, a hang or a component left half switched.
 
 namespace {
-
-using Maker = std::unique_ptr<TCorvane> (*)();
-
-template <class Search>
-std::unique_ptr<TCorvane> make()
-{
-    auto search = std::make_unique<Search>();
-    search->SetRule(TCorvane::Textbook);
-    return search;
-}
-
-struct Method
-{
-    const char *name;
-    Maker make;
-};
-
-void PrintTo(const Method &method, std::ostream *out)
-{
-    *out << method.name;
-}
-
-const Method methods[] = {{"optimal", make<TOptimizeMLR>},
-                          {"stepwise", make<TStepWiseMLR>},
-                          {"backward", make<TBackElimMLR>},
-                          {"forward", make<TFwdSelectMLR>}};
 
 class TextbookHostile : public testing::TestWithParam<Method>
 {
@@ -53,6 +28,7 @@ protected:
         regression->ReLoad();
         regression->Execute();
         search = GetParam().make();
+        search->SetRule(TCorvane::Textbook);
         search->SetTable(regression.get());
         messages.shown.clear();
     }
@@ -75,6 +51,30 @@ protected:
         }
     }
 
+    /// Ends each of the two components at the load and at the fit of what is done.
+    void takeAway(const std::function<void()> &before, const std::function<void(TCorvane &)> &act)
+    {
+        for (const bool itself : {false, true}) {
+            for (const bool atLoadEnd : {false, true}) {
+                begin();
+                before();
+                const auto go = [&] {
+                    if (itself)
+                        search.reset();
+                    else
+                        regression.reset();
+                };
+                if (atLoadEnd)
+                    QObject::connect(regression.get(), &TMLRTable::LoadEnded, go);
+                else
+                    QObject::connect(regression.get(), &TMLRTable::Fitted, go);
+                act(*search);
+                EXPECT_TRUE(itself ? search == nullptr : regression == nullptr);
+                expectAtRest();
+            }
+        }
+    }
+
     std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Sqlite);
     Messages messages;
     std::unique_ptr<TMLRTable> regression;
@@ -83,54 +83,16 @@ protected:
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Methods, TextbookHostile, testing::ValuesIn(methods),
-                         [](const auto &method) { return std::string(method.param.name); });
+INSTANTIATE_TEST_SUITE_P(Methods, TextbookHostile, testing::ValuesIn(methods), methodName);
 
 TEST_P(TextbookHostile, EitherComponentMayGoAtTheLoadOrAtTheFit)
 {
-    for (const bool itself : {false, true}) {
-        for (const bool atLoadEnd : {false, true}) {
-            begin();
-            const auto go = [&] {
-                if (itself)
-                    search.reset();
-                else
-                    regression.reset();
-            };
-            if (atLoadEnd)
-                QObject::connect(regression.get(), &TMLRTable::LoadEnded, go);
-            else
-                QObject::connect(regression.get(), &TMLRTable::Fitted, go);
-            TCorvane &running = *search;
-            running.Run();
-            EXPECT_TRUE(itself ? search == nullptr : regression == nullptr);
-            expectAtRest();
-        }
-    }
+    takeAway([] {}, [](TCorvane &running) { running.Run(); });
 }
 
 TEST_P(TextbookHostile, EitherComponentMayGoWhileAListedModelIsSelected)
 {
-    for (const bool itself : {false, true}) {
-        for (const bool atLoadEnd : {false, true}) {
-            begin();
-            search->Run();
-            const auto go = [&] {
-                if (itself)
-                    search.reset();
-                else
-                    regression.reset();
-            };
-            if (atLoadEnd)
-                QObject::connect(regression.get(), &TMLRTable::LoadEnded, go);
-            else
-                QObject::connect(regression.get(), &TMLRTable::Fitted, go);
-            TCorvane &running = *search;
-            running.SelectModel(1);
-            EXPECT_TRUE(itself ? search == nullptr : regression == nullptr);
-            expectAtRest();
-        }
-    }
+    takeAway([this] { search->Run(); }, [](TCorvane &running) { running.SelectModel(1); });
 }
 
 TEST_P(TextbookHostile, SlotsThatRewriteDefinitionsAndMoveTheCursorDoNoHarm)
@@ -196,19 +158,49 @@ TEST_P(TextbookHostile, TheTableMayGoAwayBeforeAnotherModelIsSelected)
 
 TEST_P(TextbookHostile, EscapeBeforeTheFirstStepOfTheShownDialogLeavesTheDefinitions)
 {
+    regression->Close(); // its records have to be read, which can take long
     search->setProperty("ShowProgress", true);
     const QStringList before = transformations();
-    QObject::connect(regression.get(), &TMLRTable::LoadEnded, [&] {
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            if (auto *dialog = qobject_cast<QDialog *>(window); dialog != nullptr && dialog->isVisible())
-                dialog->reject();
-        }
-    });
+    bool escaped = false;
+    QObject::connect(regression.get(), &TMLRTable::LoadEnded, [&] { escaped = escapeFromDialogs() || escaped; });
+    regression->Open();
     search->Run();
+    EXPECT_TRUE(escaped);
     EXPECT_EQ(search->Ended(), TRunEnd::Stopped);
     EXPECT_EQ(transformations(), before);
     EXPECT_TRUE(regression->ResultsCurrent());
     EXPECT_EQ(search->Choice(), nullptr);
+}
+
+TEST_P(TextbookHostile, ARunThatTakesLongShowsItsDialogAndEndsByEscape)
+{
+    search->setProperty("ShowProgress", true);
+    const QStringList before = transformations();
+    bool early = false;
+    bool escaped = false;
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, [&] { escaped = escapeFromDialogs() || escaped; });
+    QObject::connect(regression.get(), &TMLRTable::LoadEnded, [&] {
+        early = escapeFromDialogs();
+        QTest::qSleep(250);
+        person.start(0);
+    });
+    search->Run();
+    EXPECT_FALSE(early) << "the records are in memory, which mostly takes no time";
+    EXPECT_TRUE(escaped);
+    EXPECT_EQ(search->Ended(), TRunEnd::Stopped);
+    EXPECT_EQ(transformations(), before);
+    EXPECT_TRUE(regression->ResultsCurrent());
+    EXPECT_EQ(search->Choice(), nullptr);
+}
+
+TEST_P(TextbookHostile, AShortRunShowsNoDialog)
+{
+    search->setProperty("ShowProgress", true);
+    QObject::connect(regression.get(), &TMLRTable::Fitted, [&] { EXPECT_FALSE(escapeFromDialogs()); });
+    search->Run();
+    EXPECT_EQ(search->Ended(), TRunEnd::Converged);
+    EXPECT_FALSE(search->Steps().isEmpty());
 }
 
 TEST_P(TextbookHostile, ThresholdsAndCountsMayBeAnyNumber)
@@ -238,12 +230,7 @@ TEST_P(TextbookHostile, ThresholdsAndCountsMayBeAnyNumber)
 
 TEST_P(TextbookHostile, HugeTinyAndInfiniteValuesEnd)
 {
-    std::vector<Row> rows;
-    for (int i = 1; i <= 12; ++i) {
-        const double v = i;
-        rows.push_back({v * 1e150 * (i % 3), v * 1e-160, std::ldexp(v, 990 + i), 1 + v * 1e-17, v * v});
-    }
-    makeTable(*db, "wild", "y a b c d", rows);
+    makeTable(*db, "wild", "y a b c d", wildRows());
     regression->SetTableName(text("wild"));
     regression->Open();
     search->Run();
