@@ -238,12 +238,28 @@ void TRegression::SetColumnCache(std::shared_ptr<nuvo::ColumnCache> cache)
 
 // Loading.
 
+namespace {
+
+bool isDefined(const TIndepVar &definition)
+{
+    return definition.Count() > 1 && definition.Strings(1) != u"Undefined";
+}
+
+/// Loads follow each other by the thousand, most of their definitions the very same ones.
+void take(const TVariableDefinition &from, TVariableDefinition &to)
+{
+    if (!to.ToQStringList().isSharedWith(from.ToQStringList()))
+        to.Assign(from);
+}
+
+} // namespace
+
 std::size_t TRegression::Private::chooseColumns()
 {
     std::size_t count = 0;
     for (const TIndepVar &definition : controls) {
-        if (definition.Transformation() != u"Undefined")
-            nextColumns[count++].Assign(definition);
+        if (isDefined(definition))
+            take(definition, nextColumns[count++]);
     }
     return count;
 }
@@ -289,13 +305,13 @@ void TRegression::Private::settleLoad(nuvo::LoadedRecords &&found, std::size_t c
 {
     m = int(count);
     for (std::size_t j = 0; j < count; ++j)
-        columns[j].Assign(nextColumns[j]);
+        take(nextColumns[j], columns[j]);
     observed = std::move(found.observations);
     totals = std::move(found.totals);
     recordsRead = found.read;
     recordsTotal = found.total;
     moreRecords = found.more;
-    loadedResponse.Assign(response);
+    take(response, loadedResponse);
     leftOut = std::move(found.leftOut);
     opening = dataset.Opening();
     loadStopped = found.stopped;
