@@ -14,9 +14,9 @@ namespace {
 constexpr int Digits = 6;
 using Action = SearchStep::Action;
 
-QString figure(double value, int digits = Digits)
+QString figure(double value, int digits, QChar point)
 {
-    return std::isinf(value) && value > 0 ? QStringLiteral("infinite") : significant(value, digits);
+    return std::isinf(value) && value > 0 ? QStringLiteral("infinite") : significant(value, digits, point);
 }
 
 /// Why a search is over.
@@ -53,7 +53,10 @@ QString endText(const Choice &choice, const SearchStep &end)
 class Layout
 {
 public:
-    Layout(const Choice &choice, int digits) : choice_(choice), digits_(digits) {}
+    Layout(const Choice &choice, int digits, QChar point) : choice_(choice), digits_(digits), point_(point)
+    {
+        page_.point = point;
+    }
 
     Page summary()
     {
@@ -81,8 +84,8 @@ public:
     }
 
 private:
-    QString number(double value) const { return figure(value, digits_); }
-    QString p(double value) const { return probability(value, digits_); }
+    QString number(double value) const { return figure(value, digits_, point_); }
+    QString p(double value) const { return probability(value, digits_, point_); }
 
     void writeSubject()
     {
@@ -106,9 +109,9 @@ private:
                       .arg(choice_.skipped()));
         QStringList rules;
         if (choice_.method == Choice::Method::Forward || choice_.method == Choice::Method::Stepwise)
-            rules += QStringLiteral("A variable enters with %1.").arg(thresholdText(choice_.enter, true));
+            rules += QStringLiteral("A variable enters with %1.").arg(thresholdText(choice_.enter, true, point_));
         if (choice_.method == Choice::Method::Backward || choice_.method == Choice::Method::Stepwise)
-            rules += QStringLiteral("A variable leaves with %1.").arg(thresholdText(choice_.remove, false));
+            rules += QStringLiteral("A variable leaves with %1.").arg(thresholdText(choice_.remove, false, point_));
         if (choice_.method == Choice::Method::Stepwise)
             rules += QStringLiteral("The threshold to stay is never above the one to enter.");
         if (!rules.isEmpty())
@@ -124,9 +127,10 @@ private:
         int number = 0;
         for (const SearchStep &step : choice_.search.path) {
             const bool ends = step.action == Action::End;
-            page_.add(Page::Kind::Heading,
-                      ends ? QStringLiteral("End. ") + stepText(choice_, step)
-                           : QStringLiteral("Step %1. %2").arg(QString::number(++number), stepText(choice_, step)));
+            page_.add(
+                Page::Kind::Heading,
+                ends ? QStringLiteral("End. ") + stepText(choice_, step, point_)
+                     : QStringLiteral("Step %1. %2").arg(QString::number(++number), stepText(choice_, step, point_)));
             if (!ends)
                 page_.addLine({QStringLiteral("threshold F = %1").arg(this->number(step.threshold)),
                                QStringLiteral("SSE after = %1").arg(this->number(step.sse))});
@@ -263,6 +267,7 @@ private:
 
     const Choice &choice_;
     const int digits_;
+    const QChar point_;
     Page page_;
 };
 
@@ -288,9 +293,9 @@ QString reportOf(const Choice &choice, const Page &page, int columns)
 
 } // namespace
 
-Page choicePage(const Choice &choice, int digits)
+Page choicePage(const Choice &choice, int digits, QChar point)
 {
-    return Layout(choice, digits).page();
+    return Layout(choice, digits, point).page();
 }
 
 QString choiceReport(const Choice &choice)
@@ -300,7 +305,7 @@ QString choiceReport(const Choice &choice)
 
 QString choiceSummary(const Choice &choice)
 {
-    return reportOf(choice, Layout(choice, Digits).summary(), 100);
+    return reportOf(choice, Layout(choice, Digits, u'.').summary(), 100);
 }
 
 QString methodName(Choice::Method method)
@@ -356,12 +361,12 @@ double criterionOf(const SubsetFigures &figures, SubsetCriterion criterion)
     return figures.cp;
 }
 
-QString thresholdText(const ChoiceThreshold &threshold, bool entry)
+QString thresholdText(const ChoiceThreshold &threshold, bool entry, QChar point)
 {
     switch (threshold.kind) {
     case ChoiceThreshold::Kind::Probability:
         return QStringLiteral("p %1 %2").arg(entry ? QStringLiteral("below") : QStringLiteral("above"),
-                                             significant(threshold.value));
+                                             significant(threshold.value, 7, point));
     case ChoiceThreshold::Kind::Table:
         return QStringLiteral("F %1 \"%2\" of the F table")
             .arg(entry ? QStringLiteral("above") : QStringLiteral("below"), threshold.column);
@@ -369,17 +374,18 @@ QString thresholdText(const ChoiceThreshold &threshold, bool entry)
         break;
     }
     return QStringLiteral("F %1 %2").arg(entry ? QStringLiteral("above") : QStringLiteral("below"),
-                                         significant(threshold.value));
+                                         significant(threshold.value, 7, point));
 }
 
-QString stepText(const Choice &choice, const SearchStep &step)
+QString stepText(const Choice &choice, const SearchStep &step, QChar point)
 {
     if (step.action == Action::End)
         return endText(choice, step);
     const QString what = std::isnan(step.f) ? QStringLiteral("the fit is exact with it and without")
                          : std::isinf(step.f)
                              ? QStringLiteral("the fit becomes exact")
-                             : QStringLiteral("F = %1, p = %2").arg(figure(step.f), probability(step.pValue, Digits));
+                             : QStringLiteral("F = %1, p = %2")
+                                   .arg(figure(step.f, Digits, point), probability(step.pValue, Digits, point));
     return QStringLiteral("%1 %2: %3")
         .arg(step.action == Action::Add ? QStringLiteral("Adding") : QStringLiteral("Removing"),
              choice.term(step.control), what);

@@ -3,14 +3,8 @@
 #include "platform/Export.h"
 #include "present/Figures.h"
 #include "present/figures/Figure.h"
+#include "present/statistics/Pagedform.h"
 
-#include <QDialog>
-
-#include <memory>
-
-class QPagedPaintDevice;
-class QPrinter;
-class QTabWidget;
 class TDiagnosticsPage;
 class TFiguresPage;
 class TObservationsPage;
@@ -19,11 +13,8 @@ class TSummaryPage;
 
 /// The window of all that a fit tells: summary, diagnostics, observations and figures, a page each. A selected point
 /// of a figure is a selected row of the table and the other way round. It works on a copy of the regression's
-/// figures, which may change or go while the window is open, and has the size and colours that the person gives it.
-///
-/// Keys: Alt+1 to Alt+4, Ctrl+Tab and Ctrl+Shift+Tab the pages, Ctrl+P prints the document, Ctrl+S saves it (in a
-/// figure: the figure), Ctrl+C copies what the page has, F1 tells the keys, Escape closes.
-class NUVO_EXPORT TStatisticsForm : public QDialog
+/// figures, which may change or go while the window is open. The figure shown saves itself with Ctrl+S.
+class NUVO_EXPORT TStatisticsForm : public nuvo::PagedForm
 {
     Q_OBJECT
 
@@ -36,9 +27,7 @@ public:
     /// The same of figures that were taken; they have the influence where it is to be seen.
     void SetFigures(const nuvo::Figures &figures, const nuvo::FigureData &figureData);
 
-    /// The page shown, from 0: summary, diagnostics, observations, figures.
-    int PageIndex() const;
-    void SetPageIndex(int index);
+    // The pages: summary, diagnostics, observations, figures.
 
     TSummaryPage &Summary() { return *summary_; }
     TDiagnosticsPage &Diagnostics() { return *diagnostics_; }
@@ -46,23 +35,19 @@ public:
     TFiguresPage &FiguresPage() { return *figuresPage_; }
 
     /// Prints the document, summary and diagnostics with the figures below them, on sheets of its device.
-    void PrintDocument(QPagedPaintDevice &device) const;
+    void PrintDocument(QPagedPaintDevice &device) const override;
     /// Writes the document: .pdf, .html, .txt or .md, the latter two without figures. \throws EPlatformError as
     /// nuvo::savePage().
     void SaveReport(const QString &file) const;
     /// Onto the clipboard: text, rows or figure, whatever page is shown.
-    void Copy();
+    void Copy() override;
+
+protected:
+    QWidget *ReadingPart(QWidget *page) const override;
+    void SaveFile(const QString &file) const override { SaveReport(file); }
 
 private:
-    void SetUpKeys();
-    void PrintClick();
-    void SaveClick();
-    void HelpClick();
-    void Step(int way);
-
     nuvo::Figures figures_;
-    std::unique_ptr<QPrinter> printer_;
-    QTabWidget *pages_;
     TSummaryPage *summary_;
     TDiagnosticsPage *diagnostics_;
     TObservationsPage *observations_;

@@ -1,37 +1,26 @@
 #include "select/choice/Choiceform.h"
 
 #include "platform/Messages.h"
-#include "platform/Modal.h"
-#include "present/Filedialog.h"
 #include "present/Forms.h"
 #include "present/Page.h"
 #include "present/figures/Figureview.h"
 #include "present/statistics/Pageview.h"
 #include "select/Choicepage.h"
 #include "select/Corvane.h"
+#include "select/choice/Choicetable.h"
 #include "select/choice/Modelspage.h"
 #include "select/choice/Stepspage.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QPushButton>
-#include <QScopeGuard>
-#include <QScreen>
-#include <QShortcut>
 #include <QShowEvent>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTextDocument>
 #include <QVBoxLayout>
 
-#include <functional>
 #include <set>
 
 namespace {
-
-constexpr QSize UsualSize(960, 600);
 
 /// Sentences that take as many lines as the width asks for. However long a name is, the window can be narrow; and
 /// however narrow it could be, it need not be high for that.
@@ -68,19 +57,10 @@ QStringList headOf(const nuvo::Choice &choice)
 } // namespace
 
 TChoiceForm::TChoiceForm(QWidget *parent)
-    : QDialog(parent), choice_(std::make_unique<const nuvo::Choice>()), head_(new Sentences(this, "ChoiceHead")),
-      pages_(new QTabWidget(this)), models_(new TModelsPage(this)), steps_(new TStepsPage(this)),
+    : PagedForm(parent, "Choice"), choice_(std::make_unique<const nuvo::Choice>()),
+      head_(new Sentences(this, "ChoiceHead")), models_(new TModelsPage(this)), steps_(new TStepsPage(this)),
       figure_(new TFigureView(this)), report_(new TPageView(this)), warnings_(new Sentences(this, "ChoiceWarnings"))
 {
-    setObjectName(QStringLiteral("ChoiceForm"));
-    setWindowTitle(QStringLiteral("Choice of a model"));
-    setWindowFlag(Qt::WindowMaximizeButtonHint);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    setSizeGripEnabled(true);
-
-    pages_->setObjectName(QStringLiteral("ChoicePages"));
-    pages_->setAccessibleName(QStringLiteral("Pages"));
-    pages_->setDocumentMode(true);
     models_->setObjectName(QStringLiteral("ModelsPage"));
     steps_->setObjectName(QStringLiteral("StepsPage"));
     figure_->setObjectName(QStringLiteral("CriterionFigure"));
@@ -89,19 +69,29 @@ TChoiceForm::TChoiceForm(QWidget *parent)
     report_->setAccessibleDescription(QStringLiteral("The choice in words and tables"));
     warnings_->setAccessibleName(QStringLiteral("Warnings"));
 
-    auto *all = new QVBoxLayout(this);
-    all->addWidget(head_);
-    all->addWidget(pages_, 1);
-    all->addWidget(warnings_);
-    SetUpButtons();
-    SetUpKeys();
-    resize(UsualSize.boundedTo(screen()->availableSize() * 0.95));
+    Column().insertWidget(0, head_);
+    Column().addWidget(warnings_);
+    SetUp({QStringLiteral("Print the report (Ctrl+P)"),
+           QStringLiteral("Save the table as CSV, or the report as PDF, HTML, text or Markdown (Ctrl+S)"),
+           QStringLiteral("Save choice"),
+           {QStringLiteral("Comma separated values (*.csv)"), QStringLiteral("PDF document (*.pdf)"),
+            QStringLiteral("HTML page (*.html)"), QStringLiteral("Plain text (*.txt)"),
+            QStringLiteral("Markdown (*.md)")},
+           QStringLiteral("Pages: Alt+1 to Alt+3, or Ctrl+Tab.\n"
+                          "Enter puts the selected model, or the model after the selected step, on the "
+                          "component, loaded and fitted.\n"
+                          "Ctrl+P prints the report. Ctrl+S saves the table as CSV, or the report.\n"
+                          "Ctrl+C copies the selected row, or all; or the figure; or the report.\n\n"
+                          "A click on a heading sorts. The marked row is the model in use; models in italics are "
+                          "dependent and cannot be the best. A selected model is marked in the figure.\n\n"
+                          "Escape closes the window.")},
+          {960, 600}, 3);
     nuvo::Choice none;
     none.end = nuvo::Choice::End::NoRecords;
     SetChoice(none);
     SetPageIndex(0);
 
-    connect(pages_, &QTabWidget::currentChanged, this, &TChoiceForm::ShowWarnings);
+    connect(&Pages(), &QTabWidget::currentChanged, this, &TChoiceForm::ShowWarnings);
     connect(models_, &TModelsPage::UseModel, this, &TChoiceForm::UseModel);
     connect(steps_, &TStepsPage::UseModel, this, &TChoiceForm::UseModel);
     connect(models_, &TModelsPage::SelectionChanged, this, [this] {
@@ -117,53 +107,6 @@ TChoiceForm::TChoiceForm(QWidget *parent)
 
 TChoiceForm::~TChoiceForm() = default;
 
-void TChoiceForm::SetUpButtons()
-{
-    auto *buttons = new QHBoxLayout;
-    const auto addButton = [this, buttons](const char *name, const QString &text, const QString &hint,
-                                           const std::function<void()> &handler) {
-        auto *button = new QPushButton(text, this);
-        button->setObjectName(QLatin1String(name));
-        button->setToolTip(hint);
-        button->setAccessibleName(QString(text).remove(u'&').remove(u'…'));
-        button->setAccessibleDescription(hint);
-        button->setAutoDefault(false);
-        connect(button, &QPushButton::clicked, this, [handler] { nuvo::guarded(handler); });
-        buttons->addWidget(button);
-    };
-    addButton("PrintChoice", QStringLiteral("&Print…"), QStringLiteral("Print the report (Ctrl+P)"),
-              [this] { PrintClick(); });
-    addButton("SaveChoice", QStringLiteral("&Save…"),
-              QStringLiteral("Save the table as CSV, or the report as PDF, HTML, text or Markdown (Ctrl+S)"),
-              [this] { SaveClick(); });
-    addButton("CopyChoice", QStringLiteral("&Copy"), QStringLiteral("Copy what this page has (Ctrl+C)"),
-              [this] { Copy(); });
-    buttons->addStretch(1);
-    addButton("ChoiceHelp", QStringLiteral("&Help"), QStringLiteral("Keys of this window (F1)"),
-              [this] { HelpClick(); });
-    addButton("CloseChoice", QStringLiteral("Close"), QStringLiteral("Close this window (Escape)"),
-              [this] { reject(); });
-    static_cast<QVBoxLayout *>(layout())->addLayout(buttons);
-}
-
-void TChoiceForm::SetUpKeys()
-{
-    const auto on = [this](const QKeySequence &keys, const std::function<void()> &handler) {
-        auto *shortcut = new QShortcut(keys, this);
-        connect(shortcut, &QShortcut::activated, this, [handler] { nuvo::guarded(handler); });
-    };
-    on(QKeySequence::Print, [this] { PrintClick(); });
-    on(QKeySequence::Save, [this] { SaveClick(); });
-    on(QKeySequence(Qt::Key_F1), [this] { HelpClick(); });
-    on(QKeySequence(Qt::CTRL | Qt::Key_Tab), [this] { Step(1); });
-    on(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), [this] { Step(-1); });
-    on(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab), [this] { Step(-1); });
-    for (int page = 0; page < 3; ++page)
-        on(QKeySequence(Qt::ALT | Qt::Key(Qt::Key_1 + page)), [this, page] { SetPageIndex(page); });
-    // Where the focus is in a text, a table or a figure, that has the key.
-    on(QKeySequence::Copy, [this] { Copy(); });
-}
-
 void TChoiceForm::Load(TCorvane &selector)
 {
     selector_ = &selector;
@@ -173,19 +116,15 @@ void TChoiceForm::Load(TCorvane &selector)
 void TChoiceForm::SetChoice(const nuvo::Choice &choice)
 {
     const bool optimal = choice.isOptimal();
-    const bool otherKind = pages_->count() == 0 || optimal != choice_->isOptimal();
+    const bool otherKind = Pages().count() == 0 || optimal != choice_->isOptimal();
     choice_ = std::make_unique<const nuvo::Choice>(choice);
     if (otherKind) {
-        pages_->clear();
-        const auto addPage = [this](QWidget *page, const QString &title) {
-            const int number = pages_->addTab(page, title) + 1;
-            pages_->setTabToolTip(number - 1, QStringLiteral("%1 (Alt+%2)").arg(title).arg(number));
-        };
+        Pages().clear();
         if (optimal) {
-            addPage(models_, QStringLiteral("Models"));
-            addPage(figure_, QStringLiteral("Figure"));
+            AddPage(models_, QStringLiteral("Models"));
+            AddPage(figure_, QStringLiteral("Figure"));
         } else {
-            addPage(steps_, QStringLiteral("Steps"));
+            AddPage(steps_, QStringLiteral("Steps"));
         }
         // Those that are no pages.
         if (optimal) {
@@ -194,7 +133,7 @@ void TChoiceForm::SetChoice(const nuvo::Choice &choice)
             models_->hide();
             figure_->hide();
         }
-        addPage(report_, QStringLiteral("Report"));
+        AddPage(report_, QStringLiteral("Report"));
     }
     const QString source = nuvo::withoutControls(choice.dataset);
     setWindowTitle(source.isEmpty() ? QStringLiteral("Choice of a model")
@@ -204,18 +143,18 @@ void TChoiceForm::SetChoice(const nuvo::Choice &choice)
     steps_->SetChoice(choice);
     figure_->SetFigure(nuvo::choiceFigure(choice));
     figure_->SetSelected(models_->Selected() == 0 ? std::set<qint64>() : std::set<qint64>{models_->Selected()});
-    report_->SetPage(nuvo::choicePage(choice));
+    report_->SetPage(nuvo::choicePage(choice, 6, nuvo::windowPoint()));
     const QStringList warnings = nuvo::choiceWarnings(choice);
     warnings_->setText(warnings.join(u'\n'));
     ShowWarnings();
     if (choice.end != nuvo::Choice::End::Chosen)
-        SetPageIndex(pages_->indexOf(report_));
+        SetPageIndex(Pages().indexOf(report_));
 }
 
 /// The report has them itself.
 void TChoiceForm::ShowWarnings()
 {
-    warnings_->setVisible(!warnings_->text().isEmpty() && pages_->currentWidget() != report_);
+    warnings_->setVisible(!warnings_->text().isEmpty() && Pages().currentWidget() != report_);
 }
 
 void TChoiceForm::UseModel(int number)
@@ -233,23 +172,11 @@ void TChoiceForm::UseModel(int number)
     });
 }
 
-int TChoiceForm::PageIndex() const
+QWidget *TChoiceForm::ReadingPart(QWidget *page) const
 {
-    return pages_->currentIndex();
-}
-
-void TChoiceForm::SetPageIndex(int index)
-{
-    if (index < 0 || index >= pages_->count())
-        return;
-    pages_->setCurrentIndex(index);
-    QWidget *const page = pages_->currentWidget();
     if (page == models_)
-        models_->View().setFocus();
-    else if (page == steps_)
-        steps_->Steps().setFocus();
-    else
-        page->setFocus();
+        return &models_->View();
+    return page == steps_ ? &steps_->Steps() : page;
 }
 
 void TChoiceForm::showEvent(QShowEvent *event)
@@ -257,11 +184,6 @@ void TChoiceForm::showEvent(QShowEvent *event)
     QDialog::showEvent(event);
     if (!event->spontaneous())
         SetPageIndex(PageIndex());
-}
-
-void TChoiceForm::Step(int way)
-{
-    SetPageIndex((PageIndex() + way + pages_->count()) % pages_->count());
 }
 
 nuvo::Page TChoiceForm::Document() const
@@ -288,7 +210,7 @@ void TChoiceForm::Save(const QString &file) const
 
 void TChoiceForm::Copy()
 {
-    QWidget *const page = pages_->currentWidget();
+    QWidget *const page = Pages().currentWidget();
     if (page == models_)
         models_->Copy();
     else if (page == steps_)
@@ -297,52 +219,6 @@ void TChoiceForm::Copy()
         figure_->Copy();
     else
         report_->Copy();
-}
-
-void TChoiceForm::PrintClick()
-{
-    if (printer_ == nullptr) {
-        printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
-        printer_->setDocName(windowTitle());
-        printer_->setPageOrientation(QPageLayout::Landscape); // the table of models is wide
-    }
-    if (printer_->outputFormat() == QPrinter::NativeFormat) {
-        const QPointer<TChoiceForm> here = this;
-        const QPointer<QPrintDialog> dialog = new QPrintDialog(printer_.get(), this);
-        const auto gone = qScopeGuard([&dialog] { delete dialog; });
-        if (ShowModal(*dialog) == QDialog::Accepted && !here.isNull())
-            PrintDocument(*printer_);
-        return;
-    }
-    // No printer.
-    const QString file =
-        nuvo::askFileName(this, QStringLiteral("Print to a file"), {QStringLiteral("PDF document (*.pdf)")});
-    if (!file.isEmpty())
-        Save(file);
-}
-
-void TChoiceForm::SaveClick()
-{
-    const QString file =
-        nuvo::askFileName(this, QStringLiteral("Save choice"),
-                          {QStringLiteral("Comma separated values (*.csv)"), QStringLiteral("PDF document (*.pdf)"),
-                           QStringLiteral("HTML page (*.html)"), QStringLiteral("Plain text (*.txt)"),
-                           QStringLiteral("Markdown (*.md)")});
-    if (!file.isEmpty())
-        Save(file);
-}
-
-void TChoiceForm::HelpClick()
-{
-    MessageDlg(QStringLiteral("Pages: Alt+1 to Alt+3, or Ctrl+Tab.\n"
-                              "Enter puts the selected model, or the model after the selected step, on the "
-                              "component, loaded and fitted.\n"
-                              "Ctrl+P prints the report. Ctrl+S saves the table as CSV, or the report.\n"
-                              "Ctrl+C copies the selected row, or all; or the figure; or the report.\n\n"
-                              "A click on a heading sorts. The marked row is the model in use; models in italics are "
-                              "dependent and cannot be the best. A selected model is marked in the figure.\n\n"
-                              "Escape closes the window."),
-               TMsgDlgType::mtInformation);
 }
 
 namespace nuvo {
@@ -368,19 +244,12 @@ void showChoice(TCorvane &selector)
                    TMsgDlgType::mtInformation);
         return;
     }
-    static QPointer<TChoiceForm> open;
-    if (!open.isNull()) {
-        open->raise();
-        open->activateWindow();
-        return;
-    }
-    // A window in front can take this one along when it goes; the component can go as well.
-    const QPointer<TChoiceForm> form = new TChoiceForm(windowInFront());
-    const auto gone = qScopeGuard([&form] { delete form; });
-    open = form;
-    form->Load(selector);
-    centreOnScreen(*form);
-    ShowModal(*form);
+    static QPointer<QDialog> open;
+    showOne(open, [&selector](QWidget *parent) {
+        auto form = std::make_unique<TChoiceForm>(parent);
+        form->Load(selector);
+        return form.release();
+    });
 }
 
 } // namespace nuvo

@@ -1,16 +1,13 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "present/statistics/Pagedform.h"
 
-#include <QDialog>
 #include <QPointer>
 
 #include <memory>
 
 class QLabel;
-class QPagedPaintDevice;
-class QPrinter;
-class QTabWidget;
 class TCorvane;
 class TFigureView;
 class TModelsPage;
@@ -25,12 +22,9 @@ struct Page;
 
 /// The window of a choice by the textbook's rule: its models or its steps, the criterion by size as a figure, the
 /// report, and above and below them what is left and what is worth a warning. "Use this model" puts another model on
-/// the component, for as long as there is one. It has the size and colours that the person gives it.
-///
-/// Keys: Alt+1 to Alt+3, Ctrl+Tab and Ctrl+Shift+Tab the pages, Enter uses the selected model, Ctrl+C copies what the
-/// page has, Ctrl+S saves the table as CSV, or the report (in a figure: the figure), Ctrl+P prints the report, F1
-/// tells the keys, Escape closes.
-class NUVO_EXPORT TChoiceForm : public QDialog
+/// the component, for as long as there is one, and so does Enter. Ctrl+S saves the table as CSV, or the report (in a
+/// figure: the figure).
+class NUVO_EXPORT TChoiceForm : public nuvo::PagedForm
 {
     Q_OBJECT
 
@@ -43,9 +37,7 @@ public:
     /// Shows a choice without a component: there is nothing to put a model on.
     void SetChoice(const nuvo::Choice &choice);
 
-    /// The page shown, from 0: models or steps, figure (of models alone), report.
-    int PageIndex() const;
-    void SetPageIndex(int index);
+    // The pages: models or steps, figure (of models alone), report.
 
     TModelsPage &Models() { return *models_; }
     TStepsPage &Steps() { return *steps_; }
@@ -56,31 +48,25 @@ public:
     void UseModel(int number);
 
     /// Prints the report on pages of its device.
-    void PrintDocument(QPagedPaintDevice &device) const;
+    void PrintDocument(QPagedPaintDevice &device) const override;
     /// Writes the table by .csv, else the report: .pdf, .html, .txt or .md.
     /// \throws EPlatformError as nuvo::savePage().
     void Save(const QString &file) const;
     /// Onto the clipboard: rows, figure or report, whatever page is shown.
-    void Copy();
+    void Copy() override;
 
 protected:
     void showEvent(QShowEvent *event) override;
+    QWidget *ReadingPart(QWidget *page) const override;
+    void SaveFile(const QString &file) const override { Save(file); }
 
 private:
-    void SetUpButtons();
-    void SetUpKeys();
-    void PrintClick();
-    void SaveClick();
-    void HelpClick();
     void ShowWarnings();
-    void Step(int way);
     nuvo::Page Document() const;
 
     std::unique_ptr<const nuvo::Choice> choice_;
     QPointer<TCorvane> selector_;
-    std::unique_ptr<QPrinter> printer_;
     QLabel *head_;
-    QTabWidget *pages_;
     TModelsPage *models_;
     TStepsPage *steps_;
     TFigureView *figure_;

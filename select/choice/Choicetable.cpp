@@ -31,16 +31,21 @@ QString shortened(const QString &name)
 
 } // namespace
 
+QChar windowPoint()
+{
+    return QLocale().decimalPoint().front();
+}
+
 ChoiceCell figureCell(double value, int digits)
 {
     if (std::isinf(value))
         return {value > 0 ? QStringLiteral("infinite") : QStringLiteral("-infinite"), value, false};
-    return {significant(value, digits), value, false};
+    return {significant(value, digits, windowPoint()), value, false};
 }
 
 ChoiceCell probabilityCell(double value)
 {
-    return {probability(value, 4), value, false};
+    return {probability(value, 4, windowPoint()), value, false};
 }
 
 ChoiceCell countCell(int value)
@@ -78,12 +83,14 @@ int ChoiceRows::RowOf(int number) const
     return found == rows_.end() ? -1 : int(found - rows_.begin());
 }
 
-QString ChoiceRows::Exact(int row, int column) const
+QString ChoiceRows::Exact(int row, int column, QChar point) const
 {
     const ChoiceCell &cell = rows_[std::size_t(row)].cells[std::size_t(column)];
     if (cell.words)
         return cell.whole.isEmpty() ? cell.text : cell.whole;
-    return std::isnan(cell.number) ? QString() : QString::number(cell.number, 'g', QLocale::FloatingPointShortest);
+    return std::isnan(cell.number)
+               ? QString()
+               : QString::number(cell.number, 'g', QLocale::FloatingPointShortest).replace(u'.', point);
 }
 
 int ChoiceRows::rowCount(const QModelIndex &parent) const
@@ -98,7 +105,7 @@ int ChoiceRows::columnCount(const QModelIndex &parent) const
 
 QString ChoiceRows::Hint(int row, int column) const
 {
-    const QString value = Exact(row, column);
+    const QString value = Exact(row, column, windowPoint());
     return QStringLiteral("%1: %2").arg(
         columns_[std::size_t(column)].hint,
         value.isEmpty() && !columns_[std::size_t(column)].words ? QStringLiteral("does not exist") : value);
@@ -129,7 +136,7 @@ QVariant ChoiceRows::data(const QModelIndex &index, int role) const
         return {};
     case NumberRole:
         if (cell.words)
-            return Exact(index.row(), index.column());
+            return Exact(index.row(), index.column(), u'.');
         return cell.number;
     case MarkedRole:
         return row.marked;
@@ -204,7 +211,7 @@ QString ChoiceTable::SelectionText() const
             continue;
         QStringList cells;
         for (int column = 0; column < rows_->columnCount(); ++column)
-            cells += rows_->Exact(row, column);
+            cells += rows_->Exact(row, column, windowPoint());
         text += cells.join(u'\t') + u'\n';
     }
     return text;
@@ -224,7 +231,7 @@ QString ChoiceTable::Csv() const
     for (int row = 0; row < rows_->rowCount(); ++row) {
         cells.clear();
         for (int column = 0; column < rows_->columnCount(); ++column)
-            cells += rows_->Exact(row, column);
+            cells += rows_->Exact(row, column, u'.');
         text += csvLine(cells) + u'\n';
     }
     return text;

@@ -46,7 +46,7 @@ public:
     /// -1 when there is no such row.
     int RowOf(int number) const;
     /// A cell with all digits; empty where the figure does not exist.
-    QString Exact(int row, int column) const;
+    QString Exact(int row, int column, QChar point) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -75,7 +75,8 @@ public:
     /// 0, or one that is not there: nothing. Sends no signal.
     void SetCurrent(int number);
 
-    /// The selected row, or all as they are sorted, under their headings, parted by tabs, with all digits.
+    /// The selected row, or all as they are sorted, under their headings, parted by tabs, with all digits and the
+    /// decimal sign of windows.
     QString SelectionText() const;
     void Copy() const;
     /// All rows in their first order, with all digits: commas, decimal points, LF.
@@ -96,6 +97,8 @@ private:
     bool quiet_ = false;
 };
 
+/// The decimal sign of windows.
+QChar windowPoint();
 /// A figure with so many significant digits, "infinite", or "-" where it does not exist.
 ChoiceCell figureCell(double value, int digits = 6);
 ChoiceCell probabilityCell(double value);

@@ -161,7 +161,7 @@ void TStepsPage::ShowStep()
     if (number > 0) {
         const nuvo::SearchStep &step = choice_->search.path[std::size_t(number) - 1];
         other = step.model != choice_->selected;
-        title_->setText(nuvo::withoutControls(nuvo::stepText(*choice_, step)) + u'.');
+        title_->setText(nuvo::withoutControls(nuvo::stepText(*choice_, step, nuvo::windowPoint())) + u'.');
         for (std::size_t at = 0; at < step.candidates.size(); ++at) {
             const nuvo::StepCandidate &candidate = step.candidates[at];
             nuvo::ChoiceRow &row = rows.emplace_back();

@@ -3,10 +3,10 @@
 #include "present/figures/Figurespage.h"
 #include "present/statistics/Observationspage.h"
 #include "present/statistics/Statisticsform.h"
+#include "support/Darkpalette.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QPalette>
 #include <QStyleFactory>
 
 #include <cstdio>
@@ -14,21 +14,6 @@
 // Pictures of the window of statistics, to look at: statisticspictures samples.db DIRECTORY [dark]
 // (QT_SCALE_FACTOR=2 for a dense screen).
 namespace {
-
-QPalette darkPalette()
-{
-    QPalette palette(QColor(0x30, 0x30, 0x30), QColor(0x2b, 0x2b, 0x2b));
-    palette.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
-    palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x26, 0x26));
-    for (const QPalette::ColorRole role :
-         {QPalette::Text, QPalette::WindowText, QPalette::ButtonText, QPalette::ToolTipText})
-        palette.setColor(role, QColor(0xec, 0xec, 0xec));
-    palette.setColor(QPalette::Highlight, QColor(0x2f, 0x6f, 0xb0));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x80));
-    return palette;
-}
 
 void draw(const char *database, const char *table, const char *response, const char *controls, const QDir &directory,
           const QString &way)

@@ -12,9 +12,12 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMimeData>
 #include <QPdfWriter>
 #include <QPrinter>
+#include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTabWidget>
 
 namespace {
@@ -185,6 +188,45 @@ TEST(ChoiceWindow, TellsInWordsWhatNullsTookAway)
         press(form, Qt::Key_2, Qt::AltModifier);
         EXPECT_FALSE(part<QLabel>(form, "ChoiceWarnings")->isVisible()) << "the report has them itself";
         EXPECT_TRUE(form.Report().toPlainText().contains(u("took 4 of 20 records")));
+    });
+}
+
+TEST(ChoiceWindow, HasTheDecimalSignOfTheLocaleAndItsFilesAPoint)
+{
+    const QLocale before;
+    const auto restore = qScopeGuard([&before] { QLocale::setDefault(before); });
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    static const QRegularExpression comma(u("[0-9],[0-9]"));
+    static const QRegularExpression point(u("[0-9]\\.[0-9]"));
+    const auto hasCommas = [](const QString &text, const char *what) {
+        EXPECT_TRUE(text.contains(comma)) << what << ": " << text.toStdString();
+        EXPECT_FALSE(text.contains(point)) << what << ": " << text.toStdString();
+    };
+    const auto hasPoints = [](const QString &text, const char *what) {
+        EXPECT_TRUE(text.contains(point)) << what << ": " << text.toStdString();
+        EXPECT_FALSE(text.contains(comma)) << what << ": " << text.toStdString();
+    };
+    const QTemporaryDir folder;
+    const QString csv = folder.filePath(u("choice.csv"));
+    const QString txt = folder.filePath(u("choice.txt"));
+    Chosen<TOptimizeMLR> chosen;
+    showTo(chosen.method, [&](TChoiceForm &form) {
+        QTableView &view = form.Models().View();
+        hasCommas(cell(view, 0, "R²"), "a cell");
+        hasCommas(view.model()->index(0, 4).data(Qt::ToolTipRole).toString(), "its hint");
+        hasCommas(form.Models().SelectionText(), "what is copied");
+        hasCommas(form.Report().toPlainText(), "the report in the window");
+        form.Save(csv);
+        form.Save(txt);
+    });
+    EXPECT_TRUE(QString::fromUtf8(contentOf(csv)).contains(point));
+    hasPoints(QString::fromUtf8(contentOf(txt)), "a text file");
+    hasPoints(chosen.method.Report(), "the report of the run");
+    Chosen<TFwdSelectMLR> forward(13, cementNames(), cementValue, [](TFwdSelectMLR &method) { method.SetP(0.05); });
+    showTo(forward.method, [&](TChoiceForm &form) {
+        hasCommas(cell(form.Steps().Steps(), 0, "F"), "a step");
+        hasCommas(cell(form.Steps().Candidates(), 0, "p"), "a candidate");
+        hasCommas(label(form, "StepTitle"), "the step in words");
     });
 }
 
