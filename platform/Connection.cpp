@@ -62,7 +62,7 @@ Connection::~Connection()
     close();
 }
 
-void Connection::open(const QString &databaseName, Access access)
+void Connection::open(const QString &databaseName, Access access, const QString &password)
 {
     close();
     madeFile_.clear();
@@ -82,7 +82,7 @@ void Connection::open(const QString &databaseName, Access access)
         dialect_ = dialectOf(database_);
     } else if (databaseName.contains(QLatin1String("://")) ||
                databaseName.startsWith(QLatin1String("odbc:"), Qt::CaseInsensitive)) {
-        openServer(databaseName, access);
+        openServer(databaseName, access, password);
     } else {
         openSqlite(databaseName, access);
     }
@@ -147,7 +147,7 @@ void Connection::openSqlite(const QString &path, Access access)
     }
 }
 
-void Connection::openServer(const QString &url, Access access)
+void Connection::openServer(const QString &url, Access access, const QString &password)
 {
     const bool odbc = url.startsWith(QLatin1String("odbc:"), Qt::CaseInsensitive);
     ServerAddress address;
@@ -179,6 +179,8 @@ void Connection::openServer(const QString &url, Access access)
     database_.setDatabaseName(address.name);
     database_.setHostName(address.host);
     database_.setUserName(address.user);
+    if (!password.isEmpty())
+        database_.setPassword(password);
     if (!address.port.isEmpty())
         database_.setPort(address.port.toInt());
     if (dialect_ == Dialect::Postgres) {

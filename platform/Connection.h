@@ -31,8 +31,8 @@ public:
     };
 
     /// \throws EDatabaseError with one sentence: no such file, no permission, no such driver or server …; a server's
-    /// own words are in it, a password never is.
-    void open(const QString &databaseName, Access access = Access::Read);
+    /// own words are in it, a password never is. A password is for this connection to a server alone.
+    void open(const QString &databaseName, Access access = Access::Read, const QString &password = {});
     /// The same for a reader in a thread of its own: where the name is that of a registered connection, a connection
     /// of its own to the same database.  \throws EDatabaseError also for a database that is in memory alone.
     void openBeside(const QString &databaseName);
@@ -70,7 +70,7 @@ public:
 
 private:
     void openSqlite(const QString &path, Access access);
-    void openServer(const QString &url, Access access);
+    void openServer(const QString &url, Access access, const QString &password);
     void openOwn(const QString &driver, const QString &package);
     void set(Access access, int readTimeout);
     [[noreturn]] void refuseServer(const QSqlError &error);

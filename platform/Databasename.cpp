@@ -3,6 +3,8 @@
 #include "platform/Errors.h"
 
 #include <QRegularExpression>
+#include <QStringList>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -168,6 +170,27 @@ ServerAddress serverAddress(const QString &url)
         server = server.mid(1, server.size() - 2);
     address.host = decoded(server);
     return address;
+}
+
+QString databaseName(const ServerAddress &address)
+{
+    const auto encoded = [](const QString &part) { return QString::fromLatin1(QUrl::toPercentEncoding(part)); };
+    const bool colons = address.host.contains(u':');
+    QString url = address.scheme + QStringLiteral("://");
+    if (!address.user.isEmpty())
+        url += encoded(address.user) + u'@';
+    url += colons ? u'[' + address.host + u']' : encoded(address.host);
+    if (!address.port.isEmpty())
+        url += u':' + address.port;
+    url += u'/' + encoded(address.name);
+    QStringList options;
+    if (address.connectTimeout != ServerAddress().connectTimeout)
+        options += QStringLiteral("connect_timeout=%1").arg(address.connectTimeout);
+    if (address.readTimeout != 0)
+        options += QStringLiteral("read_timeout=%1").arg(address.readTimeout);
+    if (!options.isEmpty())
+        url += u'?' + options.join(u'&');
+    return url;
 }
 
 } // namespace nuvo

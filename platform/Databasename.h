@@ -21,7 +21,10 @@ struct ServerAddress
 
 /// \throws EDatabaseError with one sentence for a URL that is not of this form, and for one that holds a password,
 /// which is never repeated.
-ServerAddress serverAddress(const QString &url);
+NUVO_EXPORT ServerAddress serverAddress(const QString &url);
+
+/// The URL of these parts, percent-encoded where need be and without options that say what goes without saying.
+NUVO_EXPORT QString databaseName(const ServerAddress &address);
 
 /// \throws EDatabaseError where what follows "odbc:" holds a password, in whatever form and case.
 void refuseOdbcPassword(const QString &connectionString);

@@ -7,12 +7,12 @@
 
 namespace {
 
-bool script(const QString &action, const QString &state)
+bool script(const QString &action, const QString &state, const QString &password = {})
 {
     QProcess process;
     // The server inherits what it writes to; it goes on when the script is done.
     process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(QStringLiteral(NUVO_POSTGRES_SCRIPT), {action, state});
+    process.start(QStringLiteral(NUVO_POSTGRES_SCRIPT), {action, state, password});
     const bool done = process.waitForFinished(120000) && process.exitCode() == 0;
     EXPECT_TRUE(done) << process.readAllStandardError().toStdString();
     return done;
@@ -47,7 +47,7 @@ QString PostgresServer::sharedShardUrl(int number)
     return sharedUrlIn(QStringLiteral(NUVO_POSTGRES_STATE "-%1").arg(number));
 }
 
-PostgresServer::PostgresServer()
+PostgresServer::PostgresServer(Whom whom) : whom_(whom)
 {
     startAgain();
 }
@@ -65,6 +65,7 @@ void PostgresServer::kill()
 void PostgresServer::startAgain()
 {
     const QString state = directory_.filePath(QStringLiteral("state"));
-    script(url_.isEmpty() ? QStringLiteral("start") : QStringLiteral("restart"), state);
+    script(url_.isEmpty() ? QStringLiteral("start") : QStringLiteral("restart"), state,
+           whom_ == AsksForAPassword ? password() : QString());
     url_ = urlIn(state);
 }

@@ -14,8 +14,14 @@ public:
     /// postgres_cluster.
     static QString sharedShardUrl(int number);
 
+    enum Whom {
+        TrustsEverybody,
+        AsksForAPassword, ///< password()
+    };
+    static QString password() { return QStringLiteral("s3cret"); }
+
     /// Starts a server; a failure is a test failure.
-    PostgresServer();
+    explicit PostgresServer(Whom whom = TrustsEverybody);
     PostgresServer(const PostgresServer &) = delete;
     PostgresServer &operator=(const PostgresServer &) = delete;
     ~PostgresServer();
@@ -26,6 +32,7 @@ public:
     void startAgain();
 
 private:
+    const Whom whom_;
     QTemporaryDir directory_;
     QString url_;
 };

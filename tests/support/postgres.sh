@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # A PostgreSQL server for the tests: on loopback, in a temporary directory, trusting everybody who gets there.
 #   postgres.sh start STATE    starts one and writes its directory and its URL into the file STATE
+#   postgres.sh start STATE PASSWORD    one that asks for this password instead of trusting
 #   postgres.sh stop STATE     stops the server of STATE and removes its directory
 #   postgres.sh kill STATE     stops it at once and keeps its directory
 #   postgres.sh restart STATE  starts it again after that, under the same URL
@@ -50,7 +51,13 @@ start)
     stop_server
     directory=$(mktemp -d "${TMPDIR:-/tmp}/nuvo-postgres-XXXXXX")
     [[ ${#as[@]} == 0 ]] || chown "$user" "$directory"
-    server initdb -D "$directory/data" -U nuvo -A trust -E UTF8 --locale=C.UTF-8 --no-sync >"$directory.initdb" 2>&1 || {
+    authentication=(-A trust)
+    if [[ -n ${3:-} ]]; then
+        printf '%s\n' "$3" >"$directory/password"
+        chmod a+r "$directory/password"
+        authentication=(-A scram-sha-256 "--pwfile=$directory/password")
+    fi
+    server initdb -D "$directory/data" -U nuvo "${authentication[@]}" -E UTF8 --locale=C.UTF-8 --no-sync >"$directory.initdb" 2>&1 || {
         cat "$directory.initdb" >&2
         exit 1
     }
