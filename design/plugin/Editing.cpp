@@ -1,5 +1,6 @@
 #include "design/plugin/Editing.h"
 
+#include "design/Modelediting.h"
 #include "present/Forms.h"
 
 #include <QDesignerFormWindowCursorInterface>
@@ -90,6 +91,18 @@ void nuvo::Editing::Edit(const QList<TComponent *> &components, const QString &p
     });
 }
 
+void nuvo::Editing::EditModel(TComponent &component) const
+{
+    guarded([&] {
+        const QPointer<TComponent> edited(&component);
+        std::vector<PropertyEdit> edits;
+        for (const auto &[property, value] : editModel(component))
+            edits.push_back({edited, property, value});
+        if (!edited.isNull())
+            Commit(edits, QStringLiteral("Change the model of \"%1\"").arg(edited->Name()));
+    });
+}
+
 QStringList nuvo::Editing::Values(const QList<TComponent *> &components, const QString &property) const
 {
     QStringList values;
@@ -110,15 +123,15 @@ void nuvo::Editing::Set(const QList<TComponent *> &components, const QString &pr
 }
 
 /// What changes nothing goes to the setters, which run on every edit, but leaves the form as unchanged as it was.
-void nuvo::Editing::Commit(const std::vector<PropertyEdit> &edits) const
+void nuvo::Editing::Commit(const std::vector<PropertyEdit> &edits, const QString &name) const
 {
     std::vector<PropertyEdit> changes;
     for (const PropertyEdit &edit : edits) {
         if (edit.component == nullptr)
             continue;
-        const QByteArray name = edit.property.toUtf8();
-        if (edit.component->property(name.constData()) == edit.value)
-            edit.component->setProperty(name.constData(), edit.value);
+        const QByteArray property = edit.property.toUtf8();
+        if (edit.component->property(property.constData()) == edit.value)
+            edit.component->setProperty(property.constData(), edit.value);
         else
             changes.push_back(edit);
     }
@@ -126,7 +139,7 @@ void nuvo::Editing::Commit(const std::vector<PropertyEdit> &edits) const
         return;
     QWidget *first = changes.front().component;
     if (auto *form = QDesignerFormWindowInterface::findFormWindow(first); form != nullptr)
-        form->commandHistory()->push(new EditCommand(*form, changes)); // the stack owns it
+        form->commandHistory()->push(new EditCommand(*form, changes, name)); // the stack owns it
 }
 
 QList<TComponent *> nuvo::Editing::Selected(const QString &property) const

@@ -25,6 +25,8 @@ public:
     /// Lets the user edit a property of the components, the first one's value to begin with: in the editor's
     /// dialog, else in a list of its values.
     void Edit(const QList<TComponent *> &components, const QString &property) const;
+    /// Lets the user edit the whole model of a regression component, as one step.
+    void EditModel(TComponent &component) const;
     /// The values that an editor offers, in the order in which they are to be shown; none after an error, which is
     /// shown.
     QStringList Values(const QList<TComponent *> &components, const QString &property) const;
@@ -38,7 +40,8 @@ private:
     const EditorEntry *EntryFor(const TComponent &component, const QString &property) const;
     std::unique_ptr<TPropertyEditor> MakeEditor(const QList<TComponent *> &components, const QString &property,
                                                 std::vector<PropertyEdit> &edits) const;
-    void Commit(const std::vector<PropertyEdit> &edits) const;
+    /// \param name of the step; empty for one that names what it changes.
+    void Commit(const std::vector<PropertyEdit> &edits, const QString &name = {}) const;
 
     QDesignerFormEditorInterface &core_;
     const Catalogue &catalogue_;

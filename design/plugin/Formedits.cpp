@@ -17,7 +17,8 @@ QDesignerPropertySheetExtension *sheetOf(const QDesignerFormWindowInterface &for
 
 } // namespace
 
-nuvo::EditCommand::EditCommand(QDesignerFormWindowInterface &form, const std::vector<PropertyEdit> &edits)
+nuvo::EditCommand::EditCommand(QDesignerFormWindowInterface &form, const std::vector<PropertyEdit> &edits,
+                               const QString &name)
     : form_(&form)
 {
     for (const PropertyEdit &edit : edits) {
@@ -26,8 +27,9 @@ nuvo::EditCommand::EditCommand(QDesignerFormWindowInterface &form, const std::ve
                           sheet->isChanged(sheet->indexOf(edit.property))});
     }
     const PropertyEdit &first = edits.front();
-    setText(edits.size() == 1 ? QStringLiteral("Change %1 of \"%2\"").arg(first.property, first.component->Name())
-                              : QStringLiteral("Change %1 of %2 components").arg(first.property).arg(edits.size()));
+    setText(!name.isEmpty()     ? name
+            : edits.size() == 1 ? QStringLiteral("Change %1 of \"%2\"").arg(first.property, first.component->Name())
+                                : QStringLiteral("Change %1 of %2 components").arg(first.property).arg(edits.size()));
 }
 
 void nuvo::EditCommand::redo()

@@ -25,7 +25,8 @@ struct PropertyEdit
 class EditCommand : public QUndoCommand
 {
 public:
-    EditCommand(QDesignerFormWindowInterface &form, const std::vector<PropertyEdit> &edits);
+    /// \param name of the step; empty for one that names what it changes.
+    EditCommand(QDesignerFormWindowInterface &form, const std::vector<PropertyEdit> &edits, const QString &name = {});
 
     void redo() override;
     void undo() override;

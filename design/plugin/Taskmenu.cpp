@@ -1,5 +1,6 @@
 #include "design/plugin/Taskmenu.h"
 
+#include "design/Modelediting.h"
 #include "engine/Regression.h"
 #include "platform/Table.h"
 
@@ -8,6 +9,12 @@
 nuvo::TaskMenu::TaskMenu(TComponent &component, const Editing &editing, QObject *parent)
     : QObject(parent), component_(component)
 {
+    if (hasModel(component)) {
+        auto *action = new QAction(QStringLiteral("Model…"), this);
+        action->setData(QStringLiteral("Model"));
+        connect(action, &QAction::triggered, this, [&component, &editing] { editing.EditModel(component); });
+        actions_ += action;
+    }
     for (const QString &property : editing.EditableProperties(component)) {
         const QString type = Catalogue::PropertyType(*component.metaObject(), property);
         const bool definition = type == u"TIndepVar" || type == u"TDependentVar";

@@ -1,52 +1,10 @@
 // What a walk through Qt Designer (session/Driver.cpp) saw, and what it ought to have seen.
 
-#include "support/Print.h"
+#include "design/Sessionseen.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 
-#include <gtest/gtest.h>
-
 namespace {
-
-using Strings = QStringList;
-
-class Designer : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        QFile file(QStringLiteral(SESSION "/seen.json"));
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << "the walk left nothing";
-        seen_ = QJsonDocument::fromJson(file.readAll()).object();
-        ASSERT_FALSE(seen_.isEmpty());
-    }
-
-    QJsonValue seen(const char *what) const
-    {
-        EXPECT_TRUE(seen_.contains(QLatin1String(what))) << what;
-        return seen_[QLatin1String(what)];
-    }
-    bool yes(const char *what) const { return seen(what).toBool(); }
-    QString text(const char *what) const { return seen(what).toString(); }
-    Strings list(const char *what) const
-    {
-        Strings strings;
-        for (const QJsonValue &value : seen(what).toArray())
-            strings += value.toString();
-        return strings;
-    }
-
-    QJsonObject seen_;
-};
-
-Strings words(const char *text)
-{
-    return QString::fromUtf8(text).split(u';');
-}
 
 const char *const Missing =
     "Cannot open the database \"nowhere.db\": there is no such file and no registered connection of that name.";
@@ -112,7 +70,7 @@ TEST_F(Designer, ShowsPublishedPropertiesAndOnlyThoseInGroupsWithToolTips)
 TEST_F(Designer, OffersEveryDefinitionInTheContextMenu)
 {
     EXPECT_EQ(list("contextMenu"),
-              words("Choose DatabaseName…;Choose TableName…;Define ControlVar01…;Define ControlVar02…;Define "
+              words("Model…;Choose DatabaseName…;Choose TableName…;Define ControlVar01…;Define ControlVar02…;Define "
                     "ControlVar03…;Define ControlVar04…;Define ControlVar05…;Define ControlVar06…;Define "
                     "ControlVar07…;Define ControlVar08…;Define ControlVar09…;Define ControlVar10…;Define "
                     "ResponseVarY…"));

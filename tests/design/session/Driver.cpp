@@ -51,7 +51,10 @@ private:
         const QDesignerFormWindowInterface *form = core_->formWindowManager()->activeFormWindow();
         if (form == nullptr || form->mainContainer() == nullptr || !form->isVisible())
             return QTimer::singleShot(100, this, &Driver::waitForForm);
-        const QJsonObject seen = walkThroughDesigner(*core_);
+        QJsonObject seen = walkThroughDesigner(*core_);
+        const QJsonObject models = walkThroughModels(*core_);
+        for (auto one = models.begin(); one != models.end(); ++one)
+            seen.insert(one.key(), one.value());
         QFile file(u("seen.json"));
         if (file.open(QIODevice::WriteOnly))
             file.write(QJsonDocument(seen).toJson());
