@@ -1,0 +1,305 @@
+#include "workbench/Mainwindow.h"
+
+#include "design/model/Modeleditor.h"
+#include "engine/Regression.h"
+#include "engine/kernel/Prediction.h"
+#include "platform/Table.h"
+#include "present/statistics/Observationspage.h"
+#include "present/statistics/Pageview.h"
+#include "select/choice/Modelspage.h"
+#include "support/Text.h"
+#include "workbench/Choicepage.h"
+#include "workbench/Livefit.h"
+#include "workbench/Modelstable.h"
+#include "workbench/Pages.h"
+#include "workbench/Predictpage.h"
+#include "workbench/Predicttable.h"
+#include "workbench/Recordspage.h"
+#include "workbench/Sitting.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+class Workbench : public testing::Test
+{
+protected:
+    QTemporaryDir folder;
+    std::unique_ptr<nuvo::MainWindow> window;
+
+    void SetUp() override
+    {
+        QApplication::setOrganizationName(u("Nuvo tests"));
+        QApplication::setApplicationName(folder.path().section(u'/', -1));
+        begin();
+    }
+    void begin()
+    {
+        window = std::make_unique<nuvo::MainWindow>(folder.path());
+        window->show();
+    }
+    QString csv(const char *name, int rows)
+    {
+        QFile file(folder.filePath(u(name)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("y,x,z,note\n");
+        for (int i = 1; i <= rows; ++i)
+            file.write(qPrintable(u("%1,%2,%3,n%2\n").arg(3 + 2 * i + std::sin(i * i)).arg(i).arg(i * i % 17)));
+        return file.fileName();
+    }
+    void drop(const QString &file)
+    {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(file)});
+        QDragEnterEvent enter({100, 100}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.get(), &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDropEvent event(QPointF(100, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.get(), &event);
+    }
+    void defineXY()
+    {
+        window->Editor().MakeResponse(u("y"));
+        window->Editor().AddFields({u("x")});
+    }
+    QString message() const { return window->findChild<QLabel *>(u("Message"))->text(); }
+    QAction &action(const char *text) const
+    {
+        for (QAction *const action : window->findChildren<QAction *>()) {
+            if (action->text().remove(u'&').startsWith(u(text)))
+                return *action;
+        }
+        ADD_FAILURE() << text;
+        return *new QAction(window.get());
+    }
+};
+
+} // namespace
+
+TEST_F(Workbench, FitsADroppedFileAsSoonAsYAndXAreThere)
+{
+    drop(csv("trial data.csv", 50));
+    EXPECT_EQ(window->CurrentSitting().State().table, u("trial_data"));
+    EXPECT_EQ(window->ShownPages().Records().View().model()->columnCount(), 4);
+    EXPECT_EQ(window->Editor().Fields().numericNames(), (QStringList{u("y"), u("x"), u("z")}));
+    defineXY();
+    ASSERT_TRUE(window->Fit().HasFit()) << message().toStdString();
+    EXPECT_NEAR(window->Fit().Regression()->Getb(1), 2, 0.1);
+    EXPECT_EQ(message(), u("Fitted to 50 records."));
+    EXPECT_TRUE(window->ShownPages().Summary().toPlainText().contains(u("x")));
+    EXPECT_EQ(window->CurrentSitting().Models().size(), 1U);
+}
+
+TEST_F(Workbench, UndoesAndRedoesEveryChange)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 2);
+    EXPECT_EQ(window->CurrentSitting().Models().size(), 2U);
+    action("Undo").trigger();
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 1);
+    EXPECT_EQ(window->Editor().Model().placesOf(u("z")).size(), 0U);
+    action("Undo").trigger();
+    EXPECT_FALSE(window->Fit().HasFit());
+    action("Redo").trigger();
+    action("Redo").trigger();
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 2);
+}
+
+TEST_F(Workbench, BringsTheSittingBack)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    const nuvo::ModelState state = window->CurrentSitting().State();
+    // Not closed: as after the power was cut.
+    std::unique_ptr<nuvo::MainWindow> killed = std::move(window);
+    begin();
+    EXPECT_EQ(window->CurrentSitting().State(), state);
+    EXPECT_EQ(window->CurrentSitting().Models().size(), 2U);
+    EXPECT_TRUE(window->Fit().HasFit());
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 2);
+}
+
+TEST_F(Workbench, SelectsAnObservationEverywhere)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->ShownPages().Records().View().selectRow(6);
+    EXPECT_EQ(window->ShownPages().Observations().Selected(), (std::set<qint64>{7}));
+    window->ShownPages().Observations().View().selectRow(2);
+    EXPECT_EQ(window->ShownPages().Records().Selected(), window->ShownPages().Observations().Selected());
+}
+
+TEST_F(Workbench, LeavesRecordsOutByAFilter)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    auto *const filter = window->findChild<QLineEdit *>(u("Filter"));
+    QTest::keyClicks(filter, u("x > 20"));
+    QTest::keyClick(filter, Qt::Key_Return);
+    EXPECT_EQ(window->Fit().Regression()->RecordsUsed(), 30);
+    EXPECT_EQ(window->ShownPages().Records().View().model()->rowCount(), 30);
+    filter->setText(u("no such thing >"));
+    QTest::keyClick(filter, Qt::Key_Return);
+    EXPECT_FALSE(window->Fit().HasFit());
+    EXPECT_TRUE(message().startsWith(u("Error: "))) << message().toStdString();
+    action("Undo").trigger();
+    EXPECT_EQ(window->Fit().Regression()->RecordsUsed(), 30);
+}
+
+TEST_F(Workbench, ReadsEveryRecordInTheBackground)
+{
+    drop(csv("data.csv", 5000));
+    defineXY();
+    EXPECT_EQ(window->Fit().Regression()->RecordsUsed(), 2500);
+    EXPECT_TRUE(message().contains(u("Every Record"))) << message().toStdString();
+    QSignalSpy ended(&window->Fit(), &nuvo::LiveFit::Ended);
+    action("Every Record").trigger();
+    EXPECT_TRUE(window->Fit().IsReading());
+    ASSERT_TRUE(ended.wait(20000));
+    EXPECT_EQ(window->Fit().Regression()->RecordsUsed(), 5000);
+    EXPECT_EQ(message(), u("Fitted to %1 records.").arg(QLocale().toString(5000)));
+}
+
+TEST_F(Workbench, GoesOnWhenTheModelChangesWhileEveryRecordIsRead)
+{
+    drop(csv("data.csv", 5000));
+    defineXY();
+    action("Every Record").trigger();
+    ASSERT_TRUE(window->Fit().IsReading());
+    QSignalSpy ended(&window->Fit(), &nuvo::LiveFit::Ended);
+    window->Editor().AddFields({u("z")});
+    ASSERT_TRUE(window->Fit().HasFit() || ended.wait(20000));
+    while (window->Fit().IsReading())
+        ASSERT_TRUE(ended.wait(20000));
+    ASSERT_TRUE(window->Fit().HasFit()) << message().toStdString();
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 2);
+    EXPECT_EQ(window->Fit().Regression()->RecordsUsed(), 5000);
+}
+
+TEST_F(Workbench, CopiesTheCommand)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    action("Copy as Command").trigger();
+    EXPECT_EQ(QApplication::clipboard()->text(), u("nuvostat fit --database %1/data.db --table data --response y "
+                                                   "--control x")
+                                                     .arg(folder.path()));
+}
+
+TEST_F(Workbench, SaysWhatIsWrongWithAFile)
+{
+    QFile file(folder.filePath(u("broken.csv")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("a,b\n1,2\n3\n");
+    file.close();
+    drop(file.fileName());
+    EXPECT_TRUE(message().startsWith(u("Error: "))) << message().toStdString();
+    EXPECT_TRUE(message().contains(u("line 3"))) << message().toStdString();
+    window->OpenFile(folder.filePath(u("none.csv")));
+    EXPECT_TRUE(message().contains(u("none.csv"))) << message().toStdString();
+    EXPECT_FALSE(window->CurrentSitting().State().hasData());
+}
+
+TEST_F(Workbench, TakesAModelThatWasChosen)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    nuvo::ChoicePage &page = window->ShownPages().Choosing();
+    for (const int method : {0, 1, 2, 3}) {
+        page.findChild<QComboBox *>(u("Method"))->setCurrentIndex(method);
+        QTest::mouseClick(page.findChild<QPushButton *>(u("Choose")), Qt::LeftButton);
+        EXPECT_TRUE(page.findChild<QLabel *>(u("ChoiceSaid"))->text().contains(u("x"))) << method;
+        EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 2) << "the model stays";
+    }
+    page.findChild<QComboBox *>(u("Method"))->setCurrentIndex(0);
+    QTest::mouseClick(page.findChild<QPushButton *>(u("Choose")), Qt::LeftButton);
+    Q_EMIT page.findChild<TModelsPage *>()->UseModel(1);
+    EXPECT_EQ(window->CurrentSitting().State().terms(), (QStringList{u("x")}));
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 1);
+    action("Undo").trigger();
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 2);
+}
+
+TEST_F(Workbench, PredictsWhatIsTyped)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    const auto &page = window->ShownPages().Prediction();
+    auto *const edit = page.findChild<QLineEdit *>(u("Value_x"));
+    auto *const result = page.findChild<QLabel *>(u("Prediction"));
+    EXPECT_EQ(edit->text(), QLocale().toString(25.5)) << "the mean stands there first";
+    edit->selectAll();
+    QTest::keyClicks(edit, u("10"));
+    const double expected = window->Fit().Regression()->PredictAt({{u("x"), 10}}).value;
+    EXPECT_TRUE(result->text().startsWith(u("y = ") + QLocale().toString(expected, 'g', 8)))
+        << result->text().toStdString();
+    QTest::keyClicks(edit, u("?"));
+    EXPECT_EQ(result->text(), u("\"10?\" is no number."));
+}
+
+TEST_F(Workbench, WritesPredictionsForATable)
+{
+    drop(csv("data.csv", 5));
+    defineXY();
+    TTable table;
+    table.SetDatabaseName(window->CurrentSitting().State().database);
+    table.SetTableName(u("data"));
+    table.Open();
+    const QString name = folder.filePath(u("out.csv"));
+    const nuvo::TablePredictions done =
+        nuvo::predictTable(*window->Fit().Regression(), window->CurrentSitting().State().model, table, name, 0.9);
+    EXPECT_EQ(done.records, 5);
+    EXPECT_EQ(done.without, 0);
+    QFile file(name);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    ASSERT_EQ(lines.size(), 7);
+    EXPECT_EQ(lines[0], "record,x,y,standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh");
+    const nuvo::Prediction at = window->Fit().Regression()->PredictAt({{u("x"), 5}}, 0.9);
+    EXPECT_EQ(lines[5].split(',')[2].toDouble(), at.value);
+    EXPECT_EQ(lines[5].split(',')[7].toDouble(), at.prediction[1]);
+}
+
+TEST_F(Workbench, ComparesAndThrowsAwayModels)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    auto *const models = window->findChild<nuvo::ModelsTable *>();
+    models->selectAll();
+    EXPECT_TRUE(models->Comparison().contains(u("Only in the second: z"))) << models->Comparison().toStdString();
+    models->model()->setData(models->model()->index(0, 0), u("plain"));
+    EXPECT_EQ(window->CurrentSitting().Models()[0].title(), u("plain"));
+    models->selectionModel()->select(models->model()->index(0, 0),
+                                     QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    QTest::keyClick(models, Qt::Key_Return);
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 1);
+    models->selectionModel()->select(models->model()->index(1, 0),
+                                     QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    QTest::keyClick(models, Qt::Key_Delete);
+    EXPECT_EQ(window->CurrentSitting().Models().size(), 1U);
+    action("Undo").trigger();
+    EXPECT_EQ(window->CurrentSitting().Models().size(), 2U);
+}

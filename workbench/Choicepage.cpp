@@ -1,0 +1,229 @@
+#include "workbench/Choicepage.h"
+
+#include "engine/Mlrquery.h"
+#include "engine/Mlrtable.h"
+#include "platform/Errors.h"
+#include "platform/Messages.h"
+#include "select/Bkmain.h"
+#include "select/Choice.h"
+#include "select/Cvmain.h"
+#include "select/Fwdmain.h"
+#include "select/Stepmain.h"
+#include "select/choice/Modelspage.h"
+#include "select/choice/Stepspage.h"
+
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace nuvo {
+
+namespace {
+
+enum Method { Optimal, Stepwise, Forward, Backward };
+
+QDoubleSpinBox *probability(QWidget *parent, const char *name, double value)
+{
+    auto *const box = new QDoubleSpinBox(parent);
+    box->setObjectName(QLatin1String(name));
+    box->setRange(0.0001, 0.9999);
+    box->setDecimals(4);
+    box->setSingleStep(0.01);
+    box->setValue(value);
+    return box;
+}
+
+} // namespace
+
+struct ChoicePage::Work
+{
+    std::unique_ptr<TDataSet> dataset;
+    std::unique_ptr<TCorvane> selector; ///< goes before what it is bound to
+
+    TRegression &Regression() const { return dynamic_cast<TRegression &>(*dataset); }
+};
+
+ChoicePage::ChoicePage(QWidget *parent)
+    : QWidget(parent), method_(new QComboBox(this)), criterion_(new QComboBox(this)), perSize_(new QSpinBox(this)),
+      enter_(probability(this, "PIn", 0.05)), remove_(probability(this, "POut", 0.1)),
+      criterionLabel_(new QLabel(tr("&best by"), this)), perSizeLabel_(new QLabel(tr("of each &size"), this)),
+      enterLabel_(new QLabel(tr("&enters below p ="), this)), removeLabel_(new QLabel(tr("&leaves above p ="), this)),
+      choose_(new QPushButton(tr("C&hoose"), this)), said_(new QLabel(this)), pages_(new QStackedWidget(this)),
+      models_(new TModelsPage(this)), steps_(new TStepsPage(this))
+{
+    setObjectName(QStringLiteral("ChoicePage"));
+    method_->setObjectName(QStringLiteral("Method"));
+    method_->setAccessibleName(tr("Method"));
+    method_->addItems({tr("All subsets"), tr("Stepwise"), tr("Forward selection"), tr("Backward elimination")});
+    criterion_->setObjectName(QStringLiteral("Criterion"));
+    criterion_->addItem(tr("Cp"), TOptimizeMLR::Cp);
+    criterion_->addItem(tr("AIC"), TOptimizeMLR::AIC);
+    criterion_->addItem(tr("BIC"), TOptimizeMLR::BIC);
+    criterion_->addItem(tr("adjusted R²"), TOptimizeMLR::AdjustedRSquared);
+    criterion_->addItem(tr("PRESS"), TOptimizeMLR::PRESS);
+    perSize_->setObjectName(QStringLiteral("PerSize"));
+    perSize_->setRange(1, 20);
+    perSize_->setValue(3);
+    criterionLabel_->setBuddy(criterion_);
+    perSizeLabel_->setBuddy(perSize_);
+    enterLabel_->setBuddy(enter_);
+    removeLabel_->setBuddy(remove_);
+    choose_->setObjectName(QStringLiteral("Choose"));
+    choose_->setToolTip(tr("Choose among the control variables; the model stays until you take one of the results"));
+    said_->setObjectName(QStringLiteral("ChoiceSaid"));
+    said_->setTextFormat(Qt::PlainText);
+    said_->setWordWrap(true);
+    pages_->addWidget(new QWidget(pages_));
+    pages_->addWidget(models_);
+    pages_->addWidget(steps_);
+
+    auto *const line = new QGridLayout;
+    line->addWidget(method_, 0, 0);
+    line->addWidget(criterionLabel_, 0, 1);
+    line->addWidget(criterion_, 0, 2);
+    line->addWidget(enterLabel_, 0, 1);
+    line->addWidget(enter_, 0, 2);
+    line->addWidget(perSizeLabel_, 0, 3);
+    line->addWidget(perSize_, 0, 4);
+    line->addWidget(removeLabel_, 0, 3);
+    line->addWidget(remove_, 0, 4);
+    line->setColumnStretch(5, 1);
+    line->addWidget(choose_, 0, 6);
+    auto *const all = new QVBoxLayout(this);
+    all->addLayout(line);
+    all->addWidget(said_);
+    all->addWidget(pages_, 1);
+    connect(method_, &QComboBox::currentIndexChanged, this, &ChoicePage::ShowControls);
+    connect(choose_, &QPushButton::clicked, this, &ChoicePage::Choose);
+    connect(models_, &TModelsPage::UseModel, this, &ChoicePage::Take);
+    connect(steps_, &TStepsPage::UseModel, this, &ChoicePage::Take);
+    ShowControls();
+    SetState({});
+}
+
+ChoicePage::~ChoicePage() = default;
+
+void ChoicePage::ShowControls()
+{
+    const int method = method_->currentIndex();
+    for (QWidget *const widget :
+         std::initializer_list<QWidget *>{criterionLabel_, criterion_, perSizeLabel_, perSize_})
+        widget->setVisible(method == Optimal);
+    for (QWidget *const widget : std::initializer_list<QWidget *>{enterLabel_, enter_})
+        widget->setVisible(method == Stepwise || method == Forward);
+    for (QWidget *const widget : std::initializer_list<QWidget *>{removeLabel_, remove_})
+        widget->setVisible(method == Stepwise || method == Backward);
+}
+
+void ChoicePage::SetState(const ModelState &state)
+{
+    const bool sameData = state.database == state_.database && state.table == state_.table &&
+                          state.sql == state_.sql && state.filter == state_.filter &&
+                          state.records == state_.records && state.model.strings(0) == state_.model.strings(0);
+    state_ = state;
+    choose_->setEnabled(state.isFittable());
+    if (sameData && work_)
+        return;
+    work_.reset();
+    ShowChoice();
+}
+
+std::unique_ptr<TCorvane> ChoicePage::Selector() const
+{
+    const auto set = [](auto selector) {
+        if constexpr (requires { selector->SetShowReport(false); })
+            selector->SetShowReport(false);
+        selector->SetRule(TCorvane::Textbook);
+        return selector;
+    };
+    switch (method_->currentIndex()) {
+    case Stepwise: {
+        auto stepwise = set(std::make_unique<TStepWiseMLR>());
+        stepwise->SetPIn(enter_->value());
+        stepwise->SetPOut(remove_->value());
+        return stepwise;
+    }
+    case Forward: {
+        auto forward = set(std::make_unique<TFwdSelectMLR>());
+        forward->SetP(enter_->value());
+        return forward;
+    }
+    case Backward: {
+        auto backward = set(std::make_unique<TBackElimMLR>());
+        backward->SetP(remove_->value());
+        return backward;
+    }
+    default:
+        break;
+    }
+    auto optimal = set(std::make_unique<TOptimizeMLR>());
+    optimal->SetOptCriteria(TOptimizeMLR::TOptimizationType(criterion_->currentData().toInt()));
+    optimal->SetModelsPerSize(perSize_->value());
+    return optimal;
+}
+
+void ChoicePage::Choose()
+{
+    QStringList said;
+    const TMessageHandler before = SetMessageHandler([&said](const QString &text, TMsgDlgType, unsigned, int) {
+        said.append(DisplayLines(text).simplified());
+        return int(mrOk);
+    });
+    auto work = std::make_unique<Work>();
+    try {
+        work->selector = Selector();
+        if (state_.isQuery()) {
+            auto query = std::make_unique<TMLRQuery>();
+            work->selector->SetQuery(query.get());
+            work->dataset = std::move(query);
+        } else {
+            auto table = std::make_unique<TMLRTable>();
+            work->selector->SetTable(table.get());
+            work->dataset = std::move(table);
+        }
+        apply(state_, work->Regression());
+        work->dataset->Open();
+        work->selector->Run();
+    } catch (const EPlatformError &error) {
+        said.append(error.Message());
+    }
+    SetMessageHandler(before);
+    work_ = std::move(work);
+    ShowChoice();
+    if (!said.isEmpty())
+        said_->setText(said.join(u'\n'));
+}
+
+void ChoicePage::ShowChoice()
+{
+    const std::shared_ptr<const Choice> choice = work_ ? work_->selector->Choice() : nullptr;
+    if (!choice) {
+        pages_->setCurrentIndex(0);
+        said_->setText(state_.isFittable()
+                           ? tr("Choose which of the control variables of the model are worth keeping.")
+                           : tr("There is no model yet to choose from."));
+        return;
+    }
+    models_->SetChoice(*choice);
+    steps_->SetChoice(*choice);
+    pages_->setCurrentIndex(choice->method == Choice::Method::Optimal ? 1 : 2);
+    said_->setText(DisplayLines(work_->selector->Summary()).trimmed());
+}
+
+void ChoicePage::Take(int model)
+{
+    try {
+        work_->selector->SelectModel(model);
+        Q_EMIT ModelTaken(RegressionModel::of(work_->Regression()));
+        ShowChoice();
+    } catch (const EPlatformError &error) {
+        said_->setText(error.Message());
+    }
+}
+
+} // namespace nuvo

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "workbench/Modelstate.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class QComboBox;
+class QDoubleSpinBox;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+class QStackedWidget;
+class TCorvane;
+class TModelsPage;
+class TStepsPage;
+
+namespace nuvo {
+
+/// Chooses among the control variables of a state as textbooks do, and shows the models or the steps. The state
+/// changes only when the person takes one of the models.
+class ChoicePage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ChoicePage(QWidget *parent = nullptr);
+    ~ChoicePage() override;
+
+    /// The state to choose from. What is shown of a choice stays as long as its data do.
+    void SetState(const ModelState &state);
+    /// Chooses with what the controls say.
+    void Choose();
+
+Q_SIGNALS:
+    /// The person wants this model.
+    void ModelTaken(const RegressionModel &model);
+
+private:
+    /// What is chosen from: a component of its own, so that the one that is shown stays as it is.
+    struct Work;
+
+    void ShowControls();
+    void ShowChoice();
+    void Take(int model);
+    std::unique_ptr<TCorvane> Selector() const;
+
+    ModelState state_;
+    std::unique_ptr<Work> work_;
+    QComboBox *method_;
+    QComboBox *criterion_;
+    QSpinBox *perSize_;
+    QDoubleSpinBox *enter_;
+    QDoubleSpinBox *remove_;
+    QLabel *criterionLabel_;
+    QLabel *perSizeLabel_;
+    QLabel *enterLabel_;
+    QLabel *removeLabel_;
+    QPushButton *choose_;
+    QLabel *said_;
+    QStackedWidget *pages_;
+    TModelsPage *models_;
+    TStepsPage *steps_;
+};
+
+} // namespace nuvo

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "workbench/Modelstate.h"
+
+#include <QObject>
+
+#include <memory>
+
+class TMLRQuery;
+class TMLRTable;
+
+namespace nuvo {
+
+/// A regression component that follows a state: the first 2500 records are fitted at once, every record in the
+/// background while the window lives on. What the components have to say is collected instead of shown in boxes.
+class LiveFit : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LiveFit(QObject *parent = nullptr);
+    ~LiveFit() override;
+
+    /// Fits a state. One that is under way in the background is ended first. A state that cannot be fitted yet
+    /// (ModelState::isFittable) leaves no fit.
+    void Fit(const ModelState &state);
+    /// Reads the records again.
+    void FitAgain();
+    /// Ends what is under way in the background; there is no fit then.
+    void Stop();
+
+    bool IsReading() const { return reading_; }
+    const ModelState &State() const { return state_; }
+    /// The component of the last state, with its fit where that came out; null before a state with data.
+    TRegression *Regression() const;
+    /// Whether the component holds the fit of the state.
+    bool HasFit() const;
+    /// Why there is no fit; empty where there is one, or nothing was asked for.
+    const QString &Why() const { return why_; }
+
+Q_SIGNALS:
+    /// Reading in the background has begun.
+    void Started();
+    /// How much of it is done, in percent.
+    void Progressed(int percentage);
+    /// A fit came out, or none did: HasFit(), Why().
+    void Ended();
+
+private:
+    class Listening;
+
+    template <class Component>
+    void Make(std::unique_ptr<Component> &component);
+    void Begin(bool anew);
+    void Settle();
+    void ReadingEnded();
+
+    const std::unique_ptr<Listening> listening_;
+    ModelState state_;
+    std::unique_ptr<TMLRTable> table_;
+    std::unique_ptr<TMLRQuery> query_;
+    bool reading_ = false;
+    QString why_;
+};
+
+} // namespace nuvo

@@ -1,0 +1,268 @@
+#include "workbench/Mainwindow.h"
+
+#include "engine/Regression.h"
+#include "platform/Errors.h"
+#include "platform/Table.h"
+#include "present/Connectiondlg.h"
+#include "present/statistics/Pageview.h"
+#include "workbench/Ascode.h"
+#include "workbench/Ascommand.h"
+#include "workbench/Asform.h"
+#include "workbench/Livefit.h"
+#include "workbench/Modelstable.h"
+#include "workbench/Pages.h"
+#include "workbench/Predicttable.h"
+#include "workbench/Sitting.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QProgressDialog>
+#include <QSaveFile>
+#include <QSettings>
+
+namespace nuvo {
+
+namespace {
+
+constexpr int kMostRecent = 8;
+
+QAction *add(QMenu *menu, const QString &text, const QKeySequence &keys, const QString &hint)
+{
+    QAction *const action = menu->addAction(text);
+    action->setShortcut(keys);
+    action->setStatusTip(hint);
+    action->setToolTip(hint);
+    return action;
+}
+
+} // namespace
+
+void MainWindow::MakeFileMenu()
+{
+    QMenu *const menu = menuBar()->addMenu(tr("&File"));
+    menu->setObjectName(QStringLiteral("FileMenu"));
+    connect(add(menu, tr("&Open…"), QKeySequence::Open, tr("Open a CSV file, an SQLite database or a form")),
+            &QAction::triggered, this, &MainWindow::AskAndOpen);
+    connect(add(menu, tr("Open Ser&ver…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O),
+                tr("Open a database on a server; the connection is tried first")),
+            &QAction::triggered, this, &MainWindow::AskServer);
+    recent_ = menu->addMenu(tr("Open &Recent"));
+    connect(recent_, &QMenu::aboutToShow, this, &MainWindow::ShowRecent);
+    ShowRecent();
+    menu->addSeparator();
+    connect(add(menu, tr("&Save as Form…"), QKeySequence::Save,
+                tr("Save the model as a form that Qt Designer opens and nuvostat runs")),
+            &QAction::triggered, this, &MainWindow::SaveForm);
+    connect(add(menu, tr("Save &Report…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S),
+                tr("Save summary, diagnostics and figures: PDF, HTML, text or Markdown")),
+            &QAction::triggered, this, &MainWindow::SaveReport);
+    connect(add(menu, tr("&Print…"), QKeySequence::Print, tr("Print summary, diagnostics and figures")),
+            &QAction::triggered, this, &MainWindow::Print);
+    menu->addSeparator();
+    connect(add(menu, tr("&Quit"), QKeySequence::Quit, tr("Quit; the sitting comes back at the next start")),
+            &QAction::triggered, this, &QWidget::close);
+}
+
+void MainWindow::MakeEditMenu()
+{
+    QMenu *const menu = menuBar()->addMenu(tr("&Edit"));
+    menu->setObjectName(QStringLiteral("EditMenu"));
+    QAction *const undo = sitting_->Undo().createUndoAction(this, tr("&Undo"));
+    undo->setShortcut(QKeySequence::Undo);
+    QAction *const redo = sitting_->Undo().createRedoAction(this, tr("&Redo"));
+    redo->setShortcut(QKeySequence::Redo);
+    menu->addActions({undo, redo});
+    menu->addSeparator();
+    connect(add(menu, tr("&Copy Page"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
+                tr("Copy what the page shows: text and HTML, rows, or the figure")),
+            &QAction::triggered, this, [this] { Try([this] { pages_->Copy(); }); });
+    const auto copies = [this](QString (*text)(const ModelState &)) {
+        return [this, text] {
+            if (sitting_->State().isFittable())
+                QApplication::clipboard()->setText(text(sitting_->State()));
+            else
+                Tell(tr("There is no model yet to copy."), true);
+        };
+    };
+    connect(add(menu, tr("Copy as Co&mmand"), {}, tr("Copy the nuvostat line that makes this fit")),
+            &QAction::triggered, this, copies(&fitCommand));
+    connect(add(menu, tr("Copy as C&++"), {}, tr("Copy the program that makes this fit")), &QAction::triggered, this,
+            copies(&fitProgram));
+}
+
+void MainWindow::MakeViewMenu()
+{
+    QMenu *const model = menuBar()->addMenu(tr("&Model"));
+    model->setObjectName(QStringLiteral("ModelMenu"));
+    auto *const records = new QActionGroup(this);
+    const auto addUse = [&](const QString &text, RecordUse use, const QString &hint) {
+        QAction *const action = add(model, text, {}, hint);
+        action->setCheckable(true);
+        action->setChecked(use == RecordUse::First);
+        action->setActionGroup(records);
+        connect(action, &QAction::triggered, this, [this, use] {
+            ModelState state = sitting_->State();
+            state.records = use;
+            sitting_->Change(state, tr("Records"));
+        });
+        connect(sitting_, &Sitting::StateChanged, action,
+                [this, action, use] { action->setChecked(sitting_->State().records == use); });
+    };
+    addUse(tr("&First 2500 Records"), RecordUse::First, tr("Fit to the first 2500 records that can be used"));
+    addUse(tr("&Every Record"), RecordUse::All, tr("Read every record, in the background"));
+    addUse(tr("Every Record, on the &Server"), RecordUse::Server, tr("Have the database add up every record"));
+    model->addSeparator();
+    connect(add(model, tr("&Read Again"), QKeySequence::Refresh, tr("Read the records again and fit")),
+            &QAction::triggered, fit_, &LiveFit::FitAgain);
+    connect(add(model, tr("&Compare Two Models…"), {}, tr("Compare the two models that are selected below")),
+            &QAction::triggered, this, &MainWindow::CompareModels);
+
+    QMenu *const view = menuBar()->addMenu(tr("&View"));
+    view->setObjectName(QStringLiteral("ViewMenu"));
+    for (int page = 0; page < pages_->count(); ++page) {
+        connect(add(view, pages_->tabText(page), QKeySequence(Qt::ALT | Qt::Key(Qt::Key_1 + page)), {}),
+                &QAction::triggered, this, [this, page] { pages_->setCurrentIndex(page); });
+    }
+    view->addSeparator();
+    for (QDockWidget *const dock : findChildren<QDockWidget *>())
+        view->addAction(dock->toggleViewAction());
+}
+
+void MainWindow::AskAndOpen()
+{
+    const QString file = QFileDialog::getOpenFileName(
+        this, tr("Open"), {},
+        tr("Everything that can be opened (*.csv *.tsv *.txt *.db *.sqlite *.sqlite3 *.ui);;All files (*)"));
+    if (!file.isEmpty())
+        OpenFile(file);
+}
+
+void MainWindow::AskServer()
+{
+    Try([this] {
+        const QString now = sitting_->State().database;
+        if (const auto name = askDatabaseName(this, now.contains(u"://") ? now : QString()))
+            OpenDatabase(*name);
+    });
+}
+
+void MainWindow::SaveForm()
+{
+    if (!sitting_->State().isFittable()) {
+        Tell(tr("There is no model yet to save."), true);
+        return;
+    }
+    QString name = QFileDialog::getSaveFileName(this, tr("Save as form"), {}, tr("Form (*.ui)"));
+    if (name.isEmpty())
+        return;
+    if (!name.endsWith(u".ui", Qt::CaseInsensitive))
+        name += QLatin1String(".ui");
+    Try([&] {
+        QSaveFile file(name);
+        const QByteArray form = formFile(sitting_->State(), QFileInfo(name).absolutePath());
+        if (!file.open(QIODevice::WriteOnly) || file.write(form) != form.size() || !file.commit())
+            throw EPlatformError(tr("Cannot write \"%1\": %2.").arg(name, file.errorString()));
+        Tell(tr("Saved %1.").arg(name));
+        Remember(name);
+    });
+}
+
+void MainWindow::SaveReport()
+{
+    const QString name = QFileDialog::getSaveFileName(
+        this, tr("Save report"), {},
+        tr("PDF document (*.pdf);;HTML page (*.html);;Plain text (*.txt);;Markdown (*.md)"));
+    if (!name.isEmpty())
+        Try([&] { pages_->SaveReport(name); });
+}
+
+void MainWindow::Print()
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(windowTitle());
+    printer.setPageOrientation(QPageLayout::Landscape);
+    QPrintDialog dialog(&printer, this);
+    if (dialog.exec() == QDialog::Accepted)
+        Try([&] { printPage(readersPage(pages_->ShownFigures()), {}, printer); });
+}
+
+void MainWindow::PredictTable(double level)
+{
+    Try([&] {
+        const ModelState &state = sitting_->State();
+        TTable table;
+        table.SetDatabaseName(state.database);
+        const QStringList names = table.TableNames();
+        bool chosen = false;
+        const QString name =
+            QInputDialog::getItem(this, tr("Predict a table"), tr("Table with the fields of the model:"), names,
+                                  int(names.indexOf(state.table)), false, &chosen);
+        if (!chosen)
+            return;
+        const QString file = QFileDialog::getSaveFileName(this, tr("Predictions"), {}, tr("CSV file (*.csv)"));
+        if (file.isEmpty())
+            return;
+        table.SetTableName(name);
+        table.Open();
+        QProgressDialog progress(tr("Writing predictions…"), tr("Stop"), 0, 0, this);
+        progress.setWindowModality(Qt::WindowModal);
+        const TablePredictions done =
+            predictTable(*fit_->Regression(), state.model, table, file, level, [&progress](qint64 records) {
+                progress.setLabelText(tr("%1 records").arg(QLocale().toString(records)));
+                QApplication::processEvents();
+                return !progress.wasCanceled();
+            });
+        Tell(done.stopped ? tr("The predictions were stopped; no file was written.")
+                          : tr("Predictions for %1 records, %2 of them without a value, in %3.")
+                                .arg(done.records)
+                                .arg(done.without)
+                                .arg(file));
+    });
+}
+
+void MainWindow::CompareModels()
+{
+    const QString text = models_->Comparison();
+    if (text.isEmpty()) {
+        Tell(tr("Select two models in the list below to compare them."), true);
+        return;
+    }
+    QMessageBox box(QMessageBox::NoIcon, tr("Two models"), text, QMessageBox::Close, this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+void MainWindow::Remember(const QString &file)
+{
+    QSettings settings;
+    QStringList files = settings.value(QStringLiteral("recent")).toStringList();
+    files.removeAll(file);
+    files.prepend(file);
+    settings.setValue(QStringLiteral("recent"), files.mid(0, kMostRecent));
+}
+
+void MainWindow::ShowRecent()
+{
+    recent_->clear();
+    const QStringList files = QSettings().value(QStringLiteral("recent")).toStringList();
+    for (const QString &file : files)
+        connect(recent_->addAction(QString(file).replace(u'&', QLatin1String("&&"))), &QAction::triggered, this,
+                [this, file] {
+                    if (file.contains(u"://"))
+                        OpenDatabase(file);
+                    else
+                        OpenFile(file);
+                });
+    recent_->setEnabled(!files.isEmpty());
+}
+
+} // namespace nuvo

@@ -1,0 +1,279 @@
+#include "workbench/Mainwindow.h"
+
+#include "design/model/Modeleditor.h"
+#include "engine/Regression.h"
+#include "platform/Dataset.h"
+#include "platform/Errors.h"
+#include "platform/Table.h"
+#include "workbench/Choicepage.h"
+#include "workbench/Keptmodels.h"
+#include "workbench/Livefit.h"
+#include "workbench/Modelstable.h"
+#include "workbench/Openfile.h"
+#include "workbench/Pages.h"
+#include "workbench/Predictpage.h"
+#include "workbench/Recordspage.h"
+#include "workbench/Sitting.h"
+
+#include <QCloseEvent>
+#include <QDir>
+#include <QDockWidget>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSettings>
+#include <QSplitter>
+#include <QStatusBar>
+
+namespace nuvo {
+
+MainWindow::MainWindow(const QString &folder, QWidget *parent)
+    : QMainWindow(parent), folder_(folder), sitting_(new Sitting(this)), fit_(new LiveFit(this)),
+      tables_(new QListWidget(this)), editor_(new TModelEditor(this)), pages_(new Pages(this)),
+      models_(new ModelsTable(*sitting_, this)), message_(new QLabel(this)), progress_(new QProgressBar(this)),
+      stop_(new QPushButton(tr("Stop"), this))
+{
+    setObjectName(QStringLiteral("Workbench"));
+    setAcceptDrops(true);
+    MakeWidgets();
+    MakeFileMenu();
+    MakeEditMenu();
+    MakeViewMenu();
+    connect(sitting_, &Sitting::StateChanged, this, &MainWindow::Follow);
+    connect(sitting_, &Sitting::ModelsChanged, this, &MainWindow::Save);
+    connect(editor_, &TModelEditor::ModelChanged, this, [this] {
+        ModelState state = sitting_->State();
+        state.model = editor_->Model();
+        sitting_->Change(state, tr("Change of the model"));
+    });
+    connect(&pages_->Records(), &RecordsPage::FilterTyped, this, [this](const QString &filter) {
+        ModelState state = sitting_->State();
+        state.filter = filter;
+        sitting_->Change(state, tr("Filter"));
+    });
+    connect(&pages_->Choosing(), &ChoicePage::ModelTaken, this, [this](const RegressionModel &model) {
+        ModelState state = sitting_->State();
+        state.model = model;
+        sitting_->Change(state, tr("Take a chosen model"));
+    });
+    connect(&pages_->Prediction(), &PredictPage::TableWanted, this, &MainWindow::PredictTable);
+    connect(fit_, &LiveFit::Started, this, [this] {
+        Tell(tr("Reading every record…"));
+        progress_->setValue(0);
+        progress_->show();
+        stop_->show();
+    });
+    connect(fit_, &LiveFit::Progressed, progress_, &QProgressBar::setValue);
+    connect(fit_, &LiveFit::Ended, this, &MainWindow::ShowEnd);
+    connect(tables_, &QListWidget::itemActivated, this,
+            [this](const QListWidgetItem *item) { OpenTable(item->text()); });
+    connect(tables_, &QListWidget::itemClicked, this,
+            [this](const QListWidgetItem *item) { OpenTable(item->text()); });
+
+    const QSettings settings;
+    restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
+    restoreState(settings.value(QStringLiteral("layout")).toByteArray());
+    const QString saved = QDir(folder_).filePath(QStringLiteral("sitting.json"));
+    if (QFileInfo::exists(saved))
+        Try([&] { sitting_->Load(saved); });
+    else
+        Follow();
+}
+
+MainWindow::~MainWindow()
+{
+    // The pages ask the fit, and the grid its dataset, as long as they live.
+    delete pages_;
+}
+
+void MainWindow::MakeWidgets()
+{
+    tables_->setObjectName(QStringLiteral("Tables"));
+    tables_->setAccessibleName(tr("Tables"));
+    auto *const tables = new QDockWidget(tr("Tables"), this);
+    tables->setObjectName(QStringLiteral("TablesDock"));
+    tables->setWidget(tables_);
+    addDockWidget(Qt::LeftDockWidgetArea, tables);
+
+    auto *const models = new QDockWidget(tr("Models tried"), this);
+    models->setObjectName(QStringLiteral("ModelsDock"));
+    models->setWidget(models_);
+    addDockWidget(Qt::BottomDockWidgetArea, models);
+
+    auto *const middle = new QSplitter(Qt::Horizontal, this);
+    middle->setObjectName(QStringLiteral("Middle"));
+    middle->setChildrenCollapsible(false);
+    middle->addWidget(editor_);
+    middle->addWidget(pages_);
+    middle->setStretchFactor(0, 2);
+    middle->setStretchFactor(1, 3);
+    setCentralWidget(middle);
+
+    message_->setObjectName(QStringLiteral("Message"));
+    message_->setTextFormat(Qt::PlainText);
+    message_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    progress_->setObjectName(QStringLiteral("Progress"));
+    progress_->setMaximumWidth(200);
+    progress_->hide();
+    stop_->setObjectName(QStringLiteral("Stop"));
+    stop_->setToolTip(tr("Stop reading (Escape)"));
+    stop_->setShortcut(Qt::Key_Escape);
+    stop_->hide();
+    connect(stop_, &QPushButton::clicked, fit_, &LiveFit::Stop);
+    statusBar()->addWidget(message_, 1);
+    statusBar()->addPermanentWidget(progress_);
+    statusBar()->addPermanentWidget(stop_);
+    resize(1360, 820);
+    resizeDocks({tables}, {130}, Qt::Horizontal);
+    resizeDocks({models}, {150}, Qt::Vertical);
+}
+
+void MainWindow::Tell(const QString &text, bool isError)
+{
+    message_->setText(isError ? tr("Error: %1").arg(text) : text);
+    message_->setToolTip(text);
+    message_->setForegroundRole(isError ? QPalette::LinkVisited : QPalette::WindowText);
+}
+
+void MainWindow::Follow()
+{
+    const ModelState &state = sitting_->State();
+    Try([&] {
+        if (!(editor_->Model() == state.model))
+            editor_->SetModel(state.model);
+        ShowTables();
+        pages_->Records().SetState(state);
+        fit_->Fit(state);
+        const QString source = state.database + u'\n' + state.table + u'\n' + state.sql;
+        if (source != std::exchange(fieldsOf_, source))
+            editor_->SetFields(pages_->Records().DataSet() != nullptr ? modelFields(*pages_->Records().DataSet())
+                                                                      : ModelFields());
+    });
+    ShowTitle();
+    Save();
+}
+
+void MainWindow::ShowEnd()
+{
+    progress_->hide();
+    stop_->hide();
+    Try([&] {
+        pages_->ShowFit(*fit_);
+        TRegression *const regression = fit_->Regression();
+        if (!fit_->Why().isEmpty()) {
+            Tell(fit_->Why(), true);
+        } else if (fit_->HasFit()) {
+            sitting_->Keep(keptModel(fit_->State(), *regression));
+            const QLocale locale;
+            Tell(regression->MoreRecords()
+                     ? tr("Fitted to the first %1 records that can be used; Model > Every Record uses them all.")
+                           .arg(locale.toString(regression->RecordsUsed()))
+                     : tr("Fitted to %1 records.").arg(locale.toString(regression->RecordsUsed())));
+        } else if (fit_->State().hasData()) {
+            Tell(tr("Drag a field to Y and others to X1, X2, …; each change is fitted at once."));
+        } else {
+            Tell(tr("Drop a CSV file or an SQLite database here, or choose File > Open."));
+        }
+    });
+}
+
+void MainWindow::ShowTables()
+{
+    const ModelState &state = sitting_->State();
+    QStringList names;
+    if (!state.database.isEmpty()) {
+        TTable table;
+        table.SetDatabaseName(state.database);
+        names = table.TableNames();
+    }
+    const QSignalBlocker quiet(tables_);
+    tables_->clear();
+    tables_->addItems(names);
+    tables_->setCurrentRow(int(names.indexOf(state.table)));
+}
+
+void MainWindow::ShowTitle()
+{
+    const ModelState &state = sitting_->State();
+    const QString what = state.isQuery() ? tr("Query") : state.table;
+    setWindowTitle(state.database.isEmpty()
+                       ? tr("Nuvo Workbench")
+                       : tr("%1, %2 - Nuvo Workbench").arg(what, QFileInfo(state.database).fileName()));
+}
+
+void MainWindow::OpenDatabase(const QString &database)
+{
+    Try([&] {
+        TTable table;
+        table.SetDatabaseName(database);
+        const QStringList names = table.TableNames(); // or an error
+        ModelState state;
+        state.database = database;
+        state.table = names.size() == 1 ? names.first() : QString();
+        sitting_->Change(state, tr("Open a database"));
+        Remember(database);
+    });
+}
+
+void MainWindow::OpenTable(const QString &name)
+{
+    ModelState state = sitting_->State();
+    if (state.table == name)
+        return;
+    state.table = name;
+    state.sql.clear();
+    state.filter.clear();
+    state.model = {};
+    sitting_->Change(state, tr("Open a table"));
+}
+
+void MainWindow::OpenFile(const QString &file)
+{
+    Try([&] {
+        const std::optional<ModelState> state = openedFile(file, QDir(folder_).filePath(QStringLiteral("data.db")));
+        if (!state) {
+            OpenDatabase(QFileInfo(file).absoluteFilePath());
+            return;
+        }
+        sitting_->Change(*state, tr("Open a file"));
+        Remember(QFileInfo(file).absoluteFilePath());
+    });
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    event->acceptProposedAction();
+    for (const QUrl &url : event->mimeData()->urls()) {
+        if (url.isLocalFile())
+            OpenFile(url.toLocalFile());
+    }
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    QSettings settings;
+    settings.setValue(QStringLiteral("geometry"), saveGeometry());
+    settings.setValue(QStringLiteral("layout"), saveState());
+    fit_->Stop();
+    Save();
+    event->accept();
+}
+
+void MainWindow::Save()
+{
+    Try([&] { sitting_->Save(QDir(folder_).filePath(QStringLiteral("sitting.json"))); });
+}
+
+} // namespace nuvo

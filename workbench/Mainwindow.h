@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include <exception>
+
+class QLabel;
+class QListWidget;
+class QProgressBar;
+class QPushButton;
+class TModelEditor;
+
+namespace nuvo {
+
+class LiveFit;
+class ModelsTable;
+class Pages;
+class Sitting;
+struct ModelState;
+
+/// The workbench: tables on the left, the model in the middle, what is to be seen of it on the right, the models that
+/// were tried below. Every change is fitted and shown at once; with every record, in the background.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// \param folder where the sitting lives that is taken up again, and is saved as it goes.
+    explicit MainWindow(const QString &folder, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    /// Opens a file by what it is: an SQLite database, a form, a CSV file, which becomes a table of the sitting.
+    /// What cannot be opened is told in the window.
+    void OpenFile(const QString &file);
+    void OpenDatabase(const QString &database);
+    void OpenTable(const QString &table);
+
+    Sitting &CurrentSitting() const { return *sitting_; }
+    LiveFit &Fit() const { return *fit_; }
+    Pages &ShownPages() const { return *pages_; }
+    TModelEditor &Editor() const { return *editor_; }
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void MakeWidgets();
+    void MakeFileMenu();
+    void MakeEditMenu();
+    void MakeViewMenu();
+    void Follow();
+    void ShowEnd();
+    void ShowTables();
+    void ShowTitle();
+    /// Runs a handler; what goes wrong is told.
+    template <class Handler>
+    void Try(const Handler &handler)
+    {
+        try {
+            handler();
+        } catch (const std::exception &error) {
+            Tell(QString::fromUtf8(error.what()), true);
+        }
+    }
+    void Tell(const QString &text, bool isError = false);
+    void AskAndOpen();
+    void AskServer();
+    void SaveForm();
+    void SaveReport();
+    void Print();
+    void PredictTable(double level);
+    void CompareModels();
+    void Remember(const QString &file);
+    void ShowRecent();
+    void Save();
+
+    const QString folder_;
+    Sitting *sitting_;
+    LiveFit *fit_;
+    QListWidget *tables_;
+    TModelEditor *editor_;
+    Pages *pages_;
+    ModelsTable *models_;
+    QLabel *message_;
+    QProgressBar *progress_;
+    QPushButton *stop_;
+    QMenu *recent_ = nullptr;
+    QString fieldsOf_; ///< what the editor's fields are of
+};
+
+} // namespace nuvo

@@ -1,0 +1,195 @@
+#include "workbench/Modelstable.h"
+
+#include "workbench/Sitting.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QSortFilterProxyModel>
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuvo {
+
+namespace {
+
+double figureAt(const KeptModel &model, int column)
+{
+    switch (column) {
+    case KeptModelsModel::Records:
+        return double(model.n);
+    case KeptModelsModel::RSquared:
+        return model.rSquared;
+    case KeptModelsModel::Adjusted:
+        return model.adjustedRSquared;
+    case KeptModelsModel::Deviation:
+        return model.s;
+    case KeptModelsModel::Aic:
+        return model.aic;
+    default:
+        return 0;
+    }
+}
+
+QString shown(const KeptModel &model, int column)
+{
+    const QLocale locale;
+    if (column == KeptModelsModel::Records)
+        return locale.toString(model.n);
+    const double figure = figureAt(model, column);
+    return std::isfinite(figure) ? locale.toString(figure, 'g', 6) : QStringLiteral("-");
+}
+
+} // namespace
+
+KeptModelsModel::KeptModelsModel(Sitting &sitting, QObject *parent) : QAbstractTableModel(parent), sitting_(sitting)
+{
+    connect(&sitting, &Sitting::ModelsChanged, this, [this] {
+        beginResetModel();
+        endResetModel();
+    });
+    connect(&sitting, &Sitting::StateChanged, this, [this] {
+        if (rowCount() > 0)
+            Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, Columns - 1), {Qt::FontRole});
+    });
+}
+
+int KeptModelsModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(sitting_.Models().size());
+}
+
+int KeptModelsModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : Columns;
+}
+
+QVariant KeptModelsModel::data(const QModelIndex &index, int role) const
+{
+    const KeptModel &model = sitting_.Models()[size_t(index.row())];
+    switch (role) {
+    case Qt::DisplayRole:
+        return index.column() == Name ? model.title() : shown(model, index.column());
+    case Qt::EditRole:
+        return model.name;
+    case Qt::UserRole: // to sort by
+        return index.column() == Name ? QVariant(model.title()) : QVariant(figureAt(model, index.column()));
+    case Qt::ToolTipRole:
+        return index.column() == Name ? QVariant(model.state.title()) : QVariant();
+    case Qt::TextAlignmentRole:
+        return index.column() == Name ? QVariant() : QVariant(int(Qt::AlignRight | Qt::AlignVCenter));
+    case Qt::FontRole:
+        if (index.row() == sitting_.Current()) {
+            QFont bold;
+            bold.setBold(true);
+            return bold;
+        }
+        return {};
+    default:
+        return {};
+    }
+}
+
+bool KeptModelsModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole || index.column() != Name)
+        return false;
+    sitting_.Rename(index.row(), value.toString().simplified());
+    return true;
+}
+
+QVariant KeptModelsModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal)
+        return {};
+    const QString titles[] = {tr("Model"), tr("Records"), tr("R²"), tr("Adjusted R²"), tr("s"), tr("AIC")};
+    const QString hints[] = {tr("Its name, or its terms. F2 names it."),
+                             tr("Records that the fit is of"),
+                             tr("Share of the sum of squares that the model explains"),
+                             tr("The same with variances instead of sums of squares"),
+                             tr("Standard error of the estimate"),
+                             tr("Akaike's criterion: smaller is better, of fits to the same records")};
+    if (role == Qt::DisplayRole)
+        return titles[section];
+    if (role == Qt::ToolTipRole)
+        return hints[section];
+    if (role == Qt::TextAlignmentRole && section != Name)
+        return int(Qt::AlignRight | Qt::AlignVCenter);
+    return {};
+}
+
+Qt::ItemFlags KeptModelsModel::flags(const QModelIndex &index) const
+{
+    const Qt::ItemFlags usual = QAbstractTableModel::flags(index);
+    return index.column() == Name ? usual | Qt::ItemIsEditable : usual;
+}
+
+ModelsTable::ModelsTable(Sitting &sitting, QWidget *parent) : QTreeView(parent), sitting_(sitting)
+{
+    auto *const order = new QSortFilterProxyModel(this);
+    order->setSortRole(Qt::UserRole);
+    order->setSourceModel(new KeptModelsModel(sitting, this));
+    setModel(order);
+    setObjectName(QStringLiteral("Models"));
+    setAccessibleName(tr("Models tried"));
+    setRootIsDecorated(false);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(EditKeyPressed);
+    setSortingEnabled(true);
+    sortByColumn(-1, Qt::AscendingOrder);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(KeptModelsModel::Name, QHeaderView::Stretch);
+    header()->setStretchLastSection(false);
+    connect(this, &QTreeView::doubleClicked, this,
+            [this, order](const QModelIndex &index) { sitting_.BringBack(order->mapToSource(index).row()); });
+}
+
+std::vector<int> ModelsTable::Selected() const
+{
+    const auto *const order = static_cast<const QSortFilterProxyModel *>(model());
+    std::vector<int> rows;
+    for (const QModelIndex &index : selectionModel()->selectedRows())
+        rows.push_back(order->mapToSource(index).row());
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+QString ModelsTable::Comparison() const
+{
+    const std::vector<int> rows = Selected();
+    if (rows.size() != 2)
+        return {};
+    const KeptModel &one = sitting_.Models()[size_t(rows[0])];
+    const KeptModel &other = sitting_.Models()[size_t(rows[1])];
+    QStringList lines{tr("First: %1").arg(one.title()), tr("Second: %1").arg(other.title()), QString()};
+    lines += differences(one.state, other.state);
+    lines.append(QString());
+    for (int column = KeptModelsModel::Records; column < KeptModelsModel::Columns; ++column)
+        lines.append(tr("%1: %2, %3")
+                         .arg(model()->headerData(column, Qt::Horizontal).toString(), shown(one, column),
+                              shown(other, column)));
+    if (one.n != other.n)
+        lines.append(tr("They are of different numbers of records: R², s and AIC do not compare."));
+    else if (one.state.model.term(0) != other.state.model.term(0))
+        lines.append(tr("They have different responses: R², s and AIC do not compare."));
+    return lines.join(u'\n');
+}
+
+void ModelsTable::keyPressEvent(QKeyEvent *event)
+{
+    const std::vector<int> rows = Selected();
+    if (event->matches(QKeySequence::Delete) && state() != EditingState) {
+        sitting_.Remove(rows);
+    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && rows.size() == 1 &&
+               state() != EditingState) {
+        sitting_.BringBack(rows[0]);
+    } else {
+        QTreeView::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+}
+
+} // namespace nuvo

@@ -1,0 +1,92 @@
+#include "workbench/Pages.h"
+
+#include "engine/Regression.h"
+#include "present/figures/Figurespage.h"
+#include "present/figures/Fitdata.h"
+#include "present/statistics/Observationspage.h"
+#include "present/statistics/Pageview.h"
+#include "workbench/Choicepage.h"
+#include "workbench/Livefit.h"
+#include "workbench/Predictpage.h"
+#include "workbench/Recordspage.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QTableView>
+
+namespace nuvo {
+
+Pages::Pages(QWidget *parent)
+    : QTabWidget(parent), records_(new RecordsPage(this)), summary_(new TSummaryPage(this)),
+      diagnostics_(new TDiagnosticsPage(this)), observations_(new TObservationsPage(this)),
+      figuresPage_(new TFiguresPage(this)), choice_(new ChoicePage(this)), predict_(new PredictPage(this))
+{
+    setObjectName(QStringLiteral("Pages"));
+    setAccessibleName(tr("Pages"));
+    setDocumentMode(true);
+    Add(records_, tr("Records"));
+    Add(summary_, tr("Summary"));
+    Add(diagnostics_, tr("Diagnostics"));
+    Add(observations_, tr("Observations"));
+    Add(figuresPage_, tr("Figures"));
+    Add(choice_, tr("Choice"));
+    Add(predict_, tr("Predict"));
+    // Whoever selects tells the two others.
+    connect(records_, &RecordsPage::SelectionChanged, this, [this] {
+        observations_->SetSelected(records_->Selected());
+        figuresPage_->SetSelected(records_->Selected());
+    });
+    connect(observations_, &TObservationsPage::SelectionChanged, this, [this] {
+        records_->SetSelected(observations_->Selected());
+        figuresPage_->SetSelected(observations_->Selected());
+    });
+    connect(figuresPage_, &TFiguresPage::SelectionChanged, this, [this] {
+        records_->SetSelected(figuresPage_->Selected());
+        observations_->SetSelected(figuresPage_->Selected());
+    });
+}
+
+void Pages::Add(QWidget *page, const QString &title)
+{
+    const int index = addTab(page, title);
+    setTabToolTip(index, tr("%1 (Alt+%2)").arg(title).arg(index + 1));
+}
+
+void Pages::ShowFit(LiveFit &fit)
+{
+    TRegression *const regression = fit.HasFit() ? fit.Regression() : nullptr;
+    if (regression != nullptr) {
+        Asked asked;
+        asked.influence = true;
+        figures_ = figures(*regression, asked);
+        figuresPage_->SetFigures(fitFigures(figureData(*regression, asked.level)));
+    } else {
+        figures_ = {};
+        figuresPage_->SetFigures({});
+    }
+    summary_->SetFigures(figures_);
+    diagnostics_->SetFigures(figures_);
+    observations_->SetFigures(figures_);
+    choice_->SetState(fit.State());
+    predict_->SetFit(regression, fit.State().model);
+    for (QWidget *const page : std::initializer_list<QWidget *>{diagnostics_, observations_, figuresPage_, predict_})
+        setTabEnabled(indexOf(page), regression != nullptr);
+}
+
+void Pages::SaveReport(const QString &file) const
+{
+    savePage(readersPage(figures_), file, figuresPage_->Figures());
+}
+
+void Pages::Copy()
+{
+    QWidget *const page = currentWidget();
+    if (page == observations_)
+        observations_->Copy();
+    else if (page == figuresPage_)
+        figuresPage_->View().Copy();
+    else if (auto *const text = qobject_cast<TPageView *>(page))
+        text->Copy();
+}
+
+} // namespace nuvo

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "present/Figures.h"
+
+#include <QTabWidget>
+
+#include <memory>
+
+class TDiagnosticsPage;
+class TFiguresPage;
+class TObservationsPage;
+class TSummaryPage;
+
+namespace nuvo {
+
+class ChoicePage;
+class LiveFit;
+class PredictPage;
+class RecordsPage;
+struct ModelState;
+
+/// What is to be seen of a state and its fit, a page each. An observation that is selected on one of them is selected
+/// on all.
+class Pages : public QTabWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Pages(QWidget *parent = nullptr);
+
+    /// Shows the fit, or why there is none.
+    void ShowFit(LiveFit &fit);
+    /// What is printed and saved: summary and diagnostics with the figures.
+    const Figures &ShownFigures() const { return figures_; }
+    void SaveReport(const QString &file) const;
+    /// Onto the clipboard: text, rows or figure, whatever page is shown.
+    void Copy();
+
+    RecordsPage &Records() const { return *records_; }
+    TSummaryPage &Summary() const { return *summary_; }
+    TObservationsPage &Observations() const { return *observations_; }
+    TFiguresPage &FiguresPage() const { return *figuresPage_; }
+    ChoicePage &Choosing() const { return *choice_; }
+    PredictPage &Prediction() const { return *predict_; }
+
+private:
+    void Add(QWidget *page, const QString &title);
+
+    Figures figures_;
+    RecordsPage *records_;
+    TSummaryPage *summary_;
+    TDiagnosticsPage *diagnostics_;
+    TObservationsPage *observations_;
+    TFiguresPage *figuresPage_;
+    ChoicePage *choice_;
+    PredictPage *predict_;
+};
+
+} // namespace nuvo
