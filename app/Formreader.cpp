@@ -3,8 +3,10 @@
 #include "app/Components.h"
 #include "platform/Component.h"
 #include "platform/Errors.h"
+#include "platform/Formfolder.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QMetaEnum>
 #include <QMetaProperty>
 #include <QStringDecoder>
@@ -303,7 +305,12 @@ std::unique_ptr<QWidget> loadForm(const QString &fileName)
     const QString text = decoded(bytes, fileName);
     if (hasTooManyAttributes(text))
         refuse(fileName, QStringLiteral("it has an element with more than %1 attributes").arg(maxAttributes));
-    return std::unique_ptr<QWidget>(make(FormReader(text, fileName).read(), nullptr));
+    const FormWidget outside = FormReader(text, fileName).read();
+    auto form = std::make_unique<QWidget>();
+    setFormFolder(*form, QFileInfo(fileName).absolutePath());
+    for (const FormWidget &widget : outside.children)
+        make(widget, form.get());
+    return form;
 }
 
 } // namespace nuvo

@@ -25,7 +25,7 @@ FORM.ui is a form of Qt Designer with our components on it. In the form's order
 every regression component is opened, loaded and fitted, then every selection
 component is run. Nothing else of the form is made, and no file is opened
 because the form names it, except the databases of its components; a relative
-path of a database starts in the working directory, as it does in a program.
+path of a database is looked for beside the form, then in the working directory.
 
 Examples:
   nuvostat run longley.ui

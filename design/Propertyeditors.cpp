@@ -5,6 +5,7 @@
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
+#include "platform/Formfolder.h"
 #include "platform/Messages.h"
 #include "present/Filedialog.h"
 
@@ -219,7 +220,7 @@ void TDatabaseNameProperty::Edit()
     const QString file = nuvo::askExistingFile(
         nuvo::windowInFront(), QStringLiteral("Choose a Database"),
         {QStringLiteral("SQLite databases (*.db *.db3 *.sqlite *.sqlite3)"), QStringLiteral("All files (*)")},
-        First<TDataSet>().DatabaseName());
+        nuvo::databasePlace(First<TDataSet>().DatabaseName(), nuvo::formFolder(First<TDataSet>())));
     if (!file.isEmpty())
         SetValue(file);
 }

@@ -1,9 +1,11 @@
 #include <engine/Mlrtable.h>
 #include <platform/Errors.h>
+#include <platform/Formfolder.h>
 #include <select/Stepmain.h>
 
 #include <QApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QUiLoader>
 
 #include <cstdio>
@@ -16,7 +18,10 @@ int main(int argc, char **argv)
     if (!file.open(QIODevice::ReadOnly))
         return 1;
     QUiLoader loader; // it knows the components from the plugin for Qt Designer
+    loader.setWorkingDirectory(QFileInfo(file).dir());
     const std::unique_ptr<QWidget> window(loader.load(&file));
+    if (window) // so that its database is looked for beside the form, wherever the program was started
+        nuvo::setFormFolder(*window, loader.workingDirectory().absolutePath());
     auto *table = window ? window->findChild<TMLRTable *>("mlrTable") : nullptr;
     auto *stepWise = window ? window->findChild<TStepWiseMLR *>("stepWiseMLR") : nullptr;
     if (table == nullptr || stepWise == nullptr) {

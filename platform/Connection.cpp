@@ -2,6 +2,7 @@
 
 #include "platform/Databasename.h"
 #include "platform/Errors.h"
+#include "platform/Formfolder.h"
 #include "platform/Libpq.h"
 
 #include <QFile>
@@ -62,13 +63,13 @@ Connection::~Connection()
     close();
 }
 
-void Connection::open(const QString &databaseName, Access access, const QString &password)
+void Connection::open(const QString &databaseName, Access access, const QString &password, const QString &formFolder)
 {
     close();
     madeFile_.clear();
     if (databaseName.isEmpty())
         throw EDatabaseError(QStringLiteral("No database is named (DatabaseName is empty)."));
-    name_ = databaseName;
+    name_ = databasePlace(databaseName, formFolder);
     if (QSqlDatabase::contains(databaseName)) {
         database_ = QSqlDatabase::database(databaseName);
         if (!database_.isOpen()) {
@@ -80,16 +81,15 @@ void Connection::open(const QString &databaseName, Access access, const QString 
         }
         own_ = false;
         dialect_ = dialectOf(database_);
-    } else if (databaseName.contains(QLatin1String("://")) ||
-               databaseName.startsWith(QLatin1String("odbc:"), Qt::CaseInsensitive)) {
+    } else if (isServerName(databaseName)) {
         openServer(databaseName, access, password);
     } else {
-        openSqlite(databaseName, access);
+        openSqlite(name_, access, formFolder);
     }
     open_ = true;
 }
 
-void Connection::openSqlite(const QString &path, Access access)
+void Connection::openSqlite(const QString &path, Access access, const QString &formFolder)
 {
     // A path is a path, whatever it begins with: Qt takes ":…" for a resource, SQLite "file:…" for a URI.
     const QString plain = path.startsWith(u'/') ? path : QStringLiteral("./") + path;
@@ -108,7 +108,7 @@ void Connection::openSqlite(const QString &path, Access access)
         file.refresh();
     }
     if (!file.exists())
-        refuse(QStringLiteral("there is no such file and no registered connection of that name"));
+        refuse(noSuchDatabase(path, formFolder));
     if (file.isDir())
         refuse(QStringLiteral("it is a directory, not an SQLite file"));
     if (!file.isFile()) // opening a pipe would wait for its writer

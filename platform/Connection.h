@@ -32,7 +32,9 @@ public:
 
     /// \throws EDatabaseError with one sentence: no such file, no permission, no such driver or server …; a server's
     /// own words are in it, a password never is. A password is for this connection to a server alone.
-    void open(const QString &databaseName, Access access = Access::Read, const QString &password = {});
+    /// \param formFolder where the path of a file is looked for first (platform/Formfolder.h).
+    void open(const QString &databaseName, Access access = Access::Read, const QString &password = {},
+              const QString &formFolder = {});
     /// The same for a reader in a thread of its own: where the name is that of a registered connection, a connection
     /// of its own to the same database.  \throws EDatabaseError also for a database that is in memory alone.
     void openBeside(const QString &databaseName);
@@ -69,7 +71,7 @@ public:
     [[noreturn]] void fail(const QSqlError &error, const QString &what) const;
 
 private:
-    void openSqlite(const QString &path, Access access);
+    void openSqlite(const QString &path, Access access, const QString &formFolder);
     void openServer(const QString &url, Access access, const QString &password);
     void openOwn(const QString &driver, const QString &package);
     void set(Access access, int readTimeout);

@@ -62,6 +62,12 @@ int seconds(QStringView value, QStringView key, const QString &url)
 
 } // namespace
 
+bool isServerName(const QString &databaseName)
+{
+    return databaseName.contains(QLatin1String("://")) ||
+           databaseName.startsWith(QLatin1String("odbc:"), Qt::CaseInsensitive);
+}
+
 QString withoutPasswords(const QString &databaseName)
 {
     QString name = databaseName;

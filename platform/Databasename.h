@@ -29,6 +29,9 @@ NUVO_EXPORT QString databaseName(const ServerAddress &address);
 /// \throws EDatabaseError where what follows "odbc:" holds a password, in whatever form and case.
 void refuseOdbcPassword(const QString &connectionString);
 
+/// Whether a DatabaseName is the address of a server or of an ODBC source, not the path of a file.
+bool isServerName(const QString &databaseName);
+
 /// The name of a database as a message may show it: what is or may be a password in it is "…".
 NUVO_EXPORT QString withoutPasswords(const QString &databaseName);
 

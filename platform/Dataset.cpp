@@ -372,7 +372,7 @@ void TDataSet::WithConnection(const std::function<void(const nuvo::Connection &)
         return;
     }
     nuvo::Connection connection;
-    connection.open(d_->databaseName);
+    d_->connect(connection);
     use(connection);
 }
 

@@ -47,7 +47,7 @@ public:
     /// A registered QSqlDatabase connection, the path of an SQLite file, or a URL: postgresql://user@host:port/name,
     /// mysql://…, odbc:DSN. A file that is not there is an error when the dataset opens and is not created. A
     /// server's URL may set ?connect_timeout=S&read_timeout=S, in seconds: how long to wait for a connection (5), and
-    /// for an answer (for ever). It holds no password. Setting it closes the dataset.
+    /// for an answer (for ever). It holds no password. A relative path: see Formfolder.h. Setting it closes the dataset.
     QString DatabaseName() const;
     void SetDatabaseName(const QString &name);
 

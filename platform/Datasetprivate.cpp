@@ -2,6 +2,7 @@
 
 #include "platform/Datasetmodel.h"
 #include "platform/Errors.h"
+#include "platform/Formfolder.h"
 #include "platform/Resultcolumns.h"
 
 #include <QCoreApplication>
@@ -47,11 +48,16 @@ void TDataSet::Private::pointNowhere()
     block.reset();
 }
 
+void TDataSet::Private::connect(nuvo::Connection &to) const
+{
+    to.open(databaseName, nuvo::Connection::Access::Read, {}, nuvo::formFolder(q));
+}
+
 void TDataSet::Private::open()
 {
     std::vector<QVariantList> firstRows;
     try {
-        connection.open(databaseName);
+        connect(connection);
         counted = -1;
         rows.clear();
         setColumns(describe(true, firstRows));
@@ -101,7 +107,7 @@ void TDataSet::Private::loadDefinitions()
         return;
     std::vector<QVariantList> firstRows;
     try {
-        connection.open(databaseName);
+        connect(connection);
         rows.clear();
         setColumns(describe(false, firstRows));
     } catch (...) {
@@ -208,7 +214,7 @@ void TDataSet::Private::failed()
 nuvo::Snapshot::Begun TDataSet::Private::begin(const nuvo::ReadPosition &position)
 {
     if (!connection.isOpen())
-        connection.open(databaseName);
+        connect(connection);
     const nuvo::Select select = q.SelectFrom(connection, position);
     return {RowSource::open(connection, select, q.Caption()), select.keyColumns, select.limited};
 }
@@ -294,7 +300,7 @@ void TDataSet::Private::use(const std::function<void(const nuvo::Connection &)> 
     rows.giveUp();
     try {
         if (!connection.isOpen())
-            connection.open(databaseName);
+            connect(connection);
         what(connection);
     } catch (...) {
         failed();

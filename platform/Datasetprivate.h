@@ -31,6 +31,7 @@ public:
     qint64 count();
     bool holds(qint64 row) const { return block && block->firstRow() <= row && row < block->endRow(); }
     QVariant valueIn(const nuvo::Block &from, qint64 row, int field) const;
+    void connect(nuvo::Connection &to) const;
 
     TDataSet &q;
     QString databaseName;

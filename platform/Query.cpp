@@ -2,6 +2,7 @@
 
 #include "platform/Connection.h"
 #include "platform/Errors.h"
+#include "platform/Formfolder.h"
 #include "platform/Querystatement.h"
 #include "platform/Scan.h"
 
@@ -51,7 +52,7 @@ QStringList TQuery::ParamNames() const
 nuvo::ScanSource TQuery::Source() const
 {
     nuvo::ScanSource source;
-    source.databaseName = DatabaseName();
+    source.databaseName = nuvo::databasePlace(DatabaseName(), nuvo::formFolder(*this));
     source.sql = sql_;
     source.params = params_;
     return source;

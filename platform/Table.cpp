@@ -3,6 +3,7 @@
 #include "platform/Connection.h"
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
+#include "platform/Formfolder.h"
 #include "platform/Rowsource.h"
 #include "platform/Scan.h"
 #include "platform/Tabledescription.h"
@@ -113,7 +114,7 @@ void TTable::SetIndexFieldNames(const QString &names)
 nuvo::ScanSource TTable::Source() const
 {
     nuvo::ScanSource source;
-    source.databaseName = DatabaseName();
+    source.databaseName = nuvo::databasePlace(DatabaseName(), nuvo::formFolder(*this));
     source.table = TableName();
     if (Filtered())
         source.filter = Filter();

@@ -1,6 +1,9 @@
 #include "design/plugin/Editing.h"
 
 #include "design/Modelediting.h"
+#include "design/plugin/Rowtexts.h"
+#include "engine/Mlrtypes.h"
+#include "platform/Formfolder.h"
 #include "present/Forms.h"
 
 #include <QDesignerFormWindowCursorInterface>
@@ -24,6 +27,14 @@ QStringList valuesOf(TPropertyEditor &editor)
 QString currentText(const TComponent &component, const QString &property)
 {
     return component.property(property.toUtf8().constData()).toString();
+}
+
+/// A form and its database move together.
+QVariant storedValue(const TComponent &component, const QString &property, const QVariant &value)
+{
+    if (property != u"DatabaseName")
+        return value;
+    return nuvo::pathFromForm(value.toString(), nuvo::formFolder(component));
 }
 
 } // namespace
@@ -60,7 +71,7 @@ std::unique_ptr<TPropertyEditor> nuvo::Editing::MakeEditor(const QList<TComponen
 {
     std::unique_ptr<TPropertyEditor> editor = EntryFor(*components.first(), property)->create(components, property);
     editor->SetWriter([&edits](TComponent &component, const QString &name, const QVariant &value) {
-        edits.push_back({&component, name, value});
+        edits.push_back({&component, name, storedValue(component, name, value)});
     });
     editor->SetScopeFinder([](const TComponent &component) -> QWidget * {
         auto *form = QDesignerFormWindowInterface::findFormWindow(const_cast<TComponent *>(&component));
@@ -119,6 +130,33 @@ void nuvo::Editing::Set(const QList<TComponent *> &components, const QString &pr
         std::vector<PropertyEdit> edits;
         MakeEditor(components, property, edits)->SetValue(value);
         Commit(edits);
+    });
+}
+
+QStringList nuvo::Editing::Definitions(const TComponent &component) const
+{
+    QStringList definitions;
+    for (const QString &property : EditableProperties(component)) {
+        if (!definitionText(component, property).isEmpty())
+            definitions += property;
+    }
+    return definitions;
+}
+
+void nuvo::Editing::Clear(const QList<TComponent *> &components, const QStringList &definitions) const
+{
+    guarded([&] {
+        std::vector<PropertyEdit> edits;
+        for (TComponent *component : components) {
+            for (const QString &property : definitions)
+                edits.push_back(
+                    {component, property,
+                     controlNumber(property) > 0 ? TIndepVar().ToQStringList() : TDependentVar().ToQStringList()});
+        }
+        Commit(edits, QStringLiteral("Clear %1 of %2")
+                          .arg(definitions.size() == 1 ? definitions.first() : QStringLiteral("the definitions"),
+                               components.size() == 1 ? QStringLiteral("\"%1\"").arg(components.first()->Name())
+                                                      : QStringLiteral("%1 components").arg(components.size())));
     });
 }
 

@@ -17,6 +17,7 @@ public:
     Editing(QDesignerFormEditorInterface &core, const Catalogue &catalogue) : core_(core), catalogue_(catalogue) {}
 
     QDesignerFormEditorInterface &Core() const { return core_; }
+    const Catalogue &Components() const { return catalogue_; }
 
     /// The properties of a component that have an editor, in the order of their declaration.
     QStringList EditableProperties(const TComponent &component) const;
@@ -32,6 +33,13 @@ public:
     QStringList Values(const QList<TComponent *> &components, const QString &property) const;
     /// Writes a value as one step.
     void Set(const QList<TComponent *> &components, const QString &property, const QVariant &value) const;
+    /// Makes definitions of the components what they are on a new one, as one step.
+    void Clear(const QList<TComponent *> &components, const QStringList &definitions) const;
+    /// The definitions that a component has: of the response and the control variables that are in use.
+    QStringList Definitions(const TComponent &component) const;
+    /// Stores values as one step.
+    /// \param name of the step; empty for one that names what it changes.
+    void Commit(const std::vector<PropertyEdit> &edits, const QString &name = {}) const;
 
     /// The component whose properties are shown and, behind it, the others that are selected and have this property.
     QList<TComponent *> Selected(const QString &property) const;
@@ -40,8 +48,6 @@ private:
     const EditorEntry *EntryFor(const TComponent &component, const QString &property) const;
     std::unique_ptr<TPropertyEditor> MakeEditor(const QList<TComponent *> &components, const QString &property,
                                                 std::vector<PropertyEdit> &edits) const;
-    /// \param name of the step; empty for one that names what it changes.
-    void Commit(const std::vector<PropertyEdit> &edits, const QString &name = {}) const;
 
     QDesignerFormEditorInterface &core_;
     const Catalogue &catalogue_;

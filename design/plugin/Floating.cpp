@@ -20,9 +20,10 @@ bool takenUp(const TComponent &component)
 
 } // namespace
 
-void nuvo::putOn(TComponent &component, const QDesignerFormWindowInterface &form)
+void nuvo::putOn(TComponent &component, const QDesignerFormWindowInterface &form, bool warning)
 {
-    component.SetDesigning(true, componentIcon(QString::fromLatin1(component.metaObject()->className())), &form);
+    const QIcon icon = componentIcon(QString::fromLatin1(component.metaObject()->className()), warning);
+    component.SetDesigning(true, icon, &form);
 }
 
 nuvo::Floating::Floating(QDesignerFormWindowInterface &form) : QObject(&form), form_(form)

@@ -12,7 +12,8 @@ class TComponent;
 namespace nuvo {
 
 /// Makes a component show itself on a form that is being edited, and look up names on that form alone.
-void putOn(TComponent &component, const QDesignerFormWindowInterface &form);
+/// \param warning whether its icon says that something is missing.
+void putOn(TComponent &component, const QDesignerFormWindowInterface &form, bool warning = false);
 
 /// Keeps the components of a form out of its layouts: where a layout took one up, it goes back to where it floated
 /// last. Those that are not on the form at the moment are told so.

@@ -1,5 +1,6 @@
 #include "design/plugin/Formedits.h"
 
+#include "design/plugin/Sheet.h"
 #include "platform/Component.h"
 #include "present/Forms.h"
 
@@ -17,6 +18,19 @@ QDesignerPropertySheetExtension *sheetOf(const QDesignerFormWindowInterface &for
 
 } // namespace
 
+void nuvo::showInEditor(const QDesignerFormWindowInterface &form, TComponent &component, const QString &property)
+{
+    QDesignerPropertyEditorInterface *editor = form.core()->propertyEditor();
+    if (editor == nullptr || editor->object() != &component)
+        return;
+    const QDesignerPropertySheetExtension *sheet = sheetOf(form, &component);
+    for (const QString &row : {property, QString::fromLatin1(ModelRow)}) {
+        const int index = sheet->indexOf(row);
+        if (index >= 0)
+            editor->setPropertyValue(row, sheet->property(index), sheet->isChanged(index));
+    }
+}
+
 nuvo::EditCommand::EditCommand(QDesignerFormWindowInterface &form, const std::vector<PropertyEdit> &edits,
                                const QString &name)
     : form_(&form)
@@ -27,9 +41,12 @@ nuvo::EditCommand::EditCommand(QDesignerFormWindowInterface &form, const std::ve
                           sheet->isChanged(sheet->indexOf(edit.property))});
     }
     const PropertyEdit &first = edits.front();
-    setText(!name.isEmpty()     ? name
-            : edits.size() == 1 ? QStringLiteral("Change %1 of \"%2\"").arg(first.property, first.component->Name())
-                                : QStringLiteral("Change %1 of %2 components").arg(first.property).arg(edits.size()));
+    if (!name.isEmpty())
+        setText(name);
+    else if (edits.size() == 1)
+        setText(QStringLiteral("Change %1 of \"%2\"").arg(first.property, first.component->Name()));
+    else
+        setText(QStringLiteral("Change %1 of %2 components").arg(first.property).arg(edits.size()));
 }
 
 void nuvo::EditCommand::redo()
@@ -51,9 +68,6 @@ void nuvo::EditCommand::apply(const Step &step, const QVariant &value, bool chan
         return;
     guarded([&] { component->setProperty(step.edit.property.toUtf8().constData(), value); });
     QDesignerPropertySheetExtension *sheet = sheetOf(*form_, component);
-    const int index = sheet->indexOf(step.edit.property);
-    sheet->setChanged(index, changed);
-    QDesignerPropertyEditorInterface *editor = form_->core()->propertyEditor();
-    if (editor != nullptr && editor->object() == component)
-        editor->setPropertyValue(step.edit.property, sheet->property(index), changed);
+    sheet->setChanged(sheet->indexOf(step.edit.property), changed);
+    showInEditor(*form_, *component, step.edit.property);
 }

@@ -20,6 +20,9 @@ struct PropertyEdit
     QVariant value;
 };
 
+/// Shows the value that a property has now, where the property editor shows that component.
+void showInEditor(const QDesignerFormWindowInterface &form, TComponent &component, const QString &property);
+
 /// Changes properties of a form's components as one step of the form's undo stack. Designer's own command would
 /// forget that a text is not for translation.
 class EditCommand : public QUndoCommand

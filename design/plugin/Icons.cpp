@@ -157,10 +157,21 @@ void draw<TStepWiseMLR>(QPainter &painter)
     painter.fillRect(20, 20, 8, 2, Qt::white);
 }
 
+/// A triangle with an exclamation mark, in the lower right corner.
+void drawWarning(QPainter &painter)
+{
+    const QPolygonF triangle({QPointF(23, 14), QPointF(32, 31), QPointF(14, 31)});
+    painter.setPen(QPen(Qt::white, 1.5));
+    painter.setBrush(QColor(0xc6, 0x28, 0x28));
+    painter.drawPolygon(triangle);
+    painter.fillRect(QRectF(22, 20, 2, 6), Qt::white);
+    painter.fillRect(QRectF(22, 27, 2, 2), Qt::white);
+}
+
 class DrawnIcon : public QIconEngine
 {
 public:
-    explicit DrawnIcon(void (*draw)(QPainter &painter)) : draw_(draw) {}
+    DrawnIcon(void (*draw)(QPainter &painter), bool warning) : draw_(draw), warning_(warning) {}
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
     {
@@ -172,6 +183,8 @@ public:
         painter->translate(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
         painter->scale(side / 32, side / 32);
         draw_(*painter);
+        if (warning_)
+            drawWarning(*painter);
         painter->restore();
     }
 
@@ -191,16 +204,17 @@ public:
 
 private:
     void (*draw_)(QPainter &painter);
+    bool warning_;
 };
 
 } // namespace
 
-QIcon nuvo::componentIcon(const QString &className)
+QIcon nuvo::componentIcon(const QString &className, bool warning)
 {
     QIcon icon;
     forEachComponent([&]<class Component>(const Listed<Component> &) {
         if (className == QLatin1String(Component::staticMetaObject.className()))
-            icon = QIcon(new DrawnIcon(draw<Component>)); // the icon owns it
+            icon = QIcon(new DrawnIcon(draw<Component>, warning)); // the icon owns it
     });
     return icon;
 }

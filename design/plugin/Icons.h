@@ -7,6 +7,7 @@ namespace nuvo {
 
 /// What stands for a component on the palette and on a form, drawn at any size; null for a class that is none of
 /// ours.
-QIcon componentIcon(const QString &className);
+/// \param warning whether it has a mark that something is missing.
+QIcon componentIcon(const QString &className, bool warning = false);
 
 } // namespace nuvo

@@ -6,6 +6,8 @@
 #include "design/plugin/Details.h"
 #include "design/plugin/Floating.h"
 #include "design/plugin/Icons.h"
+#include "design/plugin/Sheet.h"
+#include "engine/Regression.h"
 
 #include <QDesignerFormWindowInterface>
 #include <QMetaProperty>
@@ -107,6 +109,11 @@ QString nuvo::ComponentPlugin::domXml() const
         xml.writeStartElement(element);
         xml.writeAttribute(QStringLiteral("name"), name);
     };
+    const auto writeToolTip = [&](const QString &property) {
+        startNamed(QStringLiteral("tooltip"), property);
+        xml.writeCharacters(propertyToolTip(property));
+        xml.writeEndElement();
+    };
     const std::unique_ptr<TComponent> fresh(entry_.create(nullptr));
     const std::vector<QMetaProperty> properties = publishedProperties(*fresh->metaObject());
 
@@ -130,9 +137,7 @@ QString nuvo::ComponentPlugin::domXml() const
     xml.writeStartElement(QStringLiteral("propertyspecifications"));
     for (const QMetaProperty &property : properties) {
         const QString propertyName = QLatin1String(property.name());
-        startNamed(QStringLiteral("tooltip"), propertyName);
-        xml.writeCharacters(propertyToolTip(propertyName));
-        xml.writeEndElement();
+        writeToolTip(propertyName);
         if (property.typeId() == QMetaType::QString) {
             startNamed(QStringLiteral("stringpropertyspecification"), propertyName);
             xml.writeAttribute(QStringLiteral("type"), QStringLiteral("singleline"));
@@ -140,6 +145,8 @@ QString nuvo::ComponentPlugin::domXml() const
             xml.writeEndElement();
         }
     }
+    if (dynamic_cast<const TRegression *>(fresh.get()) != nullptr)
+        writeToolTip(QString::fromLatin1(ModelRow));
     xml.writeEndDocument();
     return text;
 }

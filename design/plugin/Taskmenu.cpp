@@ -1,30 +1,89 @@
 #include "design/plugin/Taskmenu.h"
 
 #include "design/Modelediting.h"
+#include "design/plugin/Rowtexts.h"
+#include "design/plugin/Sheet.h"
+#include "design/plugin/Trial.h"
 #include "engine/Regression.h"
 #include "platform/Table.h"
+#include "select/Corvane.h"
 
 #include <QAction>
 
+#include <algorithm>
+
 nuvo::TaskMenu::TaskMenu(TComponent &component, const Editing &editing, QObject *parent)
-    : QObject(parent), component_(component)
+    : QObject(parent), component_(component), editing_(editing)
 {
-    if (hasModel(component)) {
-        auto *action = new QAction(QStringLiteral("Model…"), this);
-        action->setData(QStringLiteral("Model"));
-        connect(action, &QAction::triggered, this, [&component, &editing] { editing.EditModel(component); });
-        actions_ += action;
-    }
-    for (const QString &property : editing.EditableProperties(component)) {
-        const QString type = Catalogue::PropertyType(*component.metaObject(), property);
-        const bool definition = type == u"TIndepVar" || type == u"TDependentVar";
-        auto *action = new QAction(
-            (definition ? QStringLiteral("Define %1…") : QStringLiteral("Choose %1…")).arg(property), this);
+    AddModel();
+    AddEditors();
+    AddClear();
+    AddFigures();
+}
+
+QAction *nuvo::TaskMenu::Add(const QString &text, const std::function<void()> &action)
+{
+    auto *added = new QAction(text, this);
+    connect(added, &QAction::triggered, this, action);
+    actions_ += added;
+    return added;
+}
+
+void nuvo::TaskMenu::AddModel()
+{
+    if (hasModel(component_))
+        Add(QStringLiteral("Model…"), [this] { editing_.EditModel(component_); })->setData(QLatin1String(ModelRow));
+}
+
+/// In the order of a model: its data, the response, the control variables.
+void nuvo::TaskMenu::AddEditors()
+{
+    QStringList properties = editing_.EditableProperties(component_);
+    std::stable_partition(properties.begin(), properties.end(),
+                          [](const QString &property) { return controlNumber(property) == 0; });
+    for (const QString &property : properties) {
+        const bool definition = isDefinition(component_, property);
+        QAction *action =
+            Add((definition ? QStringLiteral("Define %1…") : QStringLiteral("Choose %1…")).arg(property),
+                [this, property] { editing_.Edit({&component_}, property); });
         action->setData(property);
-        connect(action, &QAction::triggered, this,
-                [&component, &editing, property] { editing.Edit({&component}, property); });
-        actions_ += action;
     }
+}
+
+void nuvo::TaskMenu::AddClear()
+{
+    if (dynamic_cast<const TRegression *>(&component_) == nullptr)
+        return;
+    clearMenu_ = std::make_unique<QMenu>(QStringLiteral("Clear definition"));
+    actions_ += clearMenu_->menuAction();
+    connect(clearMenu_.get(), &QMenu::aboutToShow, this, [this] {
+        clearMenu_->clear();
+        const QStringList defined = editing_.Definitions(component_);
+        for (const QString &property : defined) {
+            clearMenu_->addAction(QStringLiteral("%1: %2").arg(property, definitionText(component_, property)), this,
+                                  [this, property] { editing_.Clear({&component_}, {property}); });
+        }
+        if (defined.size() > 1) {
+            clearMenu_->addSeparator();
+            clearMenu_->addAction(QStringLiteral("All of them"), this,
+                                  [this, defined] { editing_.Clear({&component_}, defined); });
+        }
+    });
+}
+
+void nuvo::TaskMenu::AddFigures()
+{
+    if (dynamic_cast<const TRegression *>(&component_) != nullptr)
+        Add(QStringLiteral("Fit and show…"), [this] { fitAndShow(component_, editing_); });
+    else if (qobject_cast<const TCorvane *>(&component_) != nullptr)
+        Add(QStringLiteral("Choose…"), [this] { chooseAndShow(component_, editing_); });
+}
+
+QList<QAction *> nuvo::TaskMenu::taskActions() const
+{
+    if (clearMenu_)
+        clearMenu_->menuAction()->setEnabled(!editing_.Definitions(component_).isEmpty());
+    return actions_;
 }
 
 QAction *nuvo::TaskMenu::preferredEditAction() const

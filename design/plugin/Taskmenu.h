@@ -4,6 +4,9 @@
 
 #include <QDesignerTaskMenuExtension>
 #include <QExtensionFactory>
+#include <QMenu>
+
+#include <memory>
 
 namespace nuvo {
 
@@ -18,13 +21,20 @@ public:
 
     /// What is missing first: the database, the table, the response, the next control variable.
     QAction *preferredEditAction() const override;
-    QList<QAction *> taskActions() const override { return actions_; }
+    QList<QAction *> taskActions() const override;
 
 private:
+    QAction *Add(const QString &text, const std::function<void()> &action);
+    void AddModel();
+    void AddEditors();
+    void AddClear();
+    void AddFigures();
     QString NextProperty() const;
 
     TComponent &component_;
+    const Editing &editing_;
     QList<QAction *> actions_;
+    std::unique_ptr<QMenu> clearMenu_; ///< what is defined; null where nothing can be
 };
 
 class TaskMenuFactory : public QExtensionFactory

@@ -2,13 +2,18 @@
 
 #include "design/plugin/Floating.h"
 #include "design/plugin/Propertyrows.h"
+#include "design/plugin/References.h"
+#include "design/plugin/Rowtexts.h"
+#include "design/plugin/Sheet.h"
 #include "design/plugin/Taskmenu.h"
 #include "platform/Dataset.h"
+#include "platform/Formfolder.h"
 #include "present/Forms.h"
 
 #include <QDesignerFormWindowManagerInterface>
 #include <QDesignerIntegrationInterface>
 #include <QExtensionManager>
+#include <QFileInfo>
 #include <QTimer>
 #include <QUndoStack>
 
@@ -23,6 +28,9 @@ nuvo::Workbench::Workbench(QDesignerFormEditorInterface &core, const Catalogue &
 {
     QExtensionManager *manager = core.extensionManager();
     manager->registerExtensions(new TaskMenuFactory(editing_, manager), Q_TYPEID(QDesignerTaskMenuExtension));
+    auto *sheets = new SheetFactory(manager);
+    manager->registerExtensions(sheets, Q_TYPEID(QDesignerPropertySheetExtension));
+    manager->registerExtensions(sheets, Q_TYPEID(QDesignerDynamicPropertySheetExtension));
     // The designer is still being put together.
     QTimer::singleShot(0, this, &Workbench::Begin);
 }
@@ -31,12 +39,25 @@ void nuvo::Workbench::Begin()
 {
     QDesignerFormEditorInterface &core = editing_.Core();
     new PropertyRows(editing_, this);
+    texts_ = new RowTexts(editing_, this);
     QDesignerFormWindowManagerInterface *manager = core.formWindowManager();
     for (int i = 0; i < manager->formWindowCount(); ++i)
-        new Floating(*manager->formWindow(i)); // the form window owns it
+        WatchForm(*manager->formWindow(i));
     connect(manager, &QDesignerFormWindowManagerInterface::formWindowAdded, this,
-            [](QDesignerFormWindowInterface *form) { new Floating(*form); });
+            [this](QDesignerFormWindowInterface *form) { WatchForm(*form); });
     connect(core.integration(), &QDesignerIntegrationInterface::propertyChanged, this, &Workbench::PropertyChanged);
+}
+
+void nuvo::Workbench::WatchForm(QDesignerFormWindowInterface &form)
+{
+    // The form window owns them.
+    new Floating(form);
+    connect(new References(form), &References::Looked, texts_, &RowTexts::Refresh);
+    const auto place = [&form](const QString &fileName) {
+        setFormFolder(form, fileName.isEmpty() ? QString() : QFileInfo(fileName).absolutePath());
+    };
+    place(form.fileName());
+    connect(&form, &QDesignerFormWindowInterface::fileNameChanged, this, place);
 }
 
 /// A dataset that was switched on is opened, so that the user sees what is wrong with it; then it is as before.

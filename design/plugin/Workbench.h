@@ -6,6 +6,8 @@
 
 namespace nuvo {
 
+class RowTexts;
+
 /// What is there once for a designer: the editors in its menus and property rows, and the watch over its forms. The
 /// designer's core owns it.
 class Workbench : public QObject
@@ -20,9 +22,11 @@ private:
     Workbench(QDesignerFormEditorInterface &core, const Catalogue &catalogue);
 
     void Begin();
+    void WatchForm(QDesignerFormWindowInterface &form);
     void PropertyChanged(QDesignerFormWindowInterface *form, const QString &property, const QVariant &value);
 
     Editing editing_;
+    RowTexts *texts_ = nullptr;
 };
 
 } // namespace nuvo

@@ -221,19 +221,29 @@ TEST_F(RunForm, WhatTheDatabaseCannotDoNamesTheComponent)
     EXPECT_EQ(Refusal(form(widget("TMLRTable", "Jobs", QString()))),
               u("Jobs on the form \"form.ui\": No database is named (DatabaseName is empty)."));
     EXPECT_EQ(Refusal(form(longley("Jobs", three).replace(u("samples.db"), u("none.db")))),
-              u("Jobs on the form \"form.ui\": Cannot open the database \"none.db\": there is no such file and no "
-                "registered connection of that name."));
+              u("Jobs on the form \"form.ui\": Cannot open the database \"none.db\": there is no such file in \"%1\" "
+                "and no registered connection of that name.")
+                  .arg(QFileInfo(folder_.path()).canonicalFilePath()));
     EXPECT_TRUE(Refusal(form(longley("Jobs", {u("Nope")}))).contains(u("No field \"Nope\" in table \"Longley\"")));
     EXPECT_FALSE(QFile::exists(folder_.filePath(u("none.db"))));
 }
 
-TEST_F(RunForm, APathInTheFormStartsInTheWorkingDirectory)
+TEST_F(RunForm, APathInTheFormIsLookedForBesideItAndThenInTheWorkingDirectory)
 {
+    const QString elsewhere = folder_.filePath(u("elsewhere für mich"));
+    ASSERT_TRUE(QDir().mkpath(elsewhere));
     Write(form(longley("Jobs", three)).toUtf8());
-    ASSERT_TRUE(QDir(folder_.path()).mkdir(u("elsewhere")));
-    const QString elsewhere = folder_.filePath(u("elsewhere"));
-    EXPECT_EQ(runProgram({u("run"), u("../form.ui")}, elsewhere).status, 3);
-    ASSERT_TRUE(QFile::link(u(SAMPLES_DB), elsewhere + u("/samples.db")));
+    EXPECT_EQ(runProgram({u("run"), u("../form.ui")}, elsewhere).status, 0);
+
+    Write(form(longley("Jobs", three)).replace(u("samples.db"), u("moved.db")).toUtf8());
+    const Outcome refused = runProgram({u("run"), u("../form.ui")}, elsewhere);
+    EXPECT_EQ(refused.status, 3);
+    const QString root = QFileInfo(folder_.path()).canonicalFilePath();
+    EXPECT_TRUE(
+        refused.err.contains(u("there is no such file beside the form, in \"%1\", or in the working folder \"%2\"")
+                                 .arg(root, QFileInfo(elsewhere).canonicalFilePath())))
+        << refused.err.toStdString();
+    ASSERT_TRUE(QFile::link(u(SAMPLES_DB), elsewhere + u("/moved.db")));
     EXPECT_EQ(runProgram({u("run"), u("../form.ui")}, elsewhere).status, 0);
 }
 

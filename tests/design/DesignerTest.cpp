@@ -6,8 +6,8 @@
 
 namespace {
 
-const char *const Missing =
-    "Cannot open the database \"nowhere.db\": there is no such file and no registered connection of that name.";
+const char *const Missing = "Cannot open the database \"nowhere.db\": there is no such file in \"" SESSION
+                            "\" and no registered connection of that name.";
 
 } // namespace
 
@@ -55,25 +55,28 @@ TEST_F(Designer, ShowsANewComponentWithASensibleNameThatFits)
     EXPECT_TRUE(yes("managed"));
 }
 
-TEST_F(Designer, ShowsPublishedPropertiesAndOnlyThoseInGroupsWithToolTips)
+TEST_F(Designer, ShowsPublishedPropertiesAndOnlyThoseInTheOrderOfAModelWithToolTips)
 {
-    EXPECT_EQ(list("tableRows"),
-              words("[QObject];objectName;[TDataSet];Active;DatabaseName;[TTable];TableName;Filter;Filtered;"
-                    "IndexFieldNames;[TMLRTable];ControlVar01;ControlVar02;ControlVar03;ControlVar04;ControlVar05;"
-                    "ControlVar06;ControlVar07;ControlVar08;ControlVar09;ControlVar10;Description;ShowLoadProgress;"
-                    "ShowWarnings;ResponseVarY;ReportMessage;Records"));
-    EXPECT_EQ(list("stepWiseRows"), words("[QObject];objectName;[TCorvane];Dataset;Rule;[TStepWiseMLR];FDistTable;"
-                                          "FInDefault;FOutDefault;FPercent;ShowReport;ShowProgress;PIn;POut"));
+    EXPECT_EQ(
+        list("tableRows"),
+        words("[QObject];objectName;[Data];Active;DatabaseName;TableName;Filter;Filtered;IndexFieldNames;Records;"
+              "[Response];Model;ResponseVarY;[Controls];ControlVar01;ControlVar02;ControlVar03;ControlVar04;"
+              "ControlVar05;ControlVar06;ControlVar07;ControlVar08;ControlVar09;ControlVar10;[Options];"
+              "Description;ShowLoadProgress;ShowWarnings;ReportMessage"));
+    EXPECT_EQ(
+        list("stepWiseRows"),
+        words("[QObject];objectName;[Data];Dataset;[Choice];Rule;[Thresholds];FDistTable;FInDefault;FOutDefault;"
+              "FPercent;PIn;POut;[Options];ShowReport;ShowProgress"));
     EXPECT_EQ(list("rowsWithoutToolTip"), Strings());
 }
 
 TEST_F(Designer, OffersEveryDefinitionInTheContextMenu)
 {
     EXPECT_EQ(list("contextMenu"),
-              words("Model…;Choose DatabaseName…;Choose TableName…;Define ControlVar01…;Define ControlVar02…;Define "
-                    "ControlVar03…;Define ControlVar04…;Define ControlVar05…;Define ControlVar06…;Define "
-                    "ControlVar07…;Define ControlVar08…;Define ControlVar09…;Define ControlVar10…;Define "
-                    "ResponseVarY…"));
+              words("Model…;Choose DatabaseName…;Choose TableName…;Define ResponseVarY…;Define ControlVar01…;Define "
+                    "ControlVar02…;Define ControlVar03…;Define ControlVar04…;Define ControlVar05…;Define "
+                    "ControlVar06…;Define ControlVar07…;Define ControlVar08…;Define ControlVar09…;Define "
+                    "ControlVar10…;Clear definition;Fit and show…"));
 }
 
 TEST_F(Designer, TakesATypedDatabaseAndDropsDownItsTables)
@@ -93,7 +96,7 @@ TEST_F(Designer, DefinesVariablesByDoubleClickMenuAndRow)
     EXPECT_EQ(list("control1"), words("Active;Log;GNP;Datafield2;1.00;10"));
     EXPECT_EQ(list("control2"), words("Active;None;UNEMP;Datafield2;1.00;10"));
     EXPECT_EQ(list("control3"), words("Active;None;YEAR;Datafield2;1.00;10"));
-    EXPECT_EQ(text("control1Row"), QStringLiteral("Active; Log; GNP; Datafield2; 1.00; 10"));
+    EXPECT_EQ(text("control1Row"), QStringLiteral("Ln(GNP)"));
 }
 
 TEST_F(Designer, UndoesAndRedoesADefinitionAndACancelIsNoStep)

@@ -51,10 +51,16 @@ private:
         const QDesignerFormWindowInterface *form = core_->formWindowManager()->activeFormWindow();
         if (form == nullptr || form->mainContainer() == nullptr || !form->isVisible())
             return QTimer::singleShot(100, this, &Driver::waitForForm);
-        QJsonObject seen = walkThroughDesigner(*core_);
-        const QJsonObject models = walkThroughModels(*core_);
-        for (auto one = models.begin(); one != models.end(); ++one)
-            seen.insert(one.key(), one.value());
+        QJsonObject seen;
+        if (const int rounds = qEnvironmentVariableIntValue("NUVO_RESETS"); rounds > 0) {
+            seen = resetRows(*core_, rounds);
+        } else {
+            seen = walkThroughDesigner(*core_);
+            for (const QJsonObject &more : {walkThroughModels(*core_), walkThroughRows(*core_)}) {
+                for (auto one = more.begin(); one != more.end(); ++one)
+                    seen.insert(one.key(), one.value());
+            }
+        }
         QFile file(u("seen.json"));
         if (file.open(QIODevice::WriteOnly))
             file.write(QJsonDocument(seen).toJson());

@@ -4,7 +4,16 @@
 
 class QDesignerFormEditorInterface;
 
-/// Works in Qt Designer as a user does, with clicks and keys; what was to be seen on the way, by name.
+// Each works in Qt Designer as a user does, with clicks and keys, and tells what was to be seen on the way, by name.
+
+/// From an empty form to a defined and saved one, and around it.
 QJsonObject walkThroughDesigner(QDesignerFormEditorInterface &core);
 /// The same with the model dialog and the SQL editor, on a form of their own.
 QJsonObject walkThroughModels(QDesignerFormEditorInterface &core);
+
+/// What the rows of the property editor and the context menus can do with the form that the first walk has saved.
+QJsonObject walkThroughRows(QDesignerFormEditorInterface &core);
+
+/// Looks at the form's properties, then at a component's, and clicks on the right end of a definition's row, where an
+/// arrow that resets it would be; undoes; so many times. Each round is told on standard error before it begins.
+QJsonObject resetRows(QDesignerFormEditorInterface &core, int rounds);

@@ -40,7 +40,7 @@ SCREEN
 plugins=$(IFS=:; echo "$*")
 cd "$folder"
 export HOME=$folder/home XDG_CONFIG_HOME=$folder/home XDG_RUNTIME_DIR=$folder/runtime
-export QT_QPA_PLATFORM=offscreen:configfile=screen.json QT_PLUGIN_PATH=$plugins LC_ALL=C.UTF-8
+export QT_QPA_PLATFORM=${NUVO_PLATFORM:-offscreen:configfile=screen.json} QT_PLUGIN_PATH=$plugins LC_ALL=C.UTF-8
 status=0
 timeout 120 env ${NUVO_PRELOAD:+LD_PRELOAD="$NUVO_PRELOAD"} "$designer" form.ui >designer.log 2>&1 || status=$?
 if [ "$status" -ne 0 ] || [ ! -s seen.json ]; then
