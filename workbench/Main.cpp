@@ -1,7 +1,9 @@
+#include "platform/Errors.h"
+#include "platform/Messages.h"
 #include "workbench/Mainwindow.h"
+#include "workbench/Sittingfolder.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QStandardPaths>
 
 int main(int argc, char **argv)
@@ -11,11 +13,16 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("nuvo-workbench"));
     QApplication::setApplicationDisplayName(QStringLiteral("Nuvo Workbench"));
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
-    QDir().mkpath(folder);
-    nuvo::MainWindow window(folder);
-    window.show();
-    const QStringList files = QApplication::arguments().mid(1);
-    for (const QString &file : files)
-        window.OpenFile(file);
-    return QApplication::exec();
+    try {
+        const nuvo::SittingFolder sitting(folder);
+        nuvo::MainWindow window(sitting.path());
+        window.show();
+        const QStringList files = QApplication::arguments().mid(1);
+        for (const QString &file : files)
+            window.OpenFile(file);
+        return QApplication::exec();
+    } catch (const EPlatformError &error) {
+        MessageDlg(error.Message(), TMsgDlgType::mtError);
+        return 1;
+    }
 }

@@ -10,6 +10,7 @@
 #include "workbench/Asform.h"
 #include "workbench/Livefit.h"
 #include "workbench/Modelstable.h"
+#include "workbench/Openfile.h"
 #include "workbench/Pages.h"
 #include "workbench/Predicttable.h"
 #include "workbench/Sitting.h"
@@ -17,6 +18,7 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -62,6 +64,9 @@ void MainWindow::MakeFileMenu()
     connect(add(menu, tr("&Save as Form…"), QKeySequence::Save,
                 tr("Save the model as a form that Qt Designer opens and nuvostat runs")),
             &QAction::triggered, this, &MainWindow::SaveForm);
+    connect(
+        add(menu, tr("Save &Database…"), {}, tr("Save the tables that came from CSV files as an SQLite database")),
+        &QAction::triggered, this, &MainWindow::SaveDatabase);
     connect(add(menu, tr("Save &Report…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S),
                 tr("Save summary, diagnostics and figures: PDF, HTML, text or Markdown")),
             &QAction::triggered, this, &MainWindow::SaveReport);
@@ -171,6 +176,30 @@ void MainWindow::SaveForm()
         const QByteArray form = formFile(sitting_->State(), QFileInfo(name).absolutePath());
         if (!file.open(QIODevice::WriteOnly) || file.write(form) != form.size() || !file.commit())
             throw EPlatformError(tr("Cannot write \"%1\": %2.").arg(name, file.errorString()));
+        Tell(tr("Saved %1.").arg(name));
+        Remember(name);
+    });
+}
+
+void MainWindow::SaveDatabase()
+{
+    const QString own = QDir(folder_).filePath(QStringLiteral("data.db"));
+    if (!QFileInfo::exists(own)) {
+        Tell(tr("No CSV file has been opened in this sitting: there is nothing to save."), true);
+        return;
+    }
+    QString name = QFileDialog::getSaveFileName(this, tr("Save database"), {}, tr("SQLite database (*.db)"));
+    if (name.isEmpty())
+        return;
+    if (QFileInfo(name).suffix().isEmpty())
+        name += QLatin1String(".db");
+    Try([&] {
+        saveCopy(own, name);
+        ModelState state = sitting_->State();
+        if (state.database == own) {
+            state.database = name;
+            sitting_->Change(state, tr("Save database"));
+        }
         Tell(tr("Saved %1.").arg(name));
         Remember(name);
     });

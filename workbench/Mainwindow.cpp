@@ -19,6 +19,7 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QDragEnterEvent>
+#include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -79,10 +80,19 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
     restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("layout")).toByteArray());
     const QString saved = QDir(folder_).filePath(QStringLiteral("sitting.json"));
-    if (QFileInfo::exists(saved))
-        Try([&] { sitting_->Load(saved); });
-    else
+    try {
+        if (QFileInfo::exists(saved))
+            sitting_->Load(saved);
+        else
+            Follow();
+    } catch (const EPlatformError &error) {
+        // The next change is saved under the same name.
+        const QString aside = QDir(folder_).filePath(QStringLiteral("sitting-damaged.json"));
+        QFile::remove(aside);
+        QFile::rename(saved, aside);
         Follow();
+        Tell(tr("%1 It was put aside as %2.").arg(error.Message(), aside), true);
+    }
 }
 
 MainWindow::~MainWindow()
@@ -186,16 +196,19 @@ void MainWindow::ShowEnd()
 void MainWindow::ShowTables()
 {
     const ModelState &state = sitting_->State();
-    QStringList names;
-    if (!state.database.isEmpty()) {
+    const QSignalBlocker quiet(tables_);
+    if (state.database != tablesOf_) {
+        tables_->clear();
+        tablesOf_.clear();
+    }
+    if (tablesOf_.isEmpty() && !state.database.isEmpty()) {
         TTable table;
         table.SetDatabaseName(state.database);
-        names = table.TableNames();
+        tables_->addItems(table.TableNames());
+        tablesOf_ = state.database;
     }
-    const QSignalBlocker quiet(tables_);
-    tables_->clear();
-    tables_->addItems(names);
-    tables_->setCurrentRow(int(names.indexOf(state.table)));
+    const QList<QListWidgetItem *> found = tables_->findItems(state.table, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    tables_->setCurrentItem(found.value(0));
 }
 
 void MainWindow::ShowTitle()
@@ -241,6 +254,7 @@ void MainWindow::OpenFile(const QString &file)
             OpenDatabase(QFileInfo(file).absoluteFilePath());
             return;
         }
+        tablesOf_.clear(); // it may have got one more
         sitting_->Change(*state, tr("Open a file"));
         Remember(QFileInfo(file).absoluteFilePath());
     });

@@ -68,6 +68,7 @@ private:
     void AskAndOpen();
     void AskServer();
     void SaveForm();
+    void SaveDatabase();
     void SaveReport();
     void Print();
     void PredictTable(double level);
@@ -87,6 +88,7 @@ private:
     QProgressBar *progress_;
     QPushButton *stop_;
     QMenu *recent_ = nullptr;
+    QString tablesOf_; ///< the database that the list of tables is of
     QString fieldsOf_; ///< what the editor's fields are of
 };
 

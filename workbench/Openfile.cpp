@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 namespace nuvo {
 
@@ -34,6 +35,29 @@ QString tableNameFor(const QString &file)
             c = u'_';
     }
     return name.isEmpty() ? QStringLiteral("data") : name;
+}
+
+void saveCopy(const QString &database, const QString &fileName)
+{
+    QFile from(database);
+    QSaveFile to(fileName);
+    const auto fail = [](const QFileDevice &file) {
+        throw EPlatformError(QCoreApplication::translate("Openfile", "Cannot copy \"%1\": %2.")
+                                 .arg(file.fileName(), file.errorString()));
+    };
+    if (!from.open(QIODevice::ReadOnly))
+        fail(from);
+    if (!to.open(QIODevice::WriteOnly))
+        fail(to);
+    constexpr qint64 portion = 1 << 20;
+    for (QByteArray bytes = from.read(portion); !bytes.isEmpty(); bytes = from.read(portion)) {
+        if (to.write(bytes) != bytes.size())
+            fail(to);
+    }
+    if (from.error() != QFileDevice::NoError)
+        fail(from);
+    if (!to.commit())
+        fail(to);
 }
 
 std::optional<ModelState> openedFile(const QString &file, const QString &into)

@@ -15,6 +15,9 @@ FileKind kindOf(const QString &file);
 /// the person's choice. \throws EPlatformError with one sentence.
 std::optional<ModelState> openedFile(const QString &file, const QString &into);
 
+/// Copies a database file, whole or not at all. \throws EPlatformError
+void saveCopy(const QString &database, const QString &file);
+
 /// A name for a table of a file's records: its base name, in letters, digits and '_'.
 QString tableNameFor(const QString &file);
 

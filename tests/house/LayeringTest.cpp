@@ -39,6 +39,7 @@ const std::vector<Floor> &floors()
         add("select/.*", 4);
         add("design/.*", 5);
         add("app/.*", 5);
+        add("workbench/.*", 6);
         return list;
     }();
     return all;
@@ -62,7 +63,7 @@ Includes includesBelow(const fs::path &root)
 {
     static const std::regex line(R"re(\s*#\s*include\s*(?:"([^"]+)"|<([^">]+)>).*)re");
     Includes all;
-    for (const char *folder : {"platform", "engine", "present", "select", "design", "app"}) {
+    for (const char *folder : {"platform", "engine", "present", "select", "design", "app", "workbench"}) {
         if (!fs::exists(root / folder))
             continue;
         for (const auto &entry : fs::recursive_directory_iterator(root / folder)) {

@@ -3,6 +3,7 @@
 #include "design/model/Modeleditor.h"
 #include "engine/Regression.h"
 #include "engine/kernel/Prediction.h"
+#include "platform/Errors.h"
 #include "platform/Table.h"
 #include "present/statistics/Observationspage.h"
 #include "present/statistics/Pageview.h"
@@ -16,6 +17,7 @@
 #include "workbench/Predicttable.h"
 #include "workbench/Recordspage.h"
 #include "workbench/Sitting.h"
+#include "workbench/Sittingfolder.h"
 
 #include <QAction>
 #include <QApplication>
@@ -28,6 +30,7 @@
 #include <QListWidget>
 #include <QMimeData>
 #include <QPushButton>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -47,8 +50,9 @@ protected:
 
     void SetUp() override
     {
-        QApplication::setOrganizationName(u("Nuvo tests"));
-        QApplication::setApplicationName(folder.path().section(u'/', -1));
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+        QApplication::setOrganizationName(u("Nuvo"));
+        QApplication::setApplicationName(u("nuvo-workbench"));
         begin();
     }
     void begin()
@@ -138,6 +142,49 @@ TEST_F(Workbench, BringsTheSittingBack)
     EXPECT_EQ(window->CurrentSitting().Models().size(), 2U);
     EXPECT_TRUE(window->Fit().HasFit());
     EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 2);
+}
+
+TEST_F(Workbench, PutsADamagedSittingAside)
+{
+    drop(csv("data.csv", 50));
+    window.reset();
+    QFile file(folder.filePath(u("sitting.json")));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.resize(file.size() / 2));
+    file.close();
+    begin();
+    EXPECT_TRUE(message().contains(u("is no sitting"))) << message().toStdString();
+    EXPECT_FALSE(window->CurrentSitting().State().hasData());
+    EXPECT_TRUE(QFile::exists(folder.filePath(u("sitting-damaged.json"))));
+}
+
+TEST_F(Workbench, KeepsTheModelWhereTheDatabaseIsGone)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    const nuvo::ModelState state = window->CurrentSitting().State();
+    window.reset();
+    ASSERT_TRUE(QFile::rename(state.database, state.database + u("x")));
+    begin();
+    EXPECT_TRUE(message().contains(u("data.db"))) << message().toStdString();
+    EXPECT_EQ(window->CurrentSitting().State(), state);
+    window.reset();
+    ASSERT_TRUE(QFile::rename(state.database + u("x"), state.database));
+    begin();
+    EXPECT_TRUE(window->Fit().HasFit()) << message().toStdString();
+}
+
+TEST(SittingFolders, AreTakenByOneRunAlone)
+{
+    const QTemporaryDir base;
+    {
+        const nuvo::SittingFolder first(base.path());
+        const nuvo::SittingFolder second(base.path());
+        EXPECT_EQ(first.path(), base.filePath(u("sitting")));
+        EXPECT_EQ(second.path(), base.filePath(u("sitting-2")));
+    }
+    EXPECT_EQ(nuvo::SittingFolder(base.path()).path(), base.filePath(u("sitting")));
+    EXPECT_TRUE(errorOf<EPlatformError>([] { nuvo::SittingFolder(u("/proc/none")); }).contains(u("/proc/none")));
 }
 
 TEST_F(Workbench, SelectsAnObservationEverywhere)

@@ -1,0 +1,31 @@
+#include "workbench/Sittingfolder.h"
+
+#include "platform/Errors.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+namespace nuvo {
+
+SittingFolder::SittingFolder(const QString &base)
+{
+    constexpr int most = 100;
+    for (int number = 1; number <= most; ++number) {
+        const QString name = number == 1 ? QStringLiteral("sitting") : QStringLiteral("sitting-%1").arg(number);
+        path_ = QDir(base).filePath(name);
+        if (!QDir().mkpath(path_))
+            break;
+        lock_ = std::make_unique<QLockFile>(QDir(path_).filePath(QStringLiteral("lock")));
+        lock_->setStaleLockTime(
+            0); // a sitting may be left open for days; a killed program's lock goes by its process
+        if (lock_->tryLock(0))
+            return;
+        if (lock_->error() != QLockFile::LockFailedError)
+            break;
+    }
+    throw EPlatformError(
+        QCoreApplication::translate("Sitting", "There is no place to keep the sitting in: \"%1\" cannot be written.")
+            .arg(base));
+}
+
+} // namespace nuvo
