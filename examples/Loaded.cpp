@@ -4,6 +4,7 @@
 #include <select/Stepmain.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QUiLoader>

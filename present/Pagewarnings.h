@@ -11,7 +11,7 @@
 namespace nuvo {
 
 /// An observation that is worth looking at, and by what it stands out.
-struct StandOut
+struct NUVO_EXPORT StandOut
 {
     std::size_t observation = 0; ///< from 0
     bool leverage = false;       ///< above 2 p / n, p = m + 1

@@ -1,4 +1,5 @@
-#include <QDir>
+#include "readme/Documents.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -6,192 +7,172 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+using namespace documents;
 
 namespace {
 
-const QString root = QStringLiteral(SOURCE_ROOT);
-
-QStringList linesOf(const QString &path)
+/// A folder as a reader of the documents has it, who is in the clone and has nuvostat on the path; what the commands
+/// make is made there.
+class Reader
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        ADD_FAILURE() << "cannot read " << qPrintable(path);
-        return {};
-    }
-    return QString::fromUtf8(file.readAll()).split(u'\n');
-}
-
-/// A fenced block of a Markdown file.
-struct Block
-{
-    QString language;
-    /// The line in front of the fence.
-    QString heading;
-    QStringList lines;
-};
-
-std::vector<Block> blocksOf(const QStringList &text)
-{
-    std::vector<Block> blocks;
-    bool inside = false;
-    QString before;
-    for (const QString &line : text) {
-        if (line.startsWith(QLatin1String("```"))) {
-            inside = !inside;
-            if (inside)
-                blocks.push_back({line.mid(3), before, {}});
-        } else if (inside) {
-            blocks.back().lines.append(line);
-        } else if (!line.isEmpty()) {
-            before = line;
+public:
+    Reader()
+    {
+        for (const char *name : {"samples", "scripts"}) {
+            const QString entry = QString::fromLatin1(name);
+            EXPECT_TRUE(QFile::link(root() + u'/' + entry, folder_.filePath(entry)));
         }
+        EXPECT_TRUE(
+            QFile::copy(QStringLiteral(BUILD_ROOT "/samples.db"), folder_.filePath(QStringLiteral("samples.db"))));
+        environment_.insert(QStringLiteral("PATH"), QStringLiteral(BUILD_ROOT "/bin:" BUILD_ROOT "/examples:") +
+                                                        qEnvironmentVariable("PATH"));
+        environment_.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder_.path()); // Qt complains where there is none
+        environment_.insert(QStringLiteral("NUVO_BUILD_DIR"), QStringLiteral(BUILD_ROOT));
     }
-    return blocks;
-}
 
-/// Of the documents whose commands and programs are held to what they show.
-std::vector<Block> blocksThatRun()
-{
-    std::vector<Block> blocks;
-    for (const char *document : {"/README.md", "/docs/designer.md"}) {
-        const std::vector<Block> more = blocksOf(linesOf(root + QString::fromLatin1(document)));
-        blocks.insert(blocks.end(), more.begin(), more.end());
+    void run(Command command)
+    {
+        SCOPED_TRACE(qPrintable(command.text));
+        // This program is run by scripts/test.
+        if (command.text == QLatin1String("scripts/test")) {
+            command.text += QStringLiteral(" --help");
+            command.output = {QStringLiteral("scripts/test...")};
+        }
+        // nuvostat needs no display; for an example the reader has one.
+        if (command.text.startsWith(QLatin1String("example_")))
+            environment_.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        else
+            environment_.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        QProcess shell;
+        shell.setProcessEnvironment(environment_);
+        shell.setWorkingDirectory(folder_.path());
+        shell.setProcessChannelMode(QProcess::MergedChannels);
+        shell.start(QStringLiteral("bash"), {QStringLiteral("-c"), command.text});
+        ASSERT_TRUE(shell.waitForFinished(60000));
+        QString printed = QString::fromUtf8(shell.readAll());
+        static const QRegularExpression offscreen(QStringLiteral("This plugin does not support \\w+\\(\\)\n"));
+        printed.remove(offscreen); // what Qt says of a window that nobody sees
+        EXPECT_TRUE(matches(command.output, printed)) << "shown:\n"
+                                                      << qPrintable(command.output.join(u'\n')) << "\nprinted:\n"
+                                                      << qPrintable(printed);
     }
-    return blocks;
-}
 
-/// What a console block shows: a command after "$ " and the lines that it prints.
-struct Command
-{
-    QString text;
-    QStringList output;
+private:
+    QTemporaryDir folder_;
+    QProcessEnvironment environment_ = QProcessEnvironment::systemEnvironment();
 };
 
-std::vector<Command> commandsOf(const Block &block)
+class Shown : public testing::TestWithParam<Tour>
 {
-    std::vector<Command> commands;
-    bool continued = false;
-    for (const QString &line : block.lines) {
-        if (continued)
-            commands.back().text += u'\n' + line;
-        else if (line.startsWith(QLatin1String("$ ")))
-            commands.push_back({line.mid(2), {}});
-        else if (!commands.empty())
-            commands.back().output.append(line);
-        else
-            ADD_FAILURE() << "output without a command: " << qPrintable(line);
-        continued = !commands.empty() && commands.back().output.isEmpty() && line.endsWith(u'\\');
-    }
-    return commands;
-}
+};
 
-/// A shown line "..." stands for any lines, "..." within a line for any text.
-bool matches(const QStringList &shown, const QString &printed)
-{
-    QStringList parts;
-    for (const QString &part : shown.join(u'\n').trimmed().split(QStringLiteral("...")))
-        parts.append(QRegularExpression::escape(part));
-    const QRegularExpression pattern(QRegularExpression::anchoredPattern(parts.join(QStringLiteral(".*"))),
-                                     QRegularExpression::DotMatchesEverythingOption);
-    return pattern.match(printed.trimmed()).hasMatch();
-}
-
-QStringList documents()
-{
-    QStringList paths;
-    for (const char *folder : {"", "docs"}) {
-        const QDir dir(root + u'/' + QString::fromLatin1(folder));
-        for (const QString &name : dir.entryList({QStringLiteral("*.md")}, QDir::Files))
-            paths.append(dir.filePath(name));
-    }
-    return paths;
-}
+INSTANTIATE_TEST_SUITE_P(In, Shown, testing::ValuesIn(tours()), [](const auto &tour) { return tour.param.name; });
 
 } // namespace
 
-TEST(Readme, EveryCommandPrintsWhatIsShown)
+TEST_P(Shown, EveryCommandPrintsWhatIsShown)
 {
-    // A reader is in the clone and has nuvostat on the path; what the commands make is made elsewhere.
-    const QTemporaryDir folder;
-    ASSERT_TRUE(folder.isValid());
-    for (const char *name : {"samples", "scripts"})
-        ASSERT_TRUE(QFile::link(root + u'/' + QString::fromLatin1(name), folder.filePath(QString::fromLatin1(name))));
-    ASSERT_TRUE(QFile::copy(QStringLiteral(BUILD_ROOT "/samples.db"), folder.filePath(QStringLiteral("samples.db"))));
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PATH"),
-                       QStringLiteral(BUILD_ROOT "/bin:" BUILD_ROOT "/examples:") + qEnvironmentVariable("PATH"));
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder.path()); // Qt complains where there is none
-    environment.insert(QStringLiteral("NUVO_BUILD_DIR"), QStringLiteral(BUILD_ROOT));
-
+    Reader reader;
     int commands = 0;
-    for (const Block &block : blocksThatRun()) {
-        if (block.language != QLatin1String("console"))
-            continue;
-        for (Command command : commandsOf(block)) {
-            SCOPED_TRACE(qPrintable(command.text));
-            // This program is run by scripts/test.
-            if (command.text == QLatin1String("scripts/test")) {
-                command.text += QStringLiteral(" --help");
-                command.output = {QStringLiteral("scripts/test...")};
+    for (const QString &page : GetParam().pages) {
+        SCOPED_TRACE(qPrintable(page));
+        for (const Block &block : blocksOf(linesOf(root() + u'/' + page))) {
+            if (block.language != QLatin1String("console"))
+                continue;
+            for (const Command &command : commandsOf(block)) {
+                reader.run(command);
+                ++commands;
             }
-            // nuvostat needs no display; for an example the reader has one.
-            if (command.text.startsWith(QLatin1String("example_")))
-                environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-            else
-                environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-            QProcess shell;
-            shell.setProcessEnvironment(environment);
-            shell.setWorkingDirectory(folder.path());
-            shell.setProcessChannelMode(QProcess::MergedChannels);
-            shell.start(QStringLiteral("bash"), {QStringLiteral("-c"), command.text});
-            ASSERT_TRUE(shell.waitForFinished(60000));
-            const QString printed = QString::fromUtf8(shell.readAll());
-            EXPECT_TRUE(matches(command.output, printed)) << "shown:\n"
-                                                          << qPrintable(command.output.join(u'\n')) << "\nprinted:\n"
-                                                          << qPrintable(printed);
-            ++commands;
         }
     }
     EXPECT_GT(commands, 0);
 }
 
-TEST(Readme, EveryProgramShownIsTheFileThatIsCompiled)
+TEST_P(Shown, EveryProgramIsOneThatIsCompiled)
 {
-    int programs = 0;
-    for (const Block &block : blocksThatRun()) {
-        if (block.language != QLatin1String("cpp"))
-            continue;
-        static const QRegularExpression link(QStringLiteral("\\((?:\\.\\./)?(examples/\\w+\\.cpp)\\)"));
-        const QString path = link.match(block.heading).captured(1);
-        ASSERT_FALSE(path.isEmpty()) << "the line before a program names its file: " << qPrintable(block.heading);
-        EXPECT_EQ(block.lines.join(u'\n'), linesOf(root + u'/' + path).join(u'\n').trimmed()) << qPrintable(path);
-        ++programs;
-    }
-    EXPECT_GT(programs, 0);
-}
-
-TEST(Documents, EveryLinkLeadsSomewhere)
-{
-    static const QRegularExpression link(QStringLiteral("\\]\\(([^)#]+)(#[^)]*)?\\)"));
-    for (const QString &path : documents()) {
-        auto links = link.globalMatch(linesOf(path).join(u'\n'));
-        while (links.hasNext()) {
-            const QString target = links.next().captured(1);
-            if (!target.startsWith(QLatin1String("https://"))) {
-                EXPECT_TRUE(QFile::exists(QFileInfo(path).dir().filePath(target)))
-                    << qPrintable(path) << " links to " << qPrintable(target);
-            }
+    for (const QString &page : GetParam().pages) {
+        for (const Block &block : blocksOf(linesOf(root() + u'/' + page))) {
+            if (block.language != QLatin1String("cpp"))
+                continue;
+            static const QRegularExpression link(QStringLiteral("\\((?:\\.\\./)*(examples/\\w+\\.cpp)\\)"));
+            const QString path = link.match(block.heading).captured(1);
+            ASSERT_FALSE(path.isEmpty())
+                << qPrintable(page) << ": the line before a program names its file: " << qPrintable(block.heading);
+            EXPECT_TRUE(isPartOf(block.lines, linesOf(root() + u'/' + path)))
+                << qPrintable(page) << " shows what is not in " << qPrintable(path) << ":\n"
+                << qPrintable(block.lines.join(u'\n'));
         }
     }
 }
 
+TEST(Documents, EveryLinkLeadsSomewhere)
+{
+    static const QRegularExpression link(QStringLiteral("(?:\\]\\(|src=\")([^)#\" ]*)(?:#([^)\"]*))?[)\"]"));
+    int links = 0;
+    for (const QString &page : allPages()) {
+        const QStringList text = linesOf(page);
+        auto found = link.globalMatch(text.join(u'\n'));
+        while (found.hasNext()) {
+            const QRegularExpressionMatch match = found.next();
+            const QString target = match.captured(1);
+            if (target.startsWith(QLatin1String("https://")))
+                continue;
+            const QString path = target.isEmpty() ? page : QFileInfo(page).dir().filePath(target);
+            ASSERT_TRUE(QFile::exists(path)) << qPrintable(page) << " links to " << qPrintable(target);
+            if (!match.captured(2).isEmpty()) {
+                EXPECT_TRUE(anchorsOf(linesOf(path)).contains(match.captured(2)))
+                    << qPrintable(page) << " links to a heading that is not there: " << qPrintable(match.captured(0));
+            }
+            ++links;
+        }
+    }
+    EXPECT_GT(links, 50);
+}
+
+TEST(Documents, EveryPageOfTheGuideIsInItsIndex)
+{
+    QStringList indexed;
+    for (const Tour &tour : tours()) {
+        if (tour.name == "Guide")
+            indexed = tour.pages;
+    }
+    int pages = 0;
+    for (const QString &page : allPages()) {
+        if (!page.contains(QLatin1String("/docs/guide/")))
+            continue;
+        EXPECT_TRUE(indexed.contains(page.mid(root().size() + 1))) << qPrintable(page);
+        ++pages;
+    }
+    EXPECT_GT(pages, 5);
+}
+
+TEST(Documents, TheGuideIsReadInHalfAnHour)
+{
+    // 200 words a minute; what commands print is looked at, not read.
+    qsizetype words = 0;
+    for (const Tour &tour : tours()) {
+        if (tour.name != "Guide")
+            continue;
+        for (const QString &page : tour.pages) {
+            bool inside = false;
+            for (const QString &line : linesOf(root() + u'/' + page)) {
+                if (line.startsWith(QLatin1String("```")))
+                    inside = !inside;
+                else if (!inside)
+                    words += line.split(u' ', Qt::SkipEmptyParts).size();
+            }
+        }
+    }
+    EXPECT_GT(words, 1000);
+    EXPECT_LE(words, 30 * 200);
+}
+
 TEST(Documents, DependenciesNameEveryPackageOfTheScripts)
 {
-    const QString told = linesOf(root + QStringLiteral("/docs/dependencies.md")).join(u'\n');
-    static const QRegularExpression package(QStringLiteral("^(build|test|lint|measure) +(\\S+)"));
+    const QString told = linesOf(root() + QStringLiteral("/docs/dependencies.md")).join(u'\n');
+    static const QRegularExpression package(QStringLiteral("^(build|test|lint|measure|docs) +(\\S+)"));
     int packages = 0;
-    for (const QString &line : linesOf(root + QStringLiteral("/scripts/packages"))) {
+    for (const QString &line : linesOf(root() + QStringLiteral("/scripts/packages"))) {
         const QRegularExpressionMatch match = package.match(line);
         if (!match.hasMatch())
             continue;
@@ -209,4 +190,24 @@ TEST(ReadmeCheck, NoticesOutputThatDiffers)
     EXPECT_FALSE(matches({QStringLiteral("a")}, QStringLiteral("b")));
     EXPECT_FALSE(matches({QStringLiteral("a")}, QStringLiteral("a\nb")));
     EXPECT_FALSE(matches({}, QStringLiteral("error: something")));
+}
+
+TEST(ReadmeCheck, NoticesAPieceOfAProgramThatIsNotInIt)
+{
+    const QStringList program = {QStringLiteral("int main()"), QStringLiteral("{"),
+                                 QStringLiteral("    one();"), QString(),
+                                 QStringLiteral("    two();"), QStringLiteral("}")};
+    EXPECT_TRUE(isPartOf({QStringLiteral("one();"), QString(), QStringLiteral("two();")}, program));
+    EXPECT_TRUE(isPartOf({QStringLiteral("int main()"), QStringLiteral("{")}, program));
+    EXPECT_FALSE(isPartOf({QStringLiteral("one();"), QStringLiteral("two();")}, program));
+    EXPECT_FALSE(isPartOf({QStringLiteral("one();"), QString(), QStringLiteral("    two();")}, program));
+    EXPECT_FALSE(isPartOf({QStringLiteral("three();")}, program));
+    EXPECT_FALSE(isPartOf({}, program));
+}
+
+TEST(ReadmeCheck, KnowsTheAnchorsOfHeadings)
+{
+    EXPECT_EQ(anchorsOf({QStringLiteral("# A prediction"), QStringLiteral("```"), QStringLiteral("# no"),
+                         QStringLiteral("```"), QStringLiteral("## Errors, and what to do: R²")}),
+              (QStringList{QStringLiteral("a-prediction"), QStringLiteral("errors-and-what-to-do-r²")}));
 }

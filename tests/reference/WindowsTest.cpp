@@ -1,0 +1,175 @@
+#include "platform/Messages.h"
+#include "present/Loadgage.h"
+#include "present/Matrxdlg.h"
+#include "present/Mlroutpt.h"
+#include "present/Mlrplot.h"
+#include "present/Optgauge.h"
+#include "present/controls/Figuretable.h"
+#include "present/controls/Gauge.h"
+#include "present/controls/Headerbar.h"
+#include "present/controls/Imagebox.h"
+#include "present/figures/Figurespage.h"
+#include "present/figures/Fitdata.h"
+#include "present/statistics/Observationspage.h"
+#include "present/statistics/Pageview.h"
+#include "present/statistics/Statisticsform.h"
+#include "reference/Fitted.h"
+#include "select/Choice.h"
+#include "select/Cvmain.h"
+#include "select/Stepmain.h"
+#include "select/choice/Choiceform.h"
+#include "select/choice/Modelspage.h"
+#include "select/choice/Stepspage.h"
+
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+TEST(WindowExamples, PagesOnAFormOfOnesOwn)
+{
+    FittedLongley longley;
+    //! [TSummaryPage]
+    nuvo::Asked asked;
+    asked.influence = true;
+    const nuvo::Figures figures = nuvo::figures(longley, asked);
+    QWidget form;
+    auto *layout = new QVBoxLayout(&form);
+    auto *summary = new TSummaryPage;
+    auto *tests = new TDiagnosticsPage;
+    auto *observations = new TObservationsPage;
+    auto *plots = new TFiguresPage;
+    for (QWidget *page : std::initializer_list<QWidget *>{summary, tests, observations, plots})
+        layout->addWidget(page);
+    summary->SetFigures(figures);
+    tests->SetFigures(figures);
+    observations->SetFigures(figures);
+    plots->SetFigures(nuvo::fitFigures(nuvo::figureData(longley)));
+    // A row that is selected is a marked point.
+    QObject::connect(observations, &TObservationsPage::SelectionChanged,
+                     [=] { plots->SetSelected(observations->Selected()); });
+    //! [TSummaryPage]
+    observations->View().selectRow(4);
+    EXPECT_EQ(plots->Selected(), std::set<qint64>{5});
+    EXPECT_TRUE(summary->toPlainText().contains("TOTEMP"));
+    //! [TPageView]
+    TPageView page;
+    page.SetPage(nuvo::statisticsPage(figures));
+    //! [TPageView]
+    EXPECT_TRUE(page.toPlainText().contains("Analysis of variance"));
+    //! [TFigureView]
+    TFigureView view;
+    view.SetFigure(nuvo::fitFigure(nuvo::figureData(longley), nuvo::FigureKind::ResidualByFitted));
+    view.SetSelected({5});
+    view.Zoom(2, view.rect().center());
+    //! [TFigureView]
+    EXPECT_EQ(view.Painter().Title().isEmpty(), false);
+}
+
+TEST(WindowExamples, WindowsOfAFit)
+{
+    FittedLongley longley;
+    //! [TStatisticsForm]
+    TStatisticsForm statistics; // longley.ShowStatistics() shows one and waits until it is closed
+    statistics.Load(longley);
+    statistics.SetPageIndex(3); // the figures
+    statistics.show();
+    //! [TStatisticsForm]
+    EXPECT_EQ(statistics.PageIndex(), 3);
+    //! [TRegressionOutputForm]
+    TRegressionOutputForm report; // longley.Output() shows one and waits until it is closed
+    const nuvo::Figures figures = nuvo::figures(longley);
+    report.SetFigures(figures);
+    report.Fill(&longley, "Employment", nuvo::reportBlocks(figures));
+    const QImage picture = report.Picture();
+    //! [TRegressionOutputForm]
+    EXPECT_FALSE(picture.isNull());
+    //! [TMLRPlotForm]
+    TMLRPlotForm plots; // longley.ShowPlots() shows one and waits until it is closed
+    plots.Load(longley);
+    plots.ECDFPlotBtnClick();
+    //! [TMLRPlotForm]
+    EXPECT_FALSE(plots.grab().isNull());
+    //! [TAnalysisMatrix]
+    TAnalysisMatrix matrix; // what the report's button "Zoom" opens
+    //! [TAnalysisMatrix]
+    EXPECT_FALSE(matrix.isVisible());
+}
+
+TEST(WindowExamples, TheWindowOfAChoice)
+{
+    FittedLongley longley;
+    SetMessageHandler([](const QString &, TMsgDlgType, unsigned, int) { return int(mrOk); });
+    TOptimizeMLR search;
+    search.SetTable(&longley);
+    search.SetRule(TCorvane::Textbook);
+    search.Run();
+    //! [TChoiceForm]
+    TChoiceForm window; // search.ShowChoice() shows one and waits until it is closed
+    window.Load(search);
+    window.show();
+    //! [TChoiceForm]
+    EXPECT_EQ(window.PageIndex(), 0);
+    //! [TModelsPage]
+    TModelsPage models; // the list of models on a form of one's own
+    models.SetChoice(*search.Choice());
+    models.SetSelected(1);
+    QObject::connect(&models, &TModelsPage::UseModel, [&](int model) { search.SelectModel(model); });
+    //! [TModelsPage]
+    EXPECT_EQ(models.Selected(), 1);
+    TStepWiseMLR stepwise;
+    stepwise.SetTable(&longley);
+    stepwise.SetRule(TCorvane::Textbook);
+    stepwise.Run();
+    SetMessageHandler({});
+    //! [TStepsPage]
+    TStepsPage steps; // the steps of a search, with the candidates of the selected one
+    steps.SetChoice(*stepwise.Choice());
+    steps.SetSelected(1);
+    //! [TStepsPage]
+    EXPECT_EQ(steps.Selected(), 1);
+}
+
+TEST(WindowExamples, ProgressDialogs)
+{
+    //! [TGaugeDlg]
+    TGaugeDlg dialog; // a selection's; TMLRGaugeDlg is that of a load
+    dialog.Show();
+    dialog.SetGaugeText("Fitting 3 of 7");
+    dialog.SetGaugeProgress(43);
+    const bool stopped = dialog.Stopped(); // whether Escape was pressed
+    dialog.Close();
+    //! [TGaugeDlg]
+    EXPECT_FALSE(stopped);
+}
+
+TEST(WindowExamples, Controls)
+{
+    //! [TGauge]
+    TGauge gauge;
+    gauge.SetMaxValue(200);
+    gauge.SetProgress(50);
+    const int percent = gauge.PercentDone();
+    //! [TGauge]
+    EXPECT_EQ(percent, 25);
+    //! [THeader]
+    THeader header;
+    header.SetSections({"Term", "Estimate"});
+    //! [THeader]
+    EXPECT_EQ(header.Sections().size(), 2);
+    QImage picture(32, 32, QImage::Format_RGB32);
+    //! [TImage]
+    TImage box;
+    box.SetImage(picture);
+    //! [TImage]
+    //! [NumberOrder]
+    QStandardItemModel numbers(2, 1);
+    numbers.setData(numbers.index(0, 0), 10.5, nuvo::NumberRole);
+    numbers.setData(numbers.index(1, 0), 9.5, nuvo::NumberRole);
+    nuvo::NumberOrder sorted; // by the numbers, not by the texts that are shown
+    sorted.setSourceModel(&numbers);
+    sorted.sort(0);
+    //! [NumberOrder]
+    EXPECT_EQ(sorted.index(0, 0).data(nuvo::NumberRole).toDouble(), 9.5);
+}
