@@ -74,7 +74,7 @@ LoadedRecords EveryRecord::load(const std::vector<int> &places, ControlSet recor
         columns.push_back(1 + std::popcount(records & ((ControlSet(1) << place) - 1)));
     const Sample &sample = sampleOf(records);
     LoadedRecords loaded;
-    loaded.totals = totalsOf(sums_.sums, records).ofColumns(columns);
+    loaded.totals = std::make_shared<const RecordTotals>(totalsOf(sums_.sums, records).ofColumns(columns));
     loaded.observations = Observations(sample.rows, sample.n, places)
                               .withRanges(std::span(loaded.totals->x).subspan(1), loaded.totals->y);
     loaded.read = sums_.read;

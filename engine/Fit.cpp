@@ -72,51 +72,65 @@ bool isWhole(const ObservedColumn &column, int n)
 
 } // namespace
 
-Fit::Fit(Observations observations) : observations_(std::move(observations)), sums_(sumsOf(observations_))
+Fit::Fit(const Observations &observations) : observations_(observations)
 {
-    solve();
+    const Sums sums = sumsOf(observations_);
+    solve(sums);
+    if (!plain_ || observations_.keptProducts() == nullptr)
+        sums_ = std::make_unique<const Sums>(sums);
 }
 
-Fit::Fit(Observations sample, const Sums &sums) : observations_(std::move(sample)), sums_(sums)
+Fit::Fit(Observations sample, const Sums &sums)
+    : observations_(std::move(sample)), sums_(std::make_unique<const Sums>(sums))
 {
-    solve();
+    solve(*sums_);
 }
 
-Fit::Fit(Observations sample, const RecordTotals &totals)
-    : observations_(std::move(sample)), sums_(totals.sums), spread_(totals.spread)
+Fit::Fit(Observations sample, const RecordTotals &totals) : Fit(std::move(sample), totals.sums)
 {
-    solve();
+    spread_ = std::make_unique<Spread>(totals.spread);
 }
 
 Fit::~Fit() = default;
 
-void Fit::solve()
+const Sums &Fit::sums() const
 {
-    coefficients_ = solveCoefficients(sums_.products, sums_.m);
-    if (observations_.hasLowParts() && sums_.n == observations_.n())
-        correct();
-    b_ = coefficients_.b;
-    if (sums_.plain())
-        return;
-    for (std::size_t j = 0; j <= std::size_t(sums_.m); ++j)
-        b_[j] = std::scalbn(b_[j], responseExponent() - sums_.exponents[j]);
+    if (!sums_)
+        sums_ = std::make_unique<const Sums>(sumsOf(observations_));
+    return *sums_;
 }
 
-void Fit::correct()
+void Fit::solve(const Sums &sums)
+{
+    n_ = sums.n;
+    m_ = sums.m;
+    plain_ = sums.plain();
+    exponents_ = sums.exponents;
+    coefficients_ = solveCoefficients(sums.products, m_);
+    if (observations_.hasLowParts() && n_ == observations_.n())
+        correct(sums);
+    b_ = coefficients_.b;
+    if (plain_)
+        return;
+    for (std::size_t j = 0; j <= std::size_t(m_); ++j)
+        b_[j] = std::scalbn(b_[j], responseExponent() - exponents_[j]);
+}
+
+void Fit::correct(const Sums &sums)
 {
     auto factors =
-        std::make_unique<const Factors>(factorize(sums_.products, columnsOf(observations_), sums_.exponents));
-    if (factors->rank() != sums_.m + 1 || !(factors->sse.hi >= 0))
+        std::make_unique<const Factors>(factorize(sums.products, columnsOf(observations_), sums.exponents));
+    if (factors->rank() != m_ + 1 || !(factors->sse.hi >= 0))
         return;
-    for (std::size_t j = 0; j <= std::size_t(sums_.m); ++j)
+    for (std::size_t j = 0; j <= std::size_t(m_); ++j)
         coefficients_.b[j] = std::scalbn(factors->coefficients[j].hi,
-                                         unitOf(*factors, sums_, responseNumber()) - unitOf(*factors, sums_, j));
+                                         unitOf(*factors, sums, responseNumber()) - unitOf(*factors, sums, j));
     // Of an exact fit the factors say no more than that it is one.
     if (!factors->exact) {
         DoubleDouble explained;
-        for (std::size_t k = 1; k <= std::size_t(sums_.m); ++k)
+        for (std::size_t k = 1; k <= std::size_t(m_); ++k)
             explained += factors->projected[k] * factors->projected[k];
-        const int unit = 2 * unitOf(*factors, sums_, responseNumber());
+        const int unit = 2 * unitOf(*factors, sums, responseNumber());
         coefficients_.ssr = std::scalbn(explained.hi, unit);
         coefficients_.sse = std::scalbn(factors->sse.hi, unit);
     }
@@ -143,22 +157,22 @@ std::optional<double> Fit::rSquared() const
 
 double Fit::f() const
 {
-    return (coefficients_.ssr / sums_.m) / scaledMse();
+    return (coefficients_.ssr / m_) / scaledMse();
 }
 
 const Fit::Matrices &Fit::matrices() const
 {
     if (!matrices_) {
         matrices_ = std::make_unique<Matrices>();
-        const int m = sums_.m;
+        const int m = m_;
         if (factors_)
-            findInverse(*factors_, sums_, matrices_->scaledInverse);
+            findInverse(*factors_, sums(), matrices_->scaledInverse);
         else
-            matrices_->scaledInverse = solveNormalEquations(sums_.products, m).inverse;
+            matrices_->scaledInverse = solveNormalEquations(sums().products, m).inverse;
         findScaledCovariances(matrices_->scaledInverse, scaledMse(), m, matrices_->scaledCovariances);
         findCorrelations(matrices_->scaledCovariances, m, matrices_->correlations);
         matrices_->covariances = matrices_->scaledCovariances;
-        unscale(sums_, m, matrices_->covariances);
+        unscale(sums(), m, matrices_->covariances);
     }
     return *matrices_;
 }
@@ -182,13 +196,13 @@ double Fit::stdErr(int j) const
 {
     const std::size_t at = std::size_t(j);
     const double root = std::sqrt(matrices().scaledCovariances[at][at]);
-    return std::scalbn(root, responseExponent() - sums_.exponents[at]);
+    return std::scalbn(root, responseExponent() - exponents_[at]);
 }
 
 const Spread &Fit::spread() const
 {
     if (!spread_) {
-        spread_.emplace();
+        spread_ = std::make_unique<Spread>();
         findMeans(observations_, *spread_);
         findDeviations(observations_, *spread_);
     }
@@ -231,17 +245,17 @@ const std::vector<double> &Fit::residuals() const
 const std::vector<int> &Fit::dependentColumns() const
 {
     if (!dependent_)
-        dependent_ = nuvo::dependentColumns(sums_.products, sums_.m);
+        dependent_ = nuvo::dependentColumns(sums().products, m_);
     return *dependent_;
 }
 
 Fit::Vector Fit::findDigits() const
 {
     constexpr double most = 16;
-    const std::size_t m = std::size_t(sums_.m);
+    const std::size_t m = std::size_t(m_);
     // All of it on the scaled columns, where every square is in range.
     const auto size = [&](const ObservedColumn &column, std::size_t number) {
-        return std::scalbn(column.range.largest(), -sums_.exponents[number]);
+        return std::scalbn(column.range.largest(), -exponents_[number]);
     };
     // The root mean square of what rounding does to values as large as these.
     const auto rounding = [&](const ObservedColumn &column, std::size_t number) {
@@ -256,13 +270,13 @@ Fit::Vector Fit::findDigits() const
         moved[k] = rounding(observations_.x(int(k)), k);
         moves += b[k] * b[k] * moved[k] * moved[k];
     }
-    const double deviation = std::scalbn(spread().yStdErr, -sums_.exponents[m + 1]);
+    const double deviation = std::scalbn(spread().yStdErr, -exponents_[m + 1]);
     Vector result{};
     for (std::size_t j = 0; j <= m; ++j) {
         double variance = inverse[j][j] * moves;
         for (std::size_t k = 1; k <= m; ++k)
             variance += coefficients_.sse * inverse[j][k] * inverse[j][k] * moved[k] * moved[k];
-        const double across = j == 0 ? 1 : std::scalbn(spread().xStdErr[j], -sums_.exponents[j]);
+        const double across = j == 0 ? 1 : std::scalbn(spread().xStdErr[j], -exponents_[j]);
         const double relative = std::sqrt(variance) / std::fmax(std::fabs(b[j]), deviation / across);
         result[j] = relative == 0 ? most : std::isfinite(relative) ? std::clamp(-std::log10(relative), 0.0, most) : 0;
     }
@@ -272,7 +286,7 @@ Fit::Vector Fit::findDigits() const
 double Fit::digits(int j) const
 {
     if (!digits_)
-        digits_ = findDigits();
+        digits_ = std::make_unique<const Vector>(findDigits());
     return (*digits_)[std::size_t(j)];
 }
 
@@ -281,7 +295,7 @@ double Fit::digits() const
     if (!dependentColumns().empty())
         return 0;
     double least = digits(0);
-    for (int j = 1; j <= sums_.m; ++j)
+    for (int j = 1; j <= m_; ++j)
         least = std::min(least, digits(j));
     return least;
 }

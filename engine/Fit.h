@@ -28,7 +28,7 @@ public:
     using Vector = std::array<double, MaxParameters>;
     using Matrix = NormalEquations::Matrix;
 
-    explicit Fit(Observations observations);
+    explicit Fit(const Observations &observations);
     /// From sums over more records than the observations, which are a sample of them.
     Fit(Observations sample, const Sums &sums);
     /// The same with the spread of these records; the ranges of the sample's columns are to be theirs.
@@ -39,13 +39,13 @@ public:
 
     /// What the residuals are of.
     const Observations &observations() const { return observations_; }
-    const Sums &sums() const { return sums_; }
+    const Sums &sums() const;
 
     /// Observations behind the sums.
-    std::int64_t n() const { return sums_.n; }
-    int m() const { return sums_.m; }
+    std::int64_t n() const { return n_; }
+    int m() const { return m_; }
     /// n - (m + 1), also where that is not positive.
-    std::int64_t degreesOfFreedom() const { return sums_.n - (sums_.m + 1); }
+    std::int64_t degreesOfFreedom() const { return n_ - (m_ + 1); }
 
     const Vector &b() const { return b_; }
     double b(int j) const { return b_[std::size_t(j)]; }
@@ -71,7 +71,9 @@ public:
     double scaledSse() const { return coefficients_.sse; }
     double scaledSsr() const { return coefficients_.ssr; }
     double scaledMse() const { return coefficients_.sse / double(degreesOfFreedom()); }
-    int responseExponent() const { return sums_.exponents[std::size_t(sums_.m) + 1]; }
+    int responseExponent() const { return exponents_[responseNumber()]; }
+    /// Whether no column is kept as a multiple, Sums::plain().
+    bool plain() const { return plain_; }
 
     /// (X'X)^-1; of sums that are scaled it is that of these: element (i, j) times 2^(e(i) + e(j)).
     const Matrix &scaledInverse() const;
@@ -111,24 +113,29 @@ private:
     struct Matrices;
     struct Residuals;
 
-    std::size_t responseNumber() const { return std::size_t(sums_.m) + 1; }
-    void solve();
-    void correct();
+    std::size_t responseNumber() const { return std::size_t(m_) + 1; }
+    void solve(const Sums &sums);
+    void correct(const Sums &sums);
     Vector findDigits() const;
     double squares(double value) const;
     const Matrices &matrices() const;
     const Residuals &settledResiduals() const;
 
     Observations observations_;
-    Sums sums_;
-    Coefficients coefficients_; ///< of the sums, scaled as these are
+    std::int64_t n_ = 0;
+    int m_ = 0;
+    bool plain_ = true;
+    std::array<int, MaxParameters + 1> exponents_{}; ///< of the sums
+    Coefficients coefficients_;                      ///< of the sums, scaled as these are
     std::unique_ptr<const Factors> factors_;
     Vector b_;
+    // A choice among models makes thousands of fits and asks most of them for no more: they stay small.
+    mutable std::unique_ptr<const Sums> sums_; ///< null where the observations keep the cross products
     mutable std::unique_ptr<Matrices> matrices_;
-    mutable std::optional<Spread> spread_;
+    mutable std::unique_ptr<Spread> spread_;
     mutable std::unique_ptr<Residuals> residuals_;
     mutable std::optional<std::vector<int>> dependent_;
-    mutable std::optional<Vector> digits_;
+    mutable std::unique_ptr<const Vector> digits_;
 };
 
 /// MSE (X'X)^-1 for another mean square error, scaled like the fit's, as far as column m.

@@ -66,7 +66,8 @@ TIndepVar::~TIndepVar() = default;
 void TIndepVar::SetUsage(const QString &value)
 {
     SetParameters(0, value);
-    if (value == u"Inactive")
+    static constexpr QStringView Inactive(u"Inactive");
+    if (value == Inactive)
         SetTransformation(kUndefined);
 }
 

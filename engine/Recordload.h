@@ -35,8 +35,8 @@ struct LoadedRecords
     bool more = false;    ///< there are records behind those walked
     /// What the terms could not use, the response first, without their names; empty where that was not counted.
     std::vector<LeftOut> leftOut{};
-    /// Of all records, where the observations are a sample.
-    std::optional<RecordTotals> totals{};
+    /// Of all records, where the observations are a sample; null for most loads.
+    std::shared_ptr<const RecordTotals> totals{};
     std::optional<qint64> total{}; ///< records in the dataset, where every one was read
 };
 

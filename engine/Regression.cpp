@@ -242,7 +242,8 @@ namespace {
 
 bool isDefined(const TIndepVar &definition)
 {
-    return definition.Count() > 1 && definition.Strings(1) != u"Undefined";
+    static constexpr QStringView Undefined(u"Undefined"); // its length is known
+    return definition.Count() > 1 && definition.Strings(1) != Undefined;
 }
 
 /// Loads follow each other by the thousand, most of their definitions the very same ones.

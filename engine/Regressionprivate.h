@@ -115,7 +115,7 @@ public:
     int m = 0;
     std::array<TIndepVar, MaxControls> columns; ///< column j at j - 1
     nuvo::Observations observed;
-    std::optional<nuvo::RecordTotals> totals; ///< of all records, where those observed are a sample
+    std::shared_ptr<const nuvo::RecordTotals> totals; ///< of all records, where those observed are a sample
     qint64 recordsRead = 0;
     bool moreRecords = false;           ///< behind those read
     std::optional<qint64> recordsTotal; ///< where every record was read

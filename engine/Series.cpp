@@ -114,7 +114,7 @@ void TRegression::Private::keepColumns(std::span<const int> numbers)
 {
     observed = observed.only(numbers);
     if (totals)
-        totals = totals->ofColumns(numbers);
+        totals = std::make_shared<const nuvo::RecordTotals>(totals->ofColumns(numbers));
     m = int(numbers.size());
     // Ascending, so that nothing is overwritten that is still needed.
     for (std::size_t j = 0; j < numbers.size(); ++j) {

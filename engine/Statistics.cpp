@@ -175,7 +175,7 @@ double TRegression::GetCorr(int i, int j) const
 double TRegression::GetStdErr(int j) const
 {
     // The variance can be out of range where its root is not.
-    if (d->lastFit && !d->lastFit->sums().plain() && j <= d->lastFit->m())
+    if (d->lastFit && !d->lastFit->plain() && j <= d->lastFit->m())
         return d->lastFit->stdErr(j);
     return std::sqrt(GetCovar(j, j));
 }
@@ -297,9 +297,12 @@ void TRegression::ComputeyStdErr()
 
 void TRegression::ComputebVector()
 {
-    d->lastFit = d->totals
-                     ? std::make_shared<const nuvo::Fit>(d->observed.ofColumns(d->m), d->totals->ofColumns(d->m))
-                     : std::make_shared<const nuvo::Fit>(d->observed.ofColumns(d->m));
+    if (d->totals)
+        d->lastFit = std::make_shared<const nuvo::Fit>(d->observed.ofColumns(d->m), d->totals->ofColumns(d->m));
+    else if (d->m == d->observed.m())
+        d->lastFit = std::make_shared<const nuvo::Fit>(d->observed);
+    else
+        d->lastFit = std::make_shared<const nuvo::Fit>(d->observed.ofColumns(d->m));
     for (int rows = d->lastFit->zeroRows(); rows > 0; --rows)
         MessageDlg(QStringLiteral("Your matrix is singular"), TMsgDlgType::mtError);
 }
