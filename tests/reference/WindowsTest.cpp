@@ -1,4 +1,9 @@
+#include "design/model/Modelcheck.h"
+#include "design/model/Modeldialog.h"
+#include "design/model/Modeleditor.h"
+#include "design/model/Modelfields.h"
 #include "platform/Messages.h"
+#include "present/Connectiondlg.h"
 #include "present/Loadgage.h"
 #include "present/Matrxdlg.h"
 #include "present/Mlroutpt.h"
@@ -129,6 +134,45 @@ TEST(WindowExamples, TheWindowOfAChoice)
     steps.SetSelected(1);
     //! [TStepsPage]
     EXPECT_EQ(steps.Selected(), 1);
+}
+
+TEST(WindowExamples, TheModelInAnEditor)
+{
+    FittedLongley longley;
+    //! [TModelEditor]
+    TModelEditor editor; // fields on the left, Y and X1 to X10 on the right
+    editor.SetFields(nuvo::modelFields(longley));
+    editor.SetModel(nuvo::RegressionModel::of(longley));
+    editor.AddFields({"ARMED"}); // as a double click does
+    const QString third = editor.Model().term(3);
+    const std::vector<nuvo::ModelProblem> &problems = editor.Problems(); // what stands below the terms
+    //! [TModelEditor]
+    EXPECT_EQ(third, "ARMED");
+    EXPECT_TRUE(problems.empty());
+    //! [RegressionModel]
+    nuvo::RegressionModel model = nuvo::RegressionModel::of(longley); // a value: the component does not change
+    model.setTransformation(0, "Log");                                // place 0 is the response
+    model.exchange(1, 2);
+    const QString response = model.term(0);
+    const QString first = model.term(1);
+    //! [RegressionModel]
+    EXPECT_EQ(response, "Ln(TOTEMP)");
+    EXPECT_EQ(first, "UNEMP");
+    //! [TModelDialog]
+    TModelDialog dialog; // OpenForm() shows it and waits for OK
+    dialog.Editor().SetModel(model);
+    //! [TModelDialog]
+    EXPECT_EQ(dialog.Editor().Model(), model);
+}
+
+TEST(WindowExamples, ADatabaseIsPutTogether)
+{
+    //! [ConnectionDialog]
+    nuvo::ConnectionDialog dialog; // askDatabaseName() shows one and waits
+    dialog.SetDatabaseName("postgresql://ann@db.example:5433/shop");
+    const QString name = dialog.DatabaseName(); // no password is ever in it
+    //! [ConnectionDialog]
+    EXPECT_EQ(name, "postgresql://ann@db.example:5433/shop");
 }
 
 TEST(WindowExamples, ProgressDialogs)
