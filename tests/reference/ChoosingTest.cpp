@@ -16,7 +16,7 @@ class States : public TMLRTable
 public:
     States()
     {
-        SetDatabaseName(SAMPLES_DB);
+        SetDatabaseName("samples.db");
         SetTableName("States");
         ResponseVarY().SetField("Life expectancy");
         int k = 0;

@@ -3,14 +3,29 @@
 #include "platform/Stringlist.h"
 #include "platform/Table.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
+
+namespace {
+
+/// All examples work where the sample database is, as their reader does.
+class InItsFolder : public testing::Environment
+{
+public:
+    void SetUp() override { ASSERT_TRUE(QDir::setCurrent(SAMPLES_FOLDER)); }
+};
+
+const testing::Environment *const inItsFolder = testing::AddGlobalTestEnvironment(new InItsFolder);
+
+} // namespace
 
 TEST(DatasetExamples, AWalkOverRecords)
 {
     double hottest = 0;
     //! [TDataSet]
     TTable air;
-    air.SetDatabaseName(SAMPLES_DB);
+    air.SetDatabaseName("samples.db");
     air.SetTableName("Airquality");
     const nuvo::ControlsOff off(air); // views do not follow the walk
     for (air.Open(); !air.Eof(); air.Next())
@@ -25,7 +40,7 @@ TEST(DatasetExamples, ATableWithFilterAndOrder)
 {
     //! [TTable]
     TTable states;
-    states.SetDatabaseName(SAMPLES_DB);
+    states.SetDatabaseName("samples.db");
     states.SetTableName("States");
     states.SetFilter("Region = 'South'");
     states.SetFiltered(true);
@@ -41,7 +56,7 @@ TEST(DatasetExamples, AQueryWithAParameter)
 {
     //! [TQuery]
     TQuery states;
-    states.SetDatabaseName(SAMPLES_DB);
+    states.SetDatabaseName("samples.db");
     states.SetSQL("SELECT Region, COUNT(*) AS States FROM States WHERE Population >= :least GROUP BY Region");
     states.SetParam("least", 10000);
     states.Open();
@@ -56,7 +71,7 @@ TEST(DatasetExamples, AFieldOfTheCurrentRecord)
 {
     //! [TField]
     TTable air;
-    air.SetDatabaseName(SAMPLES_DB);
+    air.SetDatabaseName("samples.db");
     air.SetTableName("Airquality");
     air.Open();
     air.MoveBy(4); // the fifth of May
@@ -76,7 +91,7 @@ TEST(DatasetExamples, WhatCannotBeDoneIsAnException)
     QString said;
     //! [EPlatformError]
     TTable table;
-    table.SetDatabaseName(SAMPLES_DB);
+    table.SetDatabaseName("samples.db");
     table.SetTableName("Longly");
     try {
         table.Open();

@@ -8,7 +8,7 @@ class FittedLongley : public TMLRTable
 public:
     FittedLongley()
     {
-        SetDatabaseName(SAMPLES_DB);
+        SetDatabaseName("samples.db");
         SetTableName("Longley");
         ResponseVarY().SetField("TOTEMP");
         ControlVar(1).SetField1("GNP");

@@ -13,7 +13,7 @@ TEST(RegressionExamples, ATable)
 {
     //! [TMLRTable]
     TMLRTable longley;
-    longley.SetDatabaseName(SAMPLES_DB);
+    longley.SetDatabaseName("samples.db");
     longley.SetTableName("Longley");
     longley.ResponseVarY().SetField("TOTEMP");
     longley.ControlVar(1).SetField1("GNP");
@@ -30,7 +30,7 @@ TEST(RegressionExamples, AQuery)
 {
     //! [TMLRQuery]
     TMLRQuery states;
-    states.SetDatabaseName(SAMPLES_DB);
+    states.SetDatabaseName("samples.db");
     states.SetSQL("SELECT Murder, Region = 'South' AS South FROM States");
     states.ResponseVarY().SetField("Murder");
     states.ControlVar(1).SetField1("South");
@@ -116,7 +116,7 @@ TEST(RegressionExamples, RecordsThatCouldNotBeUsed)
     QStringList told;
     //! [LeftOut]
     TMLRTable air;
-    air.SetDatabaseName(SAMPLES_DB);
+    air.SetDatabaseName("samples.db");
     air.SetTableName("Airquality");
     air.ResponseVarY().SetField("Ozone");
     air.ControlVar(1).SetField1("Radiation");
