@@ -102,7 +102,8 @@ std::vector<Tour> tours()
     return {{"Readme", {QStringLiteral("README.md")}},
             {"Designer", {QStringLiteral("docs/designer.md")}},
             {"Examples", {QStringLiteral("examples/README.md")}},
-            {"Guide", guide}};
+            {"Guide", guide},
+            {"Documents", {QStringLiteral("docs/statistics.md"), QStringLiteral("docs/selection.md")}}};
 }
 
 void PrintTo(const Tour &tour, std::ostream *stream)

@@ -6,6 +6,7 @@
 #include "present/figures/Fitdata.h"
 #include "reference/Fitted.h"
 
+#include <QDir>
 #include <QPainter>
 #include <QTemporaryDir>
 
@@ -37,6 +38,27 @@ TEST(PageExamples, FiguresAsAValueAndThePageOfThem)
         records.append(QString("%1: %2").arg(nuvo::recordOf(figures, one.observation)).arg(one.inWords()));
     //! [StandOut]
     EXPECT_FALSE(records.isEmpty());
+}
+
+TEST(PageExamples, FiguresOneByOneAndAPageInAFile)
+{
+    const QTemporaryDir folder;
+    FittedLongley longley;
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(folder.path()));
+    const double p = longley.GetPValue(2);
+    const double vif = longley.GetVIF(2);
+    const nuvo::Prediction at = longley.PredictAt({{"GNP", 400000}, {"UNEMP", 3000}});
+    const std::array<double, 2> newOnes = at.prediction; // 95 % of them are between these
+    nuvo::savePage(nuvo::statisticsPage(nuvo::figures(longley, nuvo::Asked())), "longley.html",
+                   nuvo::fitFigures(nuvo::figureData(longley)));
+    QDir::setCurrent(before);
+    // R: lm(TOTEMP ~ GNP + UNEMP), summary(), 1 / (1 - R2 of UNEMP on GNP), predict(..., interval = "prediction")
+    EXPECT_NEAR(p, 0.0104896, 1e-6);
+    EXPECT_NEAR(vif, 1.575129, 1e-6);
+    EXPECT_NEAR(newOnes[0], 64714.0068, 1e-3);
+    EXPECT_NEAR(newOnes[1], 67061.143, 1e-3);
+    EXPECT_TRUE(QFile::exists(folder.filePath("longley.html")));
 }
 
 TEST(PageExamples, AFigureWithAxesInAFile)
