@@ -9,4 +9,5 @@ void Datareg::Register(nuvo::Catalogue &catalogue)
     const QString text = QStringLiteral("QString");
     catalogue.RegisterPropertyEditor<TDataSet, TDatabaseNameProperty>(text, QStringLiteral("DatabaseName"));
     catalogue.RegisterPropertyEditor<TTable, TTableNameProperty>(text, QStringLiteral("TableName"));
+    catalogue.RegisterPropertyEditor<TQuery, TSqlProperty>(QStringLiteral("QStringList"), QStringLiteral("SQL"));
 }

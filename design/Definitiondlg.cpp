@@ -1,8 +1,9 @@
 #include "design/Definitiondlg.h"
 
+#include "design/Fieldnames.h"
+#include "design/model/Numbertext.h"
 #include "engine/Mlrquery.h"
 #include "platform/Errors.h"
-#include "platform/Formats.h"
 #include "platform/Messages.h"
 #include "present/Forms.h"
 #include "present/Report.h"
@@ -15,7 +16,6 @@
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
-#include <QLocale>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
@@ -23,6 +23,7 @@
 #include <QSignalBlocker>
 #include <QStringBuilder>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <chrono>
@@ -69,6 +70,14 @@ void DefinitionDialog::PrepareControls(QLabel &shadow, QLabel &title, QPushButto
     shadow.setContentsMargins(2, 2, 0, 0);                 // half of it on each side of what is centred: one pixel
     for (int index = 0; index < controls_.items->buttons().size(); ++index)
         controls_.items->setId(controls_.items->buttons()[index], index);
+
+    faults_ = new QLabel(this);
+    faults_->setObjectName(QStringLiteral("Faults"));
+    faults_->setTextFormat(Qt::PlainText);
+    faults_->setWordWrap(true);
+    faults_->setContentsMargins(8, 2, 8, 2);
+    faults_->hide();
+    static_cast<QVBoxLayout *>(layout())->insertWidget(layout()->indexOf(controls_.Panel2), faults_);
 
     connect(controls_.items, &QButtonGroup::idClicked, this, &DefinitionDialog::ItemChosen);
     connect(controls_.bbtnOK, &QPushButton::clicked, this, &QDialog::accept);
@@ -179,6 +188,7 @@ void DefinitionDialog::ShowTerm(bool complete, const QString &term)
 {
     controls_.bbtnOK->setEnabled(complete);
     controls_.Panel2->setText(complete ? term : QString());
+    ShowFaults();
     Fit();
     controls_.Panel2->setToolTip(controls_.Panel2->sizeHint().width() > width() ? term : QString());
 }
@@ -194,34 +204,48 @@ void DefinitionDialog::Fit()
 
 double DefinitionDialog::Number(const QComboBox &box)
 {
-    const QString text = box.currentText();
-    double value = 0;
-    if (!TryStrToFloat(QString(text).replace(QLocale().decimalPoint(), QLatin1String(".")), value) ||
-        !std::isfinite(value))
-        throw EConvertError(QStringLiteral("\"%1\" is not a number").arg(text));
-    // "1,000" is a thousand in some countries and one in others.
-    bool grouped = false;
-    const double withGroups = QLocale().toDouble(text.trimmed(), &grouped);
-    if (grouped && withGroups != value)
-        throw EConvertError(QStringLiteral("\"%1\" is not a number: digits are written without groups").arg(text));
-    return value;
+    return typedNumber(box.currentText());
 }
 
 QString DefinitionDialog::Written(const QComboBox &box)
 {
-    return box.currentText().replace(QLocale().decimalPoint(), QLatin1String(".")).replace(u',', u'.');
+    return storedNumber(box.currentText());
 }
 
 void DefinitionDialog::ShowNumber(QComboBox &box, const QString &number)
 {
     const QSignalBlocker silent(box);
     box.setCurrentIndex(box.findText(number, Qt::MatchExactly | Qt::MatchCaseSensitive));
-    double value = 0;
-    if (box.currentIndex() < 0) {
-        box.setEditText(TryStrToFloat(number, value)
-                            ? QString(number).replace(QLatin1String("."), QLocale().decimalPoint())
-                            : number);
+    if (box.currentIndex() < 0)
+        box.setEditText(shownNumber(number));
+}
+
+void DefinitionDialog::WatchName(QLineEdit &line, const QString &placeholder)
+{
+    names_.emplace_back(&line, new FieldNames(line, placeholder)); // the line owns it
+}
+
+void DefinitionDialog::SetFields(const ModelFields &fields)
+{
+    fieldsUnknown_ = fields.known ? QString() : fields.why;
+    for (const auto &[line, names] : names_)
+        names->SetFields(fields);
+    ShowFaults();
+    Fit();
+}
+
+/// What is wrong with names stands in a line of its own, which takes no room before.
+void DefinitionDialog::ShowFaults()
+{
+    QStringList faults;
+    for (const auto &[line, names] : names_) {
+        if (IsQuery() && line->isEnabled() && !names->Fault().isEmpty())
+            faults += names->Fault();
     }
+    if (IsQuery() && !fieldsUnknown_.isEmpty())
+        faults += fieldsUnknown_;
+    faults_->setText(withoutControls(faults.join(u' ')));
+    faults_->setVisible(!faults.isEmpty());
 }
 
 bool DefinitionDialog::Handle(Moment moment, const std::function<void()> &handler)

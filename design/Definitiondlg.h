@@ -1,11 +1,13 @@
 #pragma once
 
+#include "design/model/Modelfields.h"
 #include "engine/Transformations.h"
 
 #include <QDialog>
 #include <QEvent>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 class QButtonGroup;
@@ -17,6 +19,8 @@ class QPushButton;
 class TComponent;
 
 namespace nuvo {
+
+class FieldNames;
 
 /// What the dialogs for control variables and for the response have in common: the forms to choose from, the field
 /// (picked from a list for a table, typed for a query), the divisor, the term at the bottom and the buttons.
@@ -31,6 +35,10 @@ class DefinitionDialog : public QDialog
 public:
     explicit DefinitionDialog(QWidget *parent);
     ~DefinitionDialog() override;
+
+    /// The fields of the dataset, as far as they are known: what is typed is completed from them, and a name that is
+    /// none of them is marked. May come while the dialog is open.
+    void SetFields(const ModelFields &fields);
 
 protected:
     /// Controls that both forms have under the same names.
@@ -62,6 +70,8 @@ protected:
     void Prepare(const TComponent &component, const QString &propertyName, const QString &title,
                  const QStringList &fieldNames);
 
+    /// Completes and marks the names in a line, which begins with a new definition's own.
+    void WatchName(QLineEdit &line, const QString &placeholder);
     /// Fills a list without running a handler.
     static void Offer(QComboBox &list, const QStringList &fieldNames);
 
@@ -128,12 +138,16 @@ private:
     void PrepareForm();
     void PrepareControls(QLabel &shadow, QLabel &title, QPushButton &cancel);
     void bbtnHelpClick();
+    void ShowFaults();
     void Entered(const QWidget &control, const std::function<void()> &handler);
     /// Runs the handler of a control that was left, as soon as a message can be shown.
     void Left(const QWidget &control, const std::function<void()> &handler);
     void RunWaiting();
 
     Controls controls_{};
+    std::vector<std::pair<QLineEdit *, FieldNames *>> names_;
+    QLabel *faults_ = nullptr; // above the term, while a name is marked
+    QString fieldsUnknown_;
     QString helpString_;
     QString propertyName_;
     bool isQuery_ = false;

@@ -72,6 +72,8 @@ TControlDefDlg::TControlDefDlg(QWidget *parent)
     : DefinitionDialog(parent), ui_(std::make_unique<Ui::TControlDefDlg>())
 {
     SetUp(*ui_);
+    WatchName(*ui_->edStringX, TIndepVar().Field1());
+    WatchName(*ui_->edStringY, TIndepVar().Field2());
     const auto validate = [this] { ValidateData(); };
     connect(ui_->cboxTableY, &QComboBox::currentIndexChanged, this,
             [this, validate] { Handle(Moment::Done, validate); });

@@ -39,6 +39,7 @@ TResponseDefDlg::TResponseDefDlg(QWidget *parent)
     : DefinitionDialog(parent), ui_(std::make_unique<Ui::TResponseDefDlg>())
 {
     SetUp(*ui_);
+    WatchName(*ui_->edStringX, TDependentVar().FieldName());
 }
 
 TResponseDefDlg::~TResponseDefDlg() = default;

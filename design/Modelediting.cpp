@@ -1,5 +1,6 @@
 #include "design/Modelediting.h"
 
+#include "design/Fieldreading.h"
 #include "design/model/Modeldialog.h"
 #include "design/model/Modeleditor.h"
 #include "engine/Regression.h"
@@ -26,7 +27,13 @@ std::vector<std::pair<QString, QVariant>> nuvo::editModel(TComponent &component)
     // The window in front owns it and may go while the dialog is open.
     const QPointer<TModelDialog> dialog = new TModelDialog(windowInFront());
     const auto gone = qScopeGuard([&dialog] { delete dialog; });
-    dialog->Editor().SetFields(modelFields(regression->DataSet()));
+    const auto *reading = new FieldReading(
+        regression->DataSet(), [&dialog](const ModelFields &fields) { dialog->Editor().SetFields(fields); }, dialog);
+    if (!reading->WhyNotYet().isEmpty()) {
+        ModelFields none;
+        none.why = reading->WhyNotYet();
+        dialog->Editor().SetFields(none);
+    }
     std::vector<std::pair<QString, QVariant>> changes;
     if (!dialog->OpenForm(component.Name(), model))
         return changes;

@@ -1,12 +1,15 @@
 #include "design/Propertyeditors.h"
 
+#include "design/Fieldreading.h"
 #include "design/Mlrctrl.h"
 #include "design/Mlrresp.h"
+#include "design/sql/Sqldialog.h"
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 #include "platform/Formfolder.h"
 #include "platform/Messages.h"
+#include "platform/Scan.h"
 #include "present/Filedialog.h"
 
 #include <QScopeGuard>
@@ -39,12 +42,16 @@ QStringList numericFields(TDataSet &dataset)
 }
 
 template <class Dialog, class Definition>
-void openDialog(const TComponent &component, const QString &property, const QStringList &fields,
-                Definition &definition)
+void openDialog(TDataSet &component, const QString &property, const QStringList &fields, Definition &definition)
 {
     // The window in front owns it and may go while the dialog is open.
     const QPointer<Dialog> dialog = new Dialog(nuvo::windowInFront());
     const auto gone = qScopeGuard([&dialog] { delete dialog; });
+    if (qobject_cast<const TQuery *>(&component) != nullptr) {
+        // What may be typed, as soon as the database has told it; the dialog owns the reading.
+        new nuvo::FieldReading(
+            component, [&dialog](const nuvo::ModelFields &known) { dialog->SetFields(known); }, dialog);
+    }
     dialog->OpenForm(component, property, fields, definition);
 }
 
@@ -57,7 +64,7 @@ void openForTable(TMLRTable &table, const QString &property, const QStringList &
         openDialog<Dialog>(table, property, numeric, definition);
 }
 
-/// What a query's fields are is known only when it runs.
+/// A query's fields are typed, with completion, as what they are is known only when it runs.
 const QStringList &noFields()
 {
     static const QStringList dots{QStringLiteral("...")};
@@ -223,4 +230,15 @@ void TDatabaseNameProperty::Edit()
         nuvo::databasePlace(First<TDataSet>().DatabaseName(), nuvo::formFolder(First<TDataSet>())));
     if (!file.isEmpty())
         SetValue(file);
+}
+
+void TSqlProperty::Edit()
+{
+    const auto &query = First<TQuery>();
+    const nuvo::ScanSource source = query.Source();
+    QStringList lines = query.SQLLines();
+    const QPointer<TSqlDialog> dialog = new TSqlDialog(nuvo::windowInFront());
+    const auto gone = qScopeGuard([&dialog] { delete dialog; });
+    if (dialog->OpenForm(query.Name(), source.databaseName, source.params, lines))
+        SetValue(lines);
 }

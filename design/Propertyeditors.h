@@ -114,7 +114,8 @@ public:
     void Edit() override;
 };
 
-/// The same for a TMLRQuery, whose fields are not known here: their names are typed.
+/// The same for a TMLRQuery, whose fields are not known before it runs: their names are typed. Where its database
+/// tells them, they are completed, and other names marked.
 class TMLRQControlVarProperty : public TControlVarProperty
 {
 public:
@@ -180,6 +181,15 @@ public:
 
 /// Chooses the file of a database. The connections that a program registers are not known at design time.
 class TDatabaseNameProperty : public TPropertyEditor
+{
+public:
+    using TPropertyEditor::TPropertyEditor;
+    TPropertyAttributes GetAttributes() const override { return paDialog | paMultiSelect; }
+    void Edit() override;
+};
+
+/// The statement of a query, in the SQL editor. It is written to all components where it was changed.
+class TSqlProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;

@@ -23,6 +23,8 @@ bool Libsqlite::resolve()
 {
     // Only what the driver has loaded already: another library would not know its handles.
     void *library = ::dlopen("libsqlite3.so.0", RTLD_NOW | RTLD_NOLOAD);
+    if (library != nullptr)
+        find(library, "sqlite3_error_offset", errorOffset);
     return library != nullptr && find(library, "sqlite3_prepare_v2", prepare) &&
            find(library, "sqlite3_step", step) && find(library, "sqlite3_finalize", finalize) &&
            find(library, "sqlite3_column_count", columnCount) && find(library, "sqlite3_column_type", columnType) &&

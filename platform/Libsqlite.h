@@ -34,6 +34,7 @@ public:
     const char *(*message)(sqlite3 *) = nullptr;
     int (*errorCode)(sqlite3 *) = nullptr;
     void (*interrupt)(sqlite3 *) = nullptr;
+    int (*errorOffset)(sqlite3 *) = nullptr; ///< null before version 3.38
 
 private:
     bool resolve();

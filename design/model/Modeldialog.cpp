@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -26,7 +27,9 @@ TModelDialog::TModelDialog(QWidget *parent)
     ok_ = buttons->button(QDialogButtonBox::Ok);
     ok_->setObjectName(QStringLiteral("ModelOK"));
     ok_->setToolTip(QStringLiteral("Takes the model (Ctrl+Enter)"));
-    ok_->setShortcut(Qt::CTRL | Qt::Key_Return);
+    // A shortcut of the button's own would go with its text, which the box sets anew.
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
+        connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, ok_, &QPushButton::click);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("ModelCancel"));
     buttons->button(QDialogButtonBox::Cancel)->setToolTip(QStringLiteral("Leaves the model as it was (Escape)"));
     unfinished_->setObjectName(QStringLiteral("Unfinished"));

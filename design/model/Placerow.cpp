@@ -101,9 +101,10 @@ PlaceRow::PlaceRow(int place, QWidget &form, QGridLayout &grid)
     label_->setObjectName(QStringLiteral("Label") + name);
     label_->setBuddy(slot_);
     slot_->SetPlaceholder(place == 0 ? QStringLiteral("response") : QString());
-    call(slot_, "Field", QStringLiteral("field"),
-         QStringLiteral("Drop a field here, or type its name (F2). Delete removes, Alt+Up and Alt+Down move, Up and "
-                        "Down go to the next place"));
+    hint_ =
+        QStringLiteral("Drop a field here, or type its name (F2). Delete removes, Alt+Up and Alt+Down move, Up and "
+                       "Down go to the next place");
+    call(slot_, "Field", QStringLiteral("field"), hint_);
     call(transformation_, "Transformation", QStringLiteral("transformation"),
          QStringLiteral("What is made of the field"));
     call(second_, "SecondField", QStringLiteral("second field"),
@@ -219,7 +220,9 @@ void PlaceRow::Show(const RegressionModel &model, const ModelProblem *problem)
                 .pixmap(QSize(side, side), sentence_->devicePixelRatioF()));
     }
     // Heard, not only seen.
-    slot_->setAccessibleDescription(problem != nullptr ? problem->text : slot_->toolTip());
+    slot_->setAccessibleDescription(problem != nullptr ? problem->text : hint_);
+    const QString field = withoutControls(model.field(place_));
+    slot_->setToolTip(field.isEmpty() ? hint_ : field + u'\n' + hint_);
 }
 
 bool PlaceRow::eventFilter(QObject *watched, QEvent *event)

@@ -52,6 +52,7 @@ private:
 
     int place_;
     int forms_ = 0; ///< entries of the list that every place of the kind has
+    QString hint_;  ///< of the field
     QLabel *label_;
     FieldSlot *slot_;
     QComboBox *transformation_;

@@ -5,6 +5,7 @@
 #include "design/plugin/Sheet.h"
 #include "design/plugin/Trial.h"
 #include "engine/Regression.h"
+#include "platform/Query.h"
 #include "platform/Table.h"
 #include "select/Corvane.h"
 
@@ -43,9 +44,11 @@ void nuvo::TaskMenu::AddEditors()
                           [](const QString &property) { return controlNumber(property) == 0; });
     for (const QString &property : properties) {
         const bool definition = isDefinition(component_, property);
-        QAction *action =
-            Add((definition ? QStringLiteral("Define %1…") : QStringLiteral("Choose %1…")).arg(property),
-                [this, property] { editing_.Edit({&component_}, property); });
+        QAction *action = Add((definition           ? QStringLiteral("Define %1…")
+                               : property == u"SQL" ? QStringLiteral("Edit %1…")
+                                                    : QStringLiteral("Choose %1…"))
+                                  .arg(property),
+                              [this, property] { editing_.Edit({&component_}, property); });
         action->setData(property);
     }
 }
@@ -104,6 +107,9 @@ QString nuvo::TaskMenu::NextProperty() const
         return QStringLiteral("DatabaseName");
     if (table != nullptr && table->TableName().isEmpty())
         return QStringLiteral("TableName");
+    const auto *query = qobject_cast<const TQuery *>(&component_);
+    if (query != nullptr && query->SQL().trimmed().isEmpty())
+        return QStringLiteral("SQL");
     const auto *regression = dynamic_cast<const TRegression *>(&component_);
     if (regression == nullptr)
         return {};

@@ -19,7 +19,7 @@ class TaskMenu : public QObject, public QDesignerTaskMenuExtension
 public:
     TaskMenu(TComponent &component, const Editing &editing, QObject *parent);
 
-    /// What is missing first: the database, the table, the response, the next control variable.
+    /// What is missing first: the database, the table or the statement, the response, the next control variable.
     QAction *preferredEditAction() const override;
     QList<QAction *> taskActions() const override;
 

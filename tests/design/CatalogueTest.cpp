@@ -136,6 +136,7 @@ TEST(Catalogue, FindsTheEditorsOfBaseClasses)
     expectEditor<TTableNameProperty>(catalogue, table, "TableName");
     expectEditor<TDatabaseNameProperty>(catalogue, table, "DatabaseName");
     expectEditor<TDatabaseNameProperty>(catalogue, query, "DatabaseName");
+    expectEditor<TSqlProperty>(catalogue, query, "SQL");
 }
 
 TEST(Catalogue, KnowsNoEditorForOtherProperties)
@@ -143,7 +144,7 @@ TEST(Catalogue, KnowsNoEditorForOtherProperties)
     const nuvo::Catalogue catalogue = everything();
     TMLRQuery query;
     TOptimizeMLR optimize;
-    for (const char *property : {"SQL", "Description", "ShowWarnings", "TableName", "objectName", "NoSuchProperty",
+    for (const char *property : {"Description", "ShowWarnings", "TableName", "objectName", "NoSuchProperty",
                                  "ControlVar11", "controlvar01", ""})
         EXPECT_EQ(editorFor(catalogue, query, property), nullptr) << property;
     for (const char *property : {"FPercent", "FDistTable", "ModelsToSave", "ControlVar01"})

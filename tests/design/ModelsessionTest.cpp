@@ -28,3 +28,32 @@ TEST_F(Designer, ChangesNothingOfAModelThatNobodyTouches)
                     "Inactive Undefined Datafield1 Datafield2 1.00 10;Active None YEAR Datafield2 1.00 10;"
                     "Active Cube GNP a b c"));
 }
+
+TEST_F(Designer, AsksForTheStatementOfAQueryFirstAndTriesIt)
+{
+    EXPECT_EQ(text("queryMenu"), u("Edit SQL…"));
+    EXPECT_EQ(text("sqlTitle"), u("mlrQuery SQL"));
+    EXPECT_EQ(seen("sqlRows").toInt(), 10);
+    EXPECT_EQ(list("sqlLines"), words("SELECT TOTEMP, GNP, YEAR FROM Longley"));
+    EXPECT_EQ(seen("sqlSteps").toInt(), 1);
+    EXPECT_EQ(text("sqlUndoText"), u("Change SQL of \"mlrQuery\""));
+    EXPECT_TRUE(yes("sqlNotForTranslation"));
+    EXPECT_TRUE(yes("sqlUndone"));
+    EXPECT_EQ(text("sqlButton"), u("Edit…"));
+    EXPECT_EQ(seen("sqlStepsOfNothing").toInt(-1), 0);
+}
+
+TEST_F(Designer, KnowsTheFieldsOfAQueryWhereverTheyAreNamed)
+{
+    EXPECT_EQ(text("afterSql"), u("mlrQuery Response Variable Definition"));
+    EXPECT_EQ(list("queryFields"), words("TOTEMP;GNP;YEAR"));
+    EXPECT_TRUE(yes("queryLoads"));
+}
+
+TEST_F(Designer, IsFifteenActionsAwayFromFigures)
+{
+    EXPECT_LE(seen("actionsToFigures").toInt(99), 15);
+    EXPECT_EQ(text("figuresWindow"), u("StatisticsForm"));
+    EXPECT_TRUE(yes("figuresAreThere"));
+    EXPECT_EQ(list("messagesOnTheWay"), Strings());
+}

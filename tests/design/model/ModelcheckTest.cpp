@@ -94,6 +94,6 @@ TEST(ModelFields, SayWhyTheyAreNotKnown)
     table.SetTableName(u("T"));
     const nuvo::ModelFields fields = nuvo::modelFields(table);
     EXPECT_FALSE(fields.known);
-    EXPECT_EQ(fields.why, u("Cannot open the database \"nowhere.db\": there is no such file and no registered "
-                            "connection of that name."));
+    EXPECT_TRUE(fields.why.startsWith(u("Cannot open the database \"nowhere.db\": there is no such file")))
+        << fields.why.toStdString();
 }

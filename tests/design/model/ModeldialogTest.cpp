@@ -45,6 +45,21 @@ TEST(ModelDialogs, GiveTheModelBackOnOk)
     EXPECT_EQ(terms(after), (QStringList{u("TOTEMP"), u("YEAR")}));
 }
 
+TEST(ModelDialogs, AreConfirmedWithCtrlEnterWhereverTheFocusIs)
+{
+    for (const char *where : {"FieldsView", "FieldX1", "TransformationX1", "FieldFilter"}) {
+        bool confirmed = false;
+        edited(
+            model({"TOTEMP", "GNP"}),
+            [where](TModelDialog &dialog) {
+                part(dialog, where)->setFocus();
+                QTest::keyClick(part(dialog, where), Qt::Key_Return, Qt::ControlModifier);
+            },
+            &confirmed);
+        EXPECT_TRUE(confirmed) << where;
+    }
+}
+
 TEST(ModelDialogs, LeaveTheModelOnCancelAndEscape)
 {
     bool confirmed = true;

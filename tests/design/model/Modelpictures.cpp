@@ -1,13 +1,17 @@
-// Pictures of the model dialog: modelpictures SAMPLES_DB DIRECTORY [dark]. QT_SCALE_FACTOR says how sharp.
+// Pictures of the model dialog and the SQL editor: modelpictures SAMPLES_DB DIRECTORY [dark]. QT_SCALE_FACTOR says
+// how sharp.
 
 #include "design/model/Modeldialog.h"
 #include "design/model/Modeleditor.h"
+#include "design/sql/Sqldialog.h"
+#include "design/sql/Sqleditor.h"
 #include "engine/Mlrtable.h"
 #include "support/Text.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QStyleFactory>
+#include <QTreeWidget>
 
 namespace {
 
@@ -106,6 +110,31 @@ int main(int argc, char **argv)
         dialog.resize(920, 600);
         dialog.show();
         save(dialog, "model-many");
+    }
+    {
+        TSqlDialog dialog;
+        TSqlEditor &editor = dialog.Editor();
+        editor.SetDatabase(table.DatabaseName());
+        const auto tryOut = [&](const char *sql) {
+            editor.SetText(u(sql));
+            editor.Try();
+            while (editor.Trying())
+                QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            QApplication::processEvents();
+        };
+        dialog.resize(820, 560);
+        dialog.show();
+        tryOut(
+            "-- employment and what may explain it\nSELECT YEAR, TOTEMP, GNP / 1000.0 AS \"GNP, thousands\",\n       "
+            "'about ' || UNEMP AS remark\nFROM \"Longley\"\nWHERE YEAR > 1948\nORDER BY YEAR");
+        auto *tables = dialog.findChild<QTreeWidget *>(u("SqlTables"));
+        for (QTreeWidgetItem *item : tables->findItems(u("Longley"), Qt::MatchExactly))
+            item->setExpanded(true);
+        save(dialog, "sql");
+        tryOut("SELECT YEAR, TOTEMPP\nFROM \"Longley\"");
+        save(dialog, "sql-error");
+        dialog.resize(dialog.minimumSizeHint());
+        save(dialog, "sql-small");
     }
     return saved ? 0 : 1;
 }

@@ -1,9 +1,17 @@
 #include "design/session/Walk.h"
 
 #include "design/session/Hands.h"
+#include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
+#include <QDropEvent>
 #include <QLabel>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QTableWidget>
 #include <QTreeView>
 #include <QUndoStack>
 
@@ -18,17 +26,80 @@ public:
     void run()
     {
         QDesignerFormWindowInterface *first = core_.formWindowManager()->activeFormWindow();
-        form_ = open(u(R"(<ui version="4.0"><class>Form</class><widget class="QWidget" name="Form">
-            <property name="geometry"><rect><x>0</x><y>0</y><width>400</width><height>300</height></rect></property>
-            </widget></ui>)"));
+        form_ = openEmpty();
+        takeMessages();
         defineModel();
         keepWhatNobodyTouches();
+        editSql();
+        delete form_;
+        form_ = openEmpty();
+        walkToFigures();
         delete std::exchange(form_, first);
         core_.formWindowManager()->setActiveFormWindow(first);
         settle();
     }
 
 private:
+    QDesignerFormWindowInterface *openEmpty()
+    {
+        return open(u(R"(<ui version="4.0"><class>Form</class><widget class="QWidget" name="Form">
+            <property name="geometry"><rect><x>0</x><y>0</y><width>400</width><height>300</height></rect></property>
+            </widget></ui>)"));
+    }
+
+    /// From an empty form to figures, with each action counted: a click, a drag, a word and Enter, a combination of
+    /// keys.
+    void walkToFigures()
+    {
+        int actions = 0;
+        put("TMLRTable", QPoint(40, 40)); // a drag
+        ++actions;
+        auto *table = component<TMLRTable>("mlrTable");
+        type("DatabaseName", u("samples.db")); // a click on the row, the name and Enter
+        actions += 2;
+        choose("TableName", "Longley"); // a click on the row, one on its arrow, one on the name
+        actions += 3;
+        actions += 2; // the right button on the component, "Model…"
+        duringModel(table, [&](QWidget *dialog) {
+            auto *list = dialog->findChild<QTreeView *>(u("FieldsView"));
+            const auto place = [list](const char *field) {
+                for (int i = 0; i < list->model()->rowCount(); ++i) {
+                    if (list->model()->index(i, 0).data().toString() == u(field))
+                        return list->visualRect(list->model()->index(i, 0)).center();
+                }
+                qFatal("no field %s", field);
+                return QPoint();
+            };
+            // What a drag from the list drops.
+            auto *response = dialog->findChild<QWidget *>(u("FieldY"));
+            const std::unique_ptr<QMimeData> mime(list->model()->mimeData({list->indexAt(place("TOTEMP"))}));
+            QDragEnterEvent enter(response->rect().center(), Qt::CopyAction, mime.get(), Qt::LeftButton, {});
+            QApplication::sendEvent(response, &enter);
+            QDropEvent drop(response->rect().center(), Qt::CopyAction, mime.get(), Qt::LeftButton, {});
+            QApplication::sendEvent(response, &drop);
+            ++actions;
+            for (const char *field : {"GNP", "UNEMP", "YEAR"}) {
+                QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place(field));
+                QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place(field));
+                ++actions;
+            }
+            QTest::mouseClick(dialog->findChild<QPushButton *>(u("ModelOK")), Qt::LeftButton);
+            ++actions;
+        });
+        see("definitionsOnTheWay", definitions("mlrTable"));
+        see("messagesOnTheWay", takeMessages());
+        actions += 2; // the right button, "Fit and show…"
+        during([&] { contextAction(table, "Fit and show…")->trigger(); },
+               [&](QWidget *window) {
+                   see("figuresWindow", window->objectName());
+                   QString page;
+                   for (const QTextEdit *text : window->findChildren<QTextEdit *>())
+                       page += text->toPlainText();
+                   see("figuresAreThere", page.contains(u("TOTEMP")) && page.contains(u("UNEMP")));
+                   QTest::keyClick(window, Qt::Key_Escape);
+               });
+        see("actionsToFigures", actions);
+    }
     static void press(QTreeView *list, const char *field, Qt::Key key)
     {
         for (int i = 0; i < list->model()->rowCount(); ++i) {
@@ -118,6 +189,79 @@ private:
             QTest::mouseClick(dialog->findChild<QPushButton *>(u("ModelOK")), Qt::LeftButton);
         });
         see("modelAfterDelete", definitions("mlrTable"));
+    }
+
+    /// From an empty query to figures.
+    void editSql()
+    {
+        put("TMLRQuery", QPoint(160, 40));
+        auto *query = component<TMLRQuery>("mlrQuery");
+        see("queryMenu", contextActions(query).value(2)->text());
+        type("DatabaseName", u("samples.db"));
+        const auto doubleClick = [&] { QTest::mouseDClick(query, Qt::LeftButton, {}, QPoint(16, 16)); };
+        const int steps = form_->commandHistory()->index();
+        const QString before = contents();
+        during(doubleClick, [&](QWidget *dialog) {
+            see("sqlTitle", dialog->windowTitle());
+            auto *text = dialog->findChild<QPlainTextEdit *>(u("SqlText"));
+            QTest::keyClicks(text, u("SELECT TOTEMP, GNP, YEAR FROM Longley"));
+            QTest::keyClick(text, Qt::Key_F5);
+            auto *rows = dialog->findChild<QTableWidget *>(u("SqlRows"));
+            for (int i = 0; i < 100 && rows->rowCount() == 0; ++i)
+                settle(50);
+            see("sqlRows", rows->rowCount());
+            auto *tables = dialog->findChild<QTreeWidget *>(u("SqlTables"));
+            for (int i = 0; i < tables->topLevelItemCount(); ++i) {
+                if (tables->topLevelItem(i)->text(0) == u("Longley"))
+                    tables->topLevelItem(i)->setExpanded(true);
+            }
+            settle();
+            take(dialog, "designer-sql.png");
+            QTest::mouseClick(dialog->findChild<QPushButton *>(u("SqlOK")), Qt::LeftButton);
+        });
+        see("sqlLines", query->SQLLines());
+        see("sqlSteps", form_->commandHistory()->index() - steps);
+        see("sqlUndoText", form_->commandHistory()->undoText());
+        see("sqlNotForTranslation",
+            contents().contains(QRegularExpression(u("name=\"SQL\" stdset=\"0\">\\s*<stringlist notr=\"true\">"))));
+        core_.formWindowManager()->actionUndo()->trigger();
+        settle();
+        see("sqlUndone", contents() == before);
+        core_.formWindowManager()->actionRedo()->trigger();
+        settle();
+        // By the row, and without a change: no step.
+        const int redone = form_->commandHistory()->index();
+        select(query);
+        QToolButton *button = rowButton("SQL");
+        see("sqlButton", button->text());
+        during([&] { QTest::mouseClick(button, Qt::LeftButton); },
+               [&](QWidget *dialog) {
+                   QTest::mouseClick(dialog->findChild<QPushButton *>(u("SqlOK")), Qt::LeftButton);
+               });
+        see("sqlStepsOfNothing", form_->commandHistory()->index() - redone);
+        during(doubleClick, [&](QWidget *dialog) {
+            see("afterSql", dialog->windowTitle());
+            auto *edit = dialog->findChild<QLineEdit *>(u("edStringX"));
+            for (int i = 0; i < 100 && (edit->completer() == nullptr || edit->completer()->model()->rowCount() == 0);
+                 ++i)
+                settle(50);
+            QStringList names;
+            for (int i = 0; edit->completer() != nullptr && i < edit->completer()->model()->rowCount(); ++i)
+                names += edit->completer()->model()->index(i, 0).data().toString();
+            see("queryFields", names);
+            QTest::mouseClick(dialog->findChild<QPushButton *>(u("bbtnCancel")), Qt::LeftButton);
+        });
+        duringModel(query, [&](QWidget *dialog) {
+            auto *list = dialog->findChild<QTreeView *>(u("FieldsView"));
+            for (int i = 0; i < 100 && list->model()->rowCount() == 0; ++i)
+                settle(50);
+            press(list, "TOTEMP", Qt::Key_Y);
+            press(list, "GNP", Qt::Key_Return);
+            QTest::mouseClick(dialog->findChild<QPushButton *>(u("ModelOK")), Qt::LeftButton);
+        });
+        query->Open();
+        see("queryLoads", query->ReLoad());
+        query->Close();
     }
 };
 
