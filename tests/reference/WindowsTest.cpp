@@ -2,6 +2,8 @@
 #include "design/model/Modeldialog.h"
 #include "design/model/Modeleditor.h"
 #include "design/model/Modelfields.h"
+#include "design/sql/Sqldialog.h"
+#include "design/sql/Sqleditor.h"
 #include "platform/Messages.h"
 #include "present/Connectiondlg.h"
 #include "present/Loadgage.h"
@@ -26,6 +28,7 @@
 #include "select/choice/Modelspage.h"
 #include "select/choice/Stepspage.h"
 
+#include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -163,6 +166,25 @@ TEST(WindowExamples, TheModelInAnEditor)
     dialog.Editor().SetModel(model);
     //! [TModelDialog]
     EXPECT_EQ(dialog.Editor().Model(), model);
+}
+
+TEST(WindowExamples, AStatementIsTried)
+{
+    FittedLongley longley;
+    //! [TSqlEditor]
+    TSqlEditor editor; // tables on the left, the text and its first rows on the right
+    editor.SetDatabase(longley.DatabaseName());
+    editor.SetText("SELECT YEAR, TOTEMP FROM Longley");
+    editor.Try(); // returns at once; the signal Tried() tells the end
+    //! [TSqlEditor]
+    QSignalSpy tried(&editor, &TSqlEditor::Tried);
+    EXPECT_TRUE(tried.wait(10000));
+    EXPECT_TRUE(editor.CheckStatement());
+    //! [TSqlDialog]
+    TSqlDialog dialog; // OpenForm() shows it and waits for OK
+    dialog.Editor().SetText("SELECT 1");
+    //! [TSqlDialog]
+    EXPECT_EQ(dialog.Editor().Text(), "SELECT 1");
 }
 
 TEST(WindowExamples, ADatabaseIsPutTogether)
