@@ -14,6 +14,13 @@ bool isRegression(const TDataSet &dataset)
     return dynamic_cast<const TRegression *>(&dataset) != nullptr;
 }
 
+/// Red that can be read on the rows of a light and of a dark designer.
+QBrush warningInk(const QWidget &widget)
+{
+    const bool dark = widget.palette().color(QPalette::Base).lightness() < 128;
+    return dark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb7, 0x1c, 0x1c);
+}
+
 } // namespace
 
 bool nuvo::isDefinition(const TComponent &component, const QString &property)
@@ -117,6 +124,7 @@ void nuvo::RowTexts::Show(QTreeWidgetItem &row) const
         return;
     QString text;
     QString toolTip;
+    bool missing = false;
     if (property == QLatin1String(ModelRow)) {
         if (dynamic_cast<const TRegression *>(component) == nullptr)
             return;
@@ -130,7 +138,8 @@ void nuvo::RowTexts::Show(QTreeWidgetItem &row) const
     } else if (isReference(property)) {
         text = component->property(property.toUtf8().constData()).toString();
         toolTip = text;
-        if (namesNothing(*component, property)) {
+        missing = namesNothing(*component, property);
+        if (missing) {
             toolTip = QStringLiteral("There is no component \"%1\" for it on this form.").arg(text);
             text += QStringLiteral(" (not on this form)");
         }
@@ -143,4 +152,9 @@ void nuvo::RowTexts::Show(QTreeWidgetItem &row) const
     }
     row.setText(1, text);
     row.setToolTip(1, toolTip);
+    row.setData(1, Qt::ForegroundRole, missing ? QVariant(warningInk(*row.treeWidget())) : QVariant());
+    // Whether a definition is translated is no question.
+    row.setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicator);
+    for (int i = 0; i < row.childCount(); ++i)
+        row.child(i)->setHidden(true);
 }

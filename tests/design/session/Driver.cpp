@@ -4,6 +4,7 @@
 #include "design/session/Walk.h"
 #include "support/Text.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QJsonDocument>
 #include <QTimer>
@@ -51,6 +52,11 @@ private:
         const QDesignerFormWindowInterface *form = core_->formWindowManager()->activeFormWindow();
         if (form == nullptr || form->mainContainer() == nullptr || !form->isVisible())
             return QTimer::singleShot(100, this, &Driver::waitForForm);
+        if (qEnvironmentVariableIsSet("NUVO_DARK")) { // a dark desktop
+            QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2b, 0x2b, 0x2b));
+            dark.setColor(QPalette::Highlight, QColor(0x2a, 0x82, 0xda));
+            QApplication::setPalette(dark);
+        }
         QJsonObject seen;
         if (const int rounds = qEnvironmentVariableIntValue("NUVO_RESETS"); rounds > 0) {
             seen = resetRows(*core_, rounds);

@@ -3,7 +3,9 @@
 #include "engine/Mlrtable.h"
 #include "select/Stepmain.h"
 
+#include <QContextMenuEvent>
 #include <QDir>
+#include <QDockWidget>
 #include <QFile>
 #include <QFileDialog>
 #include <QMetaProperty>
@@ -78,7 +80,33 @@ private:
             texts += rowText(property);
         see("definitionRows", texts);
         see("defineButton", rowButton("ControlVar01")->text());
-        take(core_.propertyEditor(), "rows.png");
+        QList<QWidget *> others;
+        for (QDockWidget *dock : core_.topLevel()->findChildren<QDockWidget *>()) {
+            if (dock->isVisible() && !dock->isAncestorOf(core_.propertyEditor()))
+                others += dock;
+        }
+        for (QWidget *dock : others)
+            dock->hide();
+        settle(200);
+        select(form_->mainContainer());
+        select(component<TComponent>("mlrTable"));
+        rowButton("ControlVar01");
+        propertyTree()->scrollToTop();
+        settle();
+        take(core_.propertyEditor(), "designer-rows.png");
+        for (QWidget *dock : others)
+            dock->show();
+        settle(200);
+        auto *table = component<TMLRTable>("mlrTable");
+        during(
+            [&] {
+                QContextMenuEvent click(QContextMenuEvent::Mouse, QPoint(16, 16), table->mapToGlobal(QPoint(16, 16)));
+                QApplication::sendEvent(table, &click);
+            },
+            [](QWidget *menu) {
+                take(menu, "designer-menu.png");
+                menu->close();
+            });
     }
 
     /// The editor of properties keeps what it knew of rows that are gone.
@@ -172,7 +200,7 @@ private:
         select(stepWise);
         see("rowOfMissing", rowText("Dataset"));
         see("markedIcon", stepWise->grab().toImage() != plain);
-        take(core_.topLevel(), "missing.png");
+        take(form_->mainContainer(), "missing.png");
         see("datasetOfMissing", stepWise->Dataset());
         undo();
         select(stepWise);
