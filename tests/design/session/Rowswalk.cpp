@@ -311,7 +311,6 @@ private:
                        if (dialog == nullptr)
                            qFatal("no file dialog but %s", window->metaObject()->className());
                        dialog->selectFile(file);
-                       static_cast<QDialog *>(dialog)->setResult(0);
                        QMetaObject::invokeMethod(dialog, "accept");
                    });
             return table->DatabaseName();

@@ -14,6 +14,9 @@ QJsonObject walkThroughModels(QDesignerFormEditorInterface &core);
 /// What the rows of the property editor and the context menus can do with the form that the first walk has saved.
 QJsonObject walkThroughRows(QDesignerFormEditorInterface &core);
 
+/// What docs/designer.md says, on a form of its own.
+QJsonObject walkThroughPage(QDesignerFormEditorInterface &core);
+
 /// Looks at the form's properties, then at a component's, and clicks on the right end of a definition's row, where an
 /// arrow that resets it would be; undoes; so many times. Each round is told on standard error before it begins.
 QJsonObject resetRows(QDesignerFormEditorInterface &core, int rounds);
