@@ -8,6 +8,7 @@
 #include <QDockWidget>
 #include <QFile>
 #include <QFileDialog>
+#include <QMainWindow>
 #include <QMetaProperty>
 #include <QUndoStack>
 
@@ -88,6 +89,7 @@ private:
         for (QWidget *dock : others)
             dock->hide();
         settle(200);
+        widenEditor();
         select(form_->mainContainer());
         select(component<TComponent>("mlrTable"));
         rowButton("ControlVar01");
@@ -107,6 +109,18 @@ private:
                 take(menu, "designer-menu.png");
                 menu->close();
             });
+    }
+
+    /// For the picture.
+    void widenEditor()
+    {
+        auto *window = qobject_cast<QMainWindow *>(core_.topLevel());
+        for (QWidget *dock = core_.propertyEditor(); window != nullptr && dock != nullptr;
+             dock = dock->parentWidget()) {
+            if (auto *found = qobject_cast<QDockWidget *>(dock))
+                window->resizeDocks({found}, {430}, Qt::Horizontal);
+        }
+        settle(200);
     }
 
     /// The editor of properties keeps what it knew of rows that are gone.
