@@ -192,8 +192,9 @@ void Connection::openServer(const QString &url, Access access, const QString &pa
                 address.readTimeout, [database = database_] { libpq::cut(database); }, 1);
     } else if (dialect_ == Dialect::Mysql) {
         QString options = QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=%1").arg(address.connectTimeout);
+        // A server that lives ends a statement that takes too long by itself, a second earlier.
         if (address.readTimeout > 0)
-            options += QStringLiteral(";MYSQL_OPT_READ_TIMEOUT=%1").arg(address.readTimeout);
+            options += QStringLiteral(";MYSQL_OPT_READ_TIMEOUT=%1").arg(address.readTimeout + 1);
         database_.setConnectOptions(options);
     }
     const bool opened = [this] {
@@ -229,8 +230,14 @@ void Connection::set(Access access, int readTimeout)
             settings += QStringLiteral("; SET statement_timeout = '%1s'").arg(readTimeout);
         if (access == Access::Read)
             settings += QStringLiteral("; SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY");
-    } else if (dialect_ == Dialect::Mysql && access == Access::Read) {
-        settings = QStringLiteral("SET SESSION TRANSACTION READ ONLY");
+    } else if (dialect_ == Dialect::Mysql) {
+        readTimeout_ = readTimeout;
+        // The one is MariaDB's, the other MySQL's.
+        if (readTimeout > 0 &&
+            !newQuery().exec(QStringLiteral("SET SESSION max_statement_time = %1").arg(readTimeout)))
+            newQuery().exec(QStringLiteral("SET SESSION max_execution_time = %1").arg(1000LL * readTimeout));
+        if (access == Access::Read)
+            settings = QStringLiteral("SET SESSION TRANSACTION READ ONLY");
     }
     if (settings.isEmpty())
         return;
@@ -287,6 +294,7 @@ void Connection::openOwn(const QString &driver, const QString &package)
 void Connection::close()
 {
     open_ = false;
+    readTimeout_ = 0;
     limit_.reset();
     const QString registered = own_ ? database_.connectionName() : QString();
     database_ = QSqlDatabase();
@@ -350,6 +358,13 @@ QString Connection::reason(const QSqlError &error) const
         return QStringLiteral("it is locked by another program that writes");
     if (limit_ && limit_->passed())
         return QStringLiteral("the server has not answered within %1 s").arg(limit_->seconds());
+    if (dialect_ == Dialect::Mysql && readTimeout_ > 0) {
+        const int code = error.nativeErrorCode().toInt();
+        if (code == 1969 || code == 3024) // MariaDB's and MySQL's own limit
+            return QStringLiteral("the server has not answered within %1 s").arg(readTimeout_);
+        if (code == 2013) // the client's
+            return QStringLiteral("the server has not answered within %1 s or was lost").arg(readTimeout_ + 1);
+    }
     QString text = firstLine(error.databaseText().isEmpty() ? error.driverText() : error.databaseText());
     if (text.isEmpty() && dialect_ == Dialect::Postgres) {
         // Qt's driver has no words for a connection that breaks before an answer.

@@ -82,6 +82,7 @@ private:
     QString madeFile_;
     std::unique_ptr<AnswerLimit> limit_;
     Dialect dialect_ = Dialect::Other;
+    int readTimeout_ = 0; ///< of MySQL, in seconds; 0 for none
     bool open_ = false;
     bool own_ = false;
 };

@@ -28,6 +28,8 @@ public:
 
     void use(const QSqlDatabase &database);
     void forget();
+    /// False also where the driver is not PostgreSQL's own.
+    bool isUsed() const { return cancel_ != nullptr; }
     /// Usable on any thread, not beside the two above. Does nothing where no database is in use.
     void cancel() const;
 

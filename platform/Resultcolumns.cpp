@@ -20,6 +20,9 @@ Column columnOf(const QSqlField &field, Dialect dialect)
         if (!column.declaredType.isEmpty())
             column.kind = kindOfDeclaredType(column.declaredType);
     }
+    constexpr int mysqlBit = 16;
+    if (dialect == Dialect::Mysql && field.typeID() == mysqlBit)
+        column.kind = FieldKind::Bits;
     return column;
 }
 

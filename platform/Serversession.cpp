@@ -59,10 +59,15 @@ void ServerSession::open(const QString &databaseName)
         closed_ = false;
         canceller_.use(connection_.database());
     }
-    if (connection_.dialect() == Dialect::Mysql) {
-        const auto found = rows(QStringLiteral("SELECT CONNECTION_ID()"), {}, connection_.caption());
+    QString number;
+    if (connection_.dialect() == Dialect::Mysql)
+        number = QStringLiteral("SELECT CONNECTION_ID()");
+    else if (connection_.dialect() == Dialect::Postgres && !canceller_.isUsed()) // over ODBC
+        number = QStringLiteral("SELECT pg_backend_pid()");
+    if (!number.isEmpty()) {
+        const auto found = rows(number, {}, connection_.caption());
         const std::lock_guard lock(mutex_);
-        mysqlSession_ = found.empty() ? 0 : qint64(found[0][0]);
+        session_ = found.empty() ? 0 : qint64(found[0][0]);
     }
     begin();
 }
@@ -127,7 +132,7 @@ void ServerSession::close()
         const std::lock_guard lock(mutex_);
         closed_ = true;
         canceller_.forget();
-        mysqlSession_ = 0;
+        session_ = 0;
     }
     changed_.notify_all();
     // Some functions write in a transaction that only reads: nothing of that is to stay.
@@ -155,13 +160,16 @@ void ServerSession::askToEnd()
             continue;
         }
         canceller_.cancel();
-        if (mysqlSession_ != 0) {
+        if (session_ != 0) {
             try {
                 Connection second;
                 second.openBeside(databaseName_);
-                second.query(QStringLiteral("KILL QUERY %1").arg(mysqlSession_), {}, second.caption());
+                const QString end = second.dialect() == Dialect::Mysql
+                                        ? QStringLiteral("KILL QUERY %1")
+                                        : QStringLiteral("SELECT pg_cancel_backend(%1)");
+                second.query(end.arg(session_), {}, second.caption());
             } catch (const EPlatformError &) {
-                mysqlSession_ = 0; // it cannot be asked; the statement goes on to its end
+                session_ = 0; // it cannot be asked; the statement goes on to its end
             }
         }
         changed_.wait_for(lock, std::chrono::milliseconds(200), [this] { return closed_ || !running_; });

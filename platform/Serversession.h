@@ -58,7 +58,7 @@ private:
     bool running_ = false; ///< a statement
     bool closed_ = true;
     libpq::Canceller canceller_;
-    qint64 mysqlSession_ = 0;
+    qint64 session_ = 0; ///< its number to the server, where another session has to ask; 0 for none
     std::thread asking_;
 };
 

@@ -17,6 +17,7 @@ TableDescription TableDescription::of(const Connection &connection, const QStrin
     TableDescription table;
     const bool found = connection.dialect() == Dialect::Sqlite     ? table.describeSqlite(connection, name)
                        : connection.dialect() == Dialect::Postgres ? table.describePostgres(connection, name)
+                       : connection.dialect() == Dialect::Mysql    ? table.describeMysql(connection, name)
                                                                    : table.describeOther(connection, name);
     if (!found)
         throw EDatabaseError(QStringLiteral("No table \"%1\" in %2; its tables: %3.")
@@ -31,6 +32,12 @@ void TableDescription::addColumn(const Column &column, bool canBeNull, Dialect d
     // The server's money is a text in its own language.
     if (dialect == Dialect::Postgres && column.kind == FieldKind::Currency)
         expression += QLatin1String("::numeric");
+    // The driver hands bits over as bytes.
+    if (dialect == Dialect::Mysql && column.kind == FieldKind::Boolean &&
+        column.declaredType.startsWith(QLatin1String("bit"), Qt::CaseInsensitive))
+        expression += QLatin1String(" + 0");
+    else if (dialect == Dialect::Mysql && column.kind == FieldKind::Bits)
+        expression = QStringLiteral("BIN(%1)").arg(expression);
     columns.push_back(column);
     expressions.append(expression);
     nullable.push_back(canBeNull);
@@ -183,6 +190,50 @@ bool TableDescription::describePostgres(const Connection &connection, const QStr
         rowNumberIsScan = true;
     }
     return true;
+}
+
+bool TableDescription::describeMysql(const Connection &connection, const QString &name)
+{
+    const QString caption = QStringLiteral("table \"%1\"").arg(name);
+    // The whole text as a name first, then every way to part it into database and table.
+    for (qsizetype point = -1;;) {
+        const QString table = name.mid(point + 1);
+        const QString schema = name.left(std::max<qsizetype>(point, 0));
+        QVariantList values{table};
+        if (point >= 0)
+            values.append(schema);
+        QSqlQuery info = connection.query(
+            QStringLiteral("SELECT c.COLUMN_NAME, c.COLUMN_TYPE, c.IS_NULLABLE, c.EXTRA, s.SEQ_IN_INDEX "
+                           "FROM information_schema.COLUMNS c LEFT JOIN information_schema.STATISTICS s "
+                           "ON s.TABLE_SCHEMA = c.TABLE_SCHEMA AND s.TABLE_NAME = c.TABLE_NAME "
+                           "AND s.COLUMN_NAME = c.COLUMN_NAME AND s.INDEX_NAME = 'PRIMARY' "
+                           "WHERE c.TABLE_NAME = ? AND c.TABLE_SCHEMA = %1 ORDER BY c.ORDINAL_POSITION")
+                .arg(point < 0 ? QStringLiteral("DATABASE()") : QStringLiteral("?")),
+            values, caption);
+        source = point < 0 ? quotedName(table, Dialect::Mysql)
+                           : quotedName(schema, Dialect::Mysql) + u'.' + quotedName(table, Dialect::Mysql);
+        std::map<int, KeyPart> key;
+        while (info.next()) {
+            Column column;
+            column.name = info.value(0).toString();
+            column.declaredType = info.value(1).toString();
+            column.kind = kindOfDeclaredType(column.declaredType);
+            if (column.kind == FieldKind::Unknown)
+                column.kind = FieldKind::String; // the driver makes texts of the rest
+            if (isInteger(column.kind) && info.value(3).toString().contains(QLatin1String("auto_increment")))
+                column.kind = FieldKind::AutoInc;
+            addColumn(column, info.value(2).toString() != u"NO", Dialect::Mysql);
+            if (!info.value(4).isNull())
+                key[info.value(4).toInt()] = keyPart(int(columns.size()) - 1, Dialect::Mysql);
+        }
+        if (info.lastError().isValid())
+            connection.fail(info.lastError(), caption);
+        for (const auto &[place, part] : key)
+            primaryKey.push_back(part);
+        point = name.indexOf(u'.', point + 1);
+        if (!columns.empty() || point < 0)
+            return !columns.empty();
+    }
 }
 
 bool TableDescription::describeOther(const Connection &connection, const QString &name)

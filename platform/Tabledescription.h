@@ -37,6 +37,7 @@ struct TableDescription
 private:
     bool describeSqlite(const Connection &connection, const QString &name);
     bool describePostgres(const Connection &connection, const QString &name);
+    bool describeMysql(const Connection &connection, const QString &name);
     bool describeOther(const Connection &connection, const QString &name);
     void addColumn(const Column &column, bool canBeNull, Dialect dialect);
 };

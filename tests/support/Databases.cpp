@@ -1,5 +1,6 @@
 #include "support/Databases.h"
 
+#include "support/Mariadb.h"
 #include "support/Postgres.h"
 
 #include <QSqlError>
@@ -87,18 +88,58 @@ private:
     QUrl url_;
 };
 
+class MariadbDatabase : public TestDatabase
+{
+public:
+    explicit MariadbDatabase(const QUrl &server) : url_(server)
+    {
+        if (server.isEmpty())
+            return;
+        writer_ = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), uniqueName(QStringLiteral("test")));
+        writer_.setHostName(server.host());
+        writer_.setPort(server.port());
+        writer_.setUserName(server.userName());
+        EXPECT_TRUE(writer_.open()) << writer_.lastError().text().toStdString();
+        const QString name = uniqueName(QStringLiteral("test_"));
+        exec(QStringLiteral("CREATE DATABASE %1 CHARACTER SET utf8mb4").arg(name));
+        exec(QStringLiteral("USE %1").arg(name));
+        url_.setPath(QStringLiteral("/") + name);
+    }
+    ~MariadbDatabase() override
+    {
+        // A server that was killed takes it along.
+        QSqlQuery(writer_).exec(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(url_.path().mid(1)));
+        const QString connection = writer_.connectionName();
+        writer_ = QSqlDatabase();
+        QSqlDatabase::removeDatabase(connection);
+    }
+
+    QString name() const override { return url_.toString(); }
+    Backend backend() const override { return Mariadb; }
+
+private:
+    QUrl url_;
+};
+
 } // namespace
 
 std::unique_ptr<TestDatabase> TestDatabase::make(Backend backend)
 {
     if (backend == Sqlite)
         return std::make_unique<SqliteDatabase>();
+    if (backend == Mariadb)
+        return makeOnMariadb(MariadbServer::sharedUrl());
     return makeOn(PostgresServer::sharedUrl());
 }
 
 std::unique_ptr<TestDatabase> TestDatabase::makeOn(const QString &serverUrl)
 {
     return std::make_unique<PostgresDatabase>(serverUrl);
+}
+
+std::unique_ptr<TestDatabase> TestDatabase::makeOnMariadb(const QString &serverUrl)
+{
+    return std::make_unique<MariadbDatabase>(QUrl(serverUrl));
 }
 
 void TestDatabase::exec(const QString &sql, const QVariantList &values)
@@ -138,11 +179,21 @@ void TestDatabase::makeNumbers(const QString &table, qint64 rows, int columns)
             ? QStringLiteral(
                   "WITH RECURSIVE n(i) AS (SELECT 1 WHERE %1 > 0 UNION ALL SELECT i + 1 FROM n WHERE i < %1)"
                   " INSERT INTO %2 SELECT %3 FROM n")
-            : QStringLiteral("INSERT INTO %2 SELECT %3 FROM generate_series(1::bigint, %1) AS n(i)");
+        : backend() == Postgres
+            ? QStringLiteral("INSERT INTO %2 SELECT %3 FROM generate_series(1::bigint, %1) AS n(i)")
+            : QStringLiteral("INSERT INTO %2 SELECT %3 FROM (SELECT seq AS i FROM seq_1_to_%1) n");
     exec(numbers.arg(QString::number(rows), table, values));
 }
 
 std::string backendName(TestDatabase::Backend backend)
 {
-    return backend == TestDatabase::Sqlite ? "Sqlite" : "Postgres";
+    switch (backend) {
+    case TestDatabase::Sqlite:
+        return "Sqlite";
+    case TestDatabase::Postgres:
+        return "Postgres";
+    case TestDatabase::Mariadb:
+        break;
+    }
+    return "Mariadb";
 }

@@ -11,11 +11,14 @@
 class TestDatabase
 {
 public:
-    enum Backend { Sqlite, Postgres };
+    enum Backend { Sqlite, Postgres, Mariadb };
 
+    /// Mariadb only where MariadbServer::isInstalled().
     static std::unique_ptr<TestDatabase> make(Backend backend);
     /// On the PostgreSQL server with this URL.
     static std::unique_ptr<TestDatabase> makeOn(const QString &serverUrl);
+    /// On the MariaDB server with this URL.
+    static std::unique_ptr<TestDatabase> makeOnMariadb(const QString &serverUrl);
     virtual ~TestDatabase() = default;
 
     /// What a dataset's DatabaseName is set to.
