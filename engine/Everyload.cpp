@@ -20,11 +20,16 @@ namespace {
 /// How often a progress dialog is told.
 constexpr int pace = 50; // ms
 
-void tell(nuvo::Progress &progress, const nuvo::RecordReader &reader)
+/// A dialog that paints runs events, and one of them can be the end of the component, or of the load. False then, and
+/// it is told no more.
+bool tell(nuvo::Progress &progress, const nuvo::Reading &reading, const std::weak_ptr<bool> &owner)
 {
-    const double share = reader.share();
+    const double share = reading.reader().share();
     progress.SetGaugeProgress(share < 0 ? 0 : static_cast<unsigned short>(100 * std::min(share, 1.0)));
-    progress.SetGaugeText(QStringLiteral("Records Read: ") + QString::number(reader.records()));
+    if (owner.expired())
+        return false;
+    progress.SetGaugeText(QStringLiteral("Records Read: ") + QString::number(reading.reader().records()));
+    return !owner.expired();
 }
 
 /// The server where there is one that can add up, else a scan. Which it is takes a connection to know.
@@ -172,11 +177,10 @@ std::optional<nuvo::RecordSums> TRegression::Private::readNow(nuvo::RecordReques
     reading = own;
     QTimer timer;
     if (progress) {
-        tell(*progress, own->reader());
-        progress->Show();
+        if (tell(*progress, *own, owner))
+            progress->Show();
         QObject::connect(&timer, &QTimer::timeout, &here, [&] {
-            tell(*progress, own->reader());
-            if (progress->Stopped())
+            if (!owner.expired() && tell(*progress, *own, owner) && progress->Stopped())
                 own->cancel();
         });
         timer.start(pace);
@@ -218,13 +222,14 @@ void TRegression::Private::startReading()
         begun->progress = q.MakeLoadProgress();
         begun->timer = new QTimer(&dataset);
         QObject::connect(begun->timer, &QTimer::timeout, &dataset, [this] {
-            // Showing it runs events, and one of them can be the end of the load, or of the component.
+            const std::weak_ptr<bool> owner = alive;
             const std::shared_ptr<nuvo::Reading> own = reading;
             const std::shared_ptr<nuvo::Progress> progress = started->progress;
-            tell(*progress, own->reader());
-            if (started && !std::exchange(started->shown, true))
+            if (!tell(*progress, *own, owner) || reading != own)
+                return;
+            if (!std::exchange(started->shown, true))
                 progress->Show();
-            if (progress->Stopped())
+            if (!owner.expired() && progress->Stopped())
                 own->cancel();
         });
         begun->timer->start(pace);

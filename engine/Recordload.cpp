@@ -56,7 +56,11 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
     LoadedRecords loaded;
     dataset.First();
     progress.SetGaugeProgress(0);
+    if (watch.owner.expired())
+        return {};
     progress.SetGaugeText(QStringLiteral("Records Loaded: 0"));
+    if (watch.owner.expired())
+        return {};
     // Asked whenever events may have run.
     const auto goesOn = [&] {
         if (watch.owner.expired())
@@ -103,6 +107,8 @@ std::optional<LoadedRecords> RecordLoad::load(const ModelDefinitions &definition
             if (watch.show) {
                 const double percentage = double(n) * 100 / double(records);
                 progress.SetGaugeProgress(static_cast<unsigned short>(std::clamp(percentage, 0.0, 100.0)));
+                if (watch.owner.expired())
+                    return {};
                 progress.SetGaugeText(QStringLiteral("Records Loaded: ") + QString::number(n));
                 if (!goesOn())
                     return {};

@@ -409,9 +409,9 @@ qint64 TRegression::RecordsUsed() const
 
 qint64 TRegression::RecordsSkipped() const
 {
-    // Where the database added up, only the sample's records were walked.
-    return d->recordsRead -
-           std::min<qint64>(d->recordsRead < d->count() ? d->observed.n() : d->count(), d->recordsRead);
+    // Where the database added up, only the sample's records were walked, but all of them were counted.
+    const qint64 of = d->totals && d->recordsTotal ? *d->recordsTotal : d->recordsRead;
+    return of - std::min(d->count(), of);
 }
 
 bool TRegression::MoreRecords() const

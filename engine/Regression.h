@@ -132,7 +132,7 @@ public:
     qint64 RecordsRead() const;
     /// Records that the fit is of, n.
     qint64 RecordsUsed() const;
-    /// Records that were walked and could not be transformed.
+    /// Records that could not be transformed: of those walked, or of all that the database counted.
     qint64 RecordsSkipped() const;
     /// Whether there were records behind those walked, which the fit is not of.
     bool MoreRecords() const;
@@ -367,7 +367,7 @@ public:
 protected:
     TRegression(TDataSet &dataset, Form form);
 
-    /// The window that follows a load.
+    /// The window that follows a load. It can be destroyed after the component, untold: it must not refer to it.
     virtual std::unique_ptr<nuvo::Progress> MakeLoadProgress() = 0;
     virtual void NotifyLoaded() = 0;
     virtual void NotifyComputed() = 0;

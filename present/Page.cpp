@@ -128,9 +128,8 @@ private:
     QString records() const
     {
         const Figures::Records &records = figures_.records;
-        QString text = records.used > records.read
-                           ? QStringLiteral("%1 records were used").arg(records.used)
-                           : QStringLiteral("%1 of %2 records were used").arg(records.used).arg(records.read);
+        const long long looked = records.used + records.skipped; // at; a server looks at more than are read
+        QString text = QStringLiteral("%1 of %2 records were used").arg(records.used).arg(looked);
         if (records.skipped > 0)
             text += QStringLiteral(", %1 could not be").arg(records.skipped);
         QStringList lacking;
@@ -156,7 +155,7 @@ private:
                     .arg(figures_.sample->size)
                     .arg(figures_.sample->even ? QStringLiteral(", drawn evenly over all of them")
                                                : QStringLiteral(", the first ones"));
-        if (records.total && *records.total > records.read)
+        if (records.total && *records.total > looked)
             text += QStringLiteral(" The dataset has %1 records.").arg(*records.total);
         return text;
     }

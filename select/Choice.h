@@ -53,7 +53,7 @@ struct NUVO_EXPORT Choice
 
     // The sample that all candidates share.
     qint64 observations = 0;
-    qint64 recordsRead = 0; ///< walked; those of them that did not become observations were taken from all candidates
+    qint64 recordsRead = 0; ///< looked at; those that did not become observations were taken from all candidates
     qint64 skipped() const { return recordsRead - observations; }
     /// The response first, then the controls: which records each of them cannot use. Empty when nothing was skipped.
     std::vector<LeftOut> leftOut;

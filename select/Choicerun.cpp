@@ -96,7 +96,7 @@ void ChoiceRun::describe()
     for (int j = 1; j <= regression.GetNumVars(); ++j)
         choice_.controls.append(regression.GetcVar(j).OutputTerm());
     choice_.observations = regression.RecordsUsed();
-    choice_.recordsRead = regression.RecordsRead();
+    choice_.recordsRead = regression.RecordsUsed() + regression.RecordsSkipped();
     if (choice_.skipped() > 0)
         choice_.leftOut = run_.leftOut();
 }

@@ -64,6 +64,31 @@ TEST_F(RecordsOfAServer, GiveTheFiguresOfAllRecords)
     EXPECT_EQ(server["residuals"].size(), 2500U);
 }
 
+TEST_F(RecordsOfAServer, ThatCouldNotBeUsedAreCountedAmongAllOfThem)
+{
+    for (const int records : {100, 12000}) {
+        db->makeNumbers(u("numbers"), records, 3);
+        db->exec(u("UPDATE numbers SET x1 = NULL WHERE id % 10 = 0"));
+        const Json server = parsed(runProgram(arguments({u("--format=json"), u("--records=server")})));
+        // Read are those of the sample, fits of fewer terms included; the others were looked at where they are.
+        EXPECT_EQ(server["records"]["total"], records);
+        EXPECT_LE(server["records"]["read"], 2500);
+        EXPECT_EQ(server["records"]["used"], records / 10 * 9);
+        EXPECT_EQ(server["records"]["skipped"], records / 10);
+        const QString said = runProgram(arguments({u("--records=server")})).out.simplified();
+        EXPECT_TRUE(said.contains(u("%1 of %2 records were used, %3 could not be: x1 is null in %3.")
+                                      .arg(records / 10 * 9)
+                                      .arg(records)
+                                      .arg(records / 10)))
+            << said.toStdString();
+        const Json chosen = parsed(
+            runProgram(arguments({u("--format=json"), u("--records=server")}, u("select forward --rule textbook"))));
+        EXPECT_TRUE(text(chosen["report"]).contains(u("(%1 read, %2 left out)").arg(records).arg(records / 10)))
+            << text(chosen["report"]).toStdString();
+        db->exec(u("DROP TABLE numbers"));
+    }
+}
+
 TEST_F(RecordsOfAServer, ServeAQueryAndASelection)
 {
     db->makeNumbers(u("numbers"), 6000, 3);

@@ -21,6 +21,53 @@ private:
     ProgressLog &log_;
 };
 
+/// Ends the component at the n-th value that it is told, and counts what it is told afterwards.
+struct EndingLog
+{
+    std::unique_ptr<TMLRQuery> query;
+    int endAt = 1;
+    int told = 0;
+    int afterwards = 0;
+    bool destroyed = false;
+
+    void tell(bool value)
+    {
+        afterwards += query == nullptr;
+        if (value && query != nullptr && ++told == endAt)
+            query.reset();
+    }
+};
+
+class EndingProgress : public nuvo::Progress
+{
+public:
+    explicit EndingProgress(EndingLog &log) : log_(log) {}
+    ~EndingProgress() override { log_.destroyed = true; }
+    void Show() override { log_.tell(false); }
+    void SetGaugeProgress(unsigned short) override { log_.tell(true); }
+    void SetGaugeText(const QString &) override { log_.tell(false); }
+    bool Stopped() const override
+    {
+        log_.tell(false);
+        return false;
+    }
+
+private:
+    EndingLog &log_;
+};
+
+class EndingQuery : public TMLRQuery
+{
+public:
+    explicit EndingQuery(EndingLog &log) : log_(log) {}
+
+protected:
+    std::unique_ptr<nuvo::Progress> MakeLoadProgress() override { return std::make_unique<EndingProgress>(log_); }
+
+private:
+    EndingLog &log_;
+};
+
 class UnderWay : public testing::Test
 {
 protected:
@@ -172,6 +219,32 @@ TEST_F(UnderWay, AComponentCanGoWhileItsProgressIsShown)
         db = TestDatabase::make(TestDatabase::Sqlite);
         make();
         query->SetShowLoadProgress(true);
+    }
+}
+
+TEST_F(UnderWay, AProgressIsToldNoMoreWhenItHasEndedItsComponent)
+{
+    for (const TMLRQuery::TRecords records : {TMLRQuery::FirstRecords, TMLRQuery::AllRecords}) {
+        for (const bool started : {false, true}) {
+            for (const int endAt : {1, 2, 4}) {
+                EndingLog ending;
+                ending.endAt = endAt;
+                ending.query = std::make_unique<EndingQuery>(ending);
+                TMLRQuery *const dying = ending.query.get();
+                dying->SetDatabaseName(db->name());
+                dying->SetSQL(records == TMLRQuery::AllRecords ? endless() : text("SELECT * FROM t, t AS u"));
+                dying->Open();
+                define(*dying, "a");
+                dying->SetRecords(records);
+                dying->SetShowLoadProgress(true);
+                if (started)
+                    dying->StartReLoad();
+                else
+                    EXPECT_FALSE(static_cast<TRegression *>(dying)->ReLoad());
+                ASSERT_TRUE(waitFor([&] { return ending.query == nullptr && ending.destroyed; }));
+                EXPECT_EQ(ending.afterwards, 0) << int(records) << started << endAt;
+            }
+        }
     }
 }
 
