@@ -16,8 +16,11 @@ constexpr char programUsage[] = R"(Usage:
   nuvostat select METHOD --database DB (--table NAME | --sql TEXT)
            --response TERM [--control TERM]... [OPTIONS]
   nuvostat run FORM.ui [--format text|report|json]
+  nuvostat fit FILE.csv --response TERM [--control TERM]... [OPTIONS]
+  nuvostat fit FILE.csv --head N
   nuvostat import FILE.csv --database DB --table NAME [--replace]
   nuvostat ftable --database DB --table NAME [--denominators N] [--replace]
+  nuvostat samples DIR
 )";
 
 constexpr char programFooter[] = R"(
@@ -26,6 +29,8 @@ mysql://..., odbc:DSN. Passwords are left to the driver's own means, such as a
 password file; they are never taken from the command line.
 
 Examples:
+  nuvostat samples demo
+  nuvostat fit demo/Cement.csv --response Heat --control Aluminate
   nuvostat import Longley.csv --database demo.db --table Longley
   nuvostat fit --database demo.db --table Longley --response y
            --control x2 --control x3
@@ -36,6 +41,19 @@ Examples:
 Exit status: 0 every run came out; 1 a run came to no result; 2 the command line
 is wrong; 3 the database, a table, a field, a form, a conversion or a file that
 is to be written failed.)";
+
+constexpr char beginning[] = R"(
+To begin:
+  nuvostat samples demo
+      writes a sample database, a CSV file and a form into the folder "demo"
+  nuvostat fit demo/Cement.csv --response Heat --control Aluminate
+      fits a CSV file; --head 5 in place of the variables shows what is in it
+  nuvostat fit --database demo/samples.db --table Longley --response TOTEMP
+           --control GNP --control UNEMP
+      fits a table of a database
+  nuvostat --help
+      tells the rest
+)";
 
 /// Whether a command has an option of this name that takes a value.
 bool takesValue(const CLI::App &command, const std::string &argument)
@@ -80,8 +98,8 @@ public:
     Command parse(std::vector<std::string> arguments)
     {
         if (arguments.empty())
-            throw UsageError(
-                QStringLiteral("A command is missing: %1. See \"nuvostat --help\".").arg(commandNames(" or ")));
+            throw UsageError(QStringLiteral("A command is missing: %1.").arg(commandNames(" or ")),
+                             QLatin1String(beginning));
         const std::string name = arguments.front();
         const std::vector<CLI::App *> named =
             program_.get_subcommands([&name](const CLI::App *app) { return app->get_name() == name; });
@@ -162,9 +180,9 @@ private:
 
     CLI::App program_;
     // In this order the help lists them: a braced list is evaluated from left to right.
-    std::tuple<FitCommand, SelectCommand, RunCommand, ImportCommand, FTableCommand> commands_{
-        FitCommand(program_), SelectCommand(program_), RunCommand(program_), ImportCommand(program_),
-        FTableCommand(program_)};
+    std::tuple<FitCommand, SelectCommand, RunCommand, ImportCommand, FTableCommand, SamplesCommand> commands_{
+        FitCommand(program_),    SelectCommand(program_), RunCommand(program_),
+        ImportCommand(program_), FTableCommand(program_), SamplesCommand(program_)};
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "app/Ftable.h"
 #include "app/Import.h"
 #include "app/Run.h"
+#include "app/Samples.h"
 #include "app/Select.h"
 
 #include <QString>
@@ -20,9 +21,11 @@ struct PrintOptions
     QString text;
 };
 
-using Command = std::variant<PrintOptions, FitOptions, SelectOptions, RunOptions, ImportOptions, FTableOptions>;
+using Command =
+    std::variant<PrintOptions, FitOptions, SelectOptions, RunOptions, ImportOptions, FTableOptions, SamplesOptions>;
 
-/// Reads a command line, the program's name left out. \throws UsageError, whose sentence ends in a hint at --help.
+/// Reads a command line, the program's name left out. \throws UsageError, whose sentence ends in a hint at --help;
+/// with an empty one how to begin.
 Command parseCommandLine(std::vector<std::string> arguments);
 
 } // namespace nuvo

@@ -3,8 +3,11 @@
 #include "platform/Errors.h"
 #include "platform/Messages.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -25,11 +28,26 @@ static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_alw
 constexpr unsigned noticeTime = 3;
 constexpr unsigned undoTime = 30;
 
+/// What a signal discards. A handler can do little more than read memory that does not move.
+constexpr size_t mostDiscarded = 4;
+std::array<std::array<char, PATH_MAX>, mostDiscarded> discarded;
+std::atomic<size_t> discardedCount{0};
+
+void discard()
+{
+    for (size_t i = 0; i < discardedCount; ++i) {
+        if (::unlink(discarded[i].data()) != 0)
+            ::rmdir(discarded[i].data());
+    }
+}
+
 extern "C" void onSignal(int signal)
 {
     int none = 0;
-    if (!held || !remembered.compare_exchange_strong(none, signal))
+    if (!held || !remembered.compare_exchange_strong(none, signal)) {
+        discard();
         ::_exit(128 + (none != 0 ? none : signal));
+    }
     ::alarm(noticeTime);
 }
 
@@ -124,6 +142,18 @@ int outputWidth()
 bool errorIsTerminal()
 {
     return ::isatty(STDERR_FILENO) != 0;
+}
+
+void discardOnSignal(const QStringList &paths)
+{
+    discardedCount = 0;
+    size_t count = 0;
+    for (const QString &path : paths.first(std::min(paths.size(), qsizetype(mostDiscarded)))) {
+        const QByteArray bytes = path.toLocal8Bit();
+        if (size_t(bytes.size()) < discarded[count].size())
+            std::copy_n(bytes.constData(), bytes.size() + 1, discarded[count++].begin());
+    }
+    discardedCount = count;
 }
 
 InterruptHold::InterruptHold()

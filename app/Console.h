@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace nuvo {
 
@@ -22,6 +23,10 @@ void writeErrorText(const QString &text);
 /// Columns of the terminal on standard output, at least 80; 80 where it is no terminal.
 int outputWidth();
 bool errorIsTerminal();
+
+/// Files, and the folder that they are in as the last one, which a signal that ends the program removes first. At
+/// most four, which replace those named before.
+void discardOnSignal(const QStringList &paths);
 
 /// Thrown by InterruptHold::check().
 struct Interrupted

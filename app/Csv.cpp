@@ -1,13 +1,11 @@
 #include "app/Csv.h"
 
 #include "platform/Errors.h"
+#include "platform/Numbervalue.h"
 
 #include <QByteArrayView>
 #include <QSet>
 
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <cstring>
 
 namespace nuvo {
@@ -19,156 +17,20 @@ constexpr size_t longestRecord = size_t(64) << 20;
 constexpr size_t mostCells = 100000;
 constexpr qsizetype longestIntruder = 40;
 
-enum class Kind { Null, Whole, Floating, NotFinite, Text };
-
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t';
-}
-
-std::string_view withoutBlanks(std::string_view text)
-{
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
-bool isNull(std::string_view trimmed)
-{
-    return trimmed.empty() || trimmed == "NA";
-}
-
-/// "NaN", "Inf" and "Infinity", upper and lower case alike.
-bool isNotFinite(std::string_view text)
-{
-    const QLatin1StringView name(text.data(), qsizetype(text.size()));
-    return name.compare(QLatin1StringView("nan"), Qt::CaseInsensitive) == 0 ||
-           name.compare(QLatin1StringView("inf"), Qt::CaseInsensitive) == 0 ||
-           name.compare(QLatin1StringView("infinity"), Qt::CaseInsensitive) == 0;
-}
-
-std::string_view withoutPlus(std::string_view text)
-{
-    return text.front() == '+' ? text.substr(1) : text;
-}
-
-/// The whole text as a number; nothing when it is none. Too small for a double is 0, too large is infinite.
-std::optional<double> toDouble(std::string_view text)
-{
-    text = withoutPlus(text);
-    double number = 0;
-    const auto [behind, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error == std::errc::invalid_argument || behind != text.data() + text.size())
-        return std::nullopt;
-    // Out of range, std::from_chars does not say on which side.
-    return error == std::errc() ? number : QString::fromLatin1(text.data(), qsizetype(text.size())).toDouble();
-}
-
-std::optional<qint64> toWhole(std::string_view text)
-{
-    text = withoutPlus(text);
-    qint64 number = 0;
-    const auto [behind, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || behind != text.data() + text.size())
-        return std::nullopt;
-    return number;
-}
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-Kind kindOf(std::string_view cell)
-{
-    const std::string_view text = withoutBlanks(cell);
-    if (isNull(text))
-        return Kind::Null;
-    const std::string_view digits = text.substr(text.front() == '-' || text.front() == '+' ? 1 : 0);
-    if (digits.empty() || (!isDigit(digits.front()) && digits.front() != '.'))
-        return isNotFinite(digits) ? Kind::NotFinite : Kind::Text;
-    if (digits.size() > 1 && digits[0] == '0' && isDigit(digits[1]))
-        return Kind::Text;
-    if (toWhole(text))
-        return Kind::Whole;
-    const std::optional<double> number = toDouble(text);
-    // What is too large for a double keeps its digits as a text.
-    return number && std::isfinite(*number) ? Kind::Floating : Kind::Text;
-}
-
-/// What Windows-1252 has where Latin-1 has control characters; 0 where it has nothing.
-constexpr std::array<char16_t, 32> windows1252 = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                                  0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
-                                                  0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                                  0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
-
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-QString decoded(std::string_view bytes, bool utf8)
-{
-    if (utf8) {
-        QString text = QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
-        // Qt takes it for a byte-order mark, which only the start of the file can have.
-        if (bytes.starts_with(byteOrderMark))
-            text.prepend(QChar(QChar::ByteOrderMark));
-        return text;
-    }
-    QString text = QString::fromLatin1(bytes.data(), qsizetype(bytes.size()));
-    for (QChar &c : text) {
-        if (c.unicode() >= 0x80 && c.unicode() < 0xA0 && windows1252[c.unicode() - 0x80] != 0)
-            c = QChar(windows1252[c.unicode() - 0x80]);
-    }
-    return text;
-}
-
 bool isUtf8(std::string_view bytes)
 {
     return QByteArrayView(bytes.data(), qsizetype(bytes.size())).isValidUtf8();
 }
 
-/// The position behind a quoted cell that begins at `at`; the end of the text when it is not closed there.
-size_t behindQuoted(std::string_view text, size_t at)
+bool isUtf16(CsvEncoding encoding)
 {
-    for (++at; at < text.size(); ++at) {
-        if (text[at] == '"' && (++at == text.size() || text[at] != '"'))
-            return at;
-    }
-    return text.size();
-}
-
-/// The separator of the first record. A quote opens only where a cell begins, whatever parts the cells.
-char separatorOf(std::string_view text)
-{
-    qint64 semicolons = 0;
-    qint64 tabs = 0;
-    bool begins = true;
-    size_t at = 0;
-    while (at < text.size()) {
-        const char c = text[at];
-        if (c == '"' && begins) {
-            at = behindQuoted(text, at);
-            begins = false;
-            continue;
-        }
-        if (c == ',')
-            return ',';
-        if (c == '\n' || c == '\r')
-            break;
-        semicolons += c == ';';
-        tabs += c == '\t';
-        begins = c == ';' || c == '\t' || (begins && c == ' ');
-        ++at;
-    }
-    if (semicolons == 0 && tabs == 0)
-        return ',';
-    return semicolons >= tabs ? ';' : '\t';
+    return encoding == CsvEncoding::Utf16LittleEndian || encoding == CsvEncoding::Utf16BigEndian;
 }
 
 } // namespace
 
-CsvReader::CsvReader(const QString &fileName) : fileName_(fileName), file_(fileName), buffer_(bufferSize)
+CsvReader::CsvReader(const QString &fileName, const CsvCorrections &corrections)
+    : corrections_(corrections), fileName_(fileName), file_(fileName), buffer_(bufferSize)
 {
     if (!file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         throw EPlatformError(
@@ -179,34 +41,66 @@ CsvReader::CsvReader(const QString &fileName) : fileName_(fileName), file_(fileN
             QStringLiteral("\"%1\" is no ordinary file: it is read twice, once to learn the types of "
                            "its columns.")
                 .arg(fileName));
+    const qint64 size = read();
+    refuseForeign({buffer_.data(), size_t(size)});
+    const CsvRecogniser recogniser({buffer_.data(), size_t(size)}, size < bufferSize, corrections);
+    format_ = recogniser.format();
+    reasons_ = recogniser.reasons();
+    markLength_ = qint64(recogniser.markLength());
     rewind();
-    separator_ = separatorOf({at_, size_t(end_ - at_)});
+}
+
+/// Files that are often taken for one.
+void CsvReader::refuseForeign(std::string_view bytes) const
+{
+    if (bytes.starts_with("SQLite format 3"))
+        throw EPlatformError(
+            QStringLiteral("\"%1\" is an SQLite database, no CSV file; --database %1 --table NAME reads it.")
+                .arg(fileName_));
+    if (bytes.starts_with("PK\x03\x04"))
+        throw EPlatformError(
+            QStringLiteral("\"%1\" is an archive or a spreadsheet, no CSV file; save the sheet as CSV.")
+                .arg(fileName_));
 }
 
 void CsvReader::rewind()
 {
-    if (!file_.seek(0))
+    if (!file_.seek(markLength_))
         throw EPlatformError(QStringLiteral("\"%1\" cannot be read: %2.").arg(fileName_, file_.errorString()));
+    if (isUtf16(format_.encoding))
+        decoder_ = QStringDecoder(format_.encoding == CsvEncoding::Utf16LittleEndian ? QStringDecoder::Utf16LE
+                                                                                     : QStringDecoder::Utf16BE,
+                                  QStringDecoder::Flag::ConvertInitialBom);
     at_ = end_ = nullptr;
     line_ = 1;
     recordLine_ = 0;
     expected_ = 0;
-    fill();
-    const std::string_view start(at_, size_t(end_ - at_));
-    if (start.starts_with(byteOrderMark))
-        at_ += byteOrderMark.size();
-    else if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF"))
-        throw EPlatformError(QStringLiteral("\"%1\" is written in UTF-16: save it as UTF-8.").arg(fileName_));
+}
+
+qint64 CsvReader::read()
+{
+    const qint64 size = file_.read(buffer_.data(), bufferSize);
+    if (size < 0)
+        throw EPlatformError(QStringLiteral("\"%1\" cannot be read: %2.").arg(fileName_, file_.errorString()));
+    return size;
 }
 
 bool CsvReader::fill()
 {
-    const qint64 read = file_.read(buffer_.data(), bufferSize);
-    if (read < 0)
-        throw EPlatformError(QStringLiteral("\"%1\" cannot be read: %2.").arg(fileName_, file_.errorString()));
+    const qint64 size = read();
     at_ = buffer_.data();
-    end_ = at_ + read;
-    return read > 0;
+    end_ = at_ + size;
+    if (!isUtf16(format_.encoding))
+        return size > 0;
+    if (size == 0) {
+        if ((file_.pos() - markLength_) % 2 != 0)
+            fail(QStringLiteral("the file ends within a character of %1").arg(encodingName(format_.encoding)), line_);
+        return false;
+    }
+    decoded_ = QString(decoder_(QByteArrayView(buffer_.data(), size))).toUtf8();
+    at_ = decoded_.constData();
+    end_ = at_ + decoded_.size();
+    return decoded_.isEmpty() ? fill() : true; // half a character
 }
 
 /// The next byte, or -1 at the end of the file.
@@ -255,7 +149,7 @@ CsvReader::End CsvReader::readCell()
     bool closed = false; // quotes were read: nothing but blanks may follow
     End end = End::Record;
     for (int c = peek(); c >= 0; c = peek()) {
-        if (c == separator_) {
+        if (c == format_.separator) {
             ++at_;
             end = End::Cell;
             break;
@@ -271,7 +165,7 @@ CsvReader::End CsvReader::readCell()
             continue;
         }
         const char *run = at_ + 1;
-        while (run != end_ && *run != separator_ && *run != '"' && *run != '\n' && *run != '\r')
+        while (run != end_ && *run != format_.separator && *run != '"' && *run != '\n' && *run != '\r')
             ++run;
         if (!closed)
             append(at_, run);
@@ -331,101 +225,83 @@ void CsvReader::append(const char *from, const char *to)
              recordLine_);
 }
 
-CsvSurvey surveyCsv(CsvReader &reader)
+namespace {
+
+void takeColumns(CsvSurvey &survey, const std::vector<std::string> &names, const std::vector<ColumnSurvey> &columns,
+                 const QString &fileName)
 {
-    struct Seen
-    {
-        std::string name;
-        bool whole = false;
-        bool floating = false;
-        bool notFinite = false;
-        bool text = false;
-        std::string intruder;
-        qint64 intruderLine = 0;
-    };
-
-    reader.rewind();
-    if (!reader.next())
-        throw EPlatformError(QStringLiteral("The file \"%1\" is empty.").arg(reader.fileName()));
-    CsvSurvey survey;
-    std::vector<Seen> seen(reader.cellCount());
-    for (size_t i = 0; i < seen.size(); ++i) {
-        seen[i].name = withoutBlanks(reader.cell(i));
-        survey.utf8 = survey.utf8 && isUtf8(seen[i].name);
-    }
-    while (reader.next()) {
-        ++survey.rows;
-        for (size_t i = 0; i < seen.size(); ++i) {
-            Seen &column = seen[i];
-            const std::string_view cell = reader.cell(i);
-            survey.utf8 = survey.utf8 && isUtf8(cell);
-            if (column.text)
-                continue;
-            const Kind kind = kindOf(cell);
-            column.whole |= kind == Kind::Whole;
-            column.floating |= kind == Kind::Floating;
-            column.notFinite |= kind == Kind::NotFinite;
-            column.text = kind == Kind::Text;
-            if (column.text && (column.whole || column.floating)) {
-                column.intruder = cell.substr(0, 4 * longestIntruder);
-                column.intruderLine = reader.line();
-            }
-        }
-    }
-
-    QSet<QString> names;
-    for (const Seen &column : seen) {
+    const char decimal = survey.format.decimal;
+    QSet<QString> there;
+    for (size_t i = 0; i < columns.size(); ++i) {
+        const ColumnSurvey &column = columns[i];
         CsvColumn told;
-        told.name = decoded(column.name, survey.utf8).trimmed();
-        told.intruder = decoded(column.intruder, survey.utf8).left(longestIntruder);
-        told.intruderLine = column.intruderLine;
-        const bool numbers = (column.whole || column.floating) && !column.text;
-        if (numbers)
-            told.type = column.floating || column.notFinite ? ColumnType::Floating : ColumnType::Whole;
+        told.name = decoded(names[i], survey.format.encoding).trimmed();
+        told.intruder = decoded(column.intruder(decimal), survey.format.encoding).left(longestIntruder);
+        told.intruderLine = column.intruderLine(decimal);
+        told.intruderLike = writtenLike(told.intruder, QLatin1Char(decimal));
+        if (column.isNumeric(decimal))
+            told.type = column.isWhole(decimal) ? ColumnType::Whole : ColumnType::Floating;
         survey.columns.push_back(told);
         if (told.name.isEmpty())
             throw EPlatformError(QStringLiteral("Column %1 of \"%2\" has no name in the header row.")
                                      .arg(survey.columns.size())
-                                     .arg(reader.fileName()));
-        if (names.contains(told.name.toCaseFolded()))
+                                     .arg(fileName));
+        if (there.contains(told.name.toCaseFolded()))
             throw EPlatformError(QStringLiteral("The header row of \"%1\" has the name \"%2\" twice; upper and lower "
                                                 "case are the same to a database.")
-                                     .arg(reader.fileName(), told.name));
-        names.insert(told.name.toCaseFolded());
+                                     .arg(fileName, told.name));
+        there.insert(told.name.toCaseFolded());
     }
+}
+
+} // namespace
+
+CsvSurvey surveyCsv(CsvReader &reader)
+{
+    reader.rewind();
+    if (!reader.next())
+        throw EPlatformError(QStringLiteral("The file \"%1\" is empty.").arg(reader.fileName()));
+    CsvSurvey survey;
+    survey.format = reader.format();
+    survey.reasons = reader.reasons();
+    // Where nothing is said the whole file says what the beginning could not.
+    const bool checked = survey.format.encoding == CsvEncoding::Utf8;
+    qint64 foreignLine = 0;
+    const auto check = [&](std::string_view cell) {
+        if (checked && foreignLine == 0 && !isUtf8(cell))
+            foreignLine = reader.line();
+    };
+    std::optional<char> decimal = reader.corrections().decimal;
+    if (!decimal && survey.format.separator == ',')
+        decimal = '.';
+    std::vector<std::string> names(reader.cellCount());
+    std::vector<ColumnSurvey> columns(reader.cellCount(), ColumnSurvey(decimal));
+    for (size_t i = 0; i < names.size(); ++i) {
+        names[i] = withoutBlanks(reader.cell(i));
+        check(names[i]);
+    }
+    while (reader.next()) {
+        ++survey.rows;
+        for (size_t i = 0; i < columns.size(); ++i) {
+            check(reader.cell(i));
+            columns[i].add(reader.cell(i), reader.line());
+        }
+    }
+
+    if (foreignLine > 0 && reader.corrections().encoding)
+        throw EPlatformError(QStringLiteral("\"%1\", line %2: some byte is no UTF-8, which the file was said to be.")
+                                 .arg(reader.fileName())
+                                 .arg(foreignLine));
+    if (foreignLine > 0) {
+        survey.format.encoding = CsvEncoding::Windows1252;
+        survey.reasons.encoding = QStringLiteral("some byte in line %1 is no UTF-8").arg(foreignLine);
+    }
+    if (!decimal) {
+        survey.format.decimal = decimalOf(columns);
+        survey.reasons.decimal = decimalReason(columns, survey.format.decimal);
+    }
+    takeColumns(survey, names, columns, reader.fileName());
     return survey;
-}
-
-void failChangedCsv()
-{
-    throw EPlatformError(QStringLiteral("The file changed while it was read."));
-}
-
-std::optional<QString> csvText(std::string_view cell, bool utf8)
-{
-    if (isNull(withoutBlanks(cell)))
-        return std::nullopt;
-    return decoded(cell, utf8);
-}
-
-std::optional<qint64> csvWhole(std::string_view cell)
-{
-    const std::string_view text = withoutBlanks(cell);
-    if (isNull(text))
-        return std::nullopt;
-    if (const auto number = toWhole(text))
-        return number;
-    failChangedCsv();
-}
-
-std::optional<double> csvFloating(std::string_view cell)
-{
-    const std::string_view text = withoutBlanks(cell);
-    if (isNull(text))
-        return std::nullopt;
-    if (const auto number = toDouble(text))
-        return std::isnan(*number) ? std::nullopt : number;
-    failChangedCsv();
 }
 
 } // namespace nuvo

@@ -20,6 +20,9 @@ constexpr char fitUsage[] = R"(Usage:
   nuvostat fit --database DB --table NAME [--filter EXPRESSION]
            [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
   nuvostat fit --database DB --sql TEXT VARIABLES [OPTIONS]
+  nuvostat fit FILE.csv [--separator CHAR] [--decimal .|,] [--encoding NAME]
+           [--filter EXPRESSION] [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
+  nuvostat fit FILE.csv --head N
 VARIABLES is --response TERM [--control TERM]...
 )";
 
@@ -38,8 +41,11 @@ value, residual, leverage, both kinds of scaled residuals, Cook's distance and
 DFFITS; what does not exist is empty.
 --at takes a value for each field of the control variables and predicts the
 response's term, the logarithm of a response Ln(price).
+A CSV file is read as "nuvostat import" reads it, into a temporary database that
+is removed at the end; --head shows what is understood of it.
 
 Examples:
+  nuvostat fit sales.csv --response 'Ln(price)' --control size
   nuvostat fit --database demo.db --table Longley --response y
            --control x2 --control 'Ln(x3)' --matrices
   nuvostat fit --database postgresql://ann@localhost/shop --format json
@@ -203,6 +209,8 @@ FitOptions FitCommand::read() const
 {
     FitOptions options;
     readModel(options);
+    if (options.csv && options.csv->head)
+        return options;
     options.message = optionText(message_);
     options.warnings = isGiven(warnings_);
     options.matrices = isGiven(matrices_);

@@ -1,29 +1,28 @@
 #pragma once
 
-#include "app/Syntax.h"
+#include "app/Filesyntax.h"
 
 namespace nuvo {
 
 struct ImportOptions
 {
-    QString file;
-    QString database;
+    CsvOptions csv;
+    QString database; ///< empty, as the table, where only the head is to be shown
     QString table;
     bool replace = false;
 };
 
 /// The command line of import.
-class ImportCommand : public CommandSyntax
+class ImportCommand : public FileSyntax
 {
 public:
     explicit ImportCommand(CLI::App &program);
     ImportOptions read() const;
 
 private:
-    CLI::Option *file_;
-    CLI::Option *database_;
-    CLI::Option *table_;
-    CLI::Option *replace_;
+    CLI::Option *database_ = nullptr;
+    CLI::Option *table_ = nullptr;
+    CLI::Option *replace_ = nullptr;
 };
 
 /// Makes a table from a CSV file, whole or not at all: in one transaction, in which an old table is replaced too. An

@@ -1,5 +1,6 @@
 #include "app/Commandline.h"
 #include "app/Console.h"
+#include "app/Csvtable.h"
 #include "app/Json.h"
 #include "app/Startup.h"
 #include "app/Usage.h"
@@ -93,9 +94,26 @@ int runMaker(char **argv, QString (*make)(const Options &), const Options &optio
     return Success;
 }
 
+/// The CSV file of which a command is to show what is understood, and no more.
+const nuvo::CsvOptions *headAsked(const nuvo::Command &command)
+{
+    const nuvo::CsvOptions *csv = nullptr;
+    if (const auto *fit = std::get_if<nuvo::FitOptions>(&command))
+        csv = fit->csv ? &*fit->csv : nullptr;
+    else if (const auto *select = std::get_if<nuvo::SelectOptions>(&command))
+        csv = select->csv ? &*select->csv : nullptr;
+    else if (const auto *import = std::get_if<nuvo::ImportOptions>(&command))
+        csv = &import->csv;
+    return csv != nullptr && csv->head ? csv : nullptr;
+}
+
 int run(int argc, char **argv)
 {
     const nuvo::Command command = nuvo::parseCommandLine({argv + std::min(argc, 1), argv + argc});
+    if (const nuvo::CsvOptions *csv = headAsked(command)) {
+        nuvo::writeOutput(nuvo::headOf(*csv));
+        return Success;
+    }
     if (const auto *fit = std::get_if<nuvo::FitOptions>(&command))
         return runComponents(argv, nuvo::fit, *fit, fit->show,
                              !fit->saveReport.isEmpty() || !fit->savePlots.isEmpty());
@@ -107,6 +125,8 @@ int run(int argc, char **argv)
         return runMaker(argv, nuvo::importCsv, *import);
     if (const auto *ftable = std::get_if<nuvo::FTableOptions>(&command))
         return runMaker(argv, nuvo::makeFTable, *ftable);
+    if (const auto *samples = std::get_if<nuvo::SamplesOptions>(&command))
+        return runMaker(argv, nuvo::makeSamples, *samples);
     nuvo::writeOutput(std::get<nuvo::PrintOptions>(command).text);
     return Success;
 }
@@ -120,6 +140,7 @@ int main(int argc, char **argv)
         return run(argc, argv);
     } catch (const nuvo::UsageError &error) {
         nuvo::writeErrorLine(QStringLiteral("nuvostat: ") + error.Message());
+        nuvo::writeErrorText(error.Lines());
         return WrongCommandLine;
     } catch (const nuvo::Interrupted &interrupted) {
         return 128 + interrupted.signal;

@@ -30,6 +30,14 @@ TIndepVar definitionOf(const Term &control)
     return definition;
 }
 
+QStringList fieldsOf(const ModelOptions &options)
+{
+    QStringList fields{options.response.field1};
+    for (const Term &control : options.controls)
+        fields += {control.field1, control.field2};
+    return fields;
+}
+
 void defineModel(TDataSet &dataset, TRegression &regression, const ModelOptions &options)
 {
     dataset.SetDatabaseName(options.database);

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "app/Components.h"
+#include "app/Filedatabase.h"
 #include "app/Modeloptions.h"
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
+#include "platform/Errors.h"
 
 namespace nuvo {
 
@@ -13,10 +15,27 @@ TIndepVar definitionOf(const Term &control);
 /// Gives a component the database, the variables and the description of the command line.
 void defineModel(TDataSet &dataset, TRegression &regression, const ModelOptions &options);
 
+/// The fields of the variables.
+QStringList fieldsOf(const ModelOptions &options);
+
 /// Calls with the component that the command line asks for, a table or a query, defined and not open.
+/// Of a CSV file it is the table that the file becomes for the time of the call.
 template <class Use>
-auto withModel(const ModelOptions &options, const Use &use)
+bool withModel(const ModelOptions &options, const Use &use)
 {
+    if (options.csv) {
+        const FileDatabase data(*options.csv);
+        ModelOptions own = options;
+        own.csv.reset();
+        own.database = data.database();
+        own.table = data.table();
+        try {
+            return withModel(own, use);
+        } catch (const EConvertError &error) {
+            const QString place = data.firstWithoutNumber(fieldsOf(options));
+            throw EConvertError(place.isEmpty() ? error.Message() : error.Message() + u' ' + place);
+        }
+    }
     if (options.sql) {
         OnTerminal<TMLRQuery> query;
         query.SetSQL(*options.sql);

@@ -29,18 +29,19 @@ leaves its position undefined.
 
 ModelSyntax::ModelSyntax(CLI::App &program, const char *name, const char *description, const char *usage,
                          const char *footer)
-    : CommandSyntax(program, name, description, usage, std::string(termHelp) + footer)
+    : FileSyntax(program, name, description, usage, std::string(termHelp) + footer)
 {
 }
 
 void ModelSyntax::addModel()
 {
-    database_ = addDatabase("DATA");
+    addFile("A CSV file, in place of a database", "DATA");
+    database_ = addValue("--database", "DB", "SQLite file, or URL of a server", "DATA");
     table_ = addValue("--table", "NAME", "A table or view of the database", "DATA");
     filter_ = addValue("--filter", "EXPRESSION", "An SQL condition on the table's records", "DATA");
     order_ = addValue("--order", "FIELD[,FIELD...]", "The order of the table's records", "DATA");
     sql_ = addValue("--sql", "TEXT", "In place of a table: SELECT ...", "DATA");
-    response_ = addRequired("--response", "TERM", "The response variable Y", "VARIABLES");
+    response_ = addValue("--response", "TERM", "The response variable Y", "VARIABLES");
     controls_ = addValues("--control", "TERM", "A control variable X; up to ten of them", "VARIABLES");
     description_ = addValue("--description", "TEXT", "What it is about, for the report's head");
     records_ = addValue("--records", "first|all|server", "Which to use: the first 2500 unless told", "DATA");
@@ -48,11 +49,20 @@ void ModelSyntax::addModel()
     format_ = addFormat();
 }
 
-void ModelSyntax::readModel(ModelOptions &options) const
+void ModelSyntax::readData(ModelOptions &options) const
 {
+    options.csv = readFile();
     options.database = optionText(database_);
     options.table = optionalText(table_);
     options.sql = optionalText(sql_);
+    if (options.csv && (isGiven(database_) || options.table || options.sql))
+        throw UsageError(
+            QStringLiteral("\"%1\" is taken for a CSV file, which excludes --database, --table and --sql.")
+                .arg(options.csv->file));
+    if (options.csv)
+        return;
+    if (!isGiven(database_))
+        throw UsageError(QStringLiteral("--database is required, or a CSV file."));
     if (options.table && options.sql)
         throw UsageError(QStringLiteral("--table and --sql exclude each other."));
     if (!options.table && !options.sql)
@@ -60,6 +70,19 @@ void ModelSyntax::readModel(ModelOptions &options) const
     if (options.sql && (isGiven(filter_) || isGiven(order_)))
         throw UsageError(
             QStringLiteral("--filter and --order belong to --table; a statement has its own WHERE and ORDER BY."));
+}
+
+void ModelSyntax::readModel(ModelOptions &options) const
+{
+    readData(options);
+    options.format = outputFormat(format_);
+    if (options.csv && options.csv->head) {
+        if (options.format != OutputFormat::Text)
+            throw UsageError(QStringLiteral("--head is a text; --format belongs to a fit."));
+        return;
+    }
+    if (!isGiven(response_))
+        throw UsageError(QStringLiteral("--response is required."));
     options.filter = optionText(filter_);
     options.order = optionText(order_);
     options.response = parseResponse(optionText(response_));
@@ -75,7 +98,6 @@ void ModelSyntax::readModel(ModelOptions &options) const
         options.records = oneOf<RecordUse>(
             records_, {{"first", RecordUse::First}, {"all", RecordUse::All}, {"server", RecordUse::Server}});
     options.progress = isGiven(progress_);
-    options.format = outputFormat(format_);
 }
 
 } // namespace nuvo

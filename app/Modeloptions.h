@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Syntax.h"
+#include "app/Filesyntax.h"
 #include "app/Terms.h"
 #include "engine/Regression.h"
 
@@ -11,6 +11,7 @@ namespace nuvo {
 /// The data and the variables of a regression, and what every command with one is asked.
 struct ModelOptions
 {
+    std::optional<CsvOptions> csv; ///< in place of database, table and sql
     QString database;
     std::optional<QString> table; ///< exactly one of table and sql
     std::optional<QString> sql;
@@ -25,16 +26,19 @@ struct ModelOptions
 };
 
 /// The options of every command with a regression.
-class ModelSyntax : public CommandSyntax
+class ModelSyntax : public FileSyntax
 {
 protected:
     /// \param footer follows what a TERM is
     ModelSyntax(CLI::App &program, const char *name, const char *description, const char *usage, const char *footer);
 
     void addModel();
+    /// With CsvOptions::head the data alone.
     void readModel(ModelOptions &options) const;
 
 private:
+    void readData(ModelOptions &options) const;
+
     CLI::Option *database_ = nullptr;
     CLI::Option *table_ = nullptr;
     CLI::Option *filter_ = nullptr;

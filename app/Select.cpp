@@ -20,6 +20,8 @@ constexpr char selectUsage[] = R"(Usage:
   nuvostat select METHOD --database DB --table NAME [--filter EXPRESSION]
            [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
   nuvostat select METHOD --database DB --sql TEXT VARIABLES [OPTIONS]
+  nuvostat select METHOD FILE.csv [--separator CHAR] [--decimal .|,]
+           [--encoding NAME] VARIABLES [OPTIONS]
 METHOD is optimal, stepwise, backward or forward.
 VARIABLES is --response TERM [--control TERM]...
 )";
@@ -197,6 +199,11 @@ SelectOptions SelectCommand::read() const
                                              {"backward", Method::Backward},
                                              {"forward", Method::Forward}});
     readModel(options);
+    if (options.csv && options.csv->head)
+        return options;
+    if (options.csv && isGiven(fTable_))
+        throw UsageError(QStringLiteral(
+            "--f-table names a table of a database, which a CSV file has not; thresholds can be numbers."));
     refuseForeign({criterion_, models_, sizes_, apply_}, options.method == Method::Optimal);
     refuseForeign({fIn_, fOut_, fPercent_, pIn_, pOut_}, options.method == Method::Stepwise);
     refuseForeign({f_, p_}, options.method == Method::Backward || options.method == Method::Forward);

@@ -10,8 +10,16 @@ namespace nuvo {
 class UsageError : public std::runtime_error
 {
 public:
-    explicit UsageError(const QString &sentence) : std::runtime_error(sentence.toStdString()) {}
+    /// \param lines more to say, in lines of its own
+    explicit UsageError(const QString &sentence, QString lines = {})
+        : std::runtime_error(sentence.toStdString()), lines_(std::move(lines))
+    {
+    }
     QString Message() const { return QString::fromUtf8(what()); }
+    const QString &Lines() const { return lines_; }
+
+private:
+    QString lines_;
 };
 
 } // namespace nuvo

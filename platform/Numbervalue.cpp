@@ -2,6 +2,8 @@
 
 #include "platform/Errors.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -142,6 +144,43 @@ bool numberFromText(QStringView text, double &value)
     return money(text, value);
 }
 
+QString writtenLike(QStringView text, QChar decimal)
+{
+    // What is longer is a text; and these are for messages, which come seldom.
+    constexpr qsizetype longest = 64;
+    text = text.trimmed();
+    if (text.isEmpty() || text.size() > longest)
+        return {};
+    const QString subject = text.toString();
+    static const QRegularExpression date(
+        QStringLiteral("^(\\d{4}[-/.](0?[1-9]|1[0-2])[-/.]([0-2]?\\d|3[01])|"
+                       "(([0-2]?\\d|3[01])[-/.](0?[1-9]|1[0-2])|(0?[1-9]|1[0-2])[-/.]([0-2]?\\d|3[01]))"
+                       "[-/.](\\d{4}|\\d{2}))([ T]+\\d{1,2}:\\d{2}.*)?$"));
+    static const QRegularExpression time(QStringLiteral("^\\d{1,2}:[0-5]\\d(:[0-5]\\d([.,]\\d+)?)?$"));
+    if (date.match(subject).hasMatch())
+        return QStringLiteral("is a date");
+    if (time.match(subject).hasMatch())
+        return QStringLiteral("is a time of day");
+    // Points, commas, apostrophes and blanks, of all widths.
+    static const QRegularExpression grouped(QStringLiteral(
+        "^[-+]?([1-9]\\d{0,2})(([.,' \\x{a0}\\x{2009}\\x{202f}\\x{2019}])\\d{3}(\\3\\d{3})*)([.,]\\d+)?$"));
+    if (const QRegularExpressionMatch match = grouped.match(subject);
+        match.hasMatch() && match.capturedView(3) != match.capturedView(5).left(1)) {
+        const bool one = match.capturedView(2).size() == 4 && match.capturedView(5).isEmpty();
+        const QChar sign = match.capturedView(3).front();
+        if (one && sign == decimal)
+            return {};
+        if (one && sign == u',')
+            return QStringLiteral("has thousands separators or a decimal comma");
+        return QStringLiteral("has thousands separators");
+    }
+    static const QRegularExpression fraction(QStringLiteral("^[-+]?\\d*([.,])\\d+([eE][-+]?\\d+)?$"));
+    const QRegularExpressionMatch match = fraction.match(subject);
+    if (!match.hasMatch() || match.capturedView(1).front() == decimal)
+        return {};
+    return decimal == u'.' ? QStringLiteral("has a decimal comma") : QStringLiteral("has a decimal point");
+}
+
 NumberReading readNumber(const QVariant &value, FieldKind kind, double &number)
 {
     if (value.isNull())
@@ -184,6 +223,9 @@ void requireNumber(NumberReading reading, const QVariant &value, const QString &
     case NumberReading::Null:
         return;
     case NumberReading::Text:
+        if (const QString like = writtenLike(value.toString()); !like.isEmpty())
+            throw EConvertError(
+                QStringLiteral("\"%1\" %2, so it is not read as a number (%3).").arg(value.toString(), like, place));
         throw EConvertError(QStringLiteral("\"%1\" is not a number (%2).").arg(value.toString(), place));
     case NumberReading::Date:
         throw EDatabaseError(QStringLiteral("A date is not a number (%1).").arg(place));

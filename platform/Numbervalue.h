@@ -12,6 +12,11 @@ namespace nuvo {
 /// small for a double is 0. \return false, value unchanged, where the text is none of these.
 NUVO_EXPORT bool numberFromText(QStringView text, double &value);
 
+/// What a text that is no number is written like, as the end of a sentence about it: "has thousands separators", "is
+/// a date", "is a time of day", "has a decimal comma"; empty for any other text, and for a number.
+/// \param decimal of the numbers around it, a point or a comma
+NUVO_EXPORT QString writtenLike(QStringView text, QChar decimal = u'.');
+
 enum class NumberReading {
     Number,
     Null,   ///< nothing, or not finite

@@ -80,7 +80,7 @@ std::optional<ModelState> openedFile(const QString &file, const QString &into)
     }
     const QString base = tableNameFor(file);
     ImportOptions options;
-    options.file = file;
+    options.csv.file = file;
     options.database = into;
     options.table = base;
     for (int number = 2; taken.contains(options.table, Qt::CaseInsensitive); ++number)

@@ -116,15 +116,15 @@ TEST(CommandLine, AnEmptyControlLeavesItsPositionUndefined)
 TEST(CommandLine, AnImportHasItsOptions)
 {
     const auto options = std::get<ImportOptions>(parse({"import", "a.csv", "--database", "d", "--table", "t"}));
-    EXPECT_EQ(options.file, QStringLiteral("a.csv"));
+    EXPECT_EQ(options.csv.file, QStringLiteral("a.csv"));
     EXPECT_EQ(options.database, QStringLiteral("d"));
     EXPECT_EQ(options.table, QStringLiteral("t"));
     EXPECT_FALSE(options.replace);
     const auto named =
         std::get<ImportOptions>(parse({"import", "--database", "d", "--table", "t", "--replace", "--", "-x.csv"}));
-    EXPECT_EQ(named.file, QStringLiteral("-x.csv"));
+    EXPECT_EQ(named.csv.file, QStringLiteral("-x.csv"));
     EXPECT_TRUE(named.replace);
-    EXPECT_EQ(std::get<ImportOptions>(parse({"import", "fit", "--database", "d", "--table", "t"})).file,
+    EXPECT_EQ(std::get<ImportOptions>(parse({"import", "fit", "--database", "d", "--table", "t"})).csv.file,
               QStringLiteral("fit"));
 }
 
@@ -216,7 +216,8 @@ TEST(CommandLine, ASelectionIsRefusedInOneSentence)
               QStringLiteral("--models is a whole number from -2147483648 to 2147483647, not \"2.5\"."));
     EXPECT_EQ(selectRefusal("optimal", {"--models", "1", "--models", "2"}),
               QStringLiteral("--models is there 2 times; it can be given once."));
-    EXPECT_EQ(selectRefusal("optimal", {"forward"}), QStringLiteral("\"forward\" is one argument too many."));
+    EXPECT_TRUE(
+        selectRefusal("optimal", {"forward"}).startsWith(QStringLiteral("\"forward\" is taken for a CSV file")));
 }
 
 TEST(CommandLine, AFormHasItsOptions)
@@ -264,15 +265,12 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
         return refusal(more);
     };
     const QString hint = QStringLiteral(" See \"nuvostat fit --help\".");
-    EXPECT_EQ(refusal({}),
-              QStringLiteral("A command is missing: fit, select, run, import or ftable. See \"nuvostat --help\"."));
-    EXPECT_EQ(
-        refusal({"forget"}),
-        QStringLiteral(
-            "There is no command \"forget\", but fit, select, run, import and ftable. See \"nuvostat --help\"."));
+    EXPECT_EQ(refusal({}), QStringLiteral("A command is missing: fit, select, run, import, ftable or samples."));
+    EXPECT_EQ(refusal({"forget"}), QStringLiteral("There is no command \"forget\", but fit, select, run, import, "
+                                                  "ftable and samples. See \"nuvostat --help\"."));
     EXPECT_EQ(refusal({"--frobnicate"}),
               QStringLiteral("There is no option \"--frobnicate\". See \"nuvostat --help\"."));
-    EXPECT_EQ(refusal({"fit"}), QStringLiteral("--database is required.") + hint);
+    EXPECT_EQ(refusal({"fit"}), QStringLiteral("--database is required, or a CSV file.") + hint);
     EXPECT_EQ(refusal({"fit", "--database", "d", "--table", "t"}), QStringLiteral("--response is required.") + hint);
     EXPECT_EQ(refusal({"fit", "--database", "d", "--response", "y"}),
               QStringLiteral("--table or --sql is required.") + hint);
@@ -282,7 +280,10 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
     EXPECT_EQ(with({"--control"}), QStringLiteral("--control needs a value.") + hint);
     EXPECT_EQ(with({"--warnings=no"}), QStringLiteral("--warnings takes no value.") + hint);
     EXPECT_EQ(with({"--format", "xml"}), QStringLiteral("--format is text, report or json, not \"xml\".") + hint);
-    EXPECT_EQ(with({"u"}), QStringLiteral("\"u\" is one argument too many.") + hint);
+    EXPECT_EQ(with({"u"}), QStringLiteral("\"u\" is taken for a CSV file, which excludes --database, --table and "
+                                          "--sql.") +
+                               hint);
+    EXPECT_EQ(with({"u", "v"}), QStringLiteral("\"v\" is one argument too many.") + hint);
     for (const char *option : {"--tab", "--showing", "-x", "--version"})
         EXPECT_EQ(with({option}), QStringLiteral("There is no option \"%1\".").arg(QString::fromUtf8(option)) + hint);
     EXPECT_EQ(
@@ -377,7 +378,7 @@ TEST(Program, HelpAndVersionGoToStandardOutput)
 TEST(Program, AWrongCommandLineIsStatus2AndOneLineOnStandardError)
 {
     for (const QStringList &arguments :
-         {QStringList(), QStringList{QStringLiteral("fit")}, QStringList{QStringLiteral("walk"), QStringLiteral("x")},
+         {QStringList{QStringLiteral("fit")}, QStringList{QStringLiteral("walk"), QStringLiteral("x")},
           QStringList{QStringLiteral("import"), QStringLiteral("a\nb"), QStringLiteral("c\n\rd")}}) {
         const Outcome wrong = runProgram(arguments);
         EXPECT_EQ(wrong.status, 2);

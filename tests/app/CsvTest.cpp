@@ -137,11 +137,6 @@ TEST_F(Csv, WhatIsNoTableOfTextIsToldWithItsLine)
               QStringLiteral("\"file.csv\", line 2: the quote that opens here is never closed."));
     EXPECT_EQ(read(QByteArray("a,b\n1,\0\n", 8)).last(),
               QStringLiteral("\"file.csv\", line 2: a zero byte, which no text file has."));
-    EXPECT_EQ(read(QByteArray("\xFF\xFE"
-                              "a\0,\0",
-                              6))
-                  .last(),
-              QStringLiteral("\"file.csv\" is written in UTF-16: save it as UTF-8."));
 }
 
 TEST_F(Csv, EmptyCellsCountTowardsTheBoundOfARecord)
@@ -156,8 +151,8 @@ TEST_F(Csv, OnlyTheStartOfTheFileHasAByteOrderMark)
 {
     const QByteArray mark = "\xEF\xBB\xBF";
     EXPECT_EQ(typesOf(mark + mark + "a," + mark + "b\n1,2\n"), QStringLiteral("\uFEFFa:whole \uFEFFb:whole"));
-    EXPECT_EQ(nuvo::csvText((mark + "x").toStdString(), true), QStringLiteral("\uFEFFx"));
-    EXPECT_EQ(nuvo::csvText((mark + mark).toStdString(), true), QStringLiteral("\uFEFF\uFEFF"));
+    EXPECT_EQ(nuvo::csvText((mark + "x").toStdString(), nuvo::CsvEncoding::Utf8), QStringLiteral("\uFEFFx"));
+    EXPECT_EQ(nuvo::csvText((mark + mark).toStdString(), nuvo::CsvEncoding::Utf8), QStringLiteral("\uFEFF\uFEFF"));
 }
 
 TEST_F(Csv, AQuoteThatIsNeverClosedInALongFileEndsAtTheBound)
@@ -269,12 +264,12 @@ TEST_F(Csv, AColumnHasTheTypeThatAllItsCellsHave)
 TEST_F(Csv, NullsAreEmptyCellsAndNAWithBlanksAndQuotesAside)
 {
     for (const char *cell : {"", " ", "NA", " NA\t"}) {
-        EXPECT_EQ(nuvo::csvText(cell, true), std::nullopt);
+        EXPECT_EQ(nuvo::csvText(cell, nuvo::CsvEncoding::Utf8), std::nullopt);
         EXPECT_EQ(nuvo::csvWhole(cell), std::nullopt);
         EXPECT_EQ(nuvo::csvFloating(cell), std::nullopt);
     }
-    EXPECT_EQ(nuvo::csvText("na", true), QStringLiteral("na"));
-    EXPECT_EQ(nuvo::csvText(" N A ", true), QStringLiteral(" N A "));
+    EXPECT_EQ(nuvo::csvText("na", nuvo::CsvEncoding::Utf8), QStringLiteral("na"));
+    EXPECT_EQ(nuvo::csvText(" N A ", nuvo::CsvEncoding::Utf8), QStringLiteral(" N A "));
     EXPECT_EQ(nuvo::csvFloating("NaN"), std::nullopt);
 }
 
@@ -296,9 +291,9 @@ TEST_F(Csv, BytesThatAreNoUtf8MakeTheWholeFileWindows1252)
     nuvo::CsvReader reader(write("Gr\xF6\xDF"
                                  "e,n\n\x80\x93x\x94,1\n"));
     const nuvo::CsvSurvey survey = nuvo::surveyCsv(reader);
-    EXPECT_FALSE(survey.utf8);
+    EXPECT_EQ(survey.format.encoding, nuvo::CsvEncoding::Windows1252);
     EXPECT_EQ(survey.columns[0].name, QStringLiteral("Größe"));
-    EXPECT_EQ(nuvo::csvText("\x80\x93x\x94", false), QStringLiteral("€“x”"));
+    EXPECT_EQ(nuvo::csvText("\x80\x93x\x94", nuvo::CsvEncoding::Windows1252), QStringLiteral("€“x”"));
     EXPECT_EQ(typesOf("Größe,n\n€,1\n"), QStringLiteral("Größe:text n:whole"));
 }
 
@@ -372,9 +367,9 @@ TEST_F(Csv, AnyBytesAreReadOrRefused)
                     if (survey.columns[i].type == nuvo::ColumnType::Whole)
                         nuvo::csvWhole(reader.cell(i));
                     else if (survey.columns[i].type == nuvo::ColumnType::Floating)
-                        nuvo::csvFloating(reader.cell(i));
+                        nuvo::csvFloating(reader.cell(i), survey.format.decimal);
                     else
-                        nuvo::csvText(reader.cell(i), survey.utf8);
+                        nuvo::csvText(reader.cell(i), survey.format.encoding);
                 }
             }
             ASSERT_EQ(rows, survey.rows);

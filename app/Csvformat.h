@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <string_view>
+
+namespace nuvo {
+
+enum class CsvEncoding { Utf8, Utf16LittleEndian, Utf16BigEndian, Windows1252, Latin1 };
+
+/// How a CSV file is written.
+struct CsvFormat
+{
+    CsvEncoding encoding = CsvEncoding::Utf8;
+    char separator = ','; ///< of the cells
+    char decimal = '.';   ///< or ','
+
+    bool operator==(const CsvFormat &) const = default;
+};
+
+/// What somebody says of a file; what is left open is recognised.
+struct CsvCorrections
+{
+    std::optional<CsvEncoding> encoding;
+    std::optional<char> separator;
+    std::optional<char> decimal;
+};
+
+/// Why a format was taken, each as half a sentence.
+struct CsvReasons
+{
+    QString encoding;
+    QString separator;
+    QString decimal;
+};
+
+/// Finds out from the first bytes of a file how it is written.
+///
+/// A byte-order mark names UTF-8 and UTF-16; without one, zero bytes at every second place mean UTF-16, and bytes
+/// that are no UTF-8 Windows-1252. Cells are parted by commas where the header row has one, else by its semicolons or
+/// tabs, whichever are more; but where commas would part the records into different numbers of cells, and semicolons
+/// or tabs into the same, by these. Numbers have a decimal comma where cells are not parted by commas, a column is
+/// one of numbers if commas are decimal and has one that cannot part thousands ("1,5", not "1,234"), and no column of
+/// numbers has such a point.
+class CsvRecogniser
+{
+public:
+    /// \param bytes the first ones of the file; some hundred kilobytes are enough
+    /// \param whole whether that is all of it
+    CsvRecogniser(std::string_view bytes, bool whole, const CsvCorrections &corrections = {});
+
+    const CsvFormat &format() const { return format_; }
+    const CsvReasons &reasons() const { return reasons_; }
+    /// Bytes of the byte-order mark.
+    size_t markLength() const { return markLength_; }
+
+private:
+    void findEncoding(std::string_view bytes, bool whole);
+    void findSeparator(std::string_view text, bool whole);
+    void findDecimal(std::string_view text, bool whole);
+
+    const CsvCorrections corrections_;
+    CsvFormat format_;
+    CsvReasons reasons_;
+    size_t markLength_ = 0;
+};
+
+/// "UTF-8", "Windows-1252"
+QString encodingName(CsvEncoding encoding);
+/// "comma", "semicolon", "tab", or the character itself in quotes.
+QString separatorName(char separator);
+/// Whether the cells are read as UTF-8 once the file's encoding is taken away: of UTF-16 too.
+inline bool isUnicode(CsvEncoding encoding)
+{
+    return encoding != CsvEncoding::Windows1252 && encoding != CsvEncoding::Latin1;
+}
+
+} // namespace nuvo
