@@ -46,6 +46,13 @@ void colour(QLabel &label, const QColor &letters)
     label.setFont(font);
 }
 
+/// What the title of a window takes beside its buttons, about: it is the desktop that draws it.
+int roomForTitle(const QWidget &window)
+{
+    constexpr int Buttons = 70;
+    return QFontMetrics(QApplication::font()).horizontalAdvance(window.windowTitle()) + Buttons;
+}
+
 } // namespace
 
 namespace nuvo {
@@ -56,7 +63,6 @@ DefinitionDialog::~DefinitionDialog() = default;
 
 void DefinitionDialog::PrepareForm()
 {
-    setPalette(formPalette());
     QFont font = formFont();
     font.setPixelSize(FontPixels);
     setFont(font);
@@ -64,6 +70,7 @@ void DefinitionDialog::PrepareForm()
 
 void DefinitionDialog::PrepareControls(QLabel &shadow, QLabel &title, QPushButton &cancel)
 {
+    giveLightGround(shadow); // for the navy letters in front of it
     colour(shadow, Qt::white);
     colour(title, QColor(0, 0, 0x80));
     layout()->setSizeConstraint(QLayout::SetNoConstraint); // Fit() does it, as far as the screen goes
@@ -197,7 +204,9 @@ void DefinitionDialog::Fit()
 {
     layout()->activate();
     const QRect room = screen()->availableGeometry();
-    setFixedSize(size().expandedTo(layout()->totalMinimumSize().boundedTo(room.size())));
+    QSize least = layout()->totalMinimumSize();
+    least.setWidth(std::max(least.width(), roomForTitle(*this)));
+    setFixedSize(size().expandedTo(least.boundedTo(room.size())));
     if (isVisible() && frameGeometry().right() > room.right())
         move(std::max(room.left(), room.right() - frameGeometry().width() + 1), y());
 }

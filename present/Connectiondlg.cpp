@@ -154,7 +154,7 @@ void ConnectionDialog::build()
     b.form->addRow(QStringLiteral("&User:"), b.user);
     b.connectTimeout = seconds("connectTimeout", 1, ServerAddress().connectTimeout);
     b.connectTimeout->setToolTip(QStringLiteral("How long a server may take to let us in"));
-    b.form->addRow(QStringLiteral("&Wait for it:"), b.connectTimeout);
+    b.form->addRow(QStringLiteral("&Wait to connect:"), b.connectTimeout);
     b.readTimeout = seconds("readTimeout", 0, 0);
     b.readTimeout->setSpecialValueText(QStringLiteral("as long as it takes"));
     b.readTimeout->setToolTip(QStringLiteral("How long the answer to one statement may take"));

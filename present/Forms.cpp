@@ -1,5 +1,6 @@
 #include "present/Forms.h"
 
+#include <QAbstractButton>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -8,15 +9,46 @@
 #include <QTextDocument>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace nuvo {
 
-QPalette formPalette()
+bool isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
+}
+
+QPalette lightPalette()
 {
     QPalette palette(QColor(0xd9, 0xd9, 0xd9));
     palette.setColor(QPalette::Highlight, QColor(0xa6, 0xca, 0xf0));
     palette.setColor(QPalette::HighlightedText, Qt::black);
     return palette;
+}
+
+void giveLightGround(QWidget &control)
+{
+    if (!isDark(control.palette()))
+        return;
+    QPalette palette = lightPalette();
+    palette.setColor(control.foregroundRole(), control.palette().color(control.foregroundRole()));
+    control.setPalette(palette);
+    control.setAutoFillBackground(true);
+}
+
+QPalette gaugePalette(const QPalette &desktop)
+{
+    constexpr int Light = 180;
+    QPalette palette;
+    palette.setResolveMask(0);
+    if (desktop.color(QPalette::Highlight).lightness() < Light)
+        palette.setColor(QPalette::Highlight, lightPalette().color(QPalette::Highlight));
+    return palette;
+}
+
+void stackTitle(QLabel &dark, QLabel &white)
+{
+    (isDark(white.parentWidget()->palette()) ? white : dark).raise();
 }
 
 QFont formFont()
@@ -28,7 +60,7 @@ QFont formFont()
 
 QPalette paperPalette()
 {
-    QPalette palette(formPalette());
+    QPalette palette(lightPalette());
     palette.setColor(QPalette::Window, Qt::white);
     palette.setColor(QPalette::Base, Qt::white);
     palette.setColor(QPalette::WindowText, Qt::black);
@@ -43,6 +75,21 @@ QFont matrixFont(int points)
     font.setBold(false); // said, so that a bold form does not hand its own on
     font.setPixelSize(pointsToPixels(points));
     return font;
+}
+
+void markFocus(QWidget &form)
+{
+    constexpr int Pale = 150;
+    for (QAbstractButton *button : form.findChildren<QAbstractButton *>()) {
+        const QColor selected = button->palette().color(QPalette::Highlight);
+        const QColor ground = button->palette().color(QPalette::Button);
+        if (std::abs(selected.lightness() - ground.lightness()) >= Pale)
+            continue;
+        QPalette palette = button->palette();
+        palette.setColor(QPalette::Highlight,
+                         ground.lightness() > 128 ? QColor(0, 0x3c, 0xa0) : QColor(0x7a, 0xc0, 0xff));
+        button->setPalette(palette);
+    }
 }
 
 void centreOnScreen(QWidget &window)

@@ -18,8 +18,20 @@ class QWidget;
 
 namespace nuvo {
 
-/// The forms' colours are fixed, text and ground alike, so that a dark desktop cannot take one of the two away.
-NUVO_EXPORT QPalette formPalette();
+/// Whether a palette has light letters on a dark ground. The forms have the desktop's colours, but for parts whose
+/// colours are their own: these have both, letters and ground, so that a dark desktop cannot take one of them away.
+NUVO_EXPORT bool isDark(const QPalette &palette);
+/// Black on light grey, for such parts.
+NUVO_EXPORT QPalette lightPalette();
+/// Gives a control whose letters are of a dark colour of their own a light ground where that around it is dark.
+NUVO_EXPORT void giveLightGround(QWidget &control);
+/// The desktop's colours, with one for what is selected that navy stands out from: a light blue where it would not.
+QPalette gaugePalette(const QPalette &desktop);
+/// Puts letters with a shadow, dark ones before white ones, so that they are read on the desktop's ground: the white
+/// ones are in front where that is dark.
+void stackTitle(QLabel &dark, QLabel &white);
+/// Has the buttons of a form show the focus in a colour that stands out from them.
+NUVO_EXPORT void markFocus(QWidget &form);
 /// The forms' letters: 8 points, that is 11 pixels of Arial. The forms are laid out in pixels.
 NUVO_EXPORT QFont formFont();
 

@@ -24,6 +24,7 @@ TProgressDlg::Controls TMLRGaugeDlg::Build(QDialog &window)
     const QString title = QStringLiteral("Times New Roman");
     nuvo::setTitleLetters(*form.Label1, title, 15, Qt::black);
     nuvo::setTitleLetters(*form.Label2, title, 15, Qt::white);
+    nuvo::stackTitle(*form.Label1, *form.Label2);
     form.Gauge1->SetBackColor(window.palette().color(QPalette::Highlight));
     const qreal ratio = window.devicePixelRatioF();
     form.Image1->setPixmap(nuvo::drawPicture(nuvo::Picture::Records, ratio));

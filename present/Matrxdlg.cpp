@@ -12,7 +12,6 @@
 
 TAnalysisMatrix::TAnalysisMatrix(QWidget *parent) : QDialog(parent), ui_(std::make_unique<Ui::TAnalysisMatrix>())
 {
-    setPalette(nuvo::formPalette());
     setFont(nuvo::formFont());
     ui_->setupUi(this);
     ui_->Panel2->setTextFormat(Qt::PlainText);

@@ -25,6 +25,7 @@
 #include <QPrinter>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QShortcut>
 
 #include <algorithm>
 #include <cmath>
@@ -43,7 +44,6 @@ constexpr int PrintRatio = 3;
 TRegressionOutputForm::TRegressionOutputForm(QWidget *parent)
     : QDialog(parent), ui_(std::make_unique<Ui::TRegressionOutputForm>())
 {
-    setPalette(nuvo::formPalette());
     QFont bold = nuvo::formFont();
     bold.setBold(true);
     setFont(bold);
@@ -73,6 +73,7 @@ TRegressionOutputForm::TRegressionOutputForm(QWidget *parent)
     QPalette maroon = ui_->Panel2->palette();
     maroon.setColor(QPalette::WindowText, QColor(0x80, 0, 0));
     ui_->Panel2->setPalette(maroon);
+    nuvo::giveLightGround(*ui_->Panel2);
     ui_->Panel2->setTextFormat(Qt::PlainText);
     footer_ = ui_->Panel2->text();
 
@@ -87,6 +88,8 @@ TRegressionOutputForm::TRegressionOutputForm(QWidget *parent)
     for (QPushButton *button : {ui_->bbtnPrintForm, ui_->bbtnPlots, ui_->bbtnShowMatrix, ui_->bbtnClose})
         button->setAccessibleName(button->text().remove(u'&'));
     SetUpMenus();
+    SetUpKeys();
+    nuvo::markFocus(*this);
 }
 
 TRegressionOutputForm::~TRegressionOutputForm() = default;
@@ -107,12 +110,35 @@ void TRegressionOutputForm::SetUpLink()
     underlined.setUnderline(true);
     link_->setFont(underlined);
     QPalette colours = palette();
-    colours.setColor(QPalette::ButtonText, QColor(0x00, 0x33, 0x99));
+    colours.setColor(QPalette::ButtonText,
+                     nuvo::isDark(colours) ? QColor(0x8a, 0xb4, 0xf8) : QColor(0x00, 0x33, 0x99));
     link_->setPalette(colours);
     link_->setFocusPolicy(Qt::NoFocus); // the keyboard has F2, and Tab its order
     connect(link_, &QPushButton::clicked, ui_->Statistics1, &QAction::trigger);
     ui_->Statistics1->setShortcuts({QKeySequence(Qt::Key_F2), QKeySequence(Qt::CTRL | Qt::Key_T)});
     addAction(ui_->Statistics1); // its keys work while the menu is closed
+}
+
+/// Print and Plots have the same underlined letter, and menus that open with the right mouse button alone are not
+/// found: so there are keys besides, and hints that tell them.
+void TRegressionOutputForm::SetUpKeys()
+{
+    const std::pair<QPushButton *, QString> hints[] = {
+        {ui_->bbtnPrintForm, QStringLiteral("Scaling, set-up and printing (Ctrl+P); Ctrl+S saves the report")},
+        {ui_->bbtnPlots, QStringLiteral("Diagnostic plots (F3)")},
+        {ui_->bbtnShowMatrix, QStringLiteral("Covariance or correlation matrix, enlarged (Alt+M)")},
+        {ui_->bbtnClose, QStringLiteral("Close the report (Escape)")}};
+    for (const auto &[button, hint] : hints)
+        button->setToolTip(hint);
+    ui_->Panel1->setToolTip(QStringLiteral("Right mouse button: save (Ctrl+S) or copy the report (Ctrl+C), all that "
+                                           "the fit tells (F2)"));
+    connect(new QShortcut(QKeySequence::Print, this), &QShortcut::activated, ui_->bbtnPrintForm, &QPushButton::click);
+    connect(new QShortcut(QKeySequence(Qt::Key_F3), this), &QShortcut::activated, ui_->bbtnPlots,
+            &QPushButton::click);
+    ui_->SaveReport1->setShortcut(QKeySequence::Save);
+    ui_->CopyReport1->setShortcut(QKeySequence::Copy);
+    for (QAction *action : {ui_->SaveReport1, ui_->CopyReport1})
+        addAction(action); // its keys work while the menu is closed
 }
 
 void TRegressionOutputForm::SetUpMenus()

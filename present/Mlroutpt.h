@@ -81,6 +81,7 @@ public:
 private:
     void SetUpLink();
     void SetUpMenus();
+    void SetUpKeys();
     void PopUpAbove(QMenu &menu, const QPushButton &button);
     void ShowMatrix(const QString &name);
     void ZoomClick();

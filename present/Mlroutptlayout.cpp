@@ -85,10 +85,16 @@ QSize TRegressionOutputForm::LayOutPanel()
     const int leftBottom = stack(
         0, {ui_->labSumSquare, ui_->labSSR, ui_->labSSE, ui_->labSST, ui_->labsSquared, ui_->labRsqr, ui_->labFStat},
         y);
-    // The twos sit above the letter that they belong to.
+    // The twos stay where they were placed; within their labels they stand behind and above the letter that they
+    // belong to, of which R is wider than s and lies lower.
     const auto raise = [](QLabel *two, const QLabel *label) {
+        constexpr int Above = 3;
+        const QPoint corner = label->pos() + designed(*two).topLeft() - designed(*label).topLeft();
+        const int letter = label->fontMetrics().horizontalAdvance(label->text().left(1));
+        two->setContentsMargins(std::max(0, label->x() + letter - corner.x()),
+                                std::max(0, label->y() - Above - corner.y()), 0, 0);
         two->adjustSize();
-        two->move(label->pos() + designed(*two).topLeft() - designed(*label).topLeft());
+        two->move(corner);
         two->raise();
     };
     raise(ui_->Label1, ui_->labsSquared);

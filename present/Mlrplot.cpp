@@ -49,7 +49,7 @@ void setUpButton(QToolButton &button, const QString &hint, std::optional<nuvo::P
     button.setStatusTip(LongHint(hint));
     button.setAccessibleName(ShortHint(hint));
     if (picture)
-        button.setIcon(nuvo::drawPicture(*picture, button.devicePixelRatioF()));
+        button.setIcon(nuvo::drawPicture(*picture, button.devicePixelRatioF(), nuvo::isDark(button.palette())));
 }
 
 } // namespace
@@ -57,7 +57,6 @@ void setUpButton(QToolButton &button, const QString &hint, std::optional<nuvo::P
 TMLRPlotForm::TMLRPlotForm(QWidget *parent)
     : QDialog(parent), ui_(std::make_unique<Ui::TMLRPlotForm>()), point_(QLocale().decimalPoint().front())
 {
-    setPalette(nuvo::formPalette());
     setFont(nuvo::formFont());
     ui_->setupUi(this);
     setFixedSize(size());
@@ -78,6 +77,7 @@ TMLRPlotForm::TMLRPlotForm(QWidget *parent)
                 Picture::Ecdf);
     setUpButton(*ui_->ResetButton, QStringLiteral("Clear Plot|"), Picture::Clear);
     setUpButton(*ui_->ColorBtn, QStringLiteral("Set Plot Colors|"), {});
+    nuvo::giveLightGround(*ui_->ColorBtn); // its letters have the colour of the dots
     setUpButton(*ui_->CloseButton, QStringLiteral("Close Plot Form|"), Picture::Close);
 
     const auto onClick = [this](QToolButton *button, void (TMLRPlotForm::*handler)()) {
@@ -102,6 +102,7 @@ TMLRPlotForm::TMLRPlotForm(QWidget *parent)
         });
     });
     connect(ui_->ColorBtn, &QToolButton::clicked, this, [this] { PopUpBelow(*ui_->ColorPopup, *ui_->ColorBtn); });
+    nuvo::markFocus(*this);
     SetUpMenus();
 
     SetApplicationHint(QString());

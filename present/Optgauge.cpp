@@ -60,6 +60,8 @@ TProgressDlg::Controls TGaugeDlg::Build(QDialog &window)
     const QString mark = QStringLiteral("Arial");
     nuvo::setTitleLetters(*form.Label3, mark, 7, Qt::black);
     nuvo::setTitleLetters(*form.Label4, mark, 7, Qt::white);
+    nuvo::stackTitle(*form.Label1, *form.Label2);
+    nuvo::stackTitle(*form.Label3, *form.Label4);
     form.Gauge1->SetBackColor(window.palette().color(QPalette::Highlight));
     form.Image1->setPixmap(nuvo::drawPicture(nuvo::Picture::Models, window.devicePixelRatioF()));
     elapsedLabel_ = form.Label5;

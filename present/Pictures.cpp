@@ -9,6 +9,16 @@ namespace {
 constexpr QColor Ink(0x1f, 0x3a, 0x5f);
 constexpr QColor Accent(0x80, 0x00, 0x00);
 
+/// The colours of a picture that has no ground of its own.
+struct Colors
+{
+    QColor ink;
+    QColor accent;
+};
+
+constexpr Colors OnLight{Ink, Accent};
+constexpr Colors OnDark{QColor(0xc8, 0xd8, 0xec), QColor(0xff, 0x9a, 0x8c)};
+
 void drawRecords(QPainter &painter)
 {
     painter.setPen(QPen(Ink, 1));
@@ -59,34 +69,35 @@ void drawModels(QPainter &painter)
     }
 }
 
-void drawAxes(QPainter &painter)
+void drawAxes(QPainter &painter, const Colors &colors)
 {
-    painter.setPen(QPen(Ink, 1.2));
+    painter.setPen(QPen(colors.ink, 1.2));
     painter.drawLine(QPointF(3.5, 2), QPointF(3.5, 20.5));
     painter.drawLine(QPointF(3.5, 20.5), QPointF(22, 20.5));
 }
 
-void drawSmallDots(QPainter &painter, std::initializer_list<QPointF> dots)
+void drawSmallDots(QPainter &painter, const Colors &colors, std::initializer_list<QPointF> dots)
 {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Accent);
+    painter.setBrush(colors.accent);
     for (const QPointF &dot : dots)
         painter.drawEllipse(dot, 1.5, 1.5);
 }
 
 /// Residuals about zero and the letter of what they are set against.
-void drawResiduals(QPainter &painter, const QString &letter)
+void drawResiduals(QPainter &painter, const Colors &colors, const QString &letter)
 {
-    painter.setPen(QPen(Ink, 1.2));
+    painter.setPen(QPen(colors.ink, 1.2));
     painter.drawLine(QPointF(3.5, 1), QPointF(3.5, 16));
     painter.drawLine(QPointF(3.5, 8.5), QPointF(22, 8.5));
-    drawSmallDots(painter, {QPointF(6.5, 4.5), QPointF(9.5, 12), QPointF(12.5, 5), QPointF(15.5, 13.5),
-                            QPointF(18.5, 3.5), QPointF(21, 11)});
+    drawSmallDots(painter, colors,
+                  {QPointF(6.5, 4.5), QPointF(9.5, 12), QPointF(12.5, 5), QPointF(15.5, 13.5), QPointF(18.5, 3.5),
+                   QPointF(21, 11)});
     QFont font(QStringLiteral("Arial"));
     font.setPixelSize(9);
     font.setBold(true);
     painter.setFont(font);
-    painter.setPen(Ink);
+    painter.setPen(colors.ink);
     painter.drawText(QRectF(3, 14.5, 20, 10), Qt::AlignHCenter | Qt::AlignBottom, letter);
 }
 
@@ -99,9 +110,9 @@ void drawClear(QPainter &painter)
     painter.drawPolyline(QPolygonF({QPointF(14.5, 2.5), QPointF(14.5, 6.5), QPointF(18.5, 6.5)}));
 }
 
-void drawClose(QPainter &painter)
+void drawClose(QPainter &painter, const Colors &colors)
 {
-    painter.setPen(QPen(Accent, 3, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(colors.accent, 3, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(6, 6), QPointF(18, 18));
     painter.drawLine(QPointF(18, 6), QPointF(6, 18));
 }
@@ -123,9 +134,10 @@ int sideOf(nuvo::Picture picture)
 
 namespace nuvo {
 
-QPixmap drawPicture(Picture picture, qreal ratio)
+QPixmap drawPicture(Picture picture, qreal ratio, bool onDark)
 {
-    const QString key = QStringLiteral("nuvo-picture-%1-%2").arg(int(picture)).arg(ratio);
+    const QString key = QStringLiteral("nuvo-picture-%1-%2-%3").arg(int(picture)).arg(ratio).arg(int(onDark));
+    const Colors &colors = onDark ? OnDark : OnLight;
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap))
         return pixmap;
@@ -146,32 +158,34 @@ QPixmap drawPicture(Picture picture, qreal ratio)
         drawModels(painter);
         break;
     case Picture::Scatter:
-        drawAxes(painter);
-        drawSmallDots(painter, {QPointF(6.5, 17), QPointF(9, 13), QPointF(12, 14.5), QPointF(14, 8.5),
-                                QPointF(17.5, 10), QPointF(20, 4.5)});
+        drawAxes(painter, colors);
+        drawSmallDots(painter, colors,
+                      {QPointF(6.5, 17), QPointF(9, 13), QPointF(12, 14.5), QPointF(14, 8.5), QPointF(17.5, 10),
+                       QPointF(20, 4.5)});
         break;
     case Picture::ResidualInput:
-        drawResiduals(painter, QStringLiteral("1..n"));
+        drawResiduals(painter, colors, QStringLiteral("1..n"));
         break;
     case Picture::ResidualControl:
-        drawResiduals(painter, QStringLiteral("X"));
+        drawResiduals(painter, colors, QStringLiteral("X"));
         break;
     case Picture::ResidualResponse:
-        drawResiduals(painter, QStringLiteral("Y"));
+        drawResiduals(painter, colors, QStringLiteral("Y"));
         break;
     case Picture::ResidualFitted:
-        drawResiduals(painter, QStringLiteral("Y\u0302"));
+        drawResiduals(painter, colors, QStringLiteral("Y\u0302"));
         break;
     case Picture::Ecdf:
-        drawAxes(painter);
-        drawSmallDots(painter, {QPointF(6, 18), QPointF(8.5, 17), QPointF(11, 14.5), QPointF(13, 11),
-                                QPointF(15, 7.5), QPointF(17.5, 5), QPointF(20.5, 4)});
+        drawAxes(painter, colors);
+        drawSmallDots(painter, colors,
+                      {QPointF(6, 18), QPointF(8.5, 17), QPointF(11, 14.5), QPointF(13, 11), QPointF(15, 7.5),
+                       QPointF(17.5, 5), QPointF(20.5, 4)});
         break;
     case Picture::Clear:
         drawClear(painter);
         break;
     case Picture::Close:
-        drawClose(painter);
+        drawClose(painter, colors);
         break;
     }
     painter.end();

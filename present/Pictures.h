@@ -19,7 +19,7 @@ enum class Picture {
     Close,            ///< a cross
 };
 
-/// One of the dialogs' pictures for a screen of that pixel ratio, on a transparent ground.
-QPixmap drawPicture(Picture picture, qreal ratio);
+/// One of the dialogs' pictures for a screen of that pixel ratio, on a transparent ground, which can be a dark one.
+QPixmap drawPicture(Picture picture, qreal ratio, bool onDark = false);
 
 } // namespace nuvo

@@ -32,7 +32,7 @@ public:
           stopped_(stopped)
     {
         setModal(true);
-        setPalette(nuvo::formPalette());
+        setPalette(nuvo::gaugePalette(palette()));
         setFont(nuvo::formFont());
     }
 

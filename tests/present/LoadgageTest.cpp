@@ -1,15 +1,18 @@
 #include "present/Loadgage.h"
 
 #include "Progresstest.h"
+#include "support/Darkpalette.h"
 
 #include <QApplication>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QShortcut>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
 
+#include <cstdlib>
 #include <optional>
 
 namespace {
@@ -367,23 +370,26 @@ TEST(LoadDialog, ATextTooLongEndsInAnEllipsisAndMarkUpIsText)
     EXPECT_LE(status->fontMetrics().horizontalAdvance(status->text()), status->contentsRect().width());
 }
 
-TEST(LoadDialog, IsReadableOnADarkDesktop)
+TEST(LoadDialog, HasTheDesktopsColoursAndABarThatIsSeenOnThem)
 {
     const QPalette before = QApplication::palette();
-    const auto look = [] {
+    const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+    QPalette navy(QColor(50, 50, 50));
+    navy.setColor(QPalette::Highlight, QColor(0, 0, 128));
+    for (const QPalette &desktop : {before, darkPalette(), navy}) {
+        QApplication::setPalette(desktop);
         TMLRGaugeDlg dialog;
         dialog.Show();
-        dialog.SetGaugeText(loaded(925));
-        dialog.SetGaugeProgress(37);
-        return seen(dialog);
-    };
-    const QImage light = look();
-    QPalette dark(QColor(50, 50, 50));
-    dark.setColor(QPalette::Highlight, QColor(0, 0, 128));
-    QApplication::setPalette(dark);
-    const QImage onDark = look();
-    QApplication::setPalette(before);
-    EXPECT_EQ(light, onDark);
+        const QDialog *window = dialog.Window();
+        EXPECT_EQ(window->palette().color(QPalette::Window), desktop.color(QPalette::Window));
+        const QLabel *status = control<QLabel>(window, "Panel1");
+        EXPECT_GT(std::abs(status->palette().color(status->foregroundRole()).lightness() -
+                           status->palette().color(QPalette::Window).lightness()),
+                  100);
+        const TGauge *gauge = control<TGauge>(window, "Gauge1");
+        EXPECT_EQ(gauge->ForeColor(), QColor(0, 0, 128));
+        EXPECT_GT(gauge->BackColor().lightness() - gauge->ForeColor().lightness(), 100);
+    }
 }
 
 TEST(LoadDialog, TheInstanceIsTheOneMadeLast)

@@ -1,9 +1,12 @@
 #include "present/Mlrplot.h"
 #include "present/Reportwindow.h"
+#include "support/Darkpalette.h"
 
 #include <QApplication>
 #include <QPushButton>
 #include <QScopeGuard>
+
+#include <cstdlib>
 
 TEST(ReportWindow, HasItsControlsInTheirPlaces)
 {
@@ -101,38 +104,66 @@ TEST(ReportWindow, StandsInTheMiddleOfTheScreenAndSoDoesTheMatrix)
         });
 }
 
-TEST(ReportWindow, IsDarkOnLightWhateverTheDesktopsColors)
+TEST(ReportWindow, HasTheDesktopsColoursAndLettersThatStandOutFromThem)
 {
     const QPalette before = QApplication::palette();
     const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
-    QApplication::setPalette(QPalette(QColor(30, 30, 30)));
-    ASSERT_GT(QApplication::palette().color(QPalette::WindowText).lightness(), 200);
     const auto readable = [](const QWidget &window) {
+        EXPECT_EQ(window.palette().color(QPalette::Window), QApplication::palette().color(QPalette::Window));
         for (const QWidget *widget : window.findChildren<QWidget *>()) {
             if (qobject_cast<const QMenu *>(widget) != nullptr || widget->isWindow())
                 continue;
             const QPalette &palette = widget->palette();
-            EXPECT_LT(palette.color(widget->foregroundRole()).lightness() + 100,
-                      palette.color(widget->backgroundRole()).lightness())
+            EXPECT_GT(std::abs(palette.color(widget->foregroundRole()).lightness() -
+                               palette.color(widget->backgroundRole()).lightness()),
+                      100)
                 << widget->objectName().toStdString();
         }
     };
-    Fitted fitted = scatteredFit(20, 2);
-    showReport(
-        fitted,
-        [&](TRegressionOutputForm &form) {
-            readable(form);
-            chooseMatrix(form, "Zoom1");
-            click(form, "bbtnPlots");
-        },
-        [&](QDialog &matrix) {
-            readable(matrix);
-            matrix.close();
-        },
-        [&](QDialog &plots) {
-            readable(plots);
-            plots.close();
+    for (const QPalette &desktop : {before, darkPalette()}) {
+        QApplication::setPalette(desktop);
+        Fitted fitted = scatteredFit(20, 2);
+        showReport(
+            fitted,
+            [&](TRegressionOutputForm &form) {
+                readable(form);
+                EXPECT_EQ(part(form, "Panel1")->palette().color(QPalette::Window), QColor(Qt::white)) << "paper";
+                EXPECT_EQ(part(form, "labMean")->palette().color(QPalette::WindowText), QColor(Qt::black));
+                chooseMatrix(form, "Zoom1");
+                click(form, "bbtnPlots");
+            },
+            [&](QDialog &matrix) {
+                readable(matrix);
+                matrix.close();
+            },
+            [&](QDialog &plots) {
+                readable(plots);
+                plots.close();
+            });
+    }
+}
+
+TEST(ReportWindow, TheTwosStandBehindAndAboveTheirLetters)
+{
+    for (const int m : {3, 6}) { // letters of 8 and of 7 points
+        Fitted fitted = scatteredFit(30, m);
+        showReport(fitted, [](TRegressionOutputForm &form) {
+            for (const auto &[two, letter] :
+                 {std::pair("Label1", "labsSquared"), std::pair("labSquared1", "labRsqr")}) {
+                const auto *label = part<QLabel>(form, letter);
+                const auto *raised = part<QLabel>(form, two);
+                const QMargins margins = raised->contentsMargins();
+                const QPoint digit = raised->pos() + QPoint(margins.left(), margins.top());
+                const int behind = label->x() + label->fontMetrics().horizontalAdvance(label->text().left(1));
+                EXPECT_GE(digit.x(), behind) << two;
+                EXPECT_LE(digit.x(), behind + 2) << two;
+                EXPECT_EQ(label->y() - digit.y(), 3) << two << ": both as high above their letter";
+                EXPECT_LE(digit.x() + raised->fontMetrics().horizontalAdvance(u'2'),
+                          label->x() + label->fontMetrics().horizontalAdvance(label->text().section(u':', 0, 0)) + 1)
+                    << two << " runs into the colon";
+            }
         });
+    }
 }
 
 TEST(ReportWindow, TheLargestFitIsShown)
