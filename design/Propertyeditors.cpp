@@ -6,10 +6,12 @@
 #include "design/sql/Sqldialog.h"
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
+#include "platform/Databasename.h"
 #include "platform/Errors.h"
 #include "platform/Formfolder.h"
 #include "platform/Messages.h"
 #include "platform/Scan.h"
+#include "present/Connectiondlg.h"
 #include "present/Filedialog.h"
 
 #include <QScopeGuard>
@@ -224,10 +226,17 @@ QStringList TTableNameProperty::GetValues()
 
 void TDatabaseNameProperty::Edit()
 {
+    const QString current = First<TDataSet>().DatabaseName();
+    if (nuvo::isServerName(current)) {
+        const std::optional<QString> name = nuvo::askDatabaseName(nuvo::windowInFront(), current);
+        if (name)
+            SetValue(*name);
+        return;
+    }
     const QString file = nuvo::askExistingFile(
         nuvo::windowInFront(), QStringLiteral("Choose a Database"),
         {QStringLiteral("SQLite databases (*.db *.db3 *.sqlite *.sqlite3)"), QStringLiteral("All files (*)")},
-        nuvo::databasePlace(First<TDataSet>().DatabaseName(), nuvo::formFolder(First<TDataSet>())));
+        nuvo::databasePlace(current, nuvo::formFolder(First<TDataSet>())));
     if (!file.isEmpty())
         SetValue(file);
 }

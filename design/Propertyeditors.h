@@ -179,7 +179,8 @@ public:
     QStringList GetValues() override;
 };
 
-/// Chooses the file of a database. The connections that a program registers are not known at design time.
+/// Chooses the file of a database, or, where the name is that of a server, changes it. The connections that a program
+/// registers are not known at design time.
 class TDatabaseNameProperty : public TPropertyEditor
 {
 public:

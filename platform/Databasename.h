@@ -30,7 +30,7 @@ NUVO_EXPORT QString databaseName(const ServerAddress &address);
 void refuseOdbcPassword(const QString &connectionString);
 
 /// Whether a DatabaseName is the address of a server or of an ODBC source, not the path of a file.
-bool isServerName(const QString &databaseName);
+NUVO_EXPORT bool isServerName(const QString &databaseName);
 
 /// The name of a database as a message may show it: what is or may be a password in it is "…".
 NUVO_EXPORT QString withoutPasswords(const QString &databaseName);

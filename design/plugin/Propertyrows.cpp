@@ -1,5 +1,6 @@
 #include "design/plugin/Propertyrows.h"
 
+#include "design/plugin/Connecting.h"
 #include "design/plugin/Rowtexts.h"
 #include "design/plugin/Sheet.h"
 #include "present/Forms.h"
@@ -69,6 +70,8 @@ void nuvo::PropertyRows::AddButton(QWidget &row)
         QToolButton *button = Put(row, lines ? QStringLiteral("Edit…") : QStringLiteral("…"), lines);
         button->setToolTip(QStringLiteral("Edit %1").arg(property));
         connect(button, &QToolButton::clicked, this, [this, property] { EditLater(property); });
+        if (property == QLatin1String("DatabaseName"))
+            offerServers(*button, *this, editing_);
     } else {
         QToolButton *button = Put(row, QString(), false);
         button->setArrowType(Qt::DownArrow);

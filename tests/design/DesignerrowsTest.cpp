@@ -92,6 +92,14 @@ TEST_F(Designer, RunsACopyOfASelectionAndShowsItsChoice)
               words("stepWiseMLR finds no regression component called \"nobody\", its Dataset."));
 }
 
+TEST_F(Designer, PutsTheNameOfAServerTogetherInTheRowAndTakesItBack)
+{
+    EXPECT_EQ(text("connected"), QStringLiteral("postgresql://me@127.0.0.1:1/sales"));
+    EXPECT_TRUE(text("connectionRefused").contains(QStringLiteral("refused")))
+        << text("connectionRefused").toStdString();
+    EXPECT_EQ(text("connectionUndone"), QStringLiteral(SESSION "/samples.db"));
+}
+
 TEST_F(Designer, StoresADatabaseBelowTheFormWithItsPathFromThereAndFindsIt)
 {
     EXPECT_EQ(text("pickedBelow"), QStringLiteral("data/moved.db"));

@@ -6,7 +6,9 @@
 #include "select/Stepmain.h"
 #include "support/Regressions.h"
 
+#include <QDialogButtonBox>
 #include <QFileInfo>
+#include <QPushButton>
 
 namespace {
 
@@ -412,4 +414,20 @@ TEST_F(PropertyEditors, LetTheDatabasesFileBeChosen)
     EXPECT_EQ(second.DatabaseName(), db->name());
     editor.Edit();
     EXPECT_EQ(query.DatabaseName(), db->name());
+}
+
+TEST_F(PropertyEditors, ChangeTheNameOfAServerInTheDialogForConnections)
+{
+    query.SetDatabaseName(u("postgresql://me@127.0.0.1:1/sales"));
+    TDatabaseNameProperty editor({&query}, u("DatabaseName"));
+    const Person person([](QDialog &dialog) {
+        EXPECT_EQ(part<QLineEdit>(dialog, "user")->text(), u("me"));
+        part<QLineEdit>(dialog, "user")->setText(u("you"));
+        dialog.accept(); // tries it first
+        auto *ok = part<QDialogButtonBox>(dialog, "buttons")->button(QDialogButtonBox::Ok);
+        EXPECT_TRUE(QTest::qWaitFor([ok] { return ok->text() != u("OK"); }, 20000));
+        dialog.accept();
+    });
+    editor.Edit();
+    EXPECT_EQ(query.DatabaseName(), u("postgresql://you@127.0.0.1:1/sales"));
 }

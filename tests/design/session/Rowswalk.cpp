@@ -3,13 +3,19 @@
 #include "engine/Mlrtable.h"
 #include "select/Stepmain.h"
 
+#include <QComboBox>
 #include <QContextMenuEvent>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QDockWidget>
 #include <QFile>
 #include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMetaProperty>
+#include <QPushButton>
 #include <QUndoStack>
 
 namespace {
@@ -305,6 +311,28 @@ private:
         stepWise->SetDataset(u("mlrTable"));
     }
 
+    /// Puts the address of a server together, which does not answer, and takes it all the same.
+    QString connectTo(TMLRTable &table)
+    {
+        during([&] { rowButton("DatabaseName")->menu()->actions().first()->trigger(); },
+               [&](QWidget *window) {
+                   const auto edit = [window](const char *name) { return window->findChild<QLineEdit *>(u(name)); };
+                   window->findChild<QComboBox *>(u("kind"))->setCurrentIndex(1);
+                   edit("host")->setText(u("127.0.0.1"));
+                   edit("port")->setText(u("1"));
+                   edit("database")->setText(u("sales"));
+                   edit("user")->setText(u("me"));
+                   const auto *buttons = window->findChild<QDialogButtonBox *>(u("buttons"));
+                   QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
+                   ok->click();
+                   for (int i = 0; i < 500 && ok->text() == u("OK"); ++i)
+                       settle(20);
+                   see("connectionRefused", window->findChild<QLabel *>(u("status"))->text());
+                   ok->click();
+               });
+        return table.DatabaseName();
+    }
+
     /// Beside the form or below it, a database is stored with its path from there; the form's folder has blanks and
     /// is not the working folder.
     void chooseFile()
@@ -333,6 +361,11 @@ private:
         see("tablesBelow", choose("TableName", ""));
         see("messagesOfBelow", takeMessages());
         see("pickedElsewhere", pick(QDir::current().absoluteFilePath(u("samples.db"))));
+        select(form_->mainContainer());
+        select(table);
+        see("connected", connectTo(*table));
+        form_->commandHistory()->undo();
+        see("connectionUndone", table->DatabaseName());
         select(form_->mainContainer());
         select(table);
         type("DatabaseName", u("nowhere.db"));
