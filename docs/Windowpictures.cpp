@@ -1,6 +1,7 @@
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
+#include "present/Connectiondlg.h"
 #include "present/Mlroutpt.h"
 #include "present/Mlrplot.h"
 #include "present/figures/Figurespage.h"
@@ -87,6 +88,10 @@ int main(int argc, char **argv)
         choice.show();
         choice.Models().SetSelected(7);
         save(choice, "choice.png");
+        nuvo::ConnectionDialog connection;
+        connection.SetDatabaseName(QStringLiteral("postgresql://analyst@db.example.org/sales"));
+        connection.show();
+        save(connection, "designer-connection.png");
         if (!saved)
             std::fprintf(stderr, "windowpictures: cannot write to %s\n", argv[2]);
         return saved ? 0 : 1;
