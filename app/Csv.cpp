@@ -79,6 +79,8 @@ void CsvReader::rewind()
 
 qint64 CsvReader::read()
 {
+    if (told_)
+        told_(file_.pos());
     const qint64 size = file_.read(buffer_.data(), bufferSize);
     if (size < 0)
         throw EPlatformError(QStringLiteral("\"%1\" cannot be read: %2.").arg(fileName_, file_.errorString()));

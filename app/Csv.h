@@ -9,8 +9,10 @@
 #include <QString>
 #include <QStringDecoder>
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace nuvo {
@@ -33,6 +35,9 @@ public:
     bool next();
     /// Back in front of the first record.
     void rewind();
+    /// From now on `told` is called with the bytes that are behind, of so many as the file has, each time that some
+    /// more are read. It may throw, which passes through next().
+    void follow(std::function<void(qint64 bytes)> told) { told_ = std::move(told); }
 
     size_t cellCount() const { return ends_.size(); }
     /// The bytes of a cell without its quotes, UTF-16 as UTF-8, valid until the next call of next(). \pre index <
@@ -66,6 +71,7 @@ private:
     qint64 markLength_ = 0;
     QString fileName_;
     QFile file_;
+    std::function<void(qint64)> told_;
     std::vector<char> buffer_;
     const char *at_ = nullptr;
     const char *end_ = nullptr;

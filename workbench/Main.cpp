@@ -4,6 +4,7 @@
 #include "workbench/Sittingfolder.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QStandardPaths>
 
 int main(int argc, char **argv)
@@ -11,6 +12,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Nuvo"));
     QApplication::setApplicationName(QStringLiteral("nuvo-workbench"));
+    QApplication::setDesktopFileName(QStringLiteral("nuvo-workbench"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("nuvo-workbench")));
     QApplication::setApplicationDisplayName(QStringLiteral("Nuvo Workbench"));
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
     try {

@@ -1,5 +1,6 @@
 #include "workbench/Mainwindow.h"
 
+#include "app/Samples.h"
 #include "engine/Regression.h"
 #include "platform/Errors.h"
 #include "platform/Table.h"
@@ -14,6 +15,7 @@
 #include "workbench/Pages.h"
 #include "workbench/Predicttable.h"
 #include "workbench/Sitting.h"
+#include "workbench/Welcome.h"
 
 #include <QActionGroup>
 #include <QApplication>
@@ -160,6 +162,27 @@ void MainWindow::AskServer()
     });
 }
 
+void MainWindow::OpenSamples()
+{
+    Try([this] {
+        const QString samples = QDir(folder_).filePath(QStringLiteral("samples"));
+        const QString database = QDir(samples).filePath(QStringLiteral("samples.db"));
+        if (!QFileInfo::exists(database)) {
+            QDir(samples).removeRecursively(); // of an interrupted run
+            makeSamples({samples, {}});
+        }
+        OpenDatabase(database);
+    });
+}
+
+void MainWindow::OpenRecent(const QString &name)
+{
+    if (name.contains(u"://"))
+        OpenDatabase(name);
+    else
+        OpenFile(name);
+}
+
 void MainWindow::SaveForm()
 {
     if (!sitting_->State().isFittable()) {
@@ -285,12 +308,8 @@ void MainWindow::ShowRecent()
     const QStringList files = QSettings().value(QStringLiteral("recent")).toStringList();
     for (const QString &file : files)
         connect(recent_->addAction(QString(file).replace(u'&', QLatin1String("&&"))), &QAction::triggered, this,
-                [this, file] {
-                    if (file.contains(u"://"))
-                        OpenDatabase(file);
-                    else
-                        OpenFile(file);
-                });
+                [this, file] { OpenRecent(file); });
+    welcome_->SetRecent(files);
     recent_->setEnabled(!files.isEmpty());
 }
 

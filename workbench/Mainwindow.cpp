@@ -4,8 +4,12 @@
 #include "engine/Regression.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
+#include "platform/Modal.h"
 #include "platform/Table.h"
+#include "workbench/Asform.h"
 #include "workbench/Choicepage.h"
+#include "workbench/Csvimport.h"
+#include "workbench/Csvpreview.h"
 #include "workbench/Keptmodels.h"
 #include "workbench/Livefit.h"
 #include "workbench/Modelstable.h"
@@ -14,6 +18,7 @@
 #include "workbench/Predictpage.h"
 #include "workbench/Recordspage.h"
 #include "workbench/Sitting.h"
+#include "workbench/Welcome.h"
 
 #include <QCloseEvent>
 #include <QDir>
@@ -29,6 +34,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 
 namespace nuvo {
@@ -36,8 +42,8 @@ namespace nuvo {
 MainWindow::MainWindow(const QString &folder, QWidget *parent)
     : QMainWindow(parent), folder_(folder), sitting_(new Sitting(this)), fit_(new LiveFit(this)),
       tables_(new QListWidget(this)), editor_(new TModelEditor(this)), pages_(new Pages(this)),
-      models_(new ModelsTable(*sitting_, this)), message_(new QLabel(this)), progress_(new QProgressBar(this)),
-      stop_(new QPushButton(tr("Stop"), this))
+      models_(new ModelsTable(*sitting_, this)), centre_(new QStackedWidget(this)), welcome_(new Welcome(this)),
+      message_(new QLabel(this)), progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
 {
     setObjectName(QStringLiteral("Workbench"));
     setAcceptDrops(true);
@@ -122,7 +128,13 @@ void MainWindow::MakeWidgets()
     middle->addWidget(pages_);
     middle->setStretchFactor(0, 2);
     middle->setStretchFactor(1, 3);
-    setCentralWidget(middle);
+    centre_->addWidget(welcome_);
+    centre_->addWidget(middle);
+    setCentralWidget(centre_);
+    connect(welcome_, &Welcome::FileWanted, this, &MainWindow::AskAndOpen);
+    connect(welcome_, &Welcome::ServerWanted, this, &MainWindow::AskServer);
+    connect(welcome_, &Welcome::SamplesWanted, this, &MainWindow::OpenSamples);
+    connect(welcome_, &Welcome::RecentWanted, this, &MainWindow::OpenRecent);
 
     message_->setObjectName(QStringLiteral("Message"));
     message_->setTextFormat(Qt::PlainText);
@@ -214,6 +226,9 @@ void MainWindow::ShowTables()
 void MainWindow::ShowTitle()
 {
     const ModelState &state = sitting_->State();
+    centre_->setCurrentIndex(state.database.isEmpty() ? 0 : 1);
+    for (QDockWidget *const dock : findChildren<QDockWidget *>())
+        dock->setEnabled(!state.database.isEmpty());
     const QString what = state.isQuery() ? tr("Query") : state.table;
     setWindowTitle(state.database.isEmpty()
                        ? tr("Nuvo Workbench")
@@ -246,18 +261,38 @@ void MainWindow::OpenTable(const QString &name)
     sitting_->Change(state, tr("Open a table"));
 }
 
-void MainWindow::OpenFile(const QString &file)
+void MainWindow::OpenFile(const QString &name)
 {
     Try([&] {
-        const std::optional<ModelState> state = openedFile(file, QDir(folder_).filePath(QStringLiteral("data.db")));
-        if (!state) {
-            OpenDatabase(QFileInfo(file).absoluteFilePath());
+        const QString file = QFileInfo(name).absoluteFilePath();
+        switch (kindOf(file)) {
+        case FileKind::Database:
+            OpenDatabase(file);
             return;
+        case FileKind::Form:
+            sitting_->Change(stateOfForm(file), tr("Open a form"));
+            break;
+        case FileKind::Csv:
+            if (!OpenCsv(file))
+                return;
         }
-        tablesOf_.clear(); // it may have got one more
-        sitting_->Change(*state, tr("Open a file"));
-        Remember(QFileInfo(file).absoluteFilePath());
+        Remember(file);
     });
+}
+
+bool MainWindow::OpenCsv(const QString &file)
+{
+    CsvPreview preview(file, this);
+    if (ShowModal(preview) != QDialog::Accepted)
+        return false;
+    ModelState state;
+    state.database = QDir(folder_).filePath(QStringLiteral("data.db"));
+    state.table = newTableFor(file, state.database);
+    if (!importInBackground(this, {file, preview.Corrections(), {}}, state.database, state.table))
+        return false;
+    tablesOf_.clear(); // it has got one more
+    sitting_->Change(state, tr("Open a CSV file"));
+    return true;
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)

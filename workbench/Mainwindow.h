@@ -8,6 +8,7 @@ class QLabel;
 class QListWidget;
 class QProgressBar;
 class QPushButton;
+class QStackedWidget;
 class TModelEditor;
 
 namespace nuvo {
@@ -16,6 +17,7 @@ class LiveFit;
 class ModelsTable;
 class Pages;
 class Sitting;
+class Welcome;
 struct ModelState;
 
 /// The workbench: tables on the left, the model in the middle, what is to be seen of it on the right, the models that
@@ -65,8 +67,12 @@ private:
         }
     }
     void Tell(const QString &text, bool isError = false);
+    /// Whether it was not given up.
+    bool OpenCsv(const QString &file);
     void AskAndOpen();
     void AskServer();
+    void OpenSamples();
+    void OpenRecent(const QString &name);
     void SaveForm();
     void SaveDatabase();
     void SaveReport();
@@ -84,6 +90,8 @@ private:
     TModelEditor *editor_;
     Pages *pages_;
     ModelsTable *models_;
+    QStackedWidget *centre_;
+    Welcome *welcome_;
     QLabel *message_;
     QProgressBar *progress_;
     QPushButton *stop_;

@@ -1,13 +1,9 @@
 #include "workbench/Openfile.h"
 
-#include "app/Console.h"
-#include "app/Import.h"
 #include "platform/Errors.h"
 #include "platform/Table.h"
-#include "workbench/Asform.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -25,16 +21,6 @@ FileKind kindOf(const QString &fileName)
     if (fileName.endsWith(u".ui", Qt::CaseInsensitive))
         return FileKind::Form;
     return FileKind::Csv;
-}
-
-QString tableNameFor(const QString &file)
-{
-    QString name = QFileInfo(file).completeBaseName();
-    for (QChar &c : name) {
-        if (!c.isLetterOrNumber())
-            c = u'_';
-    }
-    return name.isEmpty() ? QStringLiteral("data") : name;
 }
 
 void saveCopy(const QString &database, const QString &fileName)
@@ -60,36 +46,25 @@ void saveCopy(const QString &database, const QString &fileName)
         fail(to);
 }
 
-std::optional<ModelState> openedFile(const QString &file, const QString &into)
+QString newTableFor(const QString &file, const QString &database)
 {
-    switch (kindOf(file)) {
-    case FileKind::Database:
-        return {};
-    case FileKind::Form:
-        return stateOfForm(file);
-    case FileKind::Csv:
-        break;
+    QString base = QFileInfo(file).completeBaseName();
+    for (QChar &c : base) {
+        if (!c.isLetterOrNumber())
+            c = u'_';
     }
+    if (base.isEmpty())
+        base = QStringLiteral("data");
     QStringList taken;
-    if (QFileInfo::exists(into)) {
+    if (QFileInfo::exists(database)) {
         TTable table;
-        table.SetDatabaseName(into);
+        table.SetDatabaseName(database);
         taken = table.TableNames();
-    } else {
-        QDir().mkpath(QFileInfo(into).absolutePath());
     }
-    const QString base = tableNameFor(file);
-    ImportOptions options;
-    options.csv.file = file;
-    options.database = into;
-    options.table = base;
-    for (int number = 2; taken.contains(options.table, Qt::CaseInsensitive); ++number)
-        options.table = QStringLiteral("%1_%2").arg(base).arg(number);
-    importCsv(options);
-    ModelState state;
-    state.database = into;
-    state.table = options.table;
-    return state;
+    QString name = base;
+    for (int number = 2; taken.contains(name, Qt::CaseInsensitive); ++number)
+        name = QStringLiteral("%1_%2").arg(base).arg(number);
+    return name;
 }
 
 } // namespace nuvo

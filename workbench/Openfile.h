@@ -1,24 +1,18 @@
 #pragma once
 
-#include "workbench/Modelstate.h"
-
-#include <optional>
+#include <QString>
 
 namespace nuvo {
 
-/// What a file is by its name and its first bytes.
+/// What a file is by its name and its first bytes. \throws EPlatformError when it cannot be read.
 enum class FileKind { Database, Form, Csv };
 FileKind kindOf(const QString &file);
 
-/// The state that a form has, or that of a CSV file, which becomes a table of the database `into` (made when it is
-/// not there; a table of that name gives way to "name_2", …). Nothing for a database: which of its tables is meant is
-/// the person's choice. \throws EPlatformError with one sentence.
-std::optional<ModelState> openedFile(const QString &file, const QString &into);
+/// A name for a table of a file's records in a database that may not be there yet: the file's base name in letters,
+/// digits and '_', and where that is taken "name_2", …  \throws EPlatformError when the database cannot be read.
+QString newTableFor(const QString &file, const QString &database);
 
 /// Copies a database file, whole or not at all. \throws EPlatformError
 void saveCopy(const QString &database, const QString &file);
-
-/// A name for a table of a file's records: its base name, in letters, digits and '_'.
-QString tableNameFor(const QString &file);
 
 } // namespace nuvo

@@ -31,6 +31,8 @@ Pages::Pages(QWidget *parent)
     Add(figuresPage_, tr("Figures"));
     Add(choice_, tr("Choice"));
     Add(predict_, tr("Predict"));
+    for (QWidget *const page : std::initializer_list<QWidget *>{diagnostics_, observations_, figuresPage_, predict_})
+        setTabEnabled(indexOf(page), false);
     // Whoever selects tells the two others.
     connect(records_, &RecordsPage::SelectionChanged, this, [this] {
         observations_->SetSelected(records_->Selected());
@@ -55,6 +57,7 @@ void Pages::Add(QWidget *page, const QString &title)
 void Pages::ShowFit(LiveFit &fit)
 {
     TRegression *const regression = fit.HasFit() ? fit.Regression() : nullptr;
+    const bool first = regression != nullptr && !isTabEnabled(indexOf(diagnostics_));
     if (regression != nullptr) {
         Asked asked;
         asked.influence = true;
@@ -71,6 +74,9 @@ void Pages::ShowFit(LiveFit &fit)
     predict_->SetFit(regression, fit.State().model);
     for (QWidget *const page : std::initializer_list<QWidget *>{diagnostics_, observations_, figuresPage_, predict_})
         setTabEnabled(indexOf(page), regression != nullptr);
+    // Whoever has been looking at records wants to see the first fit.
+    if (first && currentWidget() == records_)
+        setCurrentWidget(summary_);
 }
 
 void Pages::SaveReport(const QString &file) const

@@ -4,6 +4,7 @@
 #include "engine/Regression.h"
 #include "engine/kernel/Prediction.h"
 #include "platform/Errors.h"
+#include "platform/Modal.h"
 #include "platform/Table.h"
 #include "present/statistics/Observationspage.h"
 #include "present/statistics/Pageview.h"
@@ -23,6 +24,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDialog>
 #include <QDragEnterEvent>
 #include <QFile>
 #include <QLabel>
@@ -33,6 +35,7 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTableView>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -47,14 +50,17 @@ class Workbench : public testing::Test
 protected:
     QTemporaryDir folder;
     std::unique_ptr<nuvo::MainWindow> window;
+    std::function<int(QDialog &)> answer; ///< to a dialog; none: OK
 
     void SetUp() override
     {
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
         QApplication::setOrganizationName(u("Nuvo"));
         QApplication::setApplicationName(u("nuvo-workbench"));
+        SetModalRunner([this](QDialog &dialog) { return answer ? answer(dialog) : int(QDialog::Accepted); });
         begin();
     }
+    void TearDown() override { SetModalRunner({}); }
     void begin()
     {
         window = std::make_unique<nuvo::MainWindow>(folder.path());
@@ -252,6 +258,54 @@ TEST_F(Workbench, CopiesTheCommand)
     EXPECT_EQ(QApplication::clipboard()->text(), u("nuvostat fit --database %1/data.db --table data --response y "
                                                    "--control x")
                                                      .arg(folder.path()));
+}
+
+TEST_F(Workbench, ShowsAFileBeforeItIsReadAndTakesCorrections)
+{
+    QFile file(folder.filePath(u("german.csv")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Größe;Preis\n1,5;3\n2,5;5\n3,5;6\n4,5;9\n");
+    file.close();
+    answer = [](QDialog &dialog) {
+        EXPECT_EQ(dialog.windowTitle(), u("Open german.csv"));
+        auto *const records = dialog.findChild<QTableWidget *>(u("PreviewRecords"));
+        EXPECT_EQ(records->columnCount(), 2);
+        EXPECT_EQ(records->rowCount(), 4);
+        EXPECT_EQ(records->horizontalHeaderItem(0)->text(), u("Größe"));
+        auto *const separator = dialog.findChild<QComboBox *>(u("Separator"));
+        EXPECT_EQ(separator->itemText(0), u("recognised: semicolon"));
+        EXPECT_EQ(dialog.findChild<QComboBox *>(u("Decimal"))->itemText(0), u("recognised: comma"));
+        separator->setCurrentIndex(3);
+        Q_EMIT separator->activated(3);
+        EXPECT_EQ(records->columnCount(), 1);
+        separator->setCurrentIndex(0);
+        Q_EMIT separator->activated(0);
+        EXPECT_EQ(records->columnCount(), 2);
+        return int(QDialog::Accepted);
+    };
+    drop(file.fileName());
+    EXPECT_EQ(window->Editor().Fields().numericNames(), (QStringList{u("Größe"), u("Preis")}))
+        << message().toStdString();
+}
+
+TEST_F(Workbench, ReadsNothingOfAFileThatIsGivenUp)
+{
+    answer = [](QDialog &) { return int(QDialog::Rejected); };
+    drop(csv("data.csv", 50));
+    EXPECT_FALSE(window->CurrentSitting().State().hasData());
+    EXPECT_FALSE(QFile::exists(folder.filePath(u("data.db"))));
+}
+
+TEST_F(Workbench, OffersTheSamples)
+{
+    for (int time = 0; time < 2; ++time) {
+        QTest::mouseClick(window->findChild<QAbstractButton *>(u("WelcomeSamples")), Qt::LeftButton);
+        auto *const tables = window->findChild<QListWidget *>(u("Tables"));
+        EXPECT_EQ(tables->findItems(u("Longley"), Qt::MatchExactly).size(), 1) << message().toStdString();
+        window->OpenTable(u("Longley"));
+        EXPECT_EQ(window->ShownPages().Records().View().model()->rowCount(), 16);
+        window->CurrentSitting().Change({}, u("close"));
+    }
 }
 
 TEST_F(Workbench, SaysWhatIsWrongWithAFile)

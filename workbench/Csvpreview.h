@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/Csvformat.h"
+
+#include <QDialog>
+
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QTableWidget;
+
+namespace nuvo {
+
+/// What was understood of a CSV file before it is read: its encoding, separator and decimal sign with the reasons,
+/// and its first records. Each of the three can be corrected; the records follow at once.
+class CsvPreview : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit CsvPreview(const QString &file, QWidget *parent = nullptr);
+
+    /// What the person has said of the file; the rest is recognised.
+    const CsvCorrections &Corrections() const { return corrections_; }
+
+private:
+    void Correct();
+    void Show();
+
+    const QString file_;
+    CsvCorrections corrections_;
+    QComboBox *encoding_;
+    QComboBox *separator_;
+    QComboBox *decimal_;
+    QLabel *reasons_;
+    QLabel *error_;
+    QTableWidget *records_;
+    QPushButton *ok_;
+};
+
+} // namespace nuvo
