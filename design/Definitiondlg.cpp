@@ -183,12 +183,13 @@ QString DefinitionDialog::FieldText() const
     return isQuery_ ? controls_.edStringX->text() : controls_.cboxTableX->currentText();
 }
 
-void DefinitionDialog::Select(QComboBox &list, const QString &entry)
+void DefinitionDialog::Select(QComboBox &list, const QString &entry, const QString &placeholder)
 {
     const QSignalBlocker silent(list);
     const int exact = list.findText(entry, Qt::MatchExactly | Qt::MatchCaseSensitive);
     // Databases do not tell the cases of field names apart.
     list.setCurrentIndex(exact >= 0 ? exact : list.findText(entry, Qt::MatchFixedString));
+    missing_[&list] = entry == placeholder || list.currentIndex() >= 0 ? QString() : entry;
 }
 
 void DefinitionDialog::ShowTerm(bool complete, const QString &term)
@@ -248,11 +249,16 @@ void DefinitionDialog::ShowFaults()
 {
     QStringList faults;
     for (const auto &[line, names] : names_) {
+        names->Mark();
         if (IsQuery() && line->isEnabled() && !names->Fault().isEmpty())
             faults += names->Fault();
     }
     if (IsQuery() && !fieldsUnknown_.isEmpty())
         faults += fieldsUnknown_;
+    for (const auto &[list, name] : missing_) {
+        if (!IsQuery() && list->isEnabled() && list->currentIndex() < 0 && !name.isEmpty())
+            faults += QStringLiteral("There is no field \"%1\" that holds numbers.").arg(name);
+    }
     faults_->setText(withoutControls(faults.join(u' ')));
     faults_->setVisible(!faults.isEmpty());
 }

@@ -7,6 +7,7 @@
 #include <QEvent>
 
 #include <functional>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -103,8 +104,9 @@ protected:
     /// Whether a field is picked or a name typed.
     bool FieldChosen() const;
     QString FieldText() const;
-    /// Picks the name from the list, or nothing where it is not in it, without running a handler.
-    static void Select(QComboBox &list, const QString &entry);
+    /// Picks the name from the list, or nothing where it is not in it, without running a handler. A name that is
+    /// missing is told as long as nothing else is picked, unless it is `placeholder`, a new definition's own.
+    void Select(QComboBox &list, const QString &entry, const QString &placeholder);
     /// Enables OK and shows the term, or neither.
     void ShowTerm(bool complete, const QString &term);
     /// Makes the dialog as large as its texts need; it never shrinks.
@@ -146,6 +148,7 @@ private:
 
     Controls controls_{};
     std::vector<std::pair<QLineEdit *, FieldNames *>> names_;
+    std::map<QComboBox *, QString> missing_;
     QLabel *faults_ = nullptr; // above the term, while a name is marked
     QString fieldsUnknown_;
     QString helpString_;

@@ -22,10 +22,10 @@ public:
     void SetFields(const ModelFields &fields);
     /// What is wrong with the name, as a sentence; empty where nothing is.
     QString Fault() const;
-
-private:
+    /// Marks the name anew, where it was set without a word.
     void Mark();
 
+private:
     QLineEdit &line_;
     QString placeholder_;
     ModelFields fields_;

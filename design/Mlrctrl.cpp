@@ -104,8 +104,8 @@ void TControlDefDlg::OpenForm(const TComponent &component, const QString &proper
 void TControlDefDlg::InputControlView(const TIndepVar &variable)
 {
     ShowNumber(*ui_->cboxDivideBy, variable.ScaleFactor());
-    Select(*ui_->cboxTableX, variable.Field1());
-    Select(*ui_->cboxTableY, variable.Field2());
+    Select(*ui_->cboxTableX, variable.Field1(), TIndepVar().Field1());
+    Select(*ui_->cboxTableY, variable.Field2(), TIndepVar().Field2());
     const QSignalBlocker silentX(ui_->edStringX);
     const QSignalBlocker silentY(ui_->edStringY);
     ui_->edStringX->setText(variable.Field1());

@@ -60,7 +60,7 @@ void TResponseDefDlg::OpenForm(const TComponent &component, const QString &prope
 void TResponseDefDlg::InputResponseView(const TDependentVar &variable)
 {
     ShowNumber(*ui_->cboxDivideBy, variable.ScaleFactor());
-    Select(*ui_->cboxTableX, variable.FieldName());
+    Select(*ui_->cboxTableX, variable.FieldName(), TDependentVar().FieldName());
     const QSignalBlocker silent(ui_->edStringX);
     ui_->edStringX->setText(variable.FieldName());
     SetItemIndex(ItemOf(nuvo::responseTransformations(), variable.Transformation()));

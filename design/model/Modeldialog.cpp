@@ -29,7 +29,8 @@ TModelDialog::TModelDialog(QWidget *parent)
     ok_->setToolTip(QStringLiteral("Takes the model (Ctrl+Enter)"));
     // A shortcut of the button's own would go with its text, which the box sets anew.
     for (const int key : {Qt::Key_Return, Qt::Key_Enter})
-        connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, ok_, &QPushButton::click);
+        connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, ok_,
+                &QPushButton::click);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("ModelCancel"));
     buttons->button(QDialogButtonBox::Cancel)->setToolTip(QStringLiteral("Leaves the model as it was (Escape)"));
     unfinished_->setObjectName(QStringLiteral("Unfinished"));

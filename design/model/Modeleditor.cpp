@@ -34,6 +34,8 @@ QLabel *sentence(QWidget *parent, const char *name)
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    label->setMinimumHeight(2 * label->fontMetrics().lineSpacing()); // what is above it stays in its place
     return label;
 }
 

@@ -23,7 +23,8 @@ TSqlDialog::TSqlDialog(QWidget *parent) : QDialog(parent), editor_(new TSqlEdito
     ok->setToolTip(QStringLiteral("Takes the statement (Ctrl+Enter)"));
     // A shortcut of the button's own would go with its text, which the box sets anew.
     for (const int key : {Qt::Key_Return, Qt::Key_Enter})
-        connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, ok, &QPushButton::click);
+        connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, ok,
+                &QPushButton::click);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("SqlCancel"));
     buttons->button(QDialogButtonBox::Cancel)->setToolTip(QStringLiteral("Leaves the statement as it was (Escape)"));
     auto *all = new QVBoxLayout(this);

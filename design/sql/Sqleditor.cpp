@@ -83,11 +83,14 @@ void TSqlEditor::MakeControls()
     text_->setToolTip(QStringLiteral("The statement that is read: SELECT, WITH, VALUES or SHOW"));
     text_->setPlaceholderText(QStringLiteral("SELECT … FROM …"));
     text_->setMinimumHeight(text_->fontMetrics().height() * 4);
+    constexpr int lettersSeen = 50;
+    text_->setMinimumWidth(text_->fontMetrics().averageCharWidth() * lettersSeen);
     state_->setObjectName(QStringLiteral("SqlState"));
     state_->setTextFormat(Qt::PlainText);
     state_->setWordWrap(true);
     state_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     state_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    state_->setMinimumHeight(2 * state_->fontMetrics().lineSpacing());
     rows_->setObjectName(QStringLiteral("SqlRows"));
     rows_->setAccessibleName(QStringLiteral("First rows"));
     rows_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -248,6 +251,7 @@ void TSqlEditor::ShowError(const QString &sentence, qsizetype position)
     sign_->setPixmap(
         style()->standardIcon(QStyle::SP_MessageBoxCritical).pixmap(QSize(side, side), devicePixelRatioF()));
     sign_->show();
+    state_->setToolTip(nuvo::withoutControls(sentence)); // whole, however small the window is
     if (position < 0) {
         state_->setText(nuvo::withoutControls(sentence));
         return;
@@ -274,6 +278,7 @@ void TSqlEditor::ClearError()
     text_->setExtraSelections({});
     sign_->clear();
     sign_->hide();
+    state_->setToolTip({});
 }
 
 bool TSqlEditor::CheckStatement()

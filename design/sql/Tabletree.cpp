@@ -33,6 +33,8 @@ TableTree::TableTree(QWidget *parent) : QTreeWidget(parent)
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(0, QHeaderView::Stretch);
     header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    constexpr int lettersSeen = 34;
+    setMinimumWidth(fontMetrics().averageCharWidth() * lettersSeen);
     connect(this, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem *item) { ReadFields(*item); });
     connect(this, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem *item) {
         if (const QString name = Quoted(*item); !name.isEmpty())

@@ -1,11 +1,14 @@
 // Pictures of the model dialog and the SQL editor: modelpictures SAMPLES_DB DIRECTORY [dark]. QT_SCALE_FACTOR says
 // how sharp.
 
+#include "design/Mlrctrl.h"
 #include "design/model/Modeldialog.h"
 #include "design/model/Modeleditor.h"
 #include "design/sql/Sqldialog.h"
 #include "design/sql/Sqleditor.h"
+#include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
+#include "platform/Modal.h"
 #include "support/Text.h"
 
 #include <QApplication>
@@ -135,6 +138,21 @@ int main(int argc, char **argv)
         save(dialog, "sql-error");
         dialog.resize(dialog.minimumSizeHint());
         save(dialog, "sql-small");
+    }
+    {
+        TMLRQuery query;
+        query.SetName(u("mlrQuery"));
+        TIndepVar variable;
+        variable.SetField1(u("GNPX"));
+        variable.SetTransformation(u("Log"));
+        SetModalRunner([&](QDialog &dialog) {
+            dialog.show();
+            save(dialog, "definition");
+            return int(QDialog::Rejected);
+        });
+        TControlDefDlg dialog;
+        dialog.SetFields(fields);
+        dialog.OpenForm(query, u("ControlVar01"), {u("...")}, variable);
     }
     return saved ? 0 : 1;
 }

@@ -9,7 +9,7 @@
 #include <QAction>
 #include <QCompleter>
 
-// Names of a query's fields in the definition dialogs.
+// Names of fields in the definition dialogs.
 
 namespace {
 
@@ -141,6 +141,7 @@ TEST_F(QueryFields, MarkTheSecondNameWhereTheFormHasOne)
     editControl([](QDialog &dialog) {
         waitForFields(dialog);
         EXPECT_EQ(faults(dialog), u("There is no field \"POP\"."));
+        EXPECT_TRUE(line(dialog, "edStringY")->findChild<QAction *>(u("edStringYMark"))->isVisible());
         chooseItem(dialog, 2);
         EXPECT_EQ(faults(dialog), QString()) << "a logarithm has no second field";
         chooseItem(dialog, 8);
@@ -164,6 +165,23 @@ TEST_F(QueryFields, SayInPlaceWhyTheyAreNotKnown)
         QTest::qWait(50);
         EXPECT_EQ(faults(dialog), QString()) << "what nobody has asked for is not missed";
     });
+}
+
+TEST_F(QueryFields, OfATableThatAreNotThereAreToldUntilAnotherIsPicked)
+{
+    TMLRTable table;
+    table.SetDatabaseName(db->name());
+    table.SetTableName(u("employment"));
+    table.ResponseVarY().SetField(u("TOTEMPP"));
+    const Person person([](QDialog &dialog) {
+        EXPECT_EQ(shown(dialog, "cboxTableX"), QString());
+        EXPECT_EQ(faults(dialog), u("There is no field \"TOTEMPP\" that holds numbers."));
+        EXPECT_FALSE(canConfirm(dialog));
+        pick(dialog, "cboxTableX", u("TOTEMP"));
+        EXPECT_EQ(faults(dialog), QString());
+        dialog.reject();
+    });
+    TMLRTResponseVarProperty({&table}, u("ResponseVarY")).Edit();
 }
 
 TEST_F(QueryFields, AreNotWaitedFor)
