@@ -205,7 +205,8 @@ private:
             see("sqlTitle", dialog->windowTitle());
             auto *text = dialog->findChild<QPlainTextEdit *>(u("SqlText"));
             QTest::keyClicks(text, u("SELECT TOTEMP, GNP, YEAR FROM Longley"));
-            QTest::keyClick(text, Qt::Key_F5);
+            // F5 would do it, were the dialog the active window of this platform at every time.
+            QTest::mouseClick(dialog->findChild<QPushButton *>(u("TrySql")), Qt::LeftButton);
             auto *rows = dialog->findChild<QTableWidget *>(u("SqlRows"));
             for (int i = 0; i < 100 && rows->rowCount() == 0; ++i)
                 settle(50);
