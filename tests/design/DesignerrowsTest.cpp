@@ -20,6 +20,7 @@ TEST_F(Designer, ShowsTermsInTheRowsOfDefinitionsAndTheModelInOne)
               (Strings{QStringLiteral("TOTEMP"), QStringLiteral("Ln(GNP)"), QStringLiteral("UNEMP"), QString()}));
     EXPECT_EQ(text("modelRow"), QStringLiteral("TOTEMP on Ln(GNP), UNEMP, YEAR"));
     EXPECT_EQ(text("defineButton"), QString::fromUtf8("Ln(GNP) …"));
+    EXPECT_EQ(text("dialogOfModelRow"), QStringLiteral("mlrTable Model"));
 }
 
 TEST_F(Designer, KeepsRowsReadableAfterTheFormsOwnWereLookedAt)

@@ -29,12 +29,17 @@ protected:
 
     QString run(const QString &program, const QStringList &arguments) const
     {
+        return run(program, arguments, folder_.path());
+    }
+
+    QString run(const QString &program, const QStringList &arguments, const QString &workingFolder) const
+    {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         environment.insert(QStringLiteral("QT_PLUGIN_PATH"), QStringLiteral(STAGED_PLUGINS));
         process.setProcessEnvironment(environment);
-        process.setWorkingDirectory(folder_.path());
+        process.setWorkingDirectory(workingFolder);
         process.start(program, arguments);
         EXPECT_TRUE(process.waitForFinished(60000));
         EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
@@ -66,4 +71,13 @@ TEST_F(RunningAForm, BuiltInLoadedAndOnTheCommandLineItGivesTheSameFigures)
     expected += QStringLiteral("Stepwise regression keeps %1 of the variables.\n")
                     .arg(selected[QStringLiteral("controls")].toInt(-1));
     EXPECT_EQ(built, expected);
+}
+
+TEST_F(RunningAForm, AFormThatIsLoadedFindsItsDatabaseBesideItselfWhereverTheProgramWasStarted)
+{
+    const QTemporaryDir elsewhere;
+    const QString form = folder_.filePath(QStringLiteral("Designed.ui"));
+    const QString here = run(QStringLiteral(BUILD_ROOT "/examples/example_loaded"), {});
+    EXPECT_TRUE(here.startsWith(QStringLiteral("B0 = -2741090.88"))) << qPrintable(here);
+    EXPECT_EQ(run(QStringLiteral(BUILD_ROOT "/examples/example_loaded"), {form}, elsewhere.path()), here);
 }

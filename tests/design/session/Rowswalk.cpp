@@ -105,6 +105,11 @@ private:
         for (QWidget *dock : others)
             dock->show();
         settle(200);
+        during([&] { QTest::mouseClick(rowButton("Model"), Qt::LeftButton); },
+               [&](QWidget *dialog) {
+                   see("dialogOfModelRow", dialog->windowTitle());
+                   static_cast<QDialog *>(dialog)->reject();
+               });
         auto *table = component<TMLRTable>("mlrTable");
         during(
             [&] {
