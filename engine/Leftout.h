@@ -17,7 +17,7 @@ namespace nuvo {
 struct ModelDefinitions;
 
 /// The records that a term cannot use, among those that a load walked, whatever the other terms can.
-struct LeftOut
+struct NUVO_EXPORT LeftOut
 {
     static constexpr std::size_t Ordinals = 10;
 

@@ -20,6 +20,7 @@ public:
     /// Replaces the string at a position. \throws EStringListError outside the list.
     void SetParameters(int index, const QString &value) { Put(index, value); }
 
+    /// By what a Scale divides, a number as text.
     const QString &ScaleFactor() const { return Strings(5); }
     void SetScaleFactor(const QString &value) { SetParameters(5, value); }
 
@@ -45,6 +46,7 @@ public:
     TIndepVar();
     ~TIndepVar() override;
 
+    /// "Active" or "Inactive": what dialogs show. Whether the variable takes part is said by Transformation().
     const QString &Usage() const { return Strings(0); }
     /// "Inactive" also makes the Transformation "Undefined".
     void SetUsage(const QString &value);
@@ -52,10 +54,13 @@ public:
     QString Transformation() const;
     /// Anything but "Undefined" also makes the Usage "Active".
     void SetTransformation(const QString &value);
+    /// The field, or the first of two.
     const QString &Field1() const { return Strings(2); }
     void SetField1(const QString &value) { SetParameters(2, value); }
+    /// The second field of Product and Quotient.
     const QString &Field2() const { return Strings(3); }
     void SetField2(const QString &value) { SetParameters(3, value); }
+    /// Of Power, an integer as text.
     const QString &Exponent() const { return Strings(4); }
     void SetExponent(const QString &value) { SetParameters(4, value); }
 
@@ -98,8 +103,10 @@ public:
     TDependentVar();
     ~TDependentVar() override;
 
+    /// "None", "Log", "Inverse" or "Scale".
     const QString &Transformation() const { return Strings(1); }
     void SetTransformation(const QString &value) { SetParameters(1, value); }
+    /// The field.
     const QString &FieldName() const { return Strings(2); }
     void SetField(const QString &value) { SetParameters(2, value); }
 

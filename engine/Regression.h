@@ -63,7 +63,9 @@ public:
     TRegression &operator=(const TRegression &) = delete;
     virtual ~TRegression();
 
+    /// The dataset whose records are fitted: the component itself.
     TDataSet &DataSet();
+    /// Whether this is a table or a query.
     Form DataSetForm() const;
     /// What the report heads its data with: the table's name, or the first line of the SQL text.
     virtual QString DataSourceName() const = 0;
@@ -73,17 +75,26 @@ public:
 
     /// Control variable k, 1 to 10. \pre 1 <= k <= 10.
     TIndepVar &ControlVar(int k);
+    /// The same.
     const TIndepVar &ControlVar(int k) const;
+    /// Copies a definition into control variable k.
     void SetControl(int k, const TIndepVar &definition);
+    /// The response.
     TDependentVar &ResponseVarY();
+    /// The same.
     const TDependentVar &ResponseVarY() const;
+    /// Copies a definition into the response.
     void SetResponse(const TDependentVar &definition);
 
+    /// What the regression is about: a line in the head of reports.
     const QString &Description() const;
+    /// Nothing is unloaded by that.
     void SetDescription(const QString &text);
     /// Replaces the report window's footer unless it is empty.
     const QString &ReportMessage() const;
+    /// Nothing is unloaded by that.
     void SetReportMessage(const QString &text);
+    /// Whether a load shows a progress dialog.
     bool ShowLoadProgress() const;
     void SetShowLoadProgress(bool show);
     /// Whether the warnings "more than 2500 records" and "NOT loaded" are shown.
@@ -92,6 +103,7 @@ public:
 
     /// Changing it makes the component unloaded and not computed.
     nuvo::RecordUse UseOfRecords() const;
+    /// \throws EDatabaseError while the component is loading or fitting.
     void SetUseOfRecords(nuvo::RecordUse use);
 
     // The run.
@@ -118,6 +130,7 @@ public:
     /// b0 + the sum of b(j) values[j] over j = 1..k; values[0] is not read.
     double Predict(const double *values, int k) const;
 
+    /// Whether the last load found usable observations and no property write has changed a definition since.
     bool Loaded() const;
     /// Whether Execute() has completed since a property write last changed a definition. ReLoad() alone leaves it.
     bool Computed() const;
@@ -154,6 +167,7 @@ public:
     int GetNumObs() const;
     /// The number of observations that can be asked for one by one: n, or that of the sample.
     int SampleSize() const;
+    /// m, the number of columns: 0 to 10.
     int GetNumVars() const;
     /// n - m - 1, and 0 where that is negative; 32767 where it is more.
     short GetDOF() const;
@@ -161,41 +175,58 @@ public:
     qint64 DegreesOfFreedom() const;
     /// The definition behind column j as it was at load time.
     const TIndepVar &GetcVar(int j) const;
+    /// Column j of observation i: the value of the term.
     double Getx(int i, int j) const;
+    /// The response's term of observation i.
     double Gety(int i) const;
     /// The number in the dataset of the record behind observation i, from 1, skipped records counted.
     qint64 GetRecord(int i) const;
     /// Residual y - yHat.
     double Gete(int i) const { return (e_ != nullptr ? e_ : Residuals())[i - 1]; }
+    /// Fitted value b0 + b1 x1 + ... + bm xm.
     double GetyHat(int i) const { return (yHat_ != nullptr ? yHat_ : Fitted())[i - 1]; }
+    /// Coefficient j of the last fit, 0 the constant.
     double Getb(int j) const;
     /// Covariance of two coefficients, MSE (X'X)^-1.
     double GetCovar(int i, int j) const;
+    /// Correlation of two coefficients, GetCovar(i, j) over the product of their standard errors.
     double GetCorr(int i, int j) const;
     /// Standard error of a coefficient, the square root of its variance GetCovar(j, j).
     double GetStdErr(int j) const;
     /// Getb(j) / GetStdErr(j)
     double GetTValue(int j) const;
+    /// Mean of column j.
     double GetxBar(int j) const;
     /// Sample standard deviation of a column, divisor n - 1.
     double GetxStdErr(int j) const;
+    /// Largest value of column j.
     double GetxMax(int j) const;
+    /// Smallest value of column j.
     double GetxMin(int j) const;
+    /// Mean of the response.
     double GetyBar() const;
+    /// Sample standard deviation of the response, divisor n - 1.
     double GetyStdErr() const;
+    /// Largest value of the response.
     double GetyMax() const;
+    /// Smallest value of the response.
     double GetyMin() const;
     /// SSE / (n - (m + 1)) as the last ComputeSSE() left it.
     double GetMSE() const;
 
     // These compute before they return.
 
+    /// Sum of squares of the regression, b'X'y - (sum of y)^2 / n.
     double GetSSR();
+    /// Sum of squared residuals, y'y - b'X'y.
     double GetSSE();
+    /// SSE + SSR.
     double GetSST();
     /// Standard error of the estimate, the square root of MSE.
     double GetSyx();
+    /// SSR / SST, 0 to 1.
     double GetRSquared();
+    /// (SSR / m) / MSE.
     double GetF();
 
     // What the last fit tells beyond that: definitions and sources of the figures are those of
@@ -219,47 +250,66 @@ public:
     /// Information criteria by Akaike, the same corrected for few observations, by Schwarz, and by Hannan and Quinn,
     /// with k = m + 2 parameters.
     double GetAIC() const;
+    /// The same corrected for few observations (Hurvich and Tsai 1989).
     double GetAICc() const;
+    /// By Schwarz 1978.
     double GetBIC() const;
+    /// By Hannan and Quinn 1979.
     double GetHQC() const;
     /// Of term j, 1 to m: b(j) GetxStdErr(j) / GetyStdErr().
     double GetStandardized(int j) const;
     /// 1 - R squared of term j on the others, and its inverse, the variance inflation factor.
     double GetTolerance(int j) const;
+    /// Variance inflation factor of term j, 1 / GetTolerance(j).
     double GetVIF(int j) const;
+    /// Of response and term j, the other terms taken out of both.
     double GetPartialCorrelation(int j) const;
+    /// Of the response and term j, the other terms taken out of the term.
     double GetSemipartialCorrelation(int j) const;
     /// What term j adds to SSR after those before it, and as the last one.
     double GetSequentialSumOfSquares(int j) const;
+    /// What term j adds to SSR as the last one.
     double GetPartialSumOfSquares(int j) const;
     /// Condition index k, 1 to m + 1, ascending from 1 (Belsley, Kuh and Welsch).
     double GetConditionIndex(int k) const;
 
+    /// About 2 where residuals do not depend on those before them.
     double GetDurbinWatson() const;
     /// The sum of squared residuals of each observation from the fit without it.
     double GetPRESS() const;
     /// 1 - PRESS / SST
     double GetPredictedRSquared() const;
+    /// Whether the residuals scatter evenly, with the terms.
     nuvo::TestResult GetBreuschPagan() const;
+    /// Whether the residuals scatter evenly, with terms, squares and products.
     nuvo::TestResult GetWhite() const;
+    /// Whether the residuals are normal, by skewness and kurtosis.
     nuvo::TestResult GetJarqueBera() const;
+    /// Whether the residuals are normal, by their order.
     nuvo::TestResult GetShapiroWilk() const;
+    /// Whether something curved is left.
     nuvo::TestResult GetRESET() const;
 
     /// Of observation i, 1 to n: diagonal of X (X'X)^-1 X'.
     double GetLeverage(int i) const;
     /// e / (s sqrt(1 - h)), and the same with s of the fit without the observation.
     double GetStandardizedResidual(int i) const;
+    /// The same with s of the fit without the observation.
     double GetStudentizedResidual(int i) const;
+    /// Cook's distance: how far all fitted values move without observation i.
     double GetCook(int i) const;
+    /// How far the fitted value of observation i moves without it, in its standard errors.
     double GetDFFITS(int i) const;
+    /// The determinant of the coefficients' covariance without observation i over that with it.
     double GetCovRatio(int i) const;
     /// The change of coefficient j, 0 to m, without observation i, in its standard errors.
     double GetDFBETAS(int i, int j) const;
 
     /// Standard error, covariances and p-value of coefficients that hold without a constant variance.
     double GetRobustStdErr(nuvo::RobustKind kind, int j) const;
+    /// Covariance of two coefficients.
     double GetRobustCovar(nuvo::RobustKind kind, int i, int j) const;
+    /// Two-sided, of coefficient j with its robust standard error.
     double GetRobustPValue(nuvo::RobustKind kind, int j) const;
 
     /// What Predict() gives at the values of all m columns, with its standard error, the interval of the mean and
@@ -339,27 +389,37 @@ public:
     bool ValidRecord(int m);
     /// Says so when the response or a column does not vary.
     bool InvariantCol();
+    /// The extremes of the response.
     void ComputeMaxAndMinY();
+    /// The extremes of the columns.
     void ComputeMaxAndMinX();
     /// Loads first where that was not done yet.
     void ComputexBar();
+    /// The deviations of the columns.
     void ComputexStdErr();
+    /// The mean of the response.
     void ComputeyBar();
+    /// The deviation of the response.
     void ComputeyStdErr();
     /// b, X'X and its inverse by the normal equations in double-double.
     void ComputebVector();
+    /// The fitted values.
     void ComputeyHat();
+    /// The fitted values and what they leave of the response.
     void ComputeResiduals();
     /// SSE = y'y - v.y with v the fitted values; then MSE.
     void ComputeSSE();
     /// SSR = v.y - (sum of y)^2 / n.
     void ComputeSSR();
+    /// The covariances of the coefficients.
     void ComputeCovarMatrix();
+    /// Their correlations.
     void ComputeCorrMatrix();
     /// SST = SSE + SSR.
     void ComputeSST();
     /// R2 = SSR / SST; where SST is not above 0 (a response of zeros) the previous value is kept.
     void ComputeRSquared();
+    /// Syx, the square root of MSE.
     void ComputeSyx();
     /// F = (SSR / m) / (SSE / (n - (m + 1))).
     void ComputeF();

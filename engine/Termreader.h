@@ -19,7 +19,7 @@ NUVO_EXPORT int wholeExponentOf(const TVariableDefinition &definition);
 /// A definition at work on a dataset: what ValidTransformation and Process of the definitions do, for many records.
 /// Fields are looked up and texts converted once, but not before a record needs them, so that errors come where and
 /// when the definition's own operations would raise them. The definition and the dataset must outlive it.
-class TermReader
+class NUVO_EXPORT TermReader
 {
 public:
     TermReader(const TIndepVar &definition, TDataSet &dataset);

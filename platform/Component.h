@@ -54,6 +54,7 @@ public:
     /// The component's name, its objectName().
     QString Name() const { return objectName(); }
     void SetName(const QString &name) { setObjectName(name); }
+    /// The parent, which deletes the component; null for none.
     QWidget *Owner() const { return parentWidget(); }
 
     /// Whether a form designer shows this component on a form that is being edited.

@@ -44,18 +44,22 @@ public:
     explicit TDataSet(QWidget *owner = nullptr);
     ~TDataSet() override;
 
-    /// A registered QSqlDatabase connection, the path of an SQLite file, or a URL: postgresql://user@host:port/name,
-    /// mysql://…, odbc:DSN. A file that is not there is an error when the dataset opens and is not created. A
-    /// server's URL may set ?connect_timeout=S&read_timeout=S, in seconds: how long to wait for a connection (5), and
-    /// for an answer (for ever). It holds no password. A relative path: see Formfolder.h. Setting it closes the dataset.
+    /// A registered QSqlDatabase connection, the path of an SQLite file, or a URL:
+    /// `postgresql://user@host:port/name`, `mysql://…`, `odbc:DSN`. A file that is not there is an error when the
+    /// dataset opens and is not created. A server's URL may set ?connect_timeout=S&read_timeout=S, in seconds: how
+    /// long to wait for a connection (5), and for an answer (for ever). It holds no password. A relative path: see
+    /// Formfolder.h. Setting it closes the dataset.
     QString DatabaseName() const;
+    /// Closes the dataset.
     void SetDatabaseName(const QString &name);
 
+    /// Whether the dataset is open.
     bool Active() const;
     /// Opens or closes.
     void SetActive(bool active);
     /// Runs the statement and stands on the first record; on an open dataset nothing happens.
     void Open();
+    /// Gives up the rows; the wish to be active, too.
     void Close();
     /// Reads anew and keeps the record number where there still is such a record.
     void Refresh();
@@ -63,8 +67,10 @@ public:
     /// What the property Active of a form says. A form's properties come in any order, so the wish is carried out
     /// when a record or a field is first needed.
     bool ActiveWished() const;
+    /// False closes an open dataset.
     void WishActive(bool active);
 
+    /// Moves to the first record.
     void First();
     /// Reads to the end.
     void Last();
@@ -79,11 +85,15 @@ public:
             NextSlow();
         }
     }
+    /// Moves to the record before; on the first one the position stays and Bof() becomes true.
     void Prior();
     /// Moves by so many records, as far as there are any; returns how many it moved.
     qint64 MoveBy(qint64 distance);
+    /// Whether the last move went against the beginning; true after Open() and First() as well.
     bool Bof() const;
+    /// Whether the last move went against the end; true on an empty dataset.
     bool Eof() const { return active_ ? eof_ : EofSlow(); }
+    /// Whether there is no record.
     bool IsEmpty() const;
     /// Number of the current record from 1; 0 on an empty dataset.
     qint64 RecNo() const;
@@ -94,19 +104,24 @@ public:
     /// it is Active() the rows are one snapshot.
     qint64 Opening() const;
 
+    /// The number of fields; loads their definitions where needed, without opening.
     int FieldCount();
+    /// Field by position from 0. \throws EDatabaseError outside.
     TField &Fields(int index);
     /// The field of that name, upper and lower case alike. Loads field definitions without opening where needed.
     /// \throws EDatabaseError that lists the field names there are.
     TField &FieldByName(const QString &name);
     /// The same; nullptr when there is none.
     TField *FindField(const QString &name);
+    /// In the order of the fields; loads their definitions where needed, without opening.
     QStringList GetFieldNames();
 
     /// While disabled, attached views neither follow nor ask. Calls nest. A scan between the two keeps its statement
     /// open from chunk to chunk and gives it up at the last EnableControls().
     void DisableControls();
+    /// Ends one DisableControls(); with the last one the views follow again.
     void EnableControls();
+    /// Whether views are kept from following.
     bool ControlsDisabled() const;
 
     /// Moves to the first record whose fields have these values; false and no move when there is none.
@@ -114,6 +129,7 @@ public:
 
     /// A model and a selection for any Qt view: the view's current row and the cursor follow each other.
     QAbstractItemModel *Model();
+    /// The selection that goes with Model().
     QItemSelectionModel *SelectionModel();
 
     /// The name to use in messages: table "T", query "first line of the SQL text".
@@ -122,8 +138,11 @@ public:
     virtual nuvo::ScanSource Source() const = 0;
 
 Q_SIGNALS:
+    /// The dataset was opened.
     void Opened();
+    /// The dataset was closed.
     void Closed();
+    /// The current record is another one; not sent while controls are disabled.
     void Scrolled();
 
 protected:

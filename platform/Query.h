@@ -14,13 +14,16 @@ public:
 
     /// The statement, lines parted by "\n". Setting it closes the dataset and forgets the parameters.
     QString SQL() const;
+    /// Closes the dataset and forgets the parameters.
     void SetSQL(const QString &text);
+    /// The statement by lines, as a form stores it.
     QStringList SQLLines() const;
     void SetSQLLines(const QStringList &lines);
 
     /// Value of a named parameter (:name in the statement, given without the colon); taken at the next Open().
     QVariant Param(const QString &name) const;
     void SetParam(const QString &name, const QVariant &value);
+    /// The names of the parameters in the statement.
     QStringList ParamNames() const;
 
     QString Caption() const override;

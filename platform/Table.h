@@ -22,16 +22,21 @@ public:
     /// The table's name as it is stored, of any characters; schema and table parted by a point where no table has the
     /// whole text as its name. Setting it closes the dataset.
     QString TableName() const;
+    /// Closes the dataset.
     void SetTableName(const QString &name);
 
     /// An SQL condition, put after WHERE while Filtered() is set.
     QString Filter() const;
+    /// An open dataset is read anew where Filtered() is set.
     void SetFilter(const QString &condition);
+    /// Whether Filter() is in force.
     bool Filtered() const;
+    /// An open dataset is read anew.
     void SetFiltered(bool filtered);
 
     /// Field names parted by ';' (or ','), the order of the records and the key of FindKey().
     QString IndexFieldNames() const;
+    /// An open dataset is read anew.
     void SetIndexFieldNames(const QString &names);
 
     /// Moves to the first record whose key fields (IndexFieldNames, else the primary key) begin with these values;

@@ -30,6 +30,7 @@ struct Figures
     using Numbers = std::vector<double>;
     using Matrix = std::vector<Numbers>; ///< by rows
 
+    /// Records of the dataset, as TRegression counts them.
     struct Records
     {
         std::optional<long long> total; ///< in the dataset, where that is known
@@ -55,12 +56,14 @@ struct Figures
         double least = 0;
         double greatest = 0;
     };
+    /// The constant or a column.
     struct Coefficient
     {
         double estimate = 0;
         double standardError = 0;
         double t = 0; ///< estimate / standardError
     };
+    /// The analysis of variance and what follows from it.
     struct SumsOfSquares
     {
         double residual = 0;   ///< SSE
@@ -78,11 +81,13 @@ struct Figures
         long long null = 0;
         long long invalid = 0;
     };
+    /// Standard errors without a constant variance.
     struct Robust
     {
         QString kind; ///< "hc0" to "hc3" or "hac"
         nuvo::Robust errors;
     };
+    /// The response's term at given values of the fields.
     struct Prediction
     {
         std::vector<std::pair<QString, double>> at; ///< fields and their values

@@ -26,8 +26,9 @@ struct PageStyle
 };
 
 /// A page laid out in parts, before it is text, HTML, Markdown or a document. Texts have no control characters.
-struct Page
+struct NUVO_EXPORT Page
 {
+    /// A heading, and how what stands below it is aligned.
     struct Column
     {
         QString heading;
@@ -39,7 +40,9 @@ struct Page
         QList<Column> columns;
         QList<QStringList> rows;
     };
+    /// What a part is; a line has pieces of which none is broken.
     enum class Kind { Title, Heading, Paragraph, Line, Item, Table };
+    /// A piece of the page; which members count goes by its kind.
     struct Part
     {
         Kind kind = Kind::Paragraph;
@@ -51,8 +54,11 @@ struct Page
     QList<Part> parts;
     QChar point = u'.';
 
+    /// Adds a part with a text.
     void add(Kind kind, const QString &text);
+    /// Adds a line.
     void addLine(const QStringList &pieces);
+    /// Adds a table.
     void addTable(Table table);
 };
 

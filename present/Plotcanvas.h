@@ -37,6 +37,7 @@ constexpr int residualPlot(int j)
 /// What the plots show of a fit, copied: the regression may change or go afterwards.
 struct PlotData
 {
+    /// The least and the greatest of some values.
     struct Range
     {
         double min = 0;

@@ -51,14 +51,19 @@ public:
     void SetDataset(const QString &name);
     /// Bind directly; the stored name stays.
     void SetTable(TMLRTable *table);
+    /// The same for a query.
     void SetQuery(TMLRQuery *query);
 
     /// The bound component, at most one of the two; nullptr when it was destroyed, until the next assignment.
     TMLRTable *Table() const;
+    /// The bound query; nullptr where a table or nothing is bound.
     TMLRQuery *Query() const;
+    /// Whichever of the two is bound; nullptr for none.
     TRegression *Regression() const;
 
+    /// Which candidates there are and how they are compared; Written unless set.
     TSelectionRule Rule() const { return rule_; }
+    /// \throws EDatabaseError during a run.
     void SetRule(TSelectionRule rule);
     /// Whether Run() compares all candidates on one sample, after one load.
     virtual bool SharesSample() const { return rule_ == Textbook; }
@@ -66,6 +71,7 @@ public:
     /// Chooses a model and leaves the regression component with it.
     /// \throws EDatabaseError when nothing is bound, when a run is under way, or when the database fails.
     virtual void Run() = 0;
+    /// Whether a run is under way.
     bool Running() const { return running_; }
 
     // The last run.
@@ -77,6 +83,7 @@ public:
     QString Summary() const;
     /// Every text that the progress dialog was given, in order.
     const QStringList &Steps() const { return steps_; }
+    /// How the last run ended.
     TRunEnd Ended() const { return ended_; }
     /// What there is to show of it under the rule Textbook; null under the other one, before a run, while one is
     /// under way, and after one that was stopped or that an error ended.

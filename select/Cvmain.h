@@ -36,7 +36,9 @@ public:
     explicit TOptimizeMLR(QWidget *owner = nullptr);
     ~TOptimizeMLR() override;
 
+    /// By what models are compared; Nondominated unless set.
     TOptimizationType OptCriteria() const { return optCriteria_; }
+    /// \throws EDatabaseError during a run.
     void SetOptCriteria(TOptimizationType criterion);
     /// How many models the list keeps, 0..65535: more than 20 count as 20.
     int ModelsToSave() const { return modelsToSave_; }
@@ -45,6 +47,7 @@ public:
     /// How many models of each size are listed when all subsets are compared on one sample, up to 252, all there can
     /// be of a size; 0: not given, which is 1 there. What is outside counts as the nearer end.
     int ModelsPerSize() const { return modelsPerSize_; }
+    /// \throws EDatabaseError during a run.
     void SetModelsPerSize(int value);
     bool SharesSample() const override;
 
@@ -53,6 +56,7 @@ public:
     // The list; it stays until the next run. Best model first; of a run on one sample ordered by size, then SSE, and
     // then it can be longer than 20 (of dependent sets and without degrees of freedom figures are NaNs).
 
+    /// The number of models in the list.
     int ModelCount() const { return modelCount_; }
     /// \throws EStringListError for an index outside 1..20 that is not within ModelCount() either.
     TMLRModel GetModelList(int index) const;
@@ -68,8 +72,11 @@ public:
 
     // Whether a candidate beats one model of the list at least; always while the list is not full.
 
+    /// By a larger R2 and a smaller s2.
     bool Dominates(double rSquared, double sSquared) const;
+    /// By a larger F.
     bool BetterF(double f) const;
+    /// By a smaller s2.
     bool BetterS(double sSquared) const;
     /// Orders the entries in use by OptCriteria. Two models of which neither dominates the other keep their places.
     /// Models of a run on one sample, and any by criteria whose figure they do not have, keep the order of the list.

@@ -38,6 +38,7 @@ public:
     /// PIn, also one that is not given. Run() refuses what is no probability, and one beside FDistTable.
     double PIn() const { return pIn_; }
     void SetPIn(double value);
+    /// The probability to stay.
     double POut() const { return pOut_; }
     void SetPOut(double value);
 
@@ -45,6 +46,7 @@ public:
 
     /// As SetTableControl and SetTableControlByIndex, on the bound component.
     bool SetControl(TTermTable table, int which, int row);
+    /// The same by the control variable's number.
     void SetControlByIndex(int index, const QString &transformation);
 
 private:

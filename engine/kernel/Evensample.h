@@ -36,6 +36,7 @@ public:
     std::int64_t seen() const { return seen_; }
     int size() const { return static_cast<int>(rows_.size()); }
 
+    /// The rows of a sample, ascending by their ordinals.
     struct Rows
     {
         std::vector<std::int64_t> ordinals;

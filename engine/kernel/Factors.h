@@ -27,7 +27,7 @@ struct ObservedColumns
 /// Indices k count the `kept` columns, those that do not depend on the ones before; column numbers j are as in the
 /// cross products, 0 the constant, m + 1 the response. Each column is scaled by a power of two to a length of about
 /// 1, so that no figure leaves the range of doubles on the way; what depends on the scale is told in scaled columns.
-struct Factors
+struct NUVO_KERNEL_EXPORT Factors
 {
     using Matrix = std::array<std::array<DoubleDouble, MaxParameters>, MaxParameters>;
 

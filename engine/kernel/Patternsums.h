@@ -74,6 +74,7 @@ public:
     /// Of control j + 1, or of the response at m; may change with every row added.
     int exponent(int j) const { return exponents_[std::size_t(j)]; }
 
+    /// What is known of a column without its values.
     struct Column
     {
         double min = 0;
