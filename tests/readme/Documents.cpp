@@ -102,7 +102,7 @@ std::vector<Tour> tours()
     return {{"Readme", {QStringLiteral("README.md")}},
             {"Designer", {QStringLiteral("docs/designer.md")}},
             {"Examples", {QStringLiteral("examples/README.md")}},
-            {"Guide", guide},
+            {"Guide", guide, true},
             {"Documents", {QStringLiteral("docs/statistics.md"), QStringLiteral("docs/selection.md")}}};
 }
 

@@ -46,6 +46,8 @@ struct Tour
     std::string name;
     /// Paths from the root; of the guide all pages in the order of its index.
     QStringList pages;
+    /// Whether its reader begins in an empty folder, with the program alone.
+    bool bare = false;
 };
 std::vector<Tour> tours();
 /// How GoogleTest shows one.

@@ -13,18 +13,14 @@ using namespace documents;
 namespace {
 
 /// A folder as a reader of the documents has it, who is in the clone and has nuvostat on the path; what the commands
-/// make is made there.
+/// make is made there. Or as one has it who has installed the program, in an empty folder.
 class Reader
 {
 public:
-    Reader()
+    explicit Reader(bool bare)
     {
-        for (const char *name : {"samples", "scripts"}) {
-            const QString entry = QString::fromLatin1(name);
-            EXPECT_TRUE(QFile::link(root() + u'/' + entry, folder_.filePath(entry)));
-        }
-        EXPECT_TRUE(
-            QFile::copy(QStringLiteral(BUILD_ROOT "/samples.db"), folder_.filePath(QStringLiteral("samples.db"))));
+        if (!bare)
+            layOutClone();
         environment_.insert(QStringLiteral("PATH"), QStringLiteral(BUILD_ROOT "/bin:" BUILD_ROOT "/examples:") +
                                                         qEnvironmentVariable("PATH"));
         environment_.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder_.path()); // Qt complains where there is none
@@ -59,6 +55,16 @@ public:
     }
 
 private:
+    void layOutClone()
+    {
+        for (const char *name : {"samples", "scripts"}) {
+            const QString entry = QString::fromLatin1(name);
+            EXPECT_TRUE(QFile::link(root() + u'/' + entry, folder_.filePath(entry)));
+        }
+        EXPECT_TRUE(
+            QFile::copy(QStringLiteral(BUILD_ROOT "/samples.db"), folder_.filePath(QStringLiteral("samples.db"))));
+    }
+
     QTemporaryDir folder_;
     QProcessEnvironment environment_ = QProcessEnvironment::systemEnvironment();
 };
@@ -73,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(In, Shown, testing::ValuesIn(tours()), [](const auto &t
 
 TEST_P(Shown, EveryCommandPrintsWhatIsShown)
 {
-    Reader reader;
+    Reader reader(GetParam().bare);
     int commands = 0;
     for (const QString &page : GetParam().pages) {
         SCOPED_TRACE(qPrintable(page));
