@@ -225,7 +225,7 @@ private:
         select(stepWise);
         see("rowOfMissing", rowText("Dataset"));
         see("markedIcon", stepWise->grab().toImage() != plain);
-        take(form_->mainContainer(), "missing.png");
+        take(stepWise, "missing.png");
         see("datasetOfMissing", stepWise->Dataset());
         undo();
         select(stepWise);

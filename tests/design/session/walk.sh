@@ -60,9 +60,9 @@ take selected
 click 1150 507
 xdotool type --delay 30 samples.db
 xdotool key Return sleep 0.5
-click 1150 543
+click 1150 525
 take row
-click 1356 543
+click 1384 525
 take tables
 xdotool key Down Down Down Return sleep 0.5
 double 355 158
@@ -82,7 +82,7 @@ take menu
 xdotool key Escape sleep 0.3
 click 510 158
 click 1150 489
-click 1356 489
+click 1384 489
 take datasets
 xdotool key Down Return sleep 0.5
 take bound
