@@ -1,6 +1,7 @@
 #include "app/Commandline.h"
 
 #include "app/Usage.h"
+#include "platform/Nearestname.h"
 
 #include <CLI/CLI.hpp>
 
@@ -105,8 +106,9 @@ public:
             program_.get_subcommands([&name](const CLI::App *app) { return app->get_name() == name; });
         CLI::App *const command = named.empty() ? nullptr : named.front();
         if (command == nullptr && !name.starts_with('-'))
-            throw UsageError(QStringLiteral("There is no command \"%1\", but %2. See \"nuvostat --help\".")
-                                 .arg(QString::fromStdString(name), commandNames(" and ")));
+            throw UsageError(QStringLiteral("There is no command \"%1\"%2, but %3. See \"nuvostat --help\".")
+                                 .arg(QString::fromStdString(name), perhaps(QString::fromStdString(name), commands()),
+                                      commandNames(" and ")));
         if (command == nullptr && name != "-h" && name != "--help" && name != "--version")
             throw UsageError(QStringLiteral("There is no option \"%1\". See \"nuvostat --help\".")
                                  .arg(QString::fromStdString(name)));
@@ -134,12 +136,18 @@ public:
     }
 
 private:
-    /// "fit, select or run"
-    QString commandNames(const char *last) const
+    QStringList commands() const
     {
         QStringList names;
         for (const CLI::App *app : program_.get_subcommands({}))
             names.append(QString::fromStdString(app->get_name()));
+        return names;
+    }
+
+    /// "fit, select or run"
+    QString commandNames(const char *last) const
+    {
+        QStringList names = commands();
         const QString end = names.takeLast();
         return names.join(QStringLiteral(", ")) + QString::fromLatin1(last) + end;
     }
@@ -161,7 +169,10 @@ private:
         const QString first = left.empty() ? QString() : QString::fromStdString(left.front());
         if (!first.startsWith(u'-'))
             return QStringLiteral("\"%1\" is one argument too many.").arg(first);
-        return QStringLiteral("There is no option \"%1\".").arg(first);
+        QStringList options;
+        for (const CLI::Option *option : (command == nullptr ? &program_ : command)->get_options())
+            options.append(optionName(option));
+        return QStringLiteral("There is no option \"%1\"%2.").arg(first, perhaps(first, options));
     }
 
     /// CLI11 says only in its text which option it is about.

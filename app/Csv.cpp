@@ -1,11 +1,15 @@
 #include "app/Csv.h"
 
 #include "platform/Errors.h"
+#include "platform/Nearestname.h"
 #include "platform/Numbervalue.h"
 
 #include <QByteArrayView>
+#include <QDir>
+#include <QFileInfo>
 #include <QSet>
 
+#include <algorithm>
 #include <cstring>
 
 namespace nuvo {
@@ -22,6 +26,23 @@ bool isUtf8(std::string_view bytes)
     return QByteArrayView(bytes.data(), qsizetype(bytes.size())).isValidUtf8();
 }
 
+/// What there is where a file is not.
+QString filesBeside(const QString &fileName)
+{
+    const QFileInfo missing(fileName);
+    if (!missing.dir().exists())
+        return QStringLiteral("; there is no folder \"%1\"").arg(missing.path());
+    constexpr qsizetype most = 10;
+    const QStringList there = missing.dir().entryList(
+        {QStringLiteral("*.csv"), QStringLiteral("*.tsv"), QStringLiteral("*.txt")}, QDir::Files);
+    if (there.isEmpty())
+        return QStringLiteral("; its folder has no CSV file");
+    const QString more = there.size() > most ? QStringLiteral(" and %1 more").arg(there.size() - most) : QString();
+    return QStringLiteral("; its folder has %1")
+               .arg(there.first(std::min(most, there.size())).join(QStringLiteral(", "))) +
+           more + perhaps(missing.fileName(), there);
+}
+
 bool isUtf16(CsvEncoding encoding)
 {
     return encoding == CsvEncoding::Utf16LittleEndian || encoding == CsvEncoding::Utf16BigEndian;
@@ -34,7 +55,8 @@ CsvReader::CsvReader(const QString &fileName, const CsvCorrections &corrections)
 {
     if (!file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         throw EPlatformError(
-            QStringLiteral("The file \"%1\" cannot be opened: %2.").arg(fileName, file_.errorString()));
+            QStringLiteral("The file \"%1\" cannot be opened: %2%3.")
+                .arg(fileName, file_.errorString(), file_.exists() ? QString() : filesBeside(fileName)));
     }
     if (file_.isSequential())
         throw EPlatformError(

@@ -1,6 +1,7 @@
 #include "engine/Serversource.h"
 
 #include "platform/Errors.h"
+#include "platform/Nearestname.h"
 #include "platform/Partitions.h"
 #include "platform/Querystatement.h"
 #include "platform/Resultcolumns.h"
@@ -81,7 +82,8 @@ SqlField ServerRecords::field(const QString &name, const SqlNumbers &sql) const
         return {sql.number(expression, column.kind), sql.present(expression, column.kind),
                 isInteger(column.kind) || column.kind == FieldKind::Boolean};
     }
-    throw EDatabaseError(QStringLiteral("No field \"%1\" in %2; its fields: %3.").arg(name, caption, listed(there)));
+    throw EDatabaseError(QStringLiteral("No field \"%1\" in %2%3; its fields: %4.")
+                             .arg(name, caption, perhaps(name, there), listed(there)));
 }
 
 } // namespace nuvo

@@ -349,13 +349,13 @@ QString Connection::reason(const QSqlError &error) const
         switch (sqliteCode(error)) {
         case 5:
         case 6:
-            return QStringLiteral("it is locked by another program that writes");
+            return QStringLiteral("it is locked by another program that writes; try again when that is done");
         case 26:
             return QStringLiteral("the file is no SQLite database");
         }
     }
     if (dialect_ == Dialect::Postgres && error.nativeErrorCode() == u"55P03") // lock_not_available
-        return QStringLiteral("it is locked by another program that writes");
+        return QStringLiteral("it is locked by another program that writes; try again when that is done");
     if (limit_ && limit_->passed())
         return QStringLiteral("the server has not answered within %1 s").arg(limit_->seconds());
     if (dialect_ == Dialect::Mysql && readTimeout_ > 0) {

@@ -4,6 +4,7 @@
 #include "platform/Datasetprivate.h"
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
+#include "platform/Nearestname.h"
 
 #include <algorithm>
 #include <limits>
@@ -245,8 +246,9 @@ TField &TDataSet::FieldByName(const QString &name)
 {
     if (TField *field = FindField(name))
         return *field;
-    throw EDatabaseError(
-        QStringLiteral("No field \"%1\" in %2; its fields: %3.").arg(name, Caption(), nuvo::listed(GetFieldNames())));
+    const QStringList there = GetFieldNames();
+    throw EDatabaseError(QStringLiteral("No field \"%1\" in %2%3; its fields: %4.")
+                             .arg(name, Caption(), nuvo::perhaps(name, there), nuvo::listed(there)));
 }
 
 QStringList TDataSet::GetFieldNames()

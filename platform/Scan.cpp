@@ -4,6 +4,7 @@
 #include "platform/Errors.h"
 #include "platform/Libpq.h"
 #include "platform/Libsqlite.h"
+#include "platform/Nearestname.h"
 #include "platform/Numbervalue.h"
 #include "platform/Querystatement.h"
 #include "platform/Resultcolumns.h"
@@ -131,8 +132,8 @@ int Scan::Private::columnOf(const QString &name, const std::vector<Column> &colu
             return int(i);
         there.append(columns[i].name);
     }
-    throw EDatabaseError(
-        QStringLiteral("No field \"%1\" in %2; its fields: %3.").arg(name, caption(), listed(there)));
+    throw EDatabaseError(QStringLiteral("No field \"%1\" in %2%3; its fields: %4.")
+                             .arg(name, caption(), perhaps(name, there), listed(there)));
 }
 
 void Scan::Private::open()

@@ -4,6 +4,7 @@
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
 #include "platform/Formfolder.h"
+#include "platform/Nearestname.h"
 #include "platform/Rowsource.h"
 #include "platform/Scan.h"
 #include "platform/Tabledescription.h"
@@ -155,8 +156,9 @@ std::vector<int> TTable::Private::indexFields(const QString &caption) const
             QStringList there;
             for (const Column &column : columns)
                 there.append(column.name);
-            throw EDatabaseError(QStringLiteral("No field \"%1\" to order %2 by; its fields: %3.")
-                                     .arg(name.trimmed(), caption, nuvo::listed(there)));
+            throw EDatabaseError(
+                QStringLiteral("No field \"%1\" to order %2 by%3; its fields: %4.")
+                    .arg(name.trimmed(), caption, nuvo::perhaps(name.trimmed(), there), nuvo::listed(there)));
         }
         found.push_back(field);
     }

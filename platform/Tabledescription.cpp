@@ -1,6 +1,7 @@
 #include "platform/Tabledescription.h"
 
 #include "platform/Errors.h"
+#include "platform/Nearestname.h"
 
 #include <QSqlError>
 #include <QSqlField>
@@ -19,9 +20,11 @@ TableDescription TableDescription::of(const Connection &connection, const QStrin
                        : connection.dialect() == Dialect::Postgres ? table.describePostgres(connection, name)
                        : connection.dialect() == Dialect::Mysql    ? table.describeMysql(connection, name)
                                                                    : table.describeOther(connection, name);
-    if (!found)
-        throw EDatabaseError(QStringLiteral("No table \"%1\" in %2; its tables: %3.")
-                                 .arg(name, connection.caption(), listed(tableNames(connection))));
+    if (!found) {
+        const QStringList there = tableNames(connection);
+        throw EDatabaseError(QStringLiteral("No table \"%1\" in %2%3; its tables: %4.")
+                                 .arg(name, connection.caption(), perhaps(name, there), listed(there)));
+    }
     return table;
 }
 

@@ -284,6 +284,10 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
                                           "--sql.") +
                                hint);
     EXPECT_EQ(with({"u", "v"}), QStringLiteral("\"v\" is one argument too many.") + hint);
+    EXPECT_EQ(with({"--responce", "z"}),
+              QStringLiteral("There is no option \"--responce\" (perhaps \"--response\").") + hint);
+    EXPECT_TRUE(
+        refusal({"slect"}).startsWith(QStringLiteral("There is no command \"slect\" (perhaps \"select\"), but")));
     for (const char *option : {"--tab", "--showing", "-x", "--version"})
         EXPECT_EQ(with({option}), QStringLiteral("There is no option \"%1\".").arg(QString::fromUtf8(option)) + hint);
     EXPECT_EQ(

@@ -502,7 +502,7 @@ TEST_F(ImportIntoFile, WhatIsNoDatabaseALockedOneADirectoryAndAFileWithoutPermis
     const Outcome locked = import(u("a.csv"), database->name());
     EXPECT_EQ(locked.status, 3);
     EXPECT_EQ(locked.err, u("nuvostat: Cannot make table \"t\" in \"%1\": it is locked by another program that "
-                            "writes.\n")
+                            "writes; try again when that is done.\n")
                               .arg(database->name()));
     database->exec(u("ROLLBACK"));
     EXPECT_EQ(import(u("a.csv"), database->name()).status, 0);
@@ -510,8 +510,13 @@ TEST_F(ImportIntoFile, WhatIsNoDatabaseALockedOneADirectoryAndAFileWithoutPermis
 
 TEST_F(ImportIntoFile, ADirectoryADeviceAndAMissingFileAreNoCsv)
 {
-    EXPECT_EQ(import(u("none.csv"), u("new.db")).err,
-              u("nuvostat: The file \"none.csv\" cannot be opened: No such file or directory.\n"));
+    EXPECT_EQ(
+        import(u("none.csv"), u("new.db")).err,
+        u("nuvostat: The file \"none.csv\" cannot be opened: No such file or directory; its folder has a.csv.\n"));
+    EXPECT_TRUE(import(u("b.csv/a.csv"), u("new.db")).err.endsWith(u("; there is no folder \"b.csv\".\n")));
+    writeFile(path(u("sales2024.csv")), "a\n1\n");
+    EXPECT_TRUE(import(u("sales2042.csv"), u("new.db"))
+                    .err.endsWith(u("; its folder has a.csv, sales2024.csv (perhaps \"sales2024.csv\").\n")));
     EXPECT_EQ(import(u("."), u("new.db")).err.count(u'\n'), 1);
     EXPECT_TRUE(import(u("/dev/null"), u("new.db")).err.contains(u("is no ordinary file")));
 }

@@ -121,15 +121,17 @@ TEST(BadDatabases, ThatAWriterLocksSayThatTheyAreLocked)
     table.SetTableName(u("t"));
     table.Open();
     db->exec(u("BEGIN EXCLUSIVE"));
-    EXPECT_EQ(openError(db->name()),
-              u("Cannot open the database \"%1\": it is locked by another program that writes.").arg(db->name()));
+    EXPECT_EQ(openError(db->name()), u("Cannot open the database \"%1\": it is locked by another program that "
+                                       "writes; try again when that is done.")
+                                         .arg(db->name()));
     // One that is open keeps what it has and goes on when the writer is done.
-    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Last(); }),
-              u("Cannot read table \"t\": it is locked by another program that writes."));
+    EXPECT_EQ(
+        errorOf<EDatabaseError>([&] { table.Last(); }),
+        u("Cannot read table \"t\": it is locked by another program that writes; try again when that is done."));
     EXPECT_EQ(table.RecNo(), 1);
     EXPECT_TRUE(errorOf<EDatabaseError>([&] {
                     table.RecordCount();
-                }).endsWith(u(": it is locked by another program that writes.")));
+                }).endsWith(u(": it is locked by another program that writes; try again when that is done.")));
     EXPECT_EQ(table.MoveBy(10), 10);
     db->exec(u("COMMIT"));
     table.Last();
@@ -284,8 +286,9 @@ TEST(BadServers, WhoseTableIsLockedSaySo)
     TTable table;
     table.SetDatabaseName(db->name());
     table.SetTableName(u("t"));
-    EXPECT_EQ(errorOf<EDatabaseError>([&] { table.Open(); }),
-              u("Cannot read table \"t\": it is locked by another program that writes."));
+    EXPECT_EQ(
+        errorOf<EDatabaseError>([&] { table.Open(); }),
+        u("Cannot read table \"t\": it is locked by another program that writes; try again when that is done."));
     db->exec(u("COMMIT"));
     table.Open();
     EXPECT_EQ(table.RecordCount(), 10);
