@@ -37,9 +37,13 @@ endfunction()
 function(nuvo_test_defaults target)
     nuvo_target_defaults(${target})
     # Qt Test names a folder for each target, and a precompiled header takes no macro that differs.
-    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g1>
+    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g1> $<$<BOOL:${NUVO_SANITIZE}>:-Og>
                            -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
-    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF)
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF UNITY_BUILD ${NUVO_UNITY})
+    if(NUVO_UNITY)
+        # A source is a file that another includes then, in which what is its own alone would be a mistake.
+        target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    endif()
 endfunction()
 
 # nuvo_test(NAME SOURCES…): one GoogleTest program whose cases CTest lists one by one. Windows are real but

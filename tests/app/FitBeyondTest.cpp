@@ -19,7 +19,7 @@ Json longleyJson(const QStringList &more = {})
     return parsed(fitLongley(QStringList{u("--format=json")} + more));
 }
 
-QStringList airquality(const QStringList &more)
+QStringList airqualityArguments(const QStringList &more)
 {
     return fitArguments(u(SAMPLES_DB), QStringList{u("--table"), u("Airquality"), u("--response"), u("Ln(Ozone)"),
                                                    u("--control"), u("Temp"), u("--control"), u("1/Wind")} +
@@ -71,7 +71,7 @@ TEST(FitBeyond, InfluenceAndRobustErrorsComeWithTheirOptions)
 
 TEST(FitBeyond, RecordsKeepTheirOrdinalsWhereSomeAreSkipped)
 {
-    const Json fit = parsed(runProgram(airquality({u("--influence"), u("--format=json")})));
+    const Json fit = parsed(runProgram(airqualityArguments({u("--influence"), u("--format=json")})));
     const Json &record = fit["influence"]["record"];
     ASSERT_EQ(record.size(), 116U);
     EXPECT_EQ(record[4], 6) << "record 5 has no Ozone";
@@ -82,15 +82,15 @@ TEST(FitBeyond, WhatEachTermCouldNotUseIsToldApart)
 {
     const char *const leftOut = R"x([{"term":"Ln(Ozone)","null":37,"invalid":0},)x"
                                 R"x({"term":"Temp","null":0,"invalid":0},{"term":"1/Wind","null":0,"invalid":0}])x";
-    EXPECT_EQ(parsed(runProgram(airquality({u("--format=json")})))["leftOut"].dump(), leftOut);
-    EXPECT_TRUE(runProgram(airquality({}))
+    EXPECT_EQ(parsed(runProgram(airqualityArguments({u("--format=json")})))["leftOut"].dump(), leftOut);
+    EXPECT_TRUE(runProgram(airqualityArguments({}))
                     .out.simplified()
                     .contains(u("116 of 153 records were used, 37 could not be: Ln(Ozone) is null in 37.")));
 }
 
 TEST(FitBeyond, APredictionAtARecordIsItsFittedValue)
 {
-    const Json fit = parsed(runProgram(airquality(
+    const Json fit = parsed(runProgram(airqualityArguments(
         {u("--format=json"), u("--influence"), u("--at"), u("Wind=7.4,Temp=67"), u("--at"), u("temp=70,wind=-2")})));
     ASSERT_EQ(fit["predictions"].size(), 2U);
     const Json &first = fit["predictions"][0];
@@ -141,9 +141,9 @@ TEST(FitBeyond, WhatDoesNotExistIsNull)
 TEST(FitBeyond, TheObservationsAreWrittenWithEveryDigit)
 {
     const QTemporaryDir directory;
-    const Outcome run =
-        runProgram(airquality({u("--save-observations"), u("o.csv"), u("--influence"), u("--format"), u("json")}),
-                   directory.path());
+    const Outcome run = runProgram(
+        airqualityArguments({u("--save-observations"), u("o.csv"), u("--influence"), u("--format"), u("json")}),
+        directory.path());
     EXPECT_EQ(run.status, 0) << run.err.toStdString();
     const Json fit = parsed(run);
     const QStringList lines = linesOf(directory.filePath(u("o.csv")));
@@ -161,10 +161,11 @@ TEST(FitBeyond, TheObservationsAreWrittenWithEveryDigit)
         for (const char *name : {"leverage", "standardizedResiduals", "studentizedResiduals", "cook", "dffits"})
             EXPECT_EQ(cells[column++].toDouble(), fit["influence"][name][i].get<double>()) << name;
     }
-    EXPECT_FALSE(
-        parsed(runProgram(airquality({u("--save-observations"), u("o.csv"), u("--format=json")}), directory.path()))
-            .contains("influence"));
-    const Outcome nowhere = runProgram(airquality({u("--save-observations"), u("no/o.csv")}), directory.path());
+    EXPECT_FALSE(parsed(runProgram(airqualityArguments({u("--save-observations"), u("o.csv"), u("--format=json")}),
+                                   directory.path()))
+                     .contains("influence"));
+    const Outcome nowhere =
+        runProgram(airqualityArguments({u("--save-observations"), u("no/o.csv")}), directory.path());
     EXPECT_EQ(nowhere.status, 3);
     EXPECT_EQ(nowhere.err, u("nuvostat: Cannot write \"no/o.csv\": No such file or directory.\n"));
 }
@@ -172,7 +173,7 @@ TEST(FitBeyond, TheObservationsAreWrittenWithEveryDigit)
 TEST(FitBeyond, ThePlotsHaveAxesAndTheSizeThatIsAskedFor)
 {
     const QTemporaryDir directory;
-    EXPECT_EQ(runProgram(airquality({u("--save-plots"), u("p")}), directory.path()).status, 0);
+    EXPECT_EQ(runProgram(airqualityArguments({u("--save-plots"), u("p")}), directory.path()).status, 0);
     const QStringList names{u("added-x1"),
                             u("added-x2"),
                             u("normal-quantiles"),
@@ -191,10 +192,11 @@ TEST(FitBeyond, ThePlotsHaveAxesAndTheSizeThatIsAskedFor)
               QStringList(names).replaceInStrings(QRegularExpression(u("$")), u(".png")));
     for (const QString &name : plots.entryList(QDir::Files))
         EXPECT_EQ(QImage(plots.filePath(name)).size(), QSize(800, 600)) << name.toStdString();
-    EXPECT_EQ(runProgram(airquality({u("--save-plots"), u("q"), u("--plot-format=svg"), u("--plot-size=640x480")}),
-                         directory.path())
-                  .status,
-              0);
+    EXPECT_EQ(
+        runProgram(airqualityArguments({u("--save-plots"), u("q"), u("--plot-format=svg"), u("--plot-size=640x480")}),
+                   directory.path())
+            .status,
+        0);
     EXPECT_EQ(QDir(directory.filePath(u("q"))).entryList(QDir::Files, QDir::Name),
               QStringList(names).replaceInStrings(QRegularExpression(u("$")), u(".svg")));
     EXPECT_TRUE(linesOf(directory.filePath(u("q/response-x1.svg"))).join(u'\n').contains(u("Ln(Ozone)")));

@@ -386,10 +386,10 @@ TEST_F(ImportOfAChangingFile, MoreOrFewerRowsAndAnotherHeaderAreTold)
 }
 
 /// A port that takes connections and never says a word.
-class SilentServer
+class UnansweringServer
 {
 public:
-    SilentServer() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    UnansweringServer() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_in address = {};
         address.sin_family = AF_INET;
@@ -400,9 +400,9 @@ public:
                     ::getsockname(socket_, generic, &size) == 0);
         port_ = ntohs(address.sin_port);
     }
-    ~SilentServer() { ::close(socket_); }
-    SilentServer(const SilentServer &) = delete;
-    SilentServer &operator=(const SilentServer &) = delete;
+    ~UnansweringServer() { ::close(socket_); }
+    UnansweringServer(const UnansweringServer &) = delete;
+    UnansweringServer &operator=(const UnansweringServer &) = delete;
 
     QString url() const { return u("postgresql://127.0.0.1:%1/x").arg(port_); }
     /// Waits until a client is there.
@@ -420,7 +420,7 @@ private:
 TEST_F(ImportIntoFile, CtrlCEndsAnImportIntoAServerThatDoesNotAnswer)
 {
     for (const int signals : {1, 2}) {
-        const SilentServer server;
+        const UnansweringServer server;
         const auto process = startProgram(
             {u("import"), u("a.csv"), u("--database"), server.url(), u("--table"), u("t")}, directory_.path());
         server.waitForClient();

@@ -18,7 +18,7 @@ QString property(const char *name, const char *kind, const QString &value)
     return u("<property name=\"%1\" stdset=\"0\"><%2>%3</%2></property>\n").arg(u(name), u(kind), value);
 }
 
-QString text(const char *name, const QString &value)
+QString stringProperty(const char *name, const QString &value)
 {
     return property(name, "string", value.toHtmlEscaped());
 }
@@ -45,7 +45,7 @@ QString form(const QString &widgets)
 /// A component on the sample database's table of Longley, with the response and these controls.
 QString longley(const char *name, const QStringList &controls, const QString &more = {})
 {
-    QString properties = text("DatabaseName", u("samples.db")) + text("TableName", u("Longley")) +
+    QString properties = stringProperty("DatabaseName", u("samples.db")) + stringProperty("TableName", u("Longley")) +
                          list("ResponseVarY", {u("Undefined"), u("None"), u("TOTEMP")});
     for (qsizetype i = 0; i < controls.size(); ++i)
         properties += list(qPrintable(u("ControlVar%1").arg(i + 1, 2, 10, QLatin1Char('0'))),
@@ -102,9 +102,9 @@ const QStringList three{u("GNP"), u("UNEMP"), u("ARMED")};
 TEST_F(RunForm, FitsTheRegressionsAndThenSelectsInTheFormsOrder)
 {
     // The selection stands in front of its component; names are found in the end.
-    const Json json =
-        RunJson(form(widget("TOptimizeMLR", "Best", text("Dataset", u("Second"))) + longley("First", {u("GNP")}) +
-                     longley("Second", three) + widget("TBackElimMLR", "Fewer", text("Dataset", u("First")))));
+    const Json json = RunJson(form(widget("TOptimizeMLR", "Best", stringProperty("Dataset", u("Second"))) +
+                                   longley("First", {u("GNP")}) + longley("Second", three) +
+                                   widget("TBackElimMLR", "Fewer", stringProperty("Dataset", u("First")))));
     EXPECT_EQ(keys(json), (std::vector<std::string>{"form", "regressions", "selections"}));
     EXPECT_EQ(json["form"], "form.ui");
     ASSERT_EQ(json["regressions"].size(), 2U);
@@ -119,8 +119,8 @@ TEST_F(RunForm, FitsTheRegressionsAndThenSelectsInTheFormsOrder)
 
 TEST_F(RunForm, GivesTheFiguresOfFitAndSelect)
 {
-    const Json json = RunJson(form(longley("Jobs", three, text("Description", u("Employment"))) +
-                                   widget("TStepWiseMLR", "Choice", text("Dataset", u("Jobs")))));
+    const Json json = RunJson(form(longley("Jobs", three, stringProperty("Description", u("Employment"))) +
+                                   widget("TStepWiseMLR", "Choice", stringProperty("Dataset", u("Jobs")))));
     Json fitted = Other({u("fit"), u("--description"), u("Employment")}, three);
     Json regression = json["regressions"][0];
     std::vector<std::string> expected = keys(fitted);
@@ -145,9 +145,9 @@ TEST_F(RunForm, GivesTheFiguresOfFitAndSelect)
 
 TEST_F(RunForm, AsTextEachPageStandsBelowItsComponentsName)
 {
-    const Outcome run = Run(form(
-        longley("Jobs", three) +
-        widget("TFwdSelectMLR", "Choice", text("Dataset", u("Jobs")) + property("ShowReport", "bool", u("true")))));
+    const Outcome run = Run(form(longley("Jobs", three) + widget("TFwdSelectMLR", "Choice",
+                                                                 stringProperty("Dataset", u("Jobs")) +
+                                                                     property("ShowReport", "bool", u("true")))));
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, QString());
     EXPECT_TRUE(run.out.startsWith(u("Jobs\n====\n\nLinear regression of TOTEMP on "))) << run.out.toStdString();
@@ -161,7 +161,7 @@ TEST_F(RunForm, AQueryInContainersTabsAndLayoutsIsFitted)
 {
     const QString query = widget(
         "TMLRQuery", "Deep",
-        text("DatabaseName", u("samples.db")) + list("SQL", {u("SELECT TOTEMP, GNP"), u("FROM Longley")}) +
+        stringProperty("DatabaseName", u("samples.db")) + list("SQL", {u("SELECT TOTEMP, GNP"), u("FROM Longley")}) +
             property("Active", "bool", u("true")) + list("ResponseVarY", {u("Undefined"), u("None"), u("TOTEMP")}) +
             list("ControlVar04", {u("Active"), u("None"), u("GNP")}));
     QString nested =
@@ -182,10 +182,10 @@ TEST_F(RunForm, AnFTableOnTheFormIsUsedWhenItIsActive)
         return RunJson(form(
             longley("Jobs", three) +
             widget("TTable", "Quantiles",
-                   text("DatabaseName", u("samples.db")) + text("TableName", u("Fdistribution")) +
+                   stringProperty("DatabaseName", u("samples.db")) + stringProperty("TableName", u("Fdistribution")) +
                        property("Active", "bool", active ? u("true") : u("false"))) +
             widget("TFwdSelectMLR", "Choice",
-                   text("Dataset", u("Jobs")) + text("FDistTable", u("Quantiles")) +
+                   stringProperty("Dataset", u("Jobs")) + stringProperty("FDistTable", u("Quantiles")) +
                        property("FDefault", "number", u("400000")))))["selections"][0]["selected"]["controls"]
             .get<int>();
     };
@@ -195,10 +195,11 @@ TEST_F(RunForm, AnFTableOnTheFormIsUsedWhenItIsActive)
 
 TEST_F(RunForm, AFitWithoutAResultIsStatus1AndTheOthersAreStillThere)
 {
-    const Outcome run = Run(
-        form(longley("Bad", {u("YEAR")}, text("Filter", u("YEAR = 1950")) + property("Filtered", "bool", u("true"))) +
-             longley("Good", three)),
-        {u("--format=json")});
+    const Outcome run =
+        Run(form(longley("Bad", {u("YEAR")},
+                         stringProperty("Filter", u("YEAR = 1950")) + property("Filtered", "bool", u("true"))) +
+                 longley("Good", three)),
+            {u("--format=json")});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.err.startsWith(u("error: "))) << run.err.toStdString();
     const Json json = parsed(run);
@@ -210,8 +211,9 @@ TEST_F(RunForm, AFitWithoutAResultIsStatus1AndTheOthersAreStillThere)
 
 TEST_F(RunForm, ASelectionThatIsBoundToNothingIsStatus3AndNamed)
 {
-    EXPECT_EQ(Refusal(form(longley("Jobs", three) + widget("TOptimizeMLR", "Best", text("Dataset", u("Job"))))),
-              u("Best on the form \"form.ui\" is bound to nothing: its Dataset is \"Job\"."));
+    EXPECT_EQ(
+        Refusal(form(longley("Jobs", three) + widget("TOptimizeMLR", "Best", stringProperty("Dataset", u("Job"))))),
+        u("Best on the form \"form.ui\" is bound to nothing: its Dataset is \"Job\"."));
     EXPECT_EQ(Refusal(form(widget("TStepWiseMLR", "Choice", QString()))),
               u("Choice on the form \"form.ui\" is bound to nothing: its Dataset is \"\"."));
 }
@@ -252,7 +254,7 @@ TEST_F(RunForm, ListsOfThreeOrNineAreRepaired)
     const QStringList nine{u("Active"), u("Power"), u("UNEMP"), u("x"), u("2"), u("10"), u("a"), u("b"), u("c")};
     const Json json = RunJson(form(widget(
         "TMLRTable", "Jobs",
-        text("DatabaseName", u("samples.db")) + text("TableName", u("Longley")) +
+        stringProperty("DatabaseName", u("samples.db")) + stringProperty("TableName", u("Longley")) +
             list("ResponseVarY", {u("Undefined"), u("None"), u("TOTEMP"), u("x"), u("y"), u("1"), u("a"), u("b")}) +
             list("ControlVar01", {u("Active"), u("Scale"), u("GNP")}) + list("ControlVar02", nine) +
             list("ControlVar03", {u("Active")}) + list("ControlVar04", {}))));
@@ -298,24 +300,24 @@ TEST_F(RunForm, BadFormsAreRefusedInOneSentence)
 TEST_F(RunForm, ChoosesAsTextbooksDoWhereTheFormSaysSo)
 {
     const QString rule = property("Rule", "enum", u("TCorvane::Textbook"));
-    const Json json =
-        RunJson(form(longley("a", three) +
-                     widget("TStepWiseMLR", "steps",
-                            text("Dataset", u("a")) + rule + property("PIn", "double", u("0.05")) +
-                                property("POut", "double", u("0.1"))) +
-                     longley("b", three) +
-                     widget("TOptimizeMLR", "best",
-                            text("Dataset", u("b")) + property("OptCriteria", "enum", u("TOptimizeMLR::PRESS")) +
-                                property("ModelsPerSize", "number", u("2")))));
+    const Json json = RunJson(
+        form(longley("a", three) +
+             widget("TStepWiseMLR", "steps",
+                    stringProperty("Dataset", u("a")) + rule + property("PIn", "double", u("0.05")) +
+                        property("POut", "double", u("0.1"))) +
+             longley("b", three) +
+             widget("TOptimizeMLR", "best",
+                    stringProperty("Dataset", u("b")) + property("OptCriteria", "enum", u("TOptimizeMLR::PRESS")) +
+                        property("ModelsPerSize", "number", u("2")))));
     ASSERT_EQ(json["selections"].size(), 2U);
     EXPECT_EQ(
         json["selections"][0]["path"],
         Other({u("select"), u("stepwise"), u("--rule=textbook"), u("--p-in=0.05"), u("--p-out=0.1")}, three)["path"]);
     EXPECT_EQ(json["selections"][1]["bySize"],
               Other({u("select"), u("optimal"), u("--criterion=press"), u("--sizes=2")}, three)["bySize"]);
-    const Outcome wrong =
-        Run(form(longley("a", three) + widget("TFwdSelectMLR", "steps",
-                                              text("Dataset", u("a")) + rule + property("P", "double", u("1.5")))));
+    const Outcome wrong = Run(form(
+        longley("a", three) + widget("TFwdSelectMLR", "steps",
+                                     stringProperty("Dataset", u("a")) + rule + property("P", "double", u("1.5")))));
     EXPECT_EQ(wrong.status, 3);
     EXPECT_EQ(wrong.err, u("nuvostat: steps on the form \"form.ui\": P is 1.5; a probability is more than 0 and less "
                            "than 1.\n"));
@@ -326,21 +328,23 @@ TEST_F(RunForm, OddValuesOfEveryPropertyAreNoCrash)
     QString odd;
     for (const char *name :
          {"DatabaseName", "TableName", "Filter", "IndexFieldNames", "Description", "ReportMessage"})
-        odd += text(name, u("'\";--\\ %1 %n \n\t") + QString(5000, u'x'));
-    const Outcome run = Run(form(
-        widget("TMLRTable", "t", odd) + widget("TMLRTable", "t", odd) +
-        widget("TOptimizeMLR", "t", text("Dataset", u("t")) + property("ModelsToSave", "number", u("-2147483648")))));
+        odd += stringProperty(name, u("'\";--\\ %1 %n \n\t") + QString(5000, u'x'));
+    const Outcome run =
+        Run(form(widget("TMLRTable", "t", odd) + widget("TMLRTable", "t", odd) +
+                 widget("TOptimizeMLR", "t",
+                        stringProperty("Dataset", u("t")) + property("ModelsToSave", "number", u("-2147483648")))));
     EXPECT_EQ(run.status, 3);
     EXPECT_EQ(run.err.count(u'\n'), 1);
-    EXPECT_EQ(Run(form(longley("a", three) +
-                       widget("TOptimizeMLR", "b",
-                              text("Dataset", u("a")) + property("ModelsToSave", "number", u("2147483647")) +
-                                  property("OptCriteria", "enum", u("MaxFValue"))) +
-                       widget("TStepWiseMLR", "c",
-                              text("Dataset", u("a")) + property("FInDefault", "double", u("-1e300")) +
-                                  text("FDistTable", u("a")) + text("FPercent", u("Nope")))))
-                  .status,
-              0);
+    EXPECT_EQ(
+        Run(form(longley("a", three) +
+                 widget("TOptimizeMLR", "b",
+                        stringProperty("Dataset", u("a")) + property("ModelsToSave", "number", u("2147483647")) +
+                            property("OptCriteria", "enum", u("MaxFValue"))) +
+                 widget("TStepWiseMLR", "c",
+                        stringProperty("Dataset", u("a")) + property("FInDefault", "double", u("-1e300")) +
+                            stringProperty("FDistTable", u("a")) + stringProperty("FPercent", u("Nope")))))
+            .status,
+        0);
 }
 
 // A pipe that somebody opened would keep the program waiting for ever.

@@ -9,10 +9,10 @@
 
 namespace {
 
-constexpr const char *cement[] = {"7,26,6,60,78.5",  "1,29,15,52,74.3",  "11,56,8,20,104.3", "11,31,8,47,87.6",
-                                  "7,52,6,33,95.9",  "11,55,9,22,109.2", "3,71,17,6,102.7",  "1,31,22,44,72.5",
-                                  "2,54,18,22,93.1", "21,47,4,26,115.9", "1,40,23,34,83.8",  "11,66,9,12,113.3",
-                                  "10,68,8,12,109.4"};
+constexpr const char *hald[] = {"7,26,6,60,78.5",  "1,29,15,52,74.3",  "11,56,8,20,104.3", "11,31,8,47,87.6",
+                                "7,52,6,33,95.9",  "11,55,9,22,109.2", "3,71,17,6,102.7",  "1,31,22,44,72.5",
+                                "2,54,18,22,93.1", "21,47,4,26,115.9", "1,40,23,34,83.8",  "11,66,9,12,113.3",
+                                "10,68,8,12,109.4"};
 
 using Keys = std::vector<std::string>;
 
@@ -24,7 +24,7 @@ protected:
         database_->exec(u("CREATE TABLE \"Cement\" (a INTEGER, b INTEGER, c INTEGER, d INTEGER, "
                           "y DOUBLE PRECISION, id INTEGER PRIMARY KEY)"));
         int id = 0;
-        for (const char *row : cement)
+        for (const char *row : hald)
             database_->exec(u("INSERT INTO \"Cement\" VALUES (%1, %2)").arg(u(row)).arg(++id));
     }
     Outcome run(const char *method, const char *options, const char *controls = "a b c d")

@@ -24,7 +24,7 @@ INSTANTIATE_TEST_SUITE_P(On, Datasets, testing::Values(TestDatabase::Sqlite, Tes
 
 namespace {
 
-void open(TTable &table, const TestDatabase &db, const QString &name)
+void openTable(TTable &table, const TestDatabase &db, const QString &name)
 {
     table.SetDatabaseName(db.name());
     table.SetTableName(name);
@@ -37,7 +37,7 @@ TEST_P(Datasets, ATableIsWalkedFromTheFirstRecordToTheLast)
 {
     db->makeNumbers(QStringLiteral("numbers"), 3000, 3);
     TTable table;
-    open(table, *db, QStringLiteral("numbers"));
+    openTable(table, *db, QStringLiteral("numbers"));
     EXPECT_EQ(table.RecordCount(), 3000);
     TField &id = table.FieldByName(QStringLiteral("ID"));
     TField &x2 = table.FieldByName(QStringLiteral("x2"));
@@ -80,7 +80,7 @@ TEST_P(Datasets, AnUnknownFieldIsNamedWithTheFieldsThatAreThere)
 {
     db->makeNumbers(QStringLiteral("numbers"), 3, 2);
     TTable table;
-    open(table, *db, QStringLiteral("numbers"));
+    openTable(table, *db, QStringLiteral("numbers"));
     try {
         table.FieldByName(QStringLiteral("y"));
         FAIL();
@@ -95,7 +95,7 @@ TEST_P(Datasets, NullsReadAsZeroAndSayThatTheyAreNull)
     db->exec(QStringLiteral("INSERT INTO t VALUES (NULL, NULL, NULL)"));
     db->exec(QStringLiteral("INSERT INTO t VALUES (1.5, 'x', 7)"));
     TTable table;
-    open(table, *db, QStringLiteral("t"));
+    openTable(table, *db, QStringLiteral("t"));
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(table.Fields(i).IsNull());
         EXPECT_EQ(table.Fields(i).AsFloat(), 0);
@@ -113,7 +113,7 @@ TEST_P(Datasets, StandOnTheFirstRecordWhenOpened)
 {
     db->makeNumbers(u("numbers"), 3, 1);
     TTable table;
-    open(table, *db, u("numbers"));
+    openTable(table, *db, u("numbers"));
     EXPECT_TRUE(table.Active());
     EXPECT_TRUE(table.Bof());
     EXPECT_FALSE(table.Eof());
@@ -127,7 +127,7 @@ TEST_P(Datasets, EndBehindTheLastRecordAndBeginBeforeTheFirst)
 {
     db->makeNumbers(u("numbers"), 3, 1);
     TTable table;
-    open(table, *db, u("numbers"));
+    openTable(table, *db, u("numbers"));
     table.Next();
     EXPECT_FALSE(table.Bof());
     table.Next();
@@ -168,7 +168,7 @@ TEST_P(Datasets, WithoutRecordsAreAtBothEnds)
 {
     db->makeNumbers(u("numbers"), 0, 1);
     TTable table;
-    open(table, *db, u("numbers"));
+    openTable(table, *db, u("numbers"));
     for (int i = 0; i < 2; ++i) {
         EXPECT_TRUE(table.Bof());
         EXPECT_TRUE(table.Eof());
@@ -261,7 +261,7 @@ TEST_P(Datasets, CloseWhenTheirDefinitionChanges)
     db->makeNumbers(u("numbers"), 3, 1);
     db->makeNumbers(u("others"), 5, 2);
     TTable table;
-    open(table, *db, u("numbers"));
+    openTable(table, *db, u("numbers"));
     table.SetTableName(u("numbers"));
     EXPECT_TRUE(table.Active());
     table.SetTableName(u("others"));
@@ -281,7 +281,7 @@ TEST_P(Datasets, CountWhatTheEngineCountsOnceAnOpening)
 {
     db->makeNumbers(u("numbers"), 500, 1);
     TTable table;
-    open(table, *db, u("numbers"));
+    openTable(table, *db, u("numbers"));
     EXPECT_EQ(table.RecordCount(), 500);
     db->exec(u("INSERT INTO numbers VALUES (1001, 1)"));
     EXPECT_EQ(table.RecordCount(), 500);
@@ -300,7 +300,7 @@ TEST_P(Datasets, AreASnapshotAsFarAsTheirRowsAreKept)
 {
     db->makeNumbers(u("numbers"), 500, 1);
     TTable table;
-    open(table, *db, u("numbers"));
+    openTable(table, *db, u("numbers"));
     table.Last();
     db->exec(u("UPDATE numbers SET x0 = -1"));
     table.First();
@@ -314,7 +314,7 @@ TEST_P(Datasets, LocateByOneOrSeveralFields)
     db->exec(u("CREATE TABLE t (id INTEGER PRIMARY KEY, a DOUBLE PRECISION, b VARCHAR(5))"));
     db->exec(u("INSERT INTO t VALUES (1, 0.5, 'x'), (2, 0.5, 'y'), (3, NULL, 'y'), (4, 2, NULL)"));
     TTable table;
-    open(table, *db, u("t"));
+    openTable(table, *db, u("t"));
     EXPECT_TRUE(table.Locate({u("a"), u("B")}, {0.5, u("y")}));
     EXPECT_EQ(table.RecNo(), 2);
     EXPECT_TRUE(table.Locate({u("a")}, {QVariant()}));
@@ -337,7 +337,7 @@ TEST_P(Datasets, SayThatTheyWereOpenedScrolledAndClosed)
     QSignalSpy opened(&table, &TDataSet::Opened);
     QSignalSpy scrolled(&table, &TDataSet::Scrolled);
     QSignalSpy closed(&table, &TDataSet::Closed);
-    open(table, *db, u("numbers"));
+    openTable(table, *db, u("numbers"));
     EXPECT_EQ(opened.count(), 1);
     EXPECT_EQ(scrolled.count(), 0);
     table.Next();

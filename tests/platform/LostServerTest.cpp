@@ -12,7 +12,7 @@
 
 namespace {
 
-QString openError(const QString &database)
+QString openingError(const QString &database)
 {
     TTable table;
     table.SetDatabaseName(database);
@@ -66,7 +66,7 @@ TEST_F(LostServers, WhileADatasetOpensGiveOneSentenceWhereverItHappens)
     EXPECT_GT(most, 8);
     for (int after = 0; after <= most; ++after) {
         const BadServer server(db->name(), BadServer::Close, after);
-        const QString error = openError(server.url());
+        const QString error = openingError(server.url());
         if (after < most) { // the last one is the end of what was read
             expectOneSentence(error);
         }
@@ -76,7 +76,7 @@ TEST_F(LostServers, WhileADatasetOpensGiveOneSentenceWhereverItHappens)
 TEST_F(LostServers, ThatSayWhyAreQuoted)
 {
     const BadServer server(fatal("the database system is starting up"));
-    const QString error = openError(server.url());
+    const QString error = openingError(server.url());
     expectOneSentence(error);
     EXPECT_TRUE(error.startsWith(u("Cannot open the database \"%1\": ").arg(server.url()))) << error.toStdString();
     EXPECT_TRUE(error.endsWith(u(" failed: the database system is starting up."))) << error.toStdString();
@@ -89,7 +89,7 @@ TEST_F(LostServers, ThatFallSilentAreGivenUpInTheTimeThatTheAddressSets)
         const BadServer server(db->name(), BadServer::FallSilent, after);
         QElapsedTimer timer;
         timer.start();
-        const QString error = openError(server.url() + u("?connect_timeout=2&read_timeout=1"));
+        const QString error = openingError(server.url() + u("?connect_timeout=2&read_timeout=1"));
         EXPECT_LT(timer.elapsed(), 30000);
         expectOneSentence(error);
         EXPECT_TRUE(error.contains(u("timeout expired")) ||

@@ -5,8 +5,8 @@ namespace {
 using BackwardOnTable = SelectionOver<TMLRTable, TBackElimMLR>;
 using BackwardOnQuery = SelectionOver<TMLRQuery, TBackElimMLR>;
 
-constexpr char CementReport[] = "CORVANE OUTPUT REPORT\n\r\n\r\n\rBackward Elimination Removes Variable(s):\n\r\n\r"
-                                "   c\n\r\n\r\n\rProcessing Time: 00:00:00";
+constexpr char BackwardReport[] = "CORVANE OUTPUT REPORT\n\r\n\r\n\rBackward Elimination Removes Variable(s):\n\r\n\r"
+                                  "   c\n\r\n\r\n\rProcessing Time: 00:00:00";
 
 } // namespace
 
@@ -39,7 +39,7 @@ TEST_F(BackwardOnTable, RemovesOneAndEndsWhenTheRemovedOneComesFirst)
                              .arg(traced(second[2], "ms")))
         << "and no t2 is worked out for it";
     EXPECT_EQ(trace.of("decision")[1], text("decision pass=2 none f=0 critical=4"));
-    EXPECT_EQ(search.Report(), text(CementReport));
+    EXPECT_EQ(search.Report(), text(BackwardReport));
     EXPECT_EQ(regression.GetNumVars(), 3);
     EXPECT_TRUE(regression.ResultsCurrent());
     EXPECT_TRUE(messages.shown.empty());
@@ -81,7 +81,7 @@ TEST_F(BackwardOnQuery, SetsFullModelOnALineOfItsOwn)
     prepare("a b c d");
     search.SetFDefault(4);
     search.Run();
-    EXPECT_EQ(search.Report(), text(CementReport));
+    EXPECT_EQ(search.Report(), text(BackwardReport));
 }
 
 TEST_F(BackwardOnTable, SetsFullModelDirectlyAfterTheHead)

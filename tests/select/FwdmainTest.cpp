@@ -5,8 +5,8 @@ namespace {
 using ForwardOnTable = SelectionOver<TMLRTable, TFwdSelectMLR>;
 using ForwardOnQuery = SelectionOver<TMLRQuery, TFwdSelectMLR>;
 
-constexpr char CementReport[] = "CORVANE OUTPUT REPORT\n\r\n\r\n\rForward Selection Adds Variable(s):\n\r\n\r"
-                                "   a\n\r   d\n\r\n\r\n\rProcessing Time: 00:00:00";
+constexpr char ForwardReport[] = "CORVANE OUTPUT REPORT\n\r\n\r\n\rForward Selection Adds Variable(s):\n\r\n\r"
+                                 "   a\n\r   d\n\r\n\r\n\rProcessing Time: 00:00:00";
 
 } // namespace
 
@@ -17,7 +17,7 @@ TEST_F(ForwardOnTable, ListsWhatItAddsInTheOrderOfTheControls)
     EXPECT_EQ(search.Steps(),
               QStringList({text("Adding d Partial F = 22.7985."), text("Adding a Partial F = 97.4763.")}))
         << "d went in first";
-    EXPECT_EQ(search.Report(), text(CementReport));
+    EXPECT_EQ(search.Report(), text(ForwardReport));
     EXPECT_TRUE(regression.ResultsCurrent());
     EXPECT_TRUE(messages.shown.empty());
 }
@@ -45,8 +45,8 @@ TEST_F(ForwardOnQuery, DoesTheSame)
     fillCement();
     search.SetShowReport(true);
     search.Run();
-    EXPECT_EQ(search.Report(), text(CementReport));
-    EXPECT_EQ(messages.shown, std::vector<Message>({{text(CementReport), TMsgDlgType::mtInformation, mbOK, 0}}));
+    EXPECT_EQ(search.Report(), text(ForwardReport));
+    EXPECT_EQ(messages.shown, std::vector<Message>({{text(ForwardReport), TMsgDlgType::mtInformation, mbOK, 0}}));
 }
 
 TEST_F(ForwardOnTable, WhenAllAreAddedTheListEndsWithFullModel)

@@ -76,8 +76,8 @@ protected:
     std::function<void()> then;
 };
 
-using Searches = testing::Types<TOptimizeMLR, TStepWiseMLR, TBackElimMLR, TFwdSelectMLR>;
-TYPED_TEST_SUITE(Run, Searches);
+using AllSearches = testing::Types<TOptimizeMLR, TStepWiseMLR, TBackElimMLR, TFwdSelectMLR>;
+TYPED_TEST_SUITE(Run, AllSearches);
 
 } // namespace
 

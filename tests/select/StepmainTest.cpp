@@ -5,8 +5,8 @@ namespace {
 using StepwiseOnTable = SelectionOver<TMLRTable, TStepWiseMLR>;
 using StepwiseOnQuery = SelectionOver<TMLRQuery, TStepWiseMLR>;
 
-constexpr char CementReport[] = "CORVANE OUTPUT REPORT\n\r\n\r\n\rStepwise Regression Adds Variable(s):\n\r\n\r"
-                                "   a\n\r   d\n\r\n\r\n\rProcessing Time: 00:00:00";
+constexpr char StepwiseReport[] = "CORVANE OUTPUT REPORT\n\r\n\r\n\rStepwise Regression Adds Variable(s):\n\r\n\r"
+                                  "   a\n\r   d\n\r\n\r\n\rProcessing Time: 00:00:00";
 
 } // namespace
 
@@ -14,7 +14,7 @@ TEST_F(StepwiseOnTable, AddsWhatEntersAndLeavesTheModelFitted)
 {
     fillCement();
     search.Run();
-    EXPECT_EQ(search.Report(), text(CementReport));
+    EXPECT_EQ(search.Report(), text(StepwiseReport));
     EXPECT_EQ(search.Steps(), QStringList({text("Added Variable d"), text("Added Variable a"),
                                            text("Checking included variables...")}));
     EXPECT_EQ(search.Ended(), TRunEnd::Converged);
@@ -64,8 +64,8 @@ TEST_F(StepwiseOnQuery, DoesTheSame)
     fillCement();
     search.SetShowReport(true);
     search.Run();
-    EXPECT_EQ(search.Report(), text(CementReport));
-    EXPECT_EQ(messages.shown, std::vector<Message>({{text(CementReport), TMsgDlgType::mtInformation, mbOK, 0}}));
+    EXPECT_EQ(search.Report(), text(StepwiseReport));
+    EXPECT_EQ(messages.shown, std::vector<Message>({{text(StepwiseReport), TMsgDlgType::mtInformation, mbOK, 0}}));
 }
 
 TEST_F(StepwiseOnTable, TakesOutWhatALaterOneReplaces)

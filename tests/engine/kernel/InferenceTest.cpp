@@ -101,18 +101,18 @@ json predictionOf(const Factors &factors, const json &at, double level)
             {"prediction", got.prediction}};
 }
 
-struct Bar
+struct DigitsBar
 {
     const char *set;
     double digits; ///< of every figure
 };
 
-void PrintTo(const Bar &bar, std::ostream *stream)
+void PrintTo(const DigitsBar &bar, std::ostream *stream)
 {
     *stream << bar.set;
 }
 
-class Figures : public testing::TestWithParam<Bar>
+class Figures : public testing::TestWithParam<DigitsBar>
 {
 protected:
     // A whole figure of NaNs on our side where there is to be none is what the comparison takes it for.
@@ -133,12 +133,13 @@ protected:
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(Sets, Figures,
-                         testing::Values(Bar{"Longley", 12}, Bar{"Filip", 12}, Bar{"Cement", 12},
-                                         Bar{"Airquality", 12}, Bar{"illconditioned", 12}, Bar{"exact", 12},
-                                         Bar{"saturated", 12}, Bar{"onedegree", 12}, Bar{"twodegrees", 12},
-                                         Bar{"dependent", 12}, Bar{"large", 12}, Bar{"small", 12}, Bar{"none", 12},
-                                         Bar{"leverageone", 12}, Bar{"dummies", 12}, Bar{"three", 12},
-                                         Bar{"steep", 12}),
+                         testing::Values(DigitsBar{"Longley", 12}, DigitsBar{"Filip", 12}, DigitsBar{"Cement", 12},
+                                         DigitsBar{"Airquality", 12}, DigitsBar{"illconditioned", 12},
+                                         DigitsBar{"exact", 12}, DigitsBar{"saturated", 12},
+                                         DigitsBar{"onedegree", 12}, DigitsBar{"twodegrees", 12},
+                                         DigitsBar{"dependent", 12}, DigitsBar{"large", 12}, DigitsBar{"small", 12},
+                                         DigitsBar{"none", 12}, DigitsBar{"leverageone", 12},
+                                         DigitsBar{"dummies", 12}, DigitsBar{"three", 12}, DigitsBar{"steep", 12}),
                          [](const auto &test) { return std::string(test.param.set); });
 
 TEST_P(Figures, OfInferenceHaveTheirDigits)

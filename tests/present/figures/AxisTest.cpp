@@ -18,7 +18,7 @@ using nuvo::roomyRange;
 
 namespace {
 
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double Infinite = std::numeric_limits<double>::infinity();
 
 QStringList texts(const Axis &axis)
@@ -60,8 +60,8 @@ std::vector<AxisRange> manyRanges()
 
 TEST(AxisRanges, LeaveOutWhatIsNoNumber)
 {
-    EXPECT_TRUE(rangeOf({NaN, Infinite, -Infinite}).IsEmpty());
-    EXPECT_EQ(rangeOf({3, NaN, -2, Infinite}), (AxisRange{-2, 3}));
+    EXPECT_TRUE(rangeOf({NotANumber, Infinite, -Infinite}).IsEmpty());
+    EXPECT_EQ(rangeOf({3, NotANumber, -2, Infinite}), (AxisRange{-2, 3}));
 }
 
 TEST(AxisRanges, GiveEveryValueRoomWithinThem)
@@ -189,7 +189,7 @@ TEST(FigureNumbers, HaveAsManyDigitsAsTheyNeed)
     EXPECT_EQ(figureNumber(1.5e150), u("1.5×10¹⁵⁰"));
     EXPECT_EQ(figureNumber(0.00012345678), u("0.0001234568"));
     EXPECT_EQ(figureNumber(2e-7), u("2×10⁻⁷"));
-    EXPECT_EQ(figureNumber(NaN), u("NaN"));
+    EXPECT_EQ(figureNumber(NotANumber), u("NaN"));
     EXPECT_EQ(figureNumber(-Infinite), u("−∞"));
     EXPECT_EQ(figureNumber(2.5, 7, u','), u("2,5"));
 }
