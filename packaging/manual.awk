@@ -1,0 +1,76 @@
+# What nuvostat says of itself, as a page of the manual: help texts, each behind a line with its command (empty for the
+# program itself) after a form feed.
+function escaped(text) {
+    gsub(/\\/, "\\e", text)
+    gsub(/-/, "\\-", text)
+    if (text ~ /^[.']/)
+        text = "\\&" text
+    return text
+}
+function verbatim(on) {
+    if (on != open)
+        print on ? ".PP\n.nf" : ".fi"
+    open = on
+}
+function flushOption() {
+    if (option != "") {
+        verbatim(0)
+        print ".TP\n.B " escaped(option) "\n" escaped(meaning)
+    }
+    option = meaning = ""
+}
+BEGIN {
+    print ".TH NUVOSTAT 1 \"\" \"nuvostat " version "\" \"User Commands\""
+    print ".SH NAME\nnuvostat \\- multiple linear regression on the tables and queries of a database"
+}
+/^\f/ {
+    flushOption()
+    verbatim(0)
+    command = substr($0, 2)
+    first = 1
+    if (command != "")
+        print ".SH \"" toupper("nuvostat " command) "\""
+    next
+}
+first { # a sentence that NAME or the list of commands has said already
+    first = 0
+    if (command == "")
+        print ".SH SYNOPSIS"
+    else
+        print escaped($0) "."
+    next
+}
+/^  -/ { # an option: its name, and from the 29th column on what it does
+    flushOption()
+    option = substr($0, 3)
+    if (length($0) > 28 && substr($0, 28, 1) == " ") {
+        option = substr($0, 3, 25)
+        meaning = substr($0, 29)
+    }
+    sub(/ +$/, "", option)
+    next
+}
+option != "" && /^ {28}/ {
+    meaning = meaning (meaning == "" ? "" : " ") substr($0, 29)
+    next
+}
+{
+    flushOption()
+    if ($0 == "") {
+        verbatim(0)
+        next
+    }
+    if ($0 ~ /^Usage:$/ && command == "") # the synopsis
+        next
+    if ($0 ~ /^[A-Za-z]+:$/) {
+        verbatim(0)
+        print ".SS " substr($0, 1, length($0) - 1)
+        next
+    }
+    verbatim(1)
+    print escaped($0)
+}
+END {
+    flushOption()
+    verbatim(0)
+}

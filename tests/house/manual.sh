@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# The installed manual page and completions tell every command and option that the program tells. Usage: manual.sh STAGE BINDIR
+# DATADIR MANDIR
+set -u # no pipefail: grep -q stops reading early
+stage=$1
+nuvostat=$stage/$2/nuvostat
+manual=$stage/$4/man1/nuvostat.1
+bash_file=$stage/$3/bash-completion/completions/nuvostat
+zsh_file=$stage/$3/zsh/vendor-completions/_nuvostat
+failures=0
+fail() {
+    echo "FAILED: $*"
+    failures=$((failures + 1))
+}
+
+# The page as a reader sees it, options of one command each.
+section() { sed -n "/^\.SH \"NUVOSTAT ${1^^}\"$/,/^\.SH/p" "$manual" | sed 's/\\-/-/g'; }
+# What bash offers behind these words, the last of which is being written.
+offered() {
+    bash -c 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _nuvostat; printf "%s\n" "${COMPREPLY[@]}"' \
+        bash "$bash_file" nuvostat "$@"
+}
+
+commands=$("$nuvostat" --help | sed -n '/^Commands:$/,/^$/s/^  \([a-z]*\) .*/\1/p')
+[ "$(wc -w <<<"$commands")" -ge 5 ] || fail "the program tells of few commands: $commands"
+for command in $commands; do
+    offered "$command" | grep -qx "$command" || fail "bash does not offer $command"
+    grep -q "^$command) " "$zsh_file" || fail "zsh does not know $command"
+    options=$("$nuvostat" "$command" --help | grep -oE '^ +(-h,)?--[a-z-]+' | grep -oE '\-\-[a-z-]+')
+    [ -n "$options" ] || fail "the help of $command has no options"
+    for option in $options; do
+        section "$command" | grep -qE "^\.B (-h,)?$option( |\$)" || fail "the manual of $command lacks $option"
+        offered "$command" "$option" | grep -qx -- "$option" || fail "bash does not offer $option of $command"
+        grep "^$command) " "$zsh_file" | grep -q -- " $option " || fail "zsh does not offer $option of $command"
+    done
+    # Nothing that the program has not.
+    for option in $(section "$command" | grep -oE '^\.B (-h,)?--[a-z-]+' | grep -oE '\-\-[a-z-]+'); do
+        grep -qx -- "$option" <<<"$options" || fail "the manual of $command invents $option"
+    done
+done
+offered fit --format '' | tr '\n' ' ' | grep -qx 'text report json ' || fail 'bash does not offer the formats'
+cd "$stage" && touch data.csv && offered import data | grep -qx data.csv || fail 'bash does not offer files'
+if command -v man >/dev/null; then
+    warnings=$(man -l --warnings -E UTF-8 "$manual" 2>&1 >/dev/null | grep -v 'cannot' || true)
+    [ -z "$warnings" ] || fail "man says: $warnings"
+fi
+[ "$failures" -eq 0 ]
