@@ -4,7 +4,6 @@
 #include "platform/Nearestname.h"
 #include "platform/Numbervalue.h"
 
-#include <QByteArrayView>
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
@@ -20,11 +19,6 @@ constexpr size_t longestRecord = size_t(64) << 20;
 /// More than any database has columns; each costs memory, even an empty one.
 constexpr size_t mostCells = 100000;
 constexpr qsizetype longestIntruder = 40;
-
-bool isUtf8(std::string_view bytes)
-{
-    return QByteArrayView(bytes.data(), qsizetype(bytes.size())).isValidUtf8();
-}
 
 /// What there is where a file is not.
 QString filesBeside(const QString &fileName)

@@ -16,11 +16,6 @@ constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view littleMark = "\xFF\xFE";
 constexpr std::string_view bigMark = "\xFE\xFF";
 
-bool isUtf8(std::string_view bytes)
-{
-    return QByteArrayView(bytes.data(), qsizetype(bytes.size())).isValidUtf8();
-}
-
 /// Without a character that the end of the bytes has cut.
 std::string_view withoutCutCharacter(std::string_view bytes)
 {
@@ -266,6 +261,11 @@ void CsvRecogniser::findDecimal(std::string_view text, bool whole)
     }
     format_.decimal = decimalOf(columns);
     reasons_.decimal = decimalReason(columns, format_.decimal);
+}
+
+bool isUtf8(std::string_view bytes)
+{
+    return QByteArrayView(bytes.data(), qsizetype(bytes.size())).isValidUtf8();
 }
 
 QString encodingName(CsvEncoding encoding)

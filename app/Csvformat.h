@@ -66,6 +66,7 @@ private:
     size_t markLength_ = 0;
 };
 
+bool isUtf8(std::string_view bytes);
 /// "UTF-8", "Windows-1252"
 QString encodingName(CsvEncoding encoding);
 /// "comma", "semicolon", "tab", or the character itself in quotes.

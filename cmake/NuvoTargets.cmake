@@ -33,11 +33,17 @@ function(nuvo_precompile target)
     endif()
 endfunction()
 
+# nuvo_unity(TARGET): compiles its sources in batches where NUVO_UNITY says so. Not for the library, whose files a
+# developer changes most.
+function(nuvo_unity target)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ${NUVO_UNITY})
+endfunction()
+
 # What a test program is compiled with beyond that: it is compiled more often than it runs.
 function(nuvo_test_defaults target)
     nuvo_target_defaults(${target})
     # Qt Test names a folder for each target, and a precompiled header takes no macro that differs.
-    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g1> $<$<BOOL:${NUVO_SANITIZE}>:-Og>
+    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g1> $<$<CONFIG:Debug>:-Og>
                            -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
     set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF UNITY_BUILD ${NUVO_UNITY})
     if(NUVO_UNITY)

@@ -55,7 +55,7 @@ const Floor *floorOf(const std::string &file)
 /// Headers that the build makes.
 bool isGenerated(const std::string &include)
 {
-    static const std::regex names("platform/Export\\.h|ui_\\w+\\.h|.*\\.moc|moc_\\w+\\.cpp");
+    static const std::regex names("platform/(Export|Version)\\.h|ui_\\w+\\.h|.*\\.moc|moc_\\w+\\.cpp");
     return std::regex_match(include, names);
 }
 
