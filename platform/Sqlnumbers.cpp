@@ -57,8 +57,8 @@ QString SqlNumbers::limited(const QString &select, qint64 rows) const
     return dialect_ == Dialect::Other ? select : QStringLiteral("%1 LIMIT %2").arg(select).arg(rows);
 }
 
-// PostgreSQL leaves a subquery with a volatile column as it is written. OFFSET 0 would do that too, but keep its parallel
-// workers away.
+// PostgreSQL leaves a subquery with a volatile column as it is written. OFFSET 0 would do that too, but keep its
+// parallel workers away.
 QString SqlNumbers::workedOutOnce() const
 {
     return dialect_ == Dialect::Postgres ? QStringLiteral(", clock_timestamp() AS once") : QString();

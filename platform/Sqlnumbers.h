@@ -29,8 +29,8 @@ public:
 
     /// The statement cut after so many rows, where it can be said in its text.
     QString limited(const QString &select, qint64 rows) const;
-    /// What stands behind the columns of a subquery so that they are worked out once for a row, however often they are
-    /// used outside; empty where there is nothing of that kind.
+    /// What stands behind the columns of a subquery so that they are worked out once for a row, however often they
+    /// are used outside; empty where there is nothing of that kind.
     QString workedOutOnce() const;
 
 private:

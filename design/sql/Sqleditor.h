@@ -30,8 +30,8 @@ public:
     explicit TSqlEditor(QWidget *parent = nullptr);
     ~TSqlEditor() override;
 
-    /// The database that is asked (as a TDataSet names it), and the values of parameters, names in lower case. Reads the
-    /// names of the tables; what is wrong with the database is shown.
+    /// The database that is asked (as a TDataSet names it), and the values of parameters, names in lower case. Reads
+    /// the names of the tables; what is wrong with the database is shown.
     void SetDatabase(const QString &databaseName, const QVariantMap &params = {});
     /// The statement, lines parted by "\n". Setting it drops what was tried.
     QString Text() const;
