@@ -5,6 +5,7 @@
 #include "engine/kernel/Prediction.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
+#include "present/controls/Figuretable.h"
 
 #include <QCoreApplication>
 #include <QSaveFile>
@@ -20,16 +21,6 @@ constexpr qint64 kBetween = 1000; // records from one telling to the next
 QByteArray cell(double value)
 {
     return std::isfinite(value) ? QByteArray::number(value, 'g', QLocale::FloatingPointShortest) : QByteArray();
-}
-
-QByteArray cell(QString text)
-{
-    static const QString special = QStringLiteral(",\"\r\n");
-    for (const QChar c : std::as_const(text)) {
-        if (special.contains(c))
-            return (u'"' + text.replace(u'"', QLatin1String("\"\"")) + u'"').toUtf8();
-    }
-    return text.toUtf8();
 }
 
 } // namespace
@@ -66,11 +57,10 @@ TablePredictions predictTable(const TRegression &regression, const RegressionMod
     };
     if (!file.open(QIODevice::WriteOnly))
         fail();
-    QByteArray line("record");
-    for (const QString &name : names)
-        line += ',' + cell(name);
-    line += ',' + cell(regression.ResponseVarY().OutputTerm()) +
-            ",standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh\n";
+    QByteArray line =
+        csvLine(QStringList(QStringLiteral("record")) + names + QStringList(regression.ResponseVarY().OutputTerm()))
+            .toUtf8() +
+        ",standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh\n";
     TablePredictions done;
     dataset.First();
     for (; !dataset.Eof(); dataset.Next()) {
