@@ -33,10 +33,46 @@ function(nuvo_precompile target)
     endif()
 endfunction()
 
-# nuvo_unity(TARGET): compiles its sources in batches where NUVO_UNITY says so. Not for the library, whose files a
-# developer changes most.
+# nuvo_unity(TARGET): compiles its sources in batches where NUVO_UNITY says so, ten of a folder at most. Called when the
+# target has all of them.
 function(nuvo_unity target)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ${NUVO_UNITY})
+    if(NOT NUVO_UNITY)
+        return()
+    endif()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+    # A source is a file that another includes then, in which what is its own alone would be a mistake.
+    target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    get_target_property(sources ${target} SOURCES)
+    get_target_property(base ${target} SOURCE_DIR)
+    get_target_property(binary ${target} BINARY_DIR)
+    set(folders "")
+    foreach(source IN LISTS sources)
+        if(source MATCHES "\\.cpp$" AND NOT source MATCHES "^\\$<")
+            cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${base} NORMALIZE)
+            cmake_path(GET source PARENT_PATH folder)
+            list(APPEND folders ${folder})
+            list(APPEND in_${folder} ${source})
+        endif()
+    endforeach()
+    list(REMOVE_DUPLICATES folders)
+    foreach(folder IN LISTS folders)
+        file(RELATIVE_PATH name ${PROJECT_SOURCE_DIR} ${folder})
+        string(MAKE_C_IDENTIFIER "${name}" name)
+        list(LENGTH in_${folder} count)
+        math(EXPR batches "(${count} + 9) / 10")
+        set(index 0)
+        foreach(source IN LISTS in_${folder})
+            math(EXPR batch "${index} * ${batches} / ${count}")
+            set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES UNITY_GROUP ${name}_${batch})
+            # The batch depends on what its sources do, which CMake does not see to.
+            get_source_file_property(needed ${source} TARGET_DIRECTORY ${target} OBJECT_DEPENDS)
+            if(needed)
+                set_property(SOURCE ${binary}/CMakeFiles/${target}.dir/Unity/unity_${name}_${batch}_cxx.cxx
+                             TARGET_DIRECTORY ${target} APPEND PROPERTY OBJECT_DEPENDS ${needed})
+            endif()
+            math(EXPR index "${index} + 1")
+        endforeach()
+    endforeach()
 endfunction()
 
 # What a test program is compiled with beyond that: it is compiled more often than it runs.

@@ -16,7 +16,7 @@ using nuvo::Second;
 using nuvo::Transformation;
 
 /// What a form does with a variable, in lines.
-QStringList helpLines(const Transformation &form, const QString &name)
+QStringList controlHelp(const Transformation &form, const QString &name)
 {
     if (!form.term)
         return {u"The Inactive option disables " % name % u"."};
@@ -155,7 +155,7 @@ void TControlDefDlg::RadioGroup1Click()
         const QSignalBlocker silent(ui_->cboxpwrY);
         ui_->cboxpwrY->setCurrentIndex(0);
     }
-    SetHelp(helpLines(form, PropertyName()));
+    SetHelp(controlHelp(form, PropertyName()));
     if (const QStringList note = queryNote(form); IsQuery() && !note.isEmpty())
         AddHelp(note);
 

@@ -14,7 +14,7 @@ using nuvo::Operation;
 using nuvo::Transformation;
 
 /// What a form does with the response, in lines.
-QStringList helpLines(const Transformation &form, const QString &name)
+QStringList responseHelp(const Transformation &form, const QString &name)
 {
     switch (form.operation) {
     case Operation::Plain:
@@ -82,7 +82,7 @@ void TResponseDefDlg::RadioGroup1Click()
     ui_->cboxDivideBy->setEnabled(form.second == nuvo::Second::ScaleFactor);
     FieldControl().setFocus();
     parameters_.SetTransformation(form.keyword.toString());
-    SetHelp(helpLines(form, PropertyName()));
+    SetHelp(responseHelp(form, PropertyName()));
     if (IsQuery()) {
         AddHelp({QStringLiteral("NOTE: \"datafield\" must be in the"), QStringLiteral("query's result dataset.")});
     }

@@ -16,7 +16,7 @@ constexpr quint64 kNullBits = 0x7ff8000000000000U;
 constexpr quint64 kAsideBits = 0x7ff8000000000001U;
 constexpr qint64 kExactInteger = qint64(1) << 53;
 
-const double kNull = std::bit_cast<double>(kNullBits);
+const double kNullCell = std::bit_cast<double>(kNullBits);
 const double kAside = std::bit_cast<double>(kAsideBits);
 
 bool isAside(double cell)
@@ -59,7 +59,7 @@ void Block::reserve(qint64 rows)
 
 void Block::appendCell(const QVariant &value)
 {
-    double cell = kNull;
+    double cell = kNullCell;
     switch (value.typeId()) {
     case QMetaType::Double:
         cell = *static_cast<const double *>(value.constData());
@@ -95,7 +95,7 @@ void Block::appendCell(const QVariant &value)
             return appendAside(value);
     }
     // A driver's null has a type too.
-    cells_.push_back(std::isfinite(cell) && !value.isNull() ? cell : kNull);
+    cells_.push_back(std::isfinite(cell) && !value.isNull() ? cell : kNullCell);
 }
 
 void Block::appendAside(const QVariant &value)

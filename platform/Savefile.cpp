@@ -37,4 +37,10 @@ void saveFile(const QString &path, const std::function<bool(QIODevice &device)> 
         fail(file.errorString());
 }
 
+bool writeText(const QString &text, QIODevice &device)
+{
+    const QByteArray bytes = text.toUtf8();
+    return device.write(bytes) == bytes.size();
+}
+
 } // namespace nuvo

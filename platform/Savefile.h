@@ -15,4 +15,7 @@ namespace nuvo {
 /// \throws EPlatformError naming the file and what is in the way; nothing is left behind then.
 NUVO_EXPORT void saveFile(const QString &path, const std::function<bool(QIODevice &device)> &write);
 
+/// Writes a text in UTF-8; whether all of it was taken.
+NUVO_EXPORT bool writeText(const QString &text, QIODevice &device);
+
 } // namespace nuvo

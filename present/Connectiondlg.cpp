@@ -51,7 +51,7 @@ const std::array<KindOfDatabase, 4> kinds{{
      "For the try alone, stored nowhere. Programs take it from the data source (~/.odbc.ini)."},
 }};
 
-constexpr int LongestWait = 86400; // seconds, as in an address
+constexpr int LongestTimeout = 86400; // seconds, as in an address
 
 bool isUrl(const QString &name)
 {
@@ -115,7 +115,7 @@ void ConnectionDialog::build()
     const auto seconds = [this](const char *name, int least, int value) {
         auto *box = new QSpinBox;
         box->setObjectName(QLatin1String(name));
-        box->setRange(least, LongestWait);
+        box->setRange(least, LongestTimeout);
         box->setValue(value);
         box->setSuffix(QStringLiteral(" s"));
         connect(box, &QSpinBox::valueChanged, this, &ConnectionDialog::changed);

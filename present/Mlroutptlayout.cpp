@@ -14,7 +14,7 @@ namespace {
 /// A description wider than this breaks into lines instead of widening the window.
 constexpr int HeaderLimit = 700;
 /// Between columns that were moved.
-constexpr int Gap = 8;
+constexpr int PanelGap = 8;
 /// Between columns that stand where their design has them.
 constexpr int LeastGap = 2;
 
@@ -64,7 +64,7 @@ QSize TRegressionOutputForm::LayOutPanel()
     // near, behind them.
     const auto behind = [&](std::initializer_list<const QLabel *> labels, int design) {
         const int right = rightOf(labels);
-        return right + LeastGap <= design ? design : right + Gap;
+        return right + LeastGap <= design ? design : right + PanelGap;
     };
     // From the top down, one below the other.
     const auto below = [](const QLabel *label) { return label->y() + needed(*label).height(); };
@@ -120,7 +120,7 @@ QSize TRegressionOutputForm::LayOutPanel()
     const QRect panel = designed(*ui_->Panel1Contents);
     const int memoTop = std::max(memo.y(), tableBottom + 4);
     const QSize size(
-        std::max(panel.width() + rightShift, rightOf({ui_->labtValue, ui_->labIndepVarNames}) + Gap),
+        std::max(panel.width() + rightShift, rightOf({ui_->labtValue, ui_->labIndepVarNames}) + PanelGap),
         std::max({panel.height(), leftBottom + 4, memoTop + memo.height() + panel.bottom() - memo.bottom()}));
     ui_->Matrix->setGeometry(memo.x() + rightShift, memoTop,
                              size.width() - memo.x() - rightShift - (panel.right() - memo.right()),

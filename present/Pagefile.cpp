@@ -147,12 +147,6 @@ bool writePdf(const Page &page, const std::vector<Figure> &figures, QIODevice &d
     return printPage(page, figures, writer);
 }
 
-bool writeText(const QString &text, QIODevice &device)
-{
-    const QByteArray bytes = text.toUtf8();
-    return device.write(bytes) == bytes.size();
-}
-
 bool endsIn(const QString &file, const QStringList &endings)
 {
     return endings.contains(QFileInfo(file).suffix(), Qt::CaseInsensitive);

@@ -65,7 +65,7 @@ AlignedTable aligned(const Page::Table &table, QChar point)
 
 namespace {
 
-constexpr int Gap = 2;
+constexpr int ColumnGap = 2;
 constexpr int MostText = 100; ///< a longer line of words is hard to read
 
 QString withoutBlanksAtEnd(QString line)
@@ -106,7 +106,7 @@ QString columnsOf(const AlignedTable &table, qsizetype from, qsizetype to, int n
         QString text =
             displayWidth(name) > names ? withoutBlanksAtEnd(name) + QString(names, u' ') : padded(name, names);
         for (qsizetype c = from; c < to; ++c)
-            text += QString(Gap, u' ') + cells[c];
+            text += QString(ColumnGap, u' ') + cells[c];
         return withoutBlanksAtEnd(text);
     };
     QString text = line(table.headings.first(), table.headings);
@@ -129,8 +129,8 @@ QString tableText(const Page::Table &source, int columns, QChar point)
     for (qsizetype from = 1; from < table.headings.size();) {
         int width = names;
         qsizetype to = from;
-        while (to < table.headings.size() && (to == from || width + Gap + table.widths[to] <= columns))
-            width += Gap + table.widths[to++];
+        while (to < table.headings.size() && (to == from || width + ColumnGap + table.widths[to] <= columns))
+            width += ColumnGap + table.widths[to++];
         text += (text.isEmpty() ? QString() : QStringLiteral("\n")) + columnsOf(table, from, to, names);
         from = to;
     }

@@ -93,12 +93,6 @@ bool writePdf(const QString &html, QIODevice &device)
     return true;
 }
 
-bool writeText(const QString &text, QIODevice &device)
-{
-    const QByteArray bytes = text.toUtf8();
-    return device.write(bytes) == bytes.size();
-}
-
 void saveDocument(const ReportTexts &report, const QString &file, const std::function<QString()> &plainText)
 {
     const QString ending = QFileInfo(file).suffix().toLower();

@@ -45,7 +45,7 @@ QString withExponent(const Decimal &number, QChar point)
            QStringLiteral("%1").arg(std::abs(number.exponent), 2, 10, QChar(u'0'));
 }
 
-QString plain(const Decimal &number, QChar point)
+QString withoutExponent(const Decimal &number, QChar point)
 {
     const QString &digits = number.digits;
     if (number.exponent < 0)
@@ -74,7 +74,7 @@ QString significant(double value, int digits, QChar point)
         number = decimal(size, longInteger ? number.exponent : digits - 1);
     }
     const bool small = number.exponent < LeastExponent || number.exponent > MostExponent;
-    return sign + (small ? withExponent(number, point) : plain(number, point));
+    return sign + (small ? withExponent(number, point) : withoutExponent(number, point));
 }
 
 QString probability(double value, int digits, QChar point)

@@ -12,7 +12,6 @@ namespace {
 
 constexpr double Margin = 8;
 constexpr double Gap = 5; ///< between texts and what they belong to
-constexpr double TickLength = 4;
 /// The key never takes more of the height than that, nor tick texts more of the width.
 constexpr double MostKey = 0.18;
 constexpr double MostGutter = 0.4;

@@ -13,7 +13,6 @@ namespace nuvo {
 
 namespace {
 
-constexpr double TickLength = 4;
 /// More selected points than that are marked without their ordinals, which would hide each other.
 constexpr std::size_t MostOrdinals = 12;
 

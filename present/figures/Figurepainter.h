@@ -66,6 +66,8 @@ public:
     void PaintCurrent(QPainter &painter, std::size_t i) const;
 
 private:
+    static constexpr double TickLength = 4;
+
     struct Text
     {
         QRectF place;

@@ -50,7 +50,7 @@ QString shownLines(const QString &words)
     return words.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
 }
 
-double widthOf(const nuvo::AxisRange &range)
+double lengthOf(const nuvo::AxisRange &range)
 {
     return range.high / 2 - range.low / 2;
 }
@@ -100,7 +100,7 @@ void TFigureView::SetSection(const nuvo::FigureSection &section)
 {
     const nuvo::FigureSection whole = nuvo::wholeSection(figure_);
     const auto fits = [](const nuvo::AxisRange &range, const nuvo::AxisRange &all) {
-        const double part = widthOf(range) / widthOf(all);
+        const double part = lengthOf(range) / lengthOf(all);
         return !range.IsEmpty() && part >= NearestZoom && part <= FarthestZoom;
     };
     if (section == section_ || !fits(section.x, whole.x) || !fits(section.y, whole.y))

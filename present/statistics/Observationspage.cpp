@@ -195,7 +195,7 @@ void TObservationsPage::SaveCsv(const QString &file) const
     addLine([&](int column) { return model_->Title(column); });
     for (int row = 0; row < model_->rowCount(); ++row)
         addLine([&](int column) { return model_->Exact(row, column, u'.'); });
-    nuvo::saveFile(file, [bytes = text.toUtf8()](QIODevice &device) { return device.write(bytes) == bytes.size(); });
+    nuvo::saveFile(file, [&text](QIODevice &device) { return nuvo::writeText(text, device); });
 }
 
 void TObservationsPage::SaveAs()

@@ -159,6 +159,5 @@ void TModelsPage::Copy() const
 
 void TModelsPage::SaveCsv(const QString &file) const
 {
-    nuvo::saveFile(
-        file, [bytes = table_->Csv().toUtf8()](QIODevice &device) { return device.write(bytes) == bytes.size(); });
+    nuvo::saveFile(file, [text = table_->Csv()](QIODevice &device) { return nuvo::writeText(text, device); });
 }

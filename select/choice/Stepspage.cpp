@@ -232,5 +232,5 @@ void TStepsPage::SaveCsv(const QString &file) const
             text +=
                 nuvo::csvLine(QStringList{QString::number(number), actionOf(step), {}, {}, {}, {}} + after) + u'\n';
     }
-    nuvo::saveFile(file, [bytes = text.toUtf8()](QIODevice &device) { return device.write(bytes) == bytes.size(); });
+    nuvo::saveFile(file, [&text](QIODevice &device) { return nuvo::writeText(text, device); });
 }

@@ -1,6 +1,5 @@
+#include "engine/kernel/Leastsquares.h"
 #include "support/Regressions.h"
-
-#include <Eigen/QR>
 
 #include <algorithm>
 #include <cmath>
@@ -10,46 +9,19 @@
 namespace {
 
 using Statistics = RegressionOver<TMLRTable>;
-using RealMatrix = Eigen::Matrix<long double, Eigen::Dynamic, Eigen::Dynamic>;
-using RealVector = Eigen::Matrix<long double, Eigen::Dynamic, 1>;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-/// The same figures by another road: Householder's QR of the design matrix in 80 bits.
-struct SecondRoad
+/// The same figures by another road.
+LeastSquares secondRoad(const TRegression &regression)
 {
-    RealVector b;
-    RealMatrix inverse;
-    long double sse = 0;
-    long double sst = 0;
-    int n = 0;
-    int m = 0;
-
-    long double ssr() const { return sst - sse; }
-    long double mse() const { return sse / (n - m - 1); }
-};
-
-SecondRoad secondRoad(const TRegression &regression)
-{
-    SecondRoad road;
-    road.n = regression.GetNumObs();
-    road.m = regression.GetNumVars();
-    RealMatrix x(road.n, road.m + 1);
-    RealVector y(road.n);
-    for (int i = 1; i <= road.n; ++i) {
-        x(i - 1, 0) = 1;
-        for (int j = 1; j <= road.m; ++j)
-            x(i - 1, j) = regression.Getx(i, j);
-        y(i - 1) = regression.Gety(i);
+    std::vector<std::vector<double>> columns(regression.GetNumVars() + 1);
+    for (int i = 1; i <= regression.GetNumObs(); ++i) {
+        for (int j = 1; j <= regression.GetNumVars(); ++j)
+            columns[j - 1].push_back(regression.Getx(i, j));
+        columns.back().push_back(regression.Gety(i));
     }
-    const Eigen::HouseholderQR<RealMatrix> qr(x);
-    road.b = qr.solve(y);
-    const RealMatrix r = qr.matrixQR().topRows(road.m + 1).triangularView<Eigen::Upper>();
-    const RealMatrix rInverse = r.triangularView<Eigen::Upper>().solve(RealMatrix::Identity(road.m + 1, road.m + 1));
-    road.inverse = rInverse * rInverse.transpose();
-    road.sse = (y - x * road.b).squaredNorm();
-    road.sst = (y.array() - y.mean()).matrix().squaredNorm();
-    return road;
+    return leastSquares(columns);
 }
 
 struct Shape
@@ -114,9 +86,9 @@ INSTANTIATE_TEST_SUITE_P(Of, RandomData,
 
 TEST_P(RandomData, CoefficientsAndSumsAgreeWithAnotherRoad)
 {
-    const SecondRoad road = secondRoad(regression);
+    const LeastSquares road = secondRoad(regression);
     for (int j = 0; j <= road.m; ++j)
-        EXPECT_NEAR(regression.Getb(j) / double(road.b(j)), 1, 1e-12) << j;
+        EXPECT_NEAR(regression.Getb(j) / double(road.b[j]), 1, 1e-12) << j;
     EXPECT_NEAR(regression.GetSSE() / double(road.sse), 1, 1e-13);
     EXPECT_NEAR(regression.GetSST() / double(road.sst), 1, 1e-13);
     EXPECT_NEAR(regression.GetMSE() / double(road.mse()), 1, 1e-13);
@@ -126,21 +98,21 @@ TEST_P(RandomData, CoefficientsAndSumsAgreeWithAnotherRoad)
         EXPECT_FALSE(std::isfinite(regression.GetF()));
         return;
     }
-    EXPECT_NEAR(regression.GetSSR() / double(road.ssr()), 1, 1e-13);
-    EXPECT_NEAR(regression.GetRSquared() / double(road.ssr() / road.sst), 1, 1e-13);
-    EXPECT_NEAR(regression.GetF() / double(road.ssr() / road.m / road.mse()), 1, 1e-12);
+    EXPECT_NEAR(regression.GetSSR() / double(road.ssr), 1, 1e-13);
+    EXPECT_NEAR(regression.GetRSquared() / double(road.ssr / road.sst), 1, 1e-13);
+    EXPECT_NEAR(regression.GetF() / double(road.ssr / road.m / road.mse()), 1, 1e-12);
 }
 
 TEST_P(RandomData, CovariancesAndCorrelationsAgreeWithAnotherRoad)
 {
-    const SecondRoad road = secondRoad(regression);
+    const LeastSquares road = secondRoad(regression);
     for (int i = 0; i <= road.m; ++i) {
         for (int j = 0; j <= road.m; ++j) {
-            const long double scale = std::sqrt(road.inverse(i, i) * road.inverse(j, j));
-            EXPECT_NEAR(regression.GetCovar(i, j) / double(scale * road.mse()), double(road.inverse(i, j) / scale),
+            const long double scale = std::sqrt(road.inverse[i][i] * road.inverse[j][j]);
+            EXPECT_NEAR(regression.GetCovar(i, j) / double(scale * road.mse()), double(road.inverse[i][j] / scale),
                         1e-12)
                 << i << ' ' << j;
-            EXPECT_NEAR(regression.GetCorr(i, j), double(road.inverse(i, j) / scale), 1e-12) << i << ' ' << j;
+            EXPECT_NEAR(regression.GetCorr(i, j), double(road.inverse[i][j] / scale), 1e-12) << i << ' ' << j;
             EXPECT_EQ(regression.GetCovar(i, j), regression.GetCovar(j, i));
         }
         EXPECT_NEAR(regression.GetCorr(i, i), 1, 1e-15) << i;

@@ -1,9 +1,8 @@
 #include "engine/kernel/Normalequations.h"
 #include "engine/kernel/Exact.h"
+#include "engine/kernel/Leastsquares.h"
 #include "engine/kernel/Nist.h"
 
-#include <Eigen/LU>
-#include <Eigen/QR>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -227,36 +226,40 @@ TEST(DigitsAgreed, CountsWhatTheWordSays)
     EXPECT_EQ(digitsAgreed(0, "0.000000000000000"), 15);
 }
 
+TEST(LeastSquaresByReflections, HaveTheCertifiedFigures)
+{
+    const NistSet set = readNist("Longley");
+    const LeastSquares got = leastSquares(set.columns);
+    for (int i = 0; i <= set.controls(); ++i) {
+        EXPECT_GE(digitsAgreed(double(got.b[i]), set.coefficients[i].certified), 12.5);
+        EXPECT_GE(digitsAgreed(double(std::sqrt(got.inverse[i][i] * got.mse())), set.standardErrors[i].certified),
+                  12.5);
+    }
+    EXPECT_GE(digitsAgreed(double(got.sse), set.residualSquares.certified), 12.5);
+    EXPECT_GE(digitsAgreed(double(got.ssr), set.regressionSquares.certified), 12.5);
+}
+
 TEST_F(NormalEquationsTest, AgreesWithAnOrthogonalDecompositionInLongDouble)
 {
-    using Matrix = Eigen::Matrix<long double, Eigen::Dynamic, Eigen::Dynamic>;
-    using Vector = Eigen::Matrix<long double, Eigen::Dynamic, 1>;
     for (int round = 0; round < 60; ++round) {
         const int m = round % 11;
         const int n = round < 3 ? 2500 : m + 2 + static_cast<int>(random_() % 100);
         Columns data = columns(m + 1, n, round % 2 ? 10 : 0);
-        Matrix x(n, m + 1);
-        Vector y(n);
-        for (int i = 0; i < n; ++i) {
-            x(i, 0) = 1;
-            for (int j = 0; j < m; ++j) {
-                x(i, j + 1) = data[j][i];
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j < m; ++j)
                 data[m][i] += (j + 1) * data[j][i];
-            }
-            y(i) = data[m][i];
-        }
         const NormalEquations got = fit(data);
-        const Vector b = x.householderQr().solve(y);
-        const long double sse = (y - x * b).squaredNorm();
-        const long double ssr = (x * b).array().operator-(y.mean()).matrix().squaredNorm();
-        const Matrix inverse = Matrix(x.transpose() * x).inverse();
-        EXPECT_NEAR(got.sse, static_cast<double>(sse), 1e-13 * static_cast<double>(y.squaredNorm()));
-        EXPECT_NEAR(got.ssr, static_cast<double>(ssr), 1e-13 * static_cast<double>(y.squaredNorm()));
+        const LeastSquares other = leastSquares(data);
+        double squares = 0;
+        for (const double y : data[m])
+            squares += y * y;
+        EXPECT_NEAR(got.sse, static_cast<double>(other.sse), 1e-13 * squares);
+        EXPECT_NEAR(got.ssr, static_cast<double>(other.ssr), 1e-13 * squares);
         for (int i = 0; i <= m; ++i) {
-            EXPECT_NEAR(got.b[i], static_cast<double>(b(i)), 1e-12 * static_cast<double>(b.norm()));
+            EXPECT_NEAR(got.b[i], static_cast<double>(other.b[i]), 1e-12 * static_cast<double>(norm(other.b)));
             for (int j = 0; j <= m; ++j)
-                EXPECT_NEAR(got.inverse[i][j], static_cast<double>(inverse(i, j)),
-                            1e-11 * static_cast<double>(inverse.norm()));
+                EXPECT_NEAR(got.inverse[i][j], static_cast<double>(other.inverse[i][j]),
+                            1e-11 * static_cast<double>(norm(other.inverse)));
         }
         for (int i = m + 1; i < MaxParameters; ++i)
             EXPECT_EQ(got.b[i], 0);
