@@ -88,13 +88,29 @@ function(nuvo_test_defaults target)
     endif()
 endfunction()
 
-# nuvo_test(NAME SOURCES…): one GoogleTest program whose cases CTest lists one by one. Windows are real but
-# offscreen; every case runs in a process of its own. Further gtest_discover_tests arguments go after DISCOVER.
+# nuvo_cases(TARGET [EACH SUITES…] [PROPERTIES …]): gives CTest what a GoogleTest program can run: a suite is a test, but for
+# those whose cases each want a process of their own; NuvoCases.cmake says more.
+function(nuvo_cases target)
+    cmake_parse_arguments(arg "" "" "EACH;PROPERTIES" ${ARGN})
+    set(list ${CMAKE_CURRENT_BINARY_DIR}/${target}_cases.cmake)
+    add_custom_command(TARGET ${target} POST_BUILD
+        COMMAND ${CMAKE_COMMAND} -D NAME=${target} -D PROGRAM=$<TARGET_FILE:${target}> -D FOLDER=${CMAKE_CURRENT_BINARY_DIR}
+                -D OUTPUT=${list} -D "EACH=${arg_EACH}" -D "PROPERTIES=${arg_PROPERTIES}"
+                -P ${PROJECT_SOURCE_DIR}/cmake/NuvoCases.cmake
+        BYPRODUCTS ${list} VERBATIM)
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/NuvoCases.cmake)
+    set(include ${CMAKE_CURRENT_BINARY_DIR}/${target}_include.cmake)
+    file(WRITE ${include} "if(EXISTS [==[${list}]==])\ninclude([==[${list}]==])\n"
+                          "else()\nadd_test(${target}_NOT_BUILT ${target}_NOT_BUILT)\nendif()\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${include})
+endfunction()
+
+# nuvo_test(NAME SOURCES…): one GoogleTest program. Windows are real but offscreen. What nuvo_cases takes goes after CASES.
 function(nuvo_test name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LIBS;DISCOVER" ${ARGN})
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS;CASES" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     nuvo_test_defaults(${name})
     target_link_libraries(${name} PRIVATE Nuvo::Statistics nuvo_test_support ${arg_LIBS})
     nuvo_precompile(${name} FROM nuvo_test_support)
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 ${arg_DISCOVER})
+    nuvo_cases(${name} ${arg_CASES})
 endfunction()
