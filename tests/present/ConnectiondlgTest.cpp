@@ -5,6 +5,8 @@
 #include "platform/Table.h"
 #include "present/Windowtest.h"
 #include "support/Databases.h"
+#include "support/Mariadb.h"
+#include "support/Odbcsource.h"
 #include "support/Postgres.h"
 #include "support/Text.h"
 
@@ -67,6 +69,14 @@ public:
 nuvo::ServerAddress serverOfTheTests()
 {
     return nuvo::serverAddress(PostgresServer::sharedUrl());
+}
+
+void openTable(const QString &databaseName, const QString &name)
+{
+    TTable table;
+    table.SetDatabaseName(databaseName);
+    table.SetTableName(name);
+    table.Open();
 }
 
 } // namespace
@@ -176,10 +186,46 @@ TEST(ConnectionDialog, TriesAServerInAThreadOfItsOwn)
     EXPECT_EQ(dialog.status(), u("Opening it…"));
     dialog.waitForAnswer();
     EXPECT_TRUE(dialog.tables().contains(u("numbers")));
-    TTable table;
-    table.SetDatabaseName(dialog.DatabaseName());
-    table.SetTableName(u("numbers"));
-    EXPECT_NO_THROW(table.Open()) << "and a dataset opens what it says";
+    EXPECT_NO_THROW(openTable(dialog.DatabaseName(), u("numbers"))) << "and a dataset opens what it says";
+}
+
+TEST(ConnectionDialogOfMariadb, TriesAServer)
+{
+    if (!MariadbServer::isInstalled())
+        GTEST_SKIP() << "MariaDB's server (mariadb-server-core) or Qt's driver (libqt6sql6-mysql) is not installed";
+    const auto db = TestDatabase::make(TestDatabase::Mariadb);
+    db->exec(u("CREATE TABLE numbers (x INTEGER)"));
+    Dialog dialog;
+    dialog.type(nuvo::serverAddress(db->name()));
+    dialog.tryIt();
+    EXPECT_EQ(dialog.status(), u("It opens, with one table:"));
+    EXPECT_EQ(dialog.tables(), QStringList{u("numbers")});
+    EXPECT_TRUE(dialog.DatabaseName().startsWith(u("mysql://"))) << dialog.DatabaseName().toStdString();
+    EXPECT_NO_THROW(openTable(dialog.DatabaseName(), u("numbers"))) << "and a dataset opens what it says";
+    dialog.type("database", u("no_such_database"));
+    dialog.tryIt();
+    EXPECT_TRUE(dialog.status().contains(u("no_such_database"))) << dialog.status().toStdString();
+    EXPECT_TRUE(dialog.tables().isEmpty());
+}
+
+TEST(ConnectionDialog, TriesADataSourceOfOdbc)
+{
+    if (!OdbcSource::isInstalled())
+        GTEST_SKIP() << "Qt's driver for ODBC (libqt6sql6-odbc) or PostgreSQL's (odbc-postgresql) is not installed";
+    const auto db = TestDatabase::make(TestDatabase::Postgres);
+    db->exec(u("CREATE TABLE numbers (x INTEGER)"));
+    const OdbcSource source(db->name());
+    Dialog dialog;
+    dialog.choose(Odbc);
+    dialog.type("source", source.name().mid(5));
+    dialog.tryIt();
+    EXPECT_TRUE(dialog.tables().contains(u("numbers"))) << dialog.status().toStdString();
+    EXPECT_EQ(dialog.DatabaseName(), source.name());
+    EXPECT_NO_THROW(openTable(dialog.DatabaseName(), u("numbers"))) << "and a dataset opens what it says";
+    dialog.type("source", u("there is none"));
+    dialog.tryIt();
+    EXPECT_FALSE(dialog.status().isEmpty());
+    EXPECT_TRUE(dialog.tables().isEmpty());
 }
 
 TEST(ConnectionDialog, SaysInPlaceWhyItDoesNotOpen)

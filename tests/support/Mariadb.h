@@ -25,6 +25,8 @@ public:
     void kill();
 
 private:
+    QString state() const;
+
     QTemporaryDir directory_;
     QString url_;
 };

@@ -32,6 +32,8 @@ public:
     void startAgain();
 
 private:
+    QString state() const;
+
     const Whom whom_;
     QTemporaryDir directory_;
     QString url_;

@@ -1,13 +1,12 @@
 #include "engine/Loading.h"
 #include "platform/Query.h"
 #include "platform/Table.h"
+#include "support/Odbcsource.h"
 #include "support/Postgres.h"
 #include "support/Text.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <QUrl>
 
 #include <cmath>
 
@@ -15,43 +14,22 @@
 
 namespace {
 
-QString odbcDriver()
-{
-    const QDir folders(u("/usr/lib"));
-    for (const QString &folder : folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        const QString driver = folders.filePath(folder + u("/odbc/psqlodbcw.so"));
-        if (QFile::exists(driver))
-            return driver;
-    }
-    return {};
-}
-
 class Odbc : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        if (!QSqlDatabase::isDriverAvailable(u("QODBC")) || odbcDriver().isEmpty())
+        if (!OdbcSource::isInstalled())
             GTEST_SKIP()
                 << "Qt's driver for ODBC (libqt6sql6-odbc) or PostgreSQL's (odbc-postgresql) is not installed";
         db = TestDatabase::make(TestDatabase::Postgres);
         source = sourceOf(db->name());
     }
-    /// A data source of that PostgreSQL database, as odbc:DSN.
-    QString sourceOf(const QString &name)
+    /// A data source of that PostgreSQL database, the only one from now on.
+    QString sourceOf(const QString &url)
     {
-        const QUrl url(name);
-        // The driver manager remembers for a while what a source was.
-        static int sources = 0;
-        const QString called = u("nuvo test %1").arg(++sources);
-        QFile file(folder.filePath(u("odbc.ini")));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(
-            u("[%1]\nDriver=%2\nServername=%3\nPort=%4\nUserName=%5\nDatabase=%6\n")
-                .arg(called, odbcDriver(), url.host(), QString::number(url.port()), url.userName(), url.path().mid(1))
-                .toUtf8());
-        qputenv("ODBCINI", file.fileName().toLocal8Bit());
-        return u("odbc:") + called;
+        odbc = std::make_unique<OdbcSource>(url);
+        return odbc->name();
     }
     void define(TMLRQuery &query, const QString &sql, nuvo::RecordUse use)
     {
@@ -64,7 +42,7 @@ protected:
 
     std::unique_ptr<TestDatabase> db;
     QString source;
-    QTemporaryDir folder;
+    std::unique_ptr<OdbcSource> odbc;
     Messages messages;
 };
 
@@ -160,7 +138,6 @@ TEST_F(Odbc, ALoadThatIsStoppedEndsItsStatement)
 TEST_F(Odbc, ALostServerAndAnUnknownSourceAreSentences)
 {
     PostgresServer own;
-    source = sourceOf(own.url());
     const auto other = TestDatabase::makeOn(own.url());
     source = sourceOf(other->name());
     other->makeNumbers(u("n"), 3000, 2);

@@ -1,0 +1,6 @@
+# Read by CTest after the test programs have told their cases: a suite that needs another server than the others.
+foreach(name IN LISTS test_connection_dialog_TESTS)
+    if(name MATCHES "^ConnectionDialogOfMariadb")
+        set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED mariadb)
+    endif()
+endforeach()
