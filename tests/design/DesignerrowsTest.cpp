@@ -1,4 +1,5 @@
-// What the second walk through Qt Designer (session/Rowswalk.cpp) saw of rows, menus and names.
+// What the walks through Qt Designer with rows, menus and names (session/Rowswalk.cpp) and with a long fit
+// (session/Fitwalk.cpp) saw.
 
 #include "design/Sessionseen.h"
 
@@ -80,6 +81,15 @@ TEST_F(Designer, FitsACopyAndShowsItsStatisticsWithTheFormUntouched)
     EXPECT_TRUE(yes("sameAfterFitting"));
     EXPECT_FALSE(yes("loadedByFitting"));
     EXPECT_EQ(list("messagesWithoutDefinitions"), words("\"mlrTable\" has no response yet: define ResponseVarY."));
+}
+
+TEST_F(Designer, EscapeEndsALongFitWithoutAWindowAndWithTheFormUntouched)
+{
+    EXPECT_GE(seen("escapesOfLongFit").toInt(), 1) << "its progress was shown";
+    EXPECT_FALSE(yes("windowAfterEscape"));
+    EXPECT_EQ(list("messagesOfEscape"), Strings()) << "who has ended it knows";
+    EXPECT_TRUE(yes("sameAfterEscape"));
+    EXPECT_FALSE(yes("loadedAfterEscape"));
 }
 
 TEST_F(Designer, RunsACopyOfASelectionAndShowsItsChoice)

@@ -62,8 +62,8 @@ private:
             seen = resetRows(*core_, rounds);
         } else {
             seen = walkThroughDesigner(*core_);
-            for (const QJsonObject &more :
-                 {walkThroughModels(*core_), walkThroughPage(*core_), walkThroughRows(*core_)}) {
+            for (const QJsonObject &more : {walkThroughModels(*core_), walkThroughPage(*core_),
+                                            walkThroughRows(*core_), walkThroughLongFits(*core_)}) {
                 for (auto one = more.begin(); one != more.end(); ++one)
                     seen.insert(one.key(), one.value());
             }

@@ -14,6 +14,9 @@ QJsonObject walkThroughModels(QDesignerFormEditorInterface &core);
 /// What the rows of the property editor and the context menus can do with the form that the first walk has saved.
 QJsonObject walkThroughRows(QDesignerFormEditorInterface &core);
 
+/// What can be ended that takes long, on that form.
+QJsonObject walkThroughLongFits(QDesignerFormEditorInterface &core);
+
 /// What docs/designer.md says, on a form of its own.
 QJsonObject walkThroughPage(QDesignerFormEditorInterface &core);
 

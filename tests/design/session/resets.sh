@@ -7,7 +7,7 @@ set -euo pipefail
 here=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
 build=$(readlink -f "$1") folder=$2 sessions=${3:-50}
 export NUVO_RESETS=${4:-20} NUVO_PLATFORM=xcb
-designer=${5:-/usr/lib/qt6/bin/designer}
+designer=${5:-$(sed -n 's/^NUVO_QT_DESIGNER:[A-Z]*=//p' "$build/CMakeCache.txt")}
 
 mkdir -p "$folder"
 folder=$(readlink -f "$folder")

@@ -5,7 +5,7 @@
 set -euo pipefail
 build=$(readlink -f "$1")
 folder=$2
-designer=${3:-/usr/lib/qt6/bin/designer}
+designer=${3:-$(sed -n 's/^NUVO_QT_DESIGNER:[A-Z]*=//p' "$build/CMakeCache.txt")}
 
 rm -rf "$folder"
 mkdir -p "$folder/home"
