@@ -1,5 +1,6 @@
 #include "app/Observationsfile.h"
 
+#include "platform/Csvline.h"
 #include "platform/Savefile.h"
 
 #include <QByteArray>
@@ -11,16 +12,6 @@
 namespace nuvo {
 namespace {
 
-/// A cell of the header; in quotes where it would not be one cell else.
-QByteArray cell(const QString &name)
-{
-    QByteArray text = name.toUtf8();
-    if (text.contains(',') || text.contains('"') || text.contains('\n') || text.contains('\r') ||
-        text.trimmed().size() != text.size())
-        text = '"' + text.replace("\"", "\"\"") + '"';
-    return text;
-}
-
 QByteArray cell(double value)
 {
     return std::isfinite(value) ? QByteArray::number(value, 'g', QLocale::FloatingPointShortest) : QByteArray();
@@ -31,10 +22,11 @@ QByteArray cell(double value)
 void saveObservations(const Figures &figures, const QString &file)
 {
     const Influence &influence = *figures.influence;
-    QByteArray text = "record," + cell(figures.response.term);
+    QStringList terms(figures.response.term);
     for (const Figures::Variable &column : figures.columns)
-        text += ',' + cell(column.term);
-    text += ",fitted,residual,leverage,standardizedResidual,studentizedResidual,cook,dffits\n";
+        terms += column.term;
+    QByteArray text = "record," + csvLine(terms).toUtf8() +
+                      ",fitted,residual,leverage,standardizedResidual,studentizedResidual,cook,dffits\n";
     for (std::size_t i = 0; i < figures.record.size(); ++i) {
         text += QByteArray::number(qlonglong(figures.record[i])) + ',' + cell(figures.observed[i]);
         for (const Figures::Numbers &column : figures.x)

@@ -2,7 +2,9 @@
 
 #include "platform/Errors.h"
 
+#include <QDir>
 #include <QRegularExpression>
+#include <QSqlDatabase>
 #include <QStringList>
 #include <QUrl>
 
@@ -66,6 +68,25 @@ bool isServerName(const QString &databaseName)
 {
     return databaseName.contains(QLatin1String("://")) ||
            databaseName.startsWith(QLatin1String("odbc:"), Qt::CaseInsensitive);
+}
+
+bool isRelativeFile(const QString &databaseName)
+{
+    return !databaseName.isEmpty() && !isServerName(databaseName) && !databaseName.startsWith(u'/') &&
+           !QSqlDatabase::contains(databaseName);
+}
+
+QString noSuchDatabase(const QString &databaseName, const QString &folder)
+{
+    if (!isRelativeFile(databaseName))
+        return QStringLiteral("there is no such file and no registered connection of that name");
+    const QString working = QDir::currentPath();
+    if (folder.isEmpty() || QDir(folder) == QDir(working))
+        return QStringLiteral("there is no such file in \"%1\" and no registered connection of that name")
+            .arg(working);
+    return QStringLiteral("there is no such file beside the form, in \"%1\", or in the working folder \"%2\", and no "
+                          "registered connection of that name")
+        .arg(folder, working);
 }
 
 QString withoutPasswords(const QString &databaseName)

@@ -32,6 +32,14 @@ void refuseOdbcPassword(const QString &connectionString);
 /// Whether a DatabaseName is the address of a server or of an ODBC source, not the path of a file.
 NUVO_EXPORT bool isServerName(const QString &databaseName);
 
+/// Whether it is the path of a file that is looked for beside a form or in the working folder.
+bool isRelativeFile(const QString &databaseName);
+
+/// Why the file of a DatabaseName cannot be opened that databasePlace() has not found: half a sentence that names the
+/// folders it was looked for in.
+/// \param folder the form's; empty for none.
+QString noSuchDatabase(const QString &databaseName, const QString &folder);
+
 /// The name of a database as a message may show it: what is or may be a password in it is "…".
 NUVO_EXPORT QString withoutPasswords(const QString &databaseName);
 

@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSqlDatabase>
 #include <QVariant>
 #include <QWidget>
 
@@ -13,12 +12,6 @@ namespace nuvo {
 namespace {
 
 constexpr char FolderProperty[] = "nuvoFormFolder";
-
-bool isRelativePath(const QString &databaseName)
-{
-    return !databaseName.isEmpty() && !isServerName(databaseName) && !databaseName.startsWith(u'/') &&
-           !QSqlDatabase::contains(databaseName);
-}
 
 /// The path from the folder as it is written; empty where it leads out of it.
 QString below(const QString &folder, const QString &path)
@@ -46,7 +39,7 @@ QString formFolder(const QWidget &widget)
 
 QString databasePlace(const QString &databaseName, const QString &folder)
 {
-    if (folder.isEmpty() || !isRelativePath(databaseName))
+    if (folder.isEmpty() || !isRelativeFile(databaseName))
         return databaseName;
     const QString beside = QDir(folder).absoluteFilePath(QStringLiteral("./") + databaseName);
     return QFileInfo::exists(beside) ? QDir::cleanPath(beside) : databaseName;
@@ -66,19 +59,6 @@ QString pathFromForm(const QString &path, const QString &folder)
             relative = below(ground, place + u'/' + file.fileName());
     }
     return relative.isEmpty() ? path : relative;
-}
-
-QString noSuchDatabase(const QString &databaseName, const QString &folder)
-{
-    if (!isRelativePath(databaseName))
-        return QStringLiteral("there is no such file and no registered connection of that name");
-    const QString working = QDir::currentPath();
-    if (folder.isEmpty() || QDir(folder) == QDir(working))
-        return QStringLiteral("there is no such file in \"%1\" and no registered connection of that name")
-            .arg(working);
-    return QStringLiteral("there is no such file beside the form, in \"%1\", or in the working folder \"%2\", and no "
-                          "registered connection of that name")
-        .arg(folder, working);
 }
 
 } // namespace nuvo

@@ -28,8 +28,4 @@ NUVO_EXPORT QString databasePlace(const QString &databaseName, const QString &fo
 /// The path from a folder to a file that lies in it or below it, however links lead there; any other path as it is.
 NUVO_EXPORT QString pathFromForm(const QString &path, const QString &folder);
 
-/// Why the file of a DatabaseName cannot be opened that databasePlace() has not found: half a sentence that names the
-/// folders it was looked for in.
-QString noSuchDatabase(const QString &databaseName, const QString &folder);
-
 } // namespace nuvo

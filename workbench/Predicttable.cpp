@@ -3,9 +3,9 @@
 #include "engine/Regression.h"
 #include "engine/Termvalue.h"
 #include "engine/kernel/Prediction.h"
+#include "platform/Csvline.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
-#include "present/controls/Figuretable.h"
 
 #include <QCoreApplication>
 #include <QSaveFile>

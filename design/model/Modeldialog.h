@@ -15,8 +15,10 @@ class NUVO_EXPORT TModelDialog : public QDialog
     Q_OBJECT
 
 public:
+    /// OpenForm() shows it.
     explicit TModelDialog(QWidget *parent = nullptr);
 
+    /// Has to be given the fields.
     TModelEditor &Editor() const { return *editor_; }
     /// Shows it modally for a component of that name; whether OK was pressed. The model changes only then.
     bool OpenForm(const QString &component, nuvo::RegressionModel &model);

@@ -1,5 +1,6 @@
 #include "design/model/Modeleditor.h"
 
+#include "design/model/Editorparts.h"
 #include "design/model/Fieldlist.h"
 #include "design/model/Placerow.h"
 #include "platform/Messages.h"
@@ -21,34 +22,11 @@
 
 namespace {
 
+using nuvo::editorButton;
 using nuvo::ModelProblem;
 using nuvo::PlaceRow;
 using nuvo::RegressionModel;
-
-/// A sentence that takes as many lines as it needs.
-QLabel *sentence(QWidget *parent, const char *name)
-{
-    auto *label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    label->setMinimumHeight(2 * label->fontMetrics().lineSpacing()); // what is above it stays in its place
-    return label;
-}
-
-QPushButton *button(QWidget *parent, const char *name, const QString &text, const QString &hint)
-{
-    auto *made = new QPushButton(text, parent);
-    made->setObjectName(QLatin1String(name));
-    made->setToolTip(hint);
-    made->setAccessibleName(QString(text).remove(u'&'));
-    made->setAccessibleDescription(hint);
-    made->setAutoDefault(false);
-    return made;
-}
+using nuvo::sentenceLabel;
 
 /// The model as a line: "TOTEMP = B0 + B1 Ln(GNP) + B2 UNEMP".
 QString equation(const RegressionModel &model)
@@ -69,18 +47,19 @@ QString equation(const RegressionModel &model)
 
 TModelEditor::TModelEditor(QWidget *parent)
     : QWidget(parent), list_(new nuvo::FieldList(this)), places_(new QScrollArea(this)),
-      response_(button(this, "MakeResponse", QStringLiteral("Make it &Y"),
-                       QStringLiteral("The marked field becomes the response (Y in the list)"))),
-      add_(button(
+      response_(editorButton(this, "MakeResponse", QStringLiteral("Make it &Y"),
+                             QStringLiteral("The marked field becomes the response (Y in the list)"))),
+      add_(editorButton(
           this, "AddFields", QStringLiteral("&Add"),
           QStringLiteral("The marked fields become control variables, in the next free places (Enter or Insert "
                          "in the list, or a double click)"))),
-      remove_(button(this, "RemovePlace", QStringLiteral("&Remove"), QStringLiteral("Empties the place (Delete)"))),
-      up_(button(this, "MoveUp", QStringLiteral("Move &up"),
-                 QStringLiteral("Exchanges the control variable with the one above (Alt+Up)"))),
-      down_(button(this, "MoveDown", QStringLiteral("Move &down"),
-                   QStringLiteral("Exchanges the control variable with the one below (Alt+Down)"))),
-      equation_(sentence(this, "Equation")), said_(sentence(this, "Said"))
+      remove_(
+          editorButton(this, "RemovePlace", QStringLiteral("&Remove"), QStringLiteral("Empties the place (Delete)"))),
+      up_(editorButton(this, "MoveUp", QStringLiteral("Move &up"),
+                       QStringLiteral("Exchanges the control variable with the one above (Alt+Up)"))),
+      down_(editorButton(this, "MoveDown", QStringLiteral("Move &down"),
+                         QStringLiteral("Exchanges the control variable with the one below (Alt+Down)"))),
+      equation_(sentenceLabel(this, "Equation")), said_(sentenceLabel(this, "Said"))
 {
     setObjectName(QStringLiteral("ModelEditor"));
     auto *form = new QWidget(places_);

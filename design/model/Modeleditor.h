@@ -25,17 +25,20 @@ class NUVO_EXPORT TModelEditor : public QWidget
     Q_OBJECT
 
 public:
+    /// An empty model; the fields are not known yet.
     explicit TModelEditor(QWidget *parent = nullptr);
     ~TModelEditor() override;
 
     /// The fields to choose from; the model stays.
     void SetFields(const nuvo::ModelFields &fields);
+    /// As they were set.
     const nuvo::ModelFields &Fields() const { return fields_; }
 
     /// Shows a model; ModelChanged() is not sent. A name that is being typed is dropped.
     void SetModel(const nuvo::RegressionModel &model);
     /// What is shown. A definition that nobody has changed is the one that was set, string by string.
     const nuvo::RegressionModel &Model() const { return model_; }
+    /// What is wrong with the model that is shown; empty where nothing is.
     const std::vector<nuvo::ModelProblem> &Problems() const { return problems_; }
 
     /// Goes to the list of fields.
@@ -47,6 +50,7 @@ public:
 
     /// Puts fields into the next free places for control variables; those that hold no numbers are left out and told.
     void AddFields(const QStringList &names);
+    /// One that holds no numbers is left out and told.
     void MakeResponse(const QString &name);
     /// Empties a place.
     void Remove(int place);

@@ -39,6 +39,7 @@ struct NUVO_EXPORT ModelFields
 
 /// What a field holds, in a word or two.
 NUVO_EXPORT QString fieldKind(const TField &field);
+/// The same of a kind.
 NUVO_EXPORT QString fieldKind(FieldKind kind);
 
 /// The fields of a dataset; an error of the database becomes the reason why they are not known.

@@ -17,6 +17,7 @@ NUVO_EXPORT QMimeData *mimeOfFields(const QStringList &names);
 NUVO_EXPORT QMimeData *mimeOfPlace(int place);
 /// Empty where something else is dragged.
 NUVO_EXPORT QStringList fieldsIn(const QMimeData *mime);
+/// Empty where something else is dragged, or no place of a model.
 NUVO_EXPORT std::optional<int> placeIn(const QMimeData *mime);
 
 } // namespace nuvo

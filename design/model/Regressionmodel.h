@@ -25,12 +25,16 @@ public:
     static constexpr int Places = MaxControls + 1;
 
     RegressionModel() = default;
+    /// Copies of the definitions of a component.
     static RegressionModel of(const TRegression &regression);
 
+    /// The definition at place 0.
     const TDependentVar &response() const { return response_; }
+    /// The definition at a place from 1.
     const TIndepVar &control(int place) const { return controls_[std::size_t(place - 1)]; }
     /// The strings of a place, as a form stores them.
     const QStringList &strings(int place) const { return at(place).ToQStringList(); }
+    /// Takes them as they are.
     void setStrings(int place, const QStringList &strings) { at(place).Assign(strings); }
 
     /// The transformations that a place can have.
@@ -42,11 +46,13 @@ public:
 
     // What a place holds. A list that is too short gives what a new definition has there.
 
+    /// The transformation as definitions hold it.
     QString keyword(int place) const { return parameter(place, 1); }
     /// The entry of the keyword; nullptr for one that is not known.
     const Transformation *transformation(int place) const;
     /// The first field; empty where a new definition's placeholder stands.
     QString field(int place) const { return name(place, 2); }
+    /// The second field, likewise.
     QString secondField(int place) const { return name(place, 3); }
     /// The number that stands second in the term, as the definition holds it; empty where there is none.
     QString number(int place) const;
@@ -66,6 +72,7 @@ public:
     /// A control variable that is not defined becomes the field as it stands; what is defined keeps its
     /// transformation. An empty name takes the field away.
     void setField(int place, const QString &field);
+    /// The second field of a product or a quotient; an empty name takes it away.
     void setSecondField(int place, const QString &field);
     /// The number that the transformation takes; nothing happens where it takes none.
     void setNumber(int place, const QString &number);

@@ -15,8 +15,10 @@ class NUVO_EXPORT TSqlDialog : public QDialog
     Q_OBJECT
 
 public:
+    /// OpenForm() shows it.
     explicit TSqlDialog(QWidget *parent = nullptr);
 
+    /// What the dialog is around.
     TSqlEditor &Editor() const { return *editor_; }
     /// Shows it modally for a component of that name; whether OK was pressed and the text was changed. The lines
     /// change only then.

@@ -1,5 +1,6 @@
 #include "design/sql/Sqleditor.h"
 
+#include "design/model/Editorparts.h"
 #include "design/model/Modelfields.h"
 #include "design/sql/Sqlhighlighter.h"
 #include "design/sql/Tabletree.h"
@@ -26,18 +27,9 @@
 
 namespace {
 
-constexpr int LettersOfACell = 200;
+using nuvo::editorButton;
 
-QPushButton *button(QWidget *parent, const char *name, const QString &text, const QString &hint)
-{
-    auto *made = new QPushButton(text, parent);
-    made->setObjectName(QLatin1String(name));
-    made->setToolTip(hint);
-    made->setAccessibleName(QString(text).remove(u'&'));
-    made->setAccessibleDescription(hint);
-    made->setAutoDefault(false);
-    return made;
-}
+constexpr int LettersOfACell = 200;
 
 QString counted(qsizetype count, const char *one, const char *many)
 {
@@ -49,8 +41,8 @@ QString counted(qsizetype count, const char *one, const char *many)
 TSqlEditor::TSqlEditor(QWidget *parent)
     : QWidget(parent), trial_(new nuvo::Trial(this)), tables_(new nuvo::TableTree(this)),
       text_(new QPlainTextEdit(this)), highlighter_(new nuvo::SqlHighlighter(*text_->document(), *text_)),
-      try_(button(this, "TrySql", QStringLiteral("&Try"), QStringLiteral("Shows the first ten rows (F5)"))),
-      stop_(button(this, "StopSql", QStringLiteral("&Stop"), QStringLiteral("Ends the trial (Escape)"))),
+      try_(editorButton(this, "TrySql", QStringLiteral("&Try"), QStringLiteral("Shows the first ten rows (F5)"))),
+      stop_(editorButton(this, "StopSql", QStringLiteral("&Stop"), QStringLiteral("Ends the trial (Escape)"))),
       sign_(new QLabel(this)), state_(new QLabel(this)), rows_(new QTableWidget(this))
 {
     setObjectName(QStringLiteral("SqlEditor"));

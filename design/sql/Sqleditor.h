@@ -27,6 +27,7 @@ class NUVO_EXPORT TSqlEditor : public QWidget
 public:
     static constexpr int RowsTried = 10;
 
+    /// No text, no database.
     explicit TSqlEditor(QWidget *parent = nullptr);
     ~TSqlEditor() override;
 
@@ -35,18 +36,22 @@ public:
     void SetDatabase(const QString &databaseName, const QVariantMap &params = {});
     /// The statement, lines parted by "\n". Setting it drops what was tried.
     QString Text() const;
+    /// Sends TextChanged(); Changed() is false afterwards.
     void SetText(const QString &text);
     /// Whether somebody has changed the text since it was set.
     bool Changed() const;
 
     /// Reads the first rows and shows them, or what is wrong; returns at once.
     void Try();
+    /// Asks a trial to end; Tried() comes when it has. Nothing where none is under way.
     void Stop();
+    /// Whether a trial is under way.
     bool Trying() const;
     /// Shows what is wrong with a statement that a query would refuse, however its tables are; whether it would not.
     bool CheckStatement();
 
 Q_SIGNALS:
+    /// The text is another one, typed or set.
     void TextChanged();
     /// A trial has ended, well or not.
     void Tried();

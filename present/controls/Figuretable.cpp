@@ -32,13 +32,6 @@ protected:
     }
 };
 
-QString csvCell(QString text)
-{
-    if (!text.contains(u',') && !text.contains(u'"') && !text.contains(u'\n') && !text.contains(u'\r'))
-        return text;
-    return u'"' + text.replace(u'"', QLatin1String("\"\"")) + u'"';
-}
-
 } // namespace
 
 bool NumberOrder::lessThan(const QModelIndex &left, const QModelIndex &right) const
@@ -74,14 +67,6 @@ void setUpFigureTable(QTableView &view)
     view.horizontalHeader()->setResizeContentsPrecision(100);
     view.setSortingEnabled(true);
     view.sortByColumn(0, Qt::AscendingOrder);
-}
-
-QString csvLine(const QStringList &cells)
-{
-    QStringList line;
-    for (const QString &cell : cells)
-        line += csvCell(cell);
-    return line.join(u',');
 }
 
 } // namespace nuvo

@@ -3,7 +3,6 @@
 #include "platform/Export.h"
 
 #include <QSortFilterProxyModel>
-#include <QStringList>
 
 class QTableView;
 
@@ -28,8 +27,5 @@ protected:
 /// Whole rows are selected, a click on a heading sorts, cells keep to one line, and what is marked has a ground that
 /// is mixed from the palette's own, so that it suits light and dark. The model has been set.
 NUVO_EXPORT void setUpFigureTable(QTableView &view);
-
-/// Cells of a CSV file, quoted where they have to be, without an end of line.
-NUVO_EXPORT QString csvLine(const QStringList &cells);
 
 } // namespace nuvo

@@ -1,5 +1,6 @@
 #include "present/statistics/Observationspage.h"
 
+#include "platform/Csvline.h"
 #include "platform/Savefile.h"
 #include "present/Filedialog.h"
 #include "present/Forms.h"

@@ -1,5 +1,6 @@
 #include "select/choice/Choicetable.h"
 
+#include "platform/Csvline.h"
 #include "platform/Messages.h"
 #include "present/Significant.h"
 #include "present/controls/Figuretable.h"

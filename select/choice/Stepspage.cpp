@@ -1,8 +1,8 @@
 #include "select/choice/Stepspage.h"
 
+#include "platform/Csvline.h"
 #include "platform/Messages.h"
 #include "platform/Savefile.h"
-#include "present/controls/Figuretable.h"
 #include "select/Choice.h"
 #include "select/Choicepage.h"
 #include "select/choice/Choicetable.h"

@@ -59,6 +59,24 @@ private:
     std::size_t met_ = 0;
 };
 
+/// A person who does that with the window of a class that `open` opens, and closes it; with `more` further dialogs.
+/// Returns the messages.
+template <class Form, class... More>
+QStringList showForm(const std::function<void()> &open, const std::function<void(Form &)> &act, More... more)
+{
+    const Person person(
+        [&](QDialog &dialog) {
+            auto &form = dynamic_cast<Form &>(dialog);
+            form.activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+            act(form);
+            dialog.close();
+        },
+        more...);
+    open();
+    return person.messages;
+}
+
 template <class T = QWidget>
 T *part(const QWidget &window, const char *name)
 {

@@ -28,17 +28,7 @@ namespace {
 template <class Regression, class... More>
 QStringList showTo(Regression &regression, const std::function<void(TStatisticsForm &)> &act, More... more)
 {
-    const Person person(
-        [&](QDialog &dialog) {
-            auto &form = dynamic_cast<TStatisticsForm &>(dialog);
-            form.activateWindow();
-            EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
-            act(form);
-            dialog.close();
-        },
-        more...);
-    regression.ShowStatistics();
-    return person.messages;
+    return showForm<TStatisticsForm>([&] { regression.ShowStatistics(); }, act, more...);
 }
 
 /// Where the focus is.

@@ -26,17 +26,7 @@ namespace {
 template <class... More>
 QStringList showTo(TCorvane &method, const std::function<void(TChoiceForm &)> &act, More... more)
 {
-    const Person person(
-        [&](QDialog &dialog) {
-            auto &form = dynamic_cast<TChoiceForm &>(dialog);
-            form.activateWindow();
-            EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
-            act(form);
-            dialog.close();
-        },
-        more...);
-    method.ShowChoice();
-    return person.messages;
+    return showForm<TChoiceForm>([&] { method.ShowChoice(); }, act, more...);
 }
 
 void press(const TChoiceForm &form, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier)
