@@ -28,6 +28,7 @@ public:
     using Vector = std::array<double, MaxParameters>;
     using Matrix = NormalEquations::Matrix;
 
+    /// Of these observations; n <= m + 1 and columns that depend on others are no error.
     explicit Fit(const Observations &observations);
     /// From sums over more records than the observations, which are a sample of them.
     Fit(Observations sample, const Sums &sums);
@@ -39,15 +40,19 @@ public:
 
     /// What the residuals are of.
     const Observations &observations() const { return observations_; }
+    /// The cross products that the coefficients are from.
     const Sums &sums() const;
 
     /// Observations behind the sums.
     std::int64_t n() const { return n_; }
+    /// Control variables.
     int m() const { return m_; }
     /// n - (m + 1), also where that is not positive.
     std::int64_t degreesOfFreedom() const { return n_ - (m_ + 1); }
 
+    /// The coefficients, the constant at 0.
     const Vector &b() const { return b_; }
+    /// Coefficient j, 0 to m.
     double b(int j) const { return b_[std::size_t(j)]; }
     /// Rows of X'X that are all 0.
     int zeroRows() const { return coefficients_.zeroRows; }
@@ -79,6 +84,7 @@ public:
     const Matrix &scaledInverse() const;
     /// MSE (X'X)^-1
     const Matrix &covariances() const;
+    /// Correlations of the coefficients, as findCorrelations() has them.
     const Matrix &correlations() const;
     /// The square root of the coefficient's variance.
     double stdErr(int j) const;
@@ -89,6 +95,7 @@ public:
     const Spread &spread() const;
     /// Fitted values and residuals y - fitted, of observation i at i - 1.
     const std::vector<double> &fitted() const;
+    /// Of observation i at i - 1.
     const std::vector<double> &residuals() const;
 
     /// The orthogonal form that coefficients, sums of squares and matrices are from where columns have low parts and

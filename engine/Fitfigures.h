@@ -21,23 +21,30 @@ namespace nuvo {
 class NUVO_KERNEL_EXPORT FitFigures
 {
 public:
+    /// Of a fit, which it keeps alive. \pre not null.
     explicit FitFigures(std::shared_ptr<const Fit> fit);
     ~FitFigures();
     FitFigures(const FitFigures &) = delete;
     FitFigures &operator=(const FitFigures &) = delete;
 
+    /// What all is worked out from.
     const std::shared_ptr<const Fit> &fit() const { return fit_; }
 
+    /// The orthogonal form of the fit.
     const Factors &factors() const;
     /// At a level of 0.95; intervals at others are confidence()'s.
     const Inference &inference() const;
     /// Of coefficient j, 0 to m: b -+ t(level, n - m - 1) standard error. NaNs unless 0 < level < 1.
     Interval confidence(int j, double level) const;
+    /// Tests and figures of the whole fit.
     const Diagnostics &diagnostics() const;
+    /// Figures of each observation.
     const Influence &influence() const;
+    /// Standard errors that a changing variance does not spoil.
     const Robust &robust(RobustKind kind) const;
     /// At values of the m terms, without and with their low parts.
     Prediction predict(std::span<const double> terms, double level) const;
+    /// The same with low parts.
     Prediction predict(std::span<const double> terms, std::span<const double> termsLow, double level) const;
 
 private:

@@ -68,21 +68,29 @@ NUVO_EXPORT double multnpvectors(const double *a, const double *bvec, int p);
 /// The smallest and largest of a(1..r), r >= 1; a later value counts only when strictly smaller or larger, so that
 /// NaNs after the first element are passed over
 NUVO_EXPORT double minmvector(const double *a, int r);
+/// The largest, likewise.
 NUVO_EXPORT double maxmvector(const double *a, int r);
 
 /// Sorts a(1..r) ascending by exchanges, r^2 / 2 comparisons
 NUVO_EXPORT void sortmvector(double *a, int r);
 
+/// The smaller of two; y where one of them is a NaN.
 NUVO_EXPORT double min(double x, double y);
+/// The larger of two; y where one of them is a NaN.
 NUVO_EXPORT double max(double x, double y);
 
 /// For diagnosis: unless show is 0, an information message of the title, the shape and the elements with 4 decimals
 /// and 6 significant digits, rows and vector elements on lines of their own.
 NUVO_EXPORT void shownpbynpmatrix(const TRow11 *a, int p, const QString &title, int show);
+/// The same of a p by p matrix in rows of the work matrix.
 NUVO_EXPORT void showglnvmatrix(const TRow12 *a, int p, const QString &title, int show);
+/// The same of an r by p matrix.
 NUVO_EXPORT void showmbynpmatrix(const TRow11 *a, int r, int p, const QString &title, int show);
+/// The same of a p by r matrix.
 NUVO_EXPORT void shownpbymmatrix(const TCol2500 *a, int r, int p, const QString &title, int show);
+/// The same of positions 1..p of an np-vector.
 NUVO_EXPORT void shownpvector(const double *bvec, int p, const QString &title, int show);
+/// The same of elements 1..r of an m-vector.
 NUVO_EXPORT void showmvector(const double *a, int r, const QString &title, int show);
 
 } // namespace Matrix

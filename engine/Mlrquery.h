@@ -14,6 +14,7 @@ class NUVO_EXPORT TMLRQuery : public TQuery, public TRegression
     NUVO_REGRESSION_PROPERTIES
 
 public:
+    /// No statement, no definitions; the owner deletes it.
     explicit TMLRQuery(QWidget *owner = nullptr);
     ~TMLRQuery() override;
 

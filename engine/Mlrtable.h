@@ -14,6 +14,7 @@ class NUVO_EXPORT TMLRTable : public TTable, public TRegression
     NUVO_REGRESSION_PROPERTIES
 
 public:
+    /// No table, no definitions; the owner deletes it.
     explicit TMLRTable(QWidget *owner = nullptr);
     ~TMLRTable() override;
 

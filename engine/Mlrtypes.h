@@ -22,6 +22,7 @@ public:
 
     /// By what a Scale divides, a number as text.
     const QString &ScaleFactor() const { return Strings(5); }
+    /// A text that is no number is an error when it is used, not here.
     void SetScaleFactor(const QString &value) { SetParameters(5, value); }
 
 protected:
@@ -43,6 +44,7 @@ protected:
 class NUVO_EXPORT TIndepVar : public TVariableDefinition
 {
 public:
+    /// The defaults of the table above.
     TIndepVar();
     ~TIndepVar() override;
 
@@ -56,12 +58,15 @@ public:
     void SetTransformation(const QString &value);
     /// The field, or the first of two.
     const QString &Field1() const { return Strings(2); }
+    /// Whether there is such a field is asked when a record is read.
     void SetField1(const QString &value) { SetParameters(2, value); }
     /// The second field of Product and Quotient.
     const QString &Field2() const { return Strings(3); }
+    /// As SetField1().
     void SetField2(const QString &value) { SetParameters(3, value); }
     /// Of Power, an integer as text.
     const QString &Exponent() const { return Strings(4); }
+    /// A text that is no integer is an error when it is used, not here.
     void SetExponent(const QString &value) { SetParameters(4, value); }
 
     /// Whether the dataset's current record can be transformed; false wherever Field1 is null.
@@ -100,14 +105,17 @@ public:
 class NUVO_EXPORT TDependentVar : public TVariableDefinition
 {
 public:
+    /// The defaults of the table above.
     TDependentVar();
     ~TDependentVar() override;
 
     /// "None", "Log", "Inverse" or "Scale".
     const QString &Transformation() const { return Strings(1); }
+    /// Another text counts as "None", but has no term.
     void SetTransformation(const QString &value) { SetParameters(1, value); }
     /// The field.
     const QString &FieldName() const { return Strings(2); }
+    /// Whether there is such a field is asked when a record is read.
     void SetField(const QString &value) { SetParameters(2, value); }
 
     /// Whether the current record can be transformed: the field is not null, and for Log more than 1e-20, for Inverse

@@ -55,10 +55,13 @@ public:
     /// From columns of equal lengths, 1 to 2500 values; the records are numbered from 1.
     static Observations of(const std::vector<std::vector<double>> &x, const std::vector<double> &y);
 
+    /// Observations.
     int n() const { return n_; }
+    /// Control variables.
     int m() const { return m_; }
     /// Column j, 1 to m; further ones, up to 10, are zeros.
     const ObservedColumn &x(int j) const { return x_[std::size_t(j)]; }
+    /// The response.
     const ObservedColumn &y() const { return y_; }
     /// The number in the dataset, from 1, skipped records counted, of the record behind observation i, 1 to n.
     std::int64_t record(int i) const { return record_[i - 1]; }
@@ -112,6 +115,7 @@ struct Spread
 /// As nuvo::means() and nuvo::standardDeviations(), to the last bit, but also where squares leave the range. The
 /// deviations are taken from the means in `spread`.
 NUVO_KERNEL_EXPORT void findMeans(const Observations &observations, Spread &spread);
+/// The deviations; the means have been found.
 NUVO_KERNEL_EXPORT void findDeviations(const Observations &observations, Spread &spread);
 
 /// b(0) + b(1) x(i, 1) + ... + b(m) x(i, m), added in this order, for every observation.

@@ -11,15 +11,18 @@ class Progress
 public:
     virtual ~Progress() = default;
 
+    /// The work begins.
     virtual void Show() = 0;
     /// Whether anybody sees it. While nobody does, a caller need not build texts.
     virtual bool Shown() const { return true; }
     /// Paints the present state at once.
     virtual void Repaint() {}
+    /// The work has ended, well or not.
     virtual void Close() {}
     /// Percentage of what is under way, 0..100: of the records of a load, of a pass of a selection (of the whole
     /// search, where it has only one).
     virtual void SetGaugeProgress(unsigned short progress) = 0;
+    /// What is being done, in words.
     virtual void SetGaugeText(const QString &text) = 0;
     /// Days and fractions of a day that the work has taken, as of the last SetGaugeProgress; 0 before the first, and
     /// where no clock runs.

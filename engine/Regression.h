@@ -96,9 +96,11 @@ public:
     void SetReportMessage(const QString &text);
     /// Whether a load shows a progress dialog.
     bool ShowLoadProgress() const;
+    /// \throws EDatabaseError while the component is loading or fitting.
     void SetShowLoadProgress(bool show);
     /// Whether the warnings "more than 2500 records" and "NOT loaded" are shown.
     bool ShowWarnings() const;
+    /// \throws EDatabaseError while the component is loading or fitting.
     void SetShowWarnings(bool show);
 
     /// Changing it makes the component unloaded and not computed.
@@ -351,8 +353,11 @@ public:
         Series &operator=(const Series &) = delete;
         ~Series();
 
+        /// Whether the component is still there.
         bool Alive() const;
+        /// Loads by the definitions as they are now; whether they can be fitted.
         bool ReLoad();
+        /// Fits what is loaded.
         void Execute();
         /// What the last load in this series found, with columns that do not vary as well.
         const nuvo::Observations &Observed() const;

@@ -79,6 +79,7 @@ struct Transformation
 /// The transformations of a control variable, and those of the response. A keyword that is not among them counts as
 /// "None", but for its term, which is empty.
 NUVO_EXPORT std::span<const Transformation> controlTransformations();
+/// The same of the response.
 NUVO_EXPORT std::span<const Transformation> responseTransformations();
 
 /// The entry of a keyword; nullptr when there is none.

@@ -48,11 +48,13 @@ class NUVO_EXPORT TComponent : public QWidget
                    DESIGNABLE false STORED false)
 
 public:
+    /// \param owner becomes the parent and deletes it; null: who made it does.
     explicit TComponent(QWidget *owner = nullptr);
     ~TComponent() override;
 
     /// The component's name, its objectName().
     QString Name() const { return objectName(); }
+    /// Nobody asks whether another component has it.
     void SetName(const QString &name) { setObjectName(name); }
     /// The parent, which deletes the component; null for none.
     QWidget *Owner() const { return parentWidget(); }

@@ -41,6 +41,7 @@ class NUVO_EXPORT TDataSet : public TComponent
     Q_PROPERTY(QString DatabaseName READ DatabaseName WRITE SetDatabaseName)
 
 public:
+    /// Closed; the owner deletes it.
     explicit TDataSet(QWidget *owner = nullptr);
     ~TDataSet() override;
 

@@ -11,6 +11,7 @@
 class NUVO_EXPORT EPlatformError : public std::runtime_error
 {
 public:
+    /// \param message one sentence: what was asked, and what is there.
     explicit EPlatformError(const QString &message);
     ~EPlatformError() override;
 

@@ -49,13 +49,16 @@ public:
     TField &operator=(const TField &) = delete;
     virtual ~TField();
 
+    /// The dataset that it belongs to.
     TDataSet &DataSet() const { return dataset_; }
+    /// The column's name as the database has it.
     const QString &FieldName() const { return name_; }
     /// Position among the dataset's fields, from 0.
     int Index() const { return index_; }
     /// The type as the database calls it; empty for an expression.
     const QString &DeclaredType() const { return declaredType_; }
 
+    /// Whether the current record has no value here.
     bool IsNull() const { return !(std::fabs(Cell()) <= kMaxFinite) && IsNullSlow(); }
     /// The value as a double; a boolean is 1 or 0. \throws EConvertError naming field, record and text where a text
     /// is no number; EDatabaseError where the field holds dates, binary data or strings of bits.

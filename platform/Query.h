@@ -9,6 +9,7 @@ class NUVO_EXPORT TQuery : public TDataSet
     Q_PROPERTY(QStringList SQL READ SQLLines WRITE SetSQLLines)
 
 public:
+    /// No statement; the owner deletes it.
     explicit TQuery(QWidget *owner = nullptr);
     ~TQuery() override;
 
@@ -18,10 +19,12 @@ public:
     void SetSQL(const QString &text);
     /// The statement by lines, as a form stores it.
     QStringList SQLLines() const;
+    /// As SetSQL().
     void SetSQLLines(const QStringList &lines);
 
     /// Value of a named parameter (:name in the statement, given without the colon); taken at the next Open().
     QVariant Param(const QString &name) const;
+    /// An open dataset stays as it is. Open() throws where a parameter has no value.
     void SetParam(const QString &name, const QVariant &value);
     /// The names of the parameters in the statement.
     QStringList ParamNames() const;

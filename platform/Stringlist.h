@@ -16,9 +16,11 @@ public:
     TStringList &operator=(TStringList &&) = default;
     virtual ~TStringList();
 
+    /// How many strings there are.
     int Count() const { return int(strings_.size()); }
     /// \throws EStringListError for an index outside 0..Count()-1.
     const QString &Strings(int index) const;
+    /// As Strings().
     const QString &operator[](int index) const { return Strings(index); }
     /// Replaces one string. \throws EStringListError for an index outside 0..Count()-1.
     void Put(int index, const QString &value);
@@ -28,12 +30,15 @@ public:
     void Insert(int index, const QString &value);
     /// \throws EStringListError for an index outside 0..Count()-1.
     void Delete(int index);
+    /// Drops all strings.
     void Clear();
     /// First position of a string, upper and lower case told apart; -1 when it is not there.
     int IndexOf(const QString &value) const;
     /// Becomes a copy of another list's strings, however many there are.
     void Assign(const TStringList &source);
+    /// Becomes these strings.
     void Assign(const QStringList &source) { strings_ = source; }
+    /// The strings as Qt takes them.
     const QStringList &ToQStringList() const { return strings_; }
 
 private:

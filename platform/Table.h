@@ -16,6 +16,7 @@ class NUVO_EXPORT TTable : public TDataSet
     Q_PROPERTY(QString IndexFieldNames READ IndexFieldNames WRITE SetIndexFieldNames)
 
 public:
+    /// No table; the owner deletes it.
     explicit TTable(QWidget *owner = nullptr);
     ~TTable() override;
 

@@ -21,6 +21,7 @@ class NUVO_EXPORT ConnectionDialog : public QDialog
     Q_OBJECT
 
 public:
+    /// For an SQLite file, until a name is set.
     explicit ConnectionDialog(QWidget *parent = nullptr);
     ~ConnectionDialog() override;
 

@@ -42,6 +42,7 @@ class NUVO_EXPORT TRegressionOutputForm : public QDialog
     Q_OBJECT
 
 public:
+    /// Empty until Open() or Fill().
     explicit TRegressionOutputForm(QWidget *parent = nullptr);
     ~TRegressionOutputForm() override;
 
@@ -66,6 +67,7 @@ public:
     const QString &VisibleMatrix() const { return visibleMatrix_; }
     /// Lines of the matrix chosen last.
     int MatrixSize() const { return matrixSize_; }
+    /// As the person set it for printing.
     TPrintScale PrintScale() const { return printScale_; }
 
     /// The window's image as it is printed: no buttons, the header as one line, white.

@@ -25,22 +25,30 @@ class NUVO_EXPORT TMLRPlotForm : public QDialog
     Q_OBJECT
 
 public:
+    /// Without figures until they are copied.
     explicit TMLRPlotForm(QWidget *parent = nullptr);
     ~TMLRPlotForm() override;
 
     /// Copies the figures and shows the window modally. The two differ in the component that they are meant for.
     void TablePlot(TRegression &dataset) { Plot(dataset); }
+    /// As TablePlot().
     void QueryPlot(TRegression &dataset) { Plot(dataset); }
     /// Copies the figures, without showing anything.
     void Load(TRegression &dataset);
 
     // The plots. Each draws on a cleared canvas.
 
+    /// The response against the chosen control variable.
     void ScatterPlot() { Draw(nuvo::scatterPlot(choice_)); }
+    /// The residuals in the order of input.
     void ResidualvsInputBtnClick() { Draw(nuvo::InputOrderPlot); }
+    /// The residuals against the chosen control variable.
     void ResidualvsIndepVariable() { Draw(nuvo::residualPlot(choice_)); }
+    /// The residuals against the response.
     void ResidualvsDepVarBtnClick() { Draw(nuvo::ResponsePlot); }
+    /// The residuals against the fitted values.
     void ResidualvsFittedBtnClick() { Draw(nuvo::FittedPlot); }
+    /// The distribution of the standardised residuals.
     void ECDFPlotBtnClick() { Draw(nuvo::EcdfPlot); }
     /// No plot: an empty canvas, no figures at the axes, the window's own caption.
     void ResetPlotEnv();
@@ -48,6 +56,7 @@ public:
     void LastProc();
     /// The code of the plot that is drawn, nuvo::NoPlot for none.
     int Last() const { return last_; }
+    /// What is drawn; an empty plot after a reset.
     const nuvo::Plot &CurrentPlot() const { return plot_; }
 
     // Drawing.
@@ -59,6 +68,7 @@ public:
     void SetCanvas();
     /// Fills the canvas.
     void SetCanvasColor(const QColor &color);
+    /// What the plots are drawn on.
     const nuvo::PlotCanvas &Canvas() const { return canvas_; }
 
     static void EnableMenuItem(QAction &item, bool enabled);

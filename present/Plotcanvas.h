@@ -56,6 +56,7 @@ struct PlotData
     QStringList controls; ///< the terms of columns 1..m, from position 0
 };
 
+/// Of a regression; `current` is false where it holds no fit of its observations.
 NUVO_EXPORT PlotData plotData(TRegression &regression);
 
 /// The figures at the ends of the axes and their decimals.
@@ -93,6 +94,7 @@ struct NamedPlot
     QString name;
     int code;
 };
+/// \param controls 0 to 10
 NUVO_EXPORT std::vector<NamedPlot> allPlots(int controls);
 
 /// The picture that plots are drawn on, pixel by pixel.
@@ -102,9 +104,13 @@ public:
     /// White, dots maroon.
     PlotCanvas();
 
+    /// The picture, 327 x 185 pixels.
     const QImage &Image() const { return image_; }
+    /// What it was filled with last.
     QColor CanvasColor() const { return canvasColor_; }
+    /// Of dots that are drawn from now on.
     QColor DotColor() const { return dotColor_; }
+    /// Dots that are there keep theirs, unless a fill reaches them.
     void SetDotColor(const QColor &color);
     /// Fills the whole picture.
     void SetCanvasColor(const QColor &color);
@@ -114,6 +120,7 @@ public:
     /// canvas's colour, line included. Where that point lies outside the picture there is no fill: a dot that leaves
     /// the picture keeps its line.
     void DrawDots(int x, int y, int size);
+    /// Every dot of a plot, in order.
     void DrawDots(const Plot &plot);
 
 private:

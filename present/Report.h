@@ -44,6 +44,7 @@ inline ReportBlocks reportBlocks(TRegression &regression, QChar point = u'.')
 
 /// A cell of the matrices, three or four blanks at its end; query and table differ in theirs.
 NUVO_EXPORT QString covarianceCell(double value, bool query, QChar point = u'.');
+/// A cell of the correlations: the same for table and query.
 NUVO_EXPORT QString correlationCell(double value, QChar point = u'.');
 
 /// The two texts that the report window works out itself.

@@ -14,6 +14,7 @@ struct ReportCaptions
     QString SSR, SSE, SST, RSquared, SSquared;
     QString Mean, StdDev, StdErrCoeff;
 };
+/// The captions with these blocks behind them.
 NUVO_EXPORT ReportCaptions reportCaptions(const ReportBlocks &blocks, const WindowTexts &window);
 
 /// The texts of a report: what stands above the blocks, the blocks, and what stands below them.

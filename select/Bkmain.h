@@ -17,6 +17,7 @@ class NUVO_EXPORT TBackElimMLR : public TPartialFSearch
     Q_PROPERTY(double P READ P WRITE SetP)
 
 public:
+    /// Bound to nothing; the owner deletes it.
     explicit TBackElimMLR(QWidget *owner = nullptr);
     ~TBackElimMLR() override;
 
@@ -29,6 +30,7 @@ public:
     /// none is given, and FDistTable or FDefault has it. Run() refuses what is no probability, and one beside
     /// FDistTable.
     double P() const { return p_; }
+    /// \throws EDatabaseError during a run.
     void SetP(double value);
 
     void Run() override;
@@ -40,4 +42,5 @@ private:
 
 /// The search on a table and on a query. \pre the selector is bound to the component.
 NUVO_EXPORT void BackElimMLRTable(TMLRTable &component, TBackElimMLR &selector);
+/// The same on a query.
 NUVO_EXPORT void BackElimMLRQuery(TMLRQuery &component, TBackElimMLR &selector);

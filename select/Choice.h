@@ -79,15 +79,19 @@ struct NUVO_EXPORT Choice
 
     /// How many models SelectModel() can take, and number `index` of them; nothing for a number that is none.
     int modelCount() const;
+    /// The controls of model `index`, from 1 to modelCount().
     std::optional<ControlSet> model(int index) const;
 
     /// With these controls in the model and the others out of it.
     Transformations transformationsOf(ControlSet model) const;
 
+    /// Whether all subsets were compared; else there are steps.
     bool isOptimal() const { return method == Method::Optimal; }
+    /// Candidates.
     int count() const { return int(controls.size()); }
     /// The terms of a set, in the order of their numbers.
     QStringList terms(ControlSet set) const;
+    /// Of one control, from 1.
     QString term(int control) const { return controls[control - 1]; }
 };
 

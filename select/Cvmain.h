@@ -33,6 +33,7 @@ public:
     enum TOptimizationType { Nondominated, MinSsquared, MaxFValue, Cp, AIC, BIC, AdjustedRSquared, PRESS };
     Q_ENUM(TOptimizationType)
 
+    /// Bound to nothing; the owner deletes it.
     explicit TOptimizeMLR(QWidget *owner = nullptr);
     ~TOptimizeMLR() override;
 
@@ -101,4 +102,5 @@ using TOptimizationType = TOptimizeMLR::TOptimizationType;
 
 /// The search on a table and on a query, by the selector's rule. \pre the selector is bound to the component.
 NUVO_EXPORT void OptMLRTable(TMLRTable &component, TOptimizeMLR &selector);
+/// The same on a query.
 NUVO_EXPORT void OptMLRQuery(TMLRQuery &component, TOptimizeMLR &selector);

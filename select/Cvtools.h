@@ -36,6 +36,7 @@ public:
 
     /// \throws EStringListError for an index outside 1..20.
     TMLRModel &operator[](int index);
+    /// The same.
     const TMLRModel &operator[](int index) const;
 
 private:
@@ -54,34 +55,41 @@ NUVO_EXPORT void ClearModelList(TMLRModels &models);
 
 /// Gives the control variables the model's transformations. Does not load.
 NUVO_EXPORT void SetTableModel(const TMLRModel &model, TMLRTable &component);
+/// The same for a query.
 NUVO_EXPORT void SetQueryModel(const TMLRModel &model, TMLRQuery &component);
 
 /// Saves the transformations, and, only where the component is computed, the figures; else those stay.
 NUVO_EXPORT void SaveTableModel(TMLRModel &model, TMLRTable &component);
+/// The same for a query.
 NUVO_EXPORT void SaveQueryModel(TMLRModel &model, TMLRQuery &component);
 
 /// Gives control variables 1 to count (ten at most) the texts of a row and reloads; whether that came out.
 /// \pre row is a row of the table.
 NUVO_EXPORT bool SetTableControls(TMLRTable &component, TTermTable table, int row, int count);
+/// The same for a query.
 NUVO_EXPORT bool SetQueryControls(TMLRQuery &component, TTermTable table, int row, int count);
 
 /// The same for one control variable; outside 1..10 nothing is set, and the reload is done all the same.
 NUVO_EXPORT bool SetTableControl(TMLRTable &component, TTermTable table, int which, int row);
+/// The same for a query.
 NUVO_EXPORT bool SetQueryControl(TMLRQuery &component, TTermTable table, int which, int row);
 
 /// Gives every control variable whose output term is that of active column `index` the transformation: more than one
 /// where two show the same term. Does not load. Outside 1..GetNumVars() nothing is set.
 NUVO_EXPORT void SetTableControlByIndex(TMLRTable &component, int index, const QString &transformation);
+/// The same for a query.
 NUVO_EXPORT void SetQueryControlByIndex(TMLRQuery &component, int index, const QString &transformation);
 
 /// The first active column with this output term, from 1; 0 when there is none.
 NUVO_EXPORT int indexOfTable(const TMLRTable &component, const QString &name);
+/// The same for a query.
 NUVO_EXPORT int indexOfQuery(const TMLRQuery &component, const QString &name);
 
 /// Fills rows 0 to rows - 1: the lowest digit of a row's number stands at bits - 1, the highest at 0.
 /// \pre rows <= 1024, bits <= 10.
 NUVO_EXPORT void BinaryTable(TSubsetTable &table, int rows, int bits);
 
+/// The smaller of two.
 NUVO_EXPORT int intmin(int a, int b);
 /// Positive halves go up (2.5 is 3); negative numbers are cut towards zero (-2.7 is -2). \pre fits an int.
 NUVO_EXPORT int nearestInt(double x);

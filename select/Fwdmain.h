@@ -16,6 +16,7 @@ class NUVO_EXPORT TFwdSelectMLR : public TPartialFSearch
     Q_PROPERTY(double P READ P WRITE SetP)
 
 public:
+    /// Bound to nothing; the owner deletes it.
     explicit TFwdSelectMLR(QWidget *owner = nullptr);
     ~TFwdSelectMLR() override;
 
@@ -28,6 +29,7 @@ public:
     /// none is given, and FDistTable or FDefault has it. Run() refuses what is no probability, and one beside
     /// FDistTable.
     double P() const { return p_; }
+    /// \throws EDatabaseError during a run.
     void SetP(double value);
 
     void Run() override;
@@ -39,4 +41,5 @@ private:
 
 /// The search on a table and on a query. \pre the selector is bound to the component.
 NUVO_EXPORT void FwdSelectMLRTable(TMLRTable &component, TFwdSelectMLR &selector);
+/// The same on a query.
 NUVO_EXPORT void FwdSelectMLRQuery(TMLRQuery &component, TFwdSelectMLR &selector);

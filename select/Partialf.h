@@ -25,17 +25,21 @@ public:
     /// value of whatever record is current counts, and a null counts as 0. A table that is closed, has no key or no
     /// such column, or a text in it, makes the look-up fail, and a default stands in.
     TTable *FDistTable() const;
+    /// Also takes over its name; null for none. \throws EDatabaseError during a run.
     void SetFDistTable(TTable *table);
     /// The same by name, as a form stores it. A name that finds nothing yet is looked up again when the table is
     /// needed.
     QString FDistTableName() const;
+    /// \throws EDatabaseError during a run.
     void SetFDistTableName(const QString &name);
 
     /// Whether a message box shows the report at the end.
     bool ShowReport() const { return showReport_; }
+    /// \throws EDatabaseError during a run.
     void SetShowReport(bool show);
     /// Whether the dialog shows the progress; else the cursor is an hourglass meanwhile.
     bool ShowProgress() const { return showProgress_; }
+    /// \throws EDatabaseError during a run.
     void SetShowProgress(bool show);
 
     /// Puts a model onto the bound component. Does not load.

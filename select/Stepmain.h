@@ -17,6 +17,7 @@ class NUVO_EXPORT TStepWiseMLR : public TPartialFSearch
     Q_PROPERTY(double POut READ POut WRITE SetPOut)
 
 public:
+    /// Bound to nothing; the owner deletes it.
     explicit TStepWiseMLR(QWidget *owner = nullptr);
     ~TStepWiseMLR() override;
 
@@ -31,15 +32,18 @@ public:
     /// The column of FDistTable that holds the thresholds to enter: "1 Percent", "5 Percent", "10 Percent". Those to
     /// stay are always in "95 Percent". Under the rule Textbook none counts as "5 Percent".
     QString FPercent() const { return fPercent_; }
+    /// \throws EDatabaseError during a run. A column that is not there makes the look-up fail.
     void SetFPercent(const QString &column);
 
     /// For the rule Textbook: the probabilities from which the thresholds F(1, DOF) to enter and to stay are worked
     /// out at each step; 0 when none is given, and FDistTable or the defaults have them. A POut below PIn counts as
     /// PIn, also one that is not given. Run() refuses what is no probability, and one beside FDistTable.
     double PIn() const { return pIn_; }
+    /// \throws EDatabaseError during a run.
     void SetPIn(double value);
     /// The probability to stay.
     double POut() const { return pOut_; }
+    /// \throws EDatabaseError during a run.
     void SetPOut(double value);
 
     void Run() override;
@@ -59,4 +63,5 @@ private:
 
 /// The search on a table and on a query. \pre the selector is bound to the component.
 NUVO_EXPORT void ForwardTable(TMLRTable &component, TStepWiseMLR &selector);
+/// The same on a query.
 NUVO_EXPORT void ForwardQuery(TMLRQuery &component, TStepWiseMLR &selector);

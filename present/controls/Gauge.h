@@ -20,20 +20,26 @@ public:
     /// 0 of 0..100, black on white.
     explicit TGauge(QWidget *parent = nullptr);
 
+    /// The progress at which the bar is empty.
     int MinValue() const { return minimum_; }
+    /// The progress at which it is full.
     int MaxValue() const { return maximum_; }
     /// Moving one limit past the other takes that one along; the progress stays within both.
     void SetMinValue(int value);
+    /// As SetMinValue().
     void SetMaxValue(int value);
 
+    /// Where the work is, MinValue() to MaxValue().
     int Progress() const { return progress_; }
     /// A value outside the limits becomes the nearer limit. The gauge is painted with the next event or repaint().
     void SetProgress(int value);
     /// Whole percent reached, cut and not rounded: 100 means done. 0 where the limits are equal.
     int PercentDone() const;
 
+    /// Of the bar.
     QColor ForeColor() const { return foreColor_; }
     void SetForeColor(const QColor &color);
+    /// Of what the bar has not reached.
     QColor BackColor() const { return backColor_; }
     void SetBackColor(const QColor &color);
 

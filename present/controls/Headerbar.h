@@ -16,6 +16,7 @@ class NUVO_EXPORT THeader : public QHeaderView
 public:
     explicit THeader(QWidget *parent = nullptr);
 
+    /// The captions.
     QStringList Sections() const;
     /// Replaces the sections; the widths are those to have where there is room.
     void SetSections(const QStringList &captions, const QList<int> &widths = {});

@@ -13,7 +13,9 @@ class NUVO_EXPORT TImage : public QWidget
 public:
     explicit TImage(QWidget *parent = nullptr);
 
+    /// The picture as it was set.
     const QImage &Image() const { return image_; }
+    /// Any size; a null image shows nothing.
     void SetImage(const QImage &image);
 
 protected:

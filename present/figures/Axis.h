@@ -15,9 +15,11 @@ struct NUVO_EXPORT AxisRange
     double low = 1;
     double high = 0;
 
+    /// Whether it holds no value.
     bool IsEmpty() const { return !(low <= high); }
     /// Widens the range to the value; a NaN or an infinity is left out.
     void Add(double value);
+    /// Both ends are part of it; a NaN is not.
     bool Contains(double value) const { return low <= value && value <= high; }
     bool operator==(const AxisRange &) const = default;
 };

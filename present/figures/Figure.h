@@ -80,6 +80,7 @@ struct NUVO_EXPORT Figure
 
     /// Whether point i exists.
     bool HasPoint(std::size_t i) const;
+    /// Of all points, those that do not exist included.
     std::size_t PointCount() const { return x.size(); }
 };
 
@@ -137,6 +138,7 @@ NUVO_EXPORT QString figureInWords(const Figure &figure, QChar point = u'.');
 
 /// What a point is and its values in words, several lines: "Record 17", "Fitted value: 12.5", "Residual: −0.3".
 NUVO_EXPORT QString pointInWords(const Figure &figure, std::size_t i, QChar point = u'.');
+/// The same of a bar: from where to where, and how many it counts.
 NUVO_EXPORT QString barInWords(const Figure &figure, std::size_t i, QChar point = u'.');
 
 } // namespace nuvo

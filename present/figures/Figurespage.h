@@ -20,10 +20,12 @@ class NUVO_EXPORT TFiguresPage : public QWidget
     Q_OBJECT
 
 public:
+    /// Without figures.
     explicit TFiguresPage(QWidget *parent = nullptr);
 
     /// Other figures; a figure of the kind and term that was shown is shown again, else the first.
     void SetFigures(std::vector<nuvo::Figure> figures);
+    /// As they were set.
     const std::vector<nuvo::Figure> &Figures() const { return figures_; }
 
     /// Which figure is shown, from 0; -1 when there is none.
@@ -31,7 +33,9 @@ public:
     /// Shows another; an index that does not exist changes nothing.
     void SetIndex(int index);
 
+    /// What shows the figure.
     TFigureView &View() { return *view_; }
+    /// Ordinals of the records that are selected.
     const std::set<qint64> &Selected() const { return view_->Selected(); }
     /// Sends no signal.
     void SetSelected(const std::set<qint64> &records) { view_->SetSelected(records); }

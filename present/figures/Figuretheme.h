@@ -18,7 +18,9 @@ struct NUVO_EXPORT FigureTheme
     QColor ground, text, frame, grid; ///< the grid is decoration and quieter
     QColor point, fit, band, contour, bar, selected;
 
+    /// Dark on white: paper and files.
     static FigureTheme light();
+    /// Light on dark.
     static FigureTheme dark();
     /// Of a window: light or dark after its palette, on the palette's ground.
     static FigureTheme of(const QPalette &palette);

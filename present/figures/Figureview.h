@@ -26,9 +26,11 @@ class NUVO_EXPORT TFigureView : public QWidget
     Q_OBJECT
 
 public:
+    /// Without a figure.
     explicit TFigureView(QWidget *parent = nullptr);
     ~TFigureView() override;
 
+    /// As it was set.
     const nuvo::Figure &Figure() const { return figure_; }
     /// Another figure, all of it shown; the selection stays.
     void SetFigure(const nuvo::Figure &figure);
@@ -40,7 +42,9 @@ public:
 
     /// The part of the figure that is shown.
     const nuvo::FigureSection &Section() const { return section_; }
+    /// One that is empty, or too small or large to be told from the whole, is not taken.
     void SetSection(const nuvo::FigureSection &section);
+    /// The whole figure.
     void ShowAll();
     /// Shows so many times less (above 1) or more (below 1) around a place of the widget, which stays where it is.
     void Zoom(double factor, const QPointF &around);

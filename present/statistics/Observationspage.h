@@ -25,11 +25,13 @@ class NUVO_EXPORT TObservationsPage : public QWidget
     Q_OBJECT
 
 public:
+    /// An empty table.
     explicit TObservationsPage(QWidget *parent = nullptr);
 
     /// The figures of a fit with their influence; without a current fit the table is empty.
     void SetFigures(const nuvo::Figures &figures);
 
+    /// The table.
     QTableView &View() { return *view_; }
     /// Ordinals of the records that are selected.
     std::set<qint64> Selected() const;
@@ -39,6 +41,7 @@ public:
     /// The selected rows as they are sorted, or all rows, under their headings: separated by tabs, with all digits
     /// and the decimal sign of the locale. A figure that does not exist is empty.
     QString SelectionText() const;
+    /// SelectionText() onto the clipboard.
     void Copy() const;
     /// All observations in the order of their records, with all digits: commas, decimal points, LF, UTF-8.
     /// \throws EPlatformError when the file cannot be written; no partial file is left.

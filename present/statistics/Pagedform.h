@@ -28,6 +28,7 @@ public:
 
     /// The page shown, from 0.
     int PageIndex() const;
+    /// Turns to it; an index that does not exist changes nothing.
     void SetPageIndex(int index);
 
     /// Prints the document on sheets of a device.

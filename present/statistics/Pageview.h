@@ -16,9 +16,12 @@ class NUVO_EXPORT TPageView : public QTextBrowser
     Q_OBJECT
 
 public:
+    /// An empty page.
     explicit TPageView(QWidget *parent = nullptr);
 
+    /// Shows a page from its beginning.
     void SetPage(const nuvo::Page &page);
+    /// As it was set.
     const nuvo::Page &Page() const { return page_; }
     /// What is marked, or the whole page, onto the clipboard, as text and HTML.
     void Copy();
@@ -46,6 +49,7 @@ class NUVO_EXPORT TSummaryPage : public TPageView
     Q_OBJECT
 
 public:
+    /// An empty page.
     explicit TSummaryPage(QWidget *parent = nullptr);
     void SetFigures(const nuvo::Figures &figures);
 };
@@ -57,6 +61,7 @@ class NUVO_EXPORT TDiagnosticsPage : public TPageView
     Q_OBJECT
 
 public:
+    /// An empty page.
     explicit TDiagnosticsPage(QWidget *parent = nullptr);
     void SetFigures(const nuvo::Figures &figures);
 };

@@ -19,6 +19,7 @@ class NUVO_EXPORT TStatisticsForm : public nuvo::PagedForm
     Q_OBJECT
 
 public:
+    /// Empty until Load() or SetFigures().
     explicit TStatisticsForm(QWidget *parent = nullptr);
     ~TStatisticsForm() override;
 

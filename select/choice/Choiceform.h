@@ -29,6 +29,7 @@ class NUVO_EXPORT TChoiceForm : public nuvo::PagedForm
     Q_OBJECT
 
 public:
+    /// Empty until Load() or SetChoice().
     explicit TChoiceForm(QWidget *parent = nullptr);
     ~TChoiceForm() override;
 

@@ -20,11 +20,13 @@ class NUVO_EXPORT TModelsPage : public QWidget
     Q_OBJECT
 
 public:
+    /// An empty table.
     explicit TModelsPage(QWidget *parent = nullptr);
 
     /// The models of a choice; none where its method is not Optimal. What is left is selected.
     void SetChoice(const nuvo::Choice &choice);
 
+    /// The table.
     QTableView &View();
     /// The number of the selected model in the list, from 1; 0 when none is selected.
     int Selected() const;
@@ -33,6 +35,7 @@ public:
 
     /// The selected row, or all as they are sorted, under their headings: separated by tabs, with all digits.
     QString SelectionText() const;
+    /// SelectionText() onto the clipboard.
     void Copy() const;
     /// All models in their order, with all digits: commas, decimal points, LF, UTF-8.
     /// \throws EPlatformError when the file cannot be written; no partial file is left.

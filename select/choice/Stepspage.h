@@ -24,13 +24,16 @@ class NUVO_EXPORT TStepsPage : public QWidget
     Q_OBJECT
 
 public:
+    /// Empty tables.
     explicit TStepsPage(QWidget *parent = nullptr);
     ~TStepsPage() override;
 
     /// The steps of a choice; none where its method is Optimal. The first step is selected.
     void SetChoice(const nuvo::Choice &choice);
 
+    /// The table of the steps.
     QTableView &Steps();
+    /// The table of the selected step's candidates.
     QTableView &Candidates();
     /// The number of the selected step, from 1, the end included; 0 when none is selected.
     int Selected() const;
@@ -39,6 +42,7 @@ public:
 
     /// What is selected in the table that has the focus, else the steps; separated by tabs, with all digits.
     QString SelectionText() const;
+    /// SelectionText() onto the clipboard.
     void Copy() const;
     /// A line for every candidate of every step, with all digits: commas, decimal points, LF, UTF-8.
     /// \throws EPlatformError when the file cannot be written; no partial file is left.
