@@ -8,6 +8,10 @@ function(nuvo_target_defaults target)
     if(NUVO_WERROR)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
+    if(NUVO_UNITY AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # Batches need more memory; a tenth of the time went into looking for what could be given back.
+        target_compile_options(${target} PRIVATE --param=ggc-min-heapsize=524288)
+    endif()
     if(NUVO_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=${NUVO_SANITIZE} -fno-sanitize-recover=all
                                -fno-omit-frame-pointer)
