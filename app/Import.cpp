@@ -25,7 +25,8 @@ cells are, and texts otherwise; leading zeros make a text, so that codes like
 00123 stay as they are, and so do thousands separators and dates, which are
 named with their line. An empty cell or NA is a null, in quotes or not. A row
 with too few or too many cells is an error, and so is a column without a name or
-with a name that is there already.
+with a name that is there already; only the first may have none and is called
+"row" then, as what is in it is where statistics programs wrote the file.
 
 The table is made whole or not at all, in an SQLite file, which is made when it
 is not there, or in a PostgreSQL database.

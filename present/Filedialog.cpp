@@ -10,7 +10,7 @@
 
 namespace nuvo {
 
-QString askFileName(QWidget *parent, const QString &title, const QStringList &kinds)
+QString askFileName(QWidget *parent, const QString &title, const QStringList &kinds, const QString &proposed)
 {
     static const QRegularExpression pattern(QStringLiteral("\\*\\.(\\w+)"));
     const auto endingOf = [](const QString &kind) { return pattern.match(kind).captured(1); };
@@ -22,6 +22,8 @@ QString askFileName(QWidget *parent, const QString &title, const QStringList &ki
     dialog->setDefaultSuffix(endingOf(kinds.first()));
     QObject::connect(dialog, &QFileDialog::filterSelected, dialog,
                      [&](const QString &kind) { dialog->setDefaultSuffix(endingOf(kind)); });
+    if (!proposed.isEmpty())
+        dialog->selectFile(proposed);
     if (ShowModal(*dialog) != QDialog::Accepted || dialog.isNull())
         return {};
     return dialog->selectedFiles().value(0);

@@ -1,5 +1,6 @@
 #include "present/controls/Figuretable.h"
 
+#include "present/controls/Tablecopy.h"
 #include "present/figures/Figuretheme.h"
 
 #include <QHeaderView>
@@ -67,6 +68,7 @@ void setUpFigureTable(QTableView &view)
     view.horizontalHeader()->setResizeContentsPrecision(100);
     view.setSortingEnabled(true);
     view.sortByColumn(0, Qt::AscendingOrder);
+    addCopyMenu(view);
 }
 
 } // namespace nuvo

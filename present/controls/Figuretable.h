@@ -25,7 +25,7 @@ protected:
 };
 
 /// Whole rows are selected, a click on a heading sorts, cells keep to one line, and what is marked has a ground that
-/// is mixed from the palette's own, so that it suits light and dark. The model has been set.
+/// is mixed from the palette's own, so that it suits light and dark; a context menu copies. The model has been set.
 NUVO_EXPORT void setUpFigureTable(QTableView &view);
 
 } // namespace nuvo

@@ -1,10 +1,13 @@
 #include "present/figures/Figurespage.h"
 
+#include "platform/Messages.h"
 #include "platform/Modal.h"
 #include "present/Forms.h"
 
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
@@ -17,6 +20,25 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+
+namespace {
+
+/// Asks where pictures of these names are in the folder.
+bool mayReplace(const std::vector<nuvo::Figure> &figures, const QString &folder, nuvo::FigureFormat format)
+{
+    const char *const endings[] = {".png", ".svg", ".pdf"};
+    int there = 0;
+    for (const nuvo::Figure &figure : figures)
+        there += QFileInfo::exists(
+                     QDir(folder).filePath(nuvo::figureFileName(figure) + QLatin1String(endings[int(format)])))
+                     ? 1
+                     : 0;
+    return there == 0 || MessageDlg(TFiguresPage::tr("%n of the pictures are in this folder already. Replace them?",
+                                                     nullptr, there),
+                                    TMsgDlgType::mtConfirmation, mbYes | mbNo) == mrYes;
+}
+
+} // namespace
 
 TFiguresPage::TFiguresPage(QWidget *parent)
     : QWidget(parent), chooser_(new QComboBox(this)), previous_(new QToolButton(this)), next_(new QToolButton(this)),
@@ -129,6 +151,8 @@ void TFiguresPage::SaveAll(nuvo::FigureFormat format)
         dialog->setOption(QFileDialog::ShowDirsOnly);
         if (ShowModal(*dialog) != QDialog::Accepted || dialog.isNull() || here.isNull())
             return;
-        nuvo::saveFigures(figures_, dialog->selectedFiles().value(0), format);
+        const QString folder = dialog->selectedFiles().value(0);
+        if (mayReplace(figures_, folder, format) && here)
+            nuvo::saveFigures(figures_, folder, format);
     });
 }

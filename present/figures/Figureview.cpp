@@ -444,7 +444,8 @@ void TFigureView::SaveAs()
         const QString file =
             nuvo::askFileName(this, QStringLiteral("Save Figure"),
                               {QStringLiteral("PNG picture (*.png)"), QStringLiteral("SVG picture (*.svg)"),
-                               QStringLiteral("PDF document (*.pdf)")});
+                               QStringLiteral("PDF document (*.pdf)")},
+                              nuvo::figureFileName(figure_));
         if (here && !file.isEmpty())
             nuvo::saveFigure(figure_, file, Sheet());
     });

@@ -5,16 +5,14 @@
 #include "present/Filedialog.h"
 #include "present/Forms.h"
 #include "present/controls/Figuretable.h"
+#include "present/controls/Tablecopy.h"
 #include "present/statistics/Observationsmodel.h"
 
 #include <QCheckBox>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLocale>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
@@ -161,27 +159,12 @@ void TObservationsPage::SetSelected(const std::set<qint64> &records)
 
 QString TObservationsPage::SelectionText() const
 {
-    const std::set<qint64> selected = Selected();
-    const QChar point = QLocale().decimalPoint().front();
-    QString text;
-    const auto addLine = [&](const auto &cell) {
-        QStringList cells;
-        for (int column = 0; column < model_->columnCount(); ++column)
-            cells += cell(column);
-        text += cells.join(u'\t') + u'\n';
-    };
-    addLine([&](int column) { return model_->Title(column); });
-    for (int shown = 0; shown < order_->rowCount(); ++shown) {
-        const int row = order_->mapToSource(order_->index(shown, 0)).row();
-        if (selected.empty() || selected.count(model_->RecordOf(row)) != 0)
-            addLine([&](int column) { return model_->Exact(row, column, point); });
-    }
-    return text;
+    return nuvo::tableText(nuvo::tableOf(*view_));
 }
 
 void TObservationsPage::Copy() const
 {
-    QGuiApplication::clipboard()->setText(SelectionText());
+    nuvo::copyTable(nuvo::tableOf(*view_));
 }
 
 void TObservationsPage::SaveCsv(const QString &file) const

@@ -41,7 +41,7 @@ public:
     /// The selected rows as they are sorted, or all rows, under their headings: separated by tabs, with all digits
     /// and the decimal sign of the locale. A figure that does not exist is empty.
     QString SelectionText() const;
-    /// SelectionText() onto the clipboard.
+    /// The same onto the clipboard, as text and as HTML.
     void Copy() const;
     /// All observations in the order of their records, with all digits: commas, decimal points, LF, UTF-8.
     /// \throws EPlatformError when the file cannot be written; no partial file is left.

@@ -1,10 +1,14 @@
 #include "present/statistics/Pageview.h"
 
+#include "present/controls/Tablecopy.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QMenu>
 #include <QMimeData>
 #include <QPointer>
 #include <QScrollBar>
@@ -160,6 +164,50 @@ void TPageView::Copy()
     content->setText(nuvo::pageText(page_, TextColumns));
     content->setHtml(nuvo::pageHtml(page_));
     QGuiApplication::clipboard()->setMimeData(content.release());
+}
+
+nuvo::Page::Table TPageView::TableAt(int position) const
+{
+    std::vector<nuvo::Page::Table> tables;
+    for (const nuvo::Page::Part &part : page_.parts) {
+        if (part.kind == nuvo::Page::Kind::Table)
+            tables.push_back(part.table);
+    }
+    if (tables.empty())
+        return {};
+    // A table of the page is as many tables of the document as it has groups.
+    std::size_t table = 0;
+    std::size_t group = 0;
+    for (const QTextFrame *const frame : document()->rootFrame()->childFrames()) {
+        if (table >= groups_.size())
+            break;
+        if (position >= frame->firstPosition() && position <= frame->lastPosition())
+            return tables[table];
+        if (++group == groups_[table].size()) {
+            group = 0;
+            ++table;
+        }
+    }
+    return tables.front();
+}
+
+nuvo::Page::Table TPageView::CurrentTable() const
+{
+    return TableAt(textCursor().position());
+}
+
+void TPageView::contextMenuEvent(QContextMenuEvent *event)
+{
+    QMenu *const menu = createStandardContextMenu(event->pos());
+    menu->setObjectName(QStringLiteral("PageMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const nuvo::Page::Table table = TableAt(cursorForPosition(event->pos()).position());
+    if (!table.columns.isEmpty()) {
+        menu->addSeparator();
+        menu->addAction(nuvo::copyTableText(), this, [table] { nuvo::copyTable(table); });
+        menu->addAction(nuvo::copyMarkdownText(), this, [table] { nuvo::copyTableAsMarkdown(table); });
+    }
+    menu->popup(event->globalPos());
 }
 
 bool TPageView::event(QEvent *event)

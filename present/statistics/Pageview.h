@@ -10,7 +10,7 @@
 
 /// A page of statistics to read, in the colours of the palette. A table that is wider than the view is set in groups
 /// of columns, each with the names of the rows. Ctrl+C copies what is marked, or the whole page when
-/// nothing is. Stands on any form.
+/// nothing is; the context menu copies the table that it is opened on. Stands on any form.
 class NUVO_EXPORT TPageView : public QTextBrowser
 {
     Q_OBJECT
@@ -25,9 +25,12 @@ public:
     const nuvo::Page &Page() const { return page_; }
     /// What is marked, or the whole page, onto the clipboard, as text and HTML.
     void Copy();
+    /// The table that the text cursor is in, else the first one; no columns where the page has none.
+    nuvo::Page::Table CurrentTable() const;
 
 protected:
     bool event(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
@@ -36,6 +39,8 @@ private:
     using Groups = std::vector<std::vector<int>>;
 
     Groups GroupsFor(double width) const;
+    /// The table of the page that a place in the document is in, else the first one.
+    nuvo::Page::Table TableAt(int position) const;
     void Show(const Groups &groups);
 
     nuvo::Page page_;

@@ -4,10 +4,9 @@
 #include "platform/Messages.h"
 #include "present/Significant.h"
 #include "present/controls/Figuretable.h"
+#include "present/controls/Tablecopy.h"
 
-#include <QClipboard>
 #include <QFont>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLocale>
@@ -201,26 +200,12 @@ void ChoiceTable::SetCurrent(int number)
 
 QString ChoiceTable::SelectionText() const
 {
-    QStringList titles;
-    for (const ChoiceColumn &column : rows_->Columns())
-        titles += column.title;
-    QString text = titles.join(u'\t') + u'\n';
-    const int selected = Current();
-    for (int shown = 0; shown < order_->rowCount(); ++shown) {
-        const int row = order_->mapToSource(order_->index(shown, 0)).row();
-        if (selected != 0 && rows_->RowAt(row).number != selected)
-            continue;
-        QStringList cells;
-        for (int column = 0; column < rows_->columnCount(); ++column)
-            cells += rows_->Exact(row, column, windowPoint());
-        text += cells.join(u'\t') + u'\n';
-    }
-    return text;
+    return tableText(tableOf(*this));
 }
 
 void ChoiceTable::Copy() const
 {
-    QGuiApplication::clipboard()->setText(SelectionText());
+    copyTable(tableOf(*this));
 }
 
 QString ChoiceTable::Csv() const

@@ -297,6 +297,12 @@ TEST_F(Csv, BytesThatAreNoUtf8MakeTheWholeFileWindows1252)
     EXPECT_EQ(typesOf("Größe,n\n€,1\n"), QStringLiteral("Größe:text n:whole"));
 }
 
+TEST_F(Csv, AFirstColumnWithoutANameHoldsThoseOfTheRows)
+{
+    EXPECT_EQ(typesOf("\"\",\"x\"\n\"1\",5\n\"2\",6\n"), QStringLiteral("row:whole x:whole"));
+    EXPECT_EQ(typesOf(",x,Row\na,5,1\nb,6,1\n"), QStringLiteral("row_2:text x:whole Row:whole"));
+}
+
 TEST_F(Csv, AColumnNeedsANameOfItsOwn)
 {
     EXPECT_EQ(typesOf("a,,c\n1,2,3\n"), QStringLiteral("Column 2 of \"file.csv\" has no name in the header row."));
