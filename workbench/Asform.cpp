@@ -5,8 +5,11 @@
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QMetaEnum>
+#include <QMetaProperty>
 #include <QXmlStreamWriter>
 
 namespace nuvo {
@@ -29,6 +32,15 @@ public:
     {
         begin(name);
         xml_.writeTextElement(QStringLiteral("bool"), QStringLiteral("true"));
+        xml_.writeEndElement();
+    }
+    void number(const QString &name, const QVariant &value)
+    {
+        begin(name);
+        if (value.userType() == QMetaType::Double)
+            xml_.writeTextElement(QStringLiteral("double"), QString::number(value.toDouble(), 'f', 15));
+        else
+            xml_.writeTextElement(QStringLiteral("number"), value.toString());
         xml_.writeEndElement();
     }
     void enumeration(const QString &name, const QString &value)
@@ -79,6 +91,51 @@ void geometry(QXmlStreamWriter &xml, int x, int y, int width, int height)
     xml.writeEndElement();
 }
 
+/// A class with its header.
+struct ComponentClass
+{
+    QString name;
+    QString header;
+};
+
+void customWidget(QXmlStreamWriter &xml, const ComponentClass &component)
+{
+    xml.writeStartElement(QStringLiteral("customwidget"));
+    xml.writeTextElement(QStringLiteral("class"), component.name);
+    xml.writeTextElement(QStringLiteral("extends"), QStringLiteral("QWidget"));
+    xml.writeTextElement(QStringLiteral("header"), component.header);
+    xml.writeEndElement();
+}
+
+/// A component that chooses among the terms of the one called "regression".
+ComponentClass writeChooser(QXmlStreamWriter &xml, Properties &properties, const ChoiceSettings &choice)
+{
+    const std::unique_ptr<TCorvane> selector = selectorFor(choice);
+    const QString type = QString::fromLatin1(selector->metaObject()->className());
+    const QStringList headers{QStringLiteral("select/Cvmain.h"), QStringLiteral("select/Stepmain.h"),
+                              QStringLiteral("select/Fwdmain.h"), QStringLiteral("select/Bkmain.h")};
+    xml.writeStartElement(QStringLiteral("widget"));
+    xml.writeAttribute(QStringLiteral("class"), type);
+    xml.writeAttribute(QStringLiteral("name"), QStringLiteral("choice"));
+    geometry(xml, 60, 20, 32, 32);
+    properties.text(QStringLiteral("Dataset"), QStringLiteral("regression"));
+    for (const char *name : {"Rule", "OptCriteria", "ModelsPerSize", "PIn", "POut", "P"}) {
+        const QVariant value = selector->property(name);
+        const QMetaProperty property =
+            selector->metaObject()->property(selector->metaObject()->indexOfProperty(name));
+        if (!value.isValid())
+            continue;
+        if (property.isEnumType())
+            properties.enumeration(QLatin1String(name),
+                                   type + QLatin1String("::") +
+                                       QLatin1String(property.enumerator().valueToKey(value.toInt())));
+        else
+            properties.number(QLatin1String(name), value);
+    }
+    xml.writeEndElement();
+    return {type, headers[choice.method]};
+}
+
 QString databaseFrom(const QString &folder, const QString &database)
 {
     if (database.contains(u"://") || !QFileInfo(database).isAbsolute())
@@ -89,7 +146,7 @@ QString databaseFrom(const QString &folder, const QString &database)
 
 } // namespace
 
-QByteArray formFile(const ModelState &state, const QString &folder)
+QByteArray formFile(const ModelState &state, const QString &folder, const std::optional<ChoiceSettings> &choice)
 {
     QByteArray file;
     QXmlStreamWriter xml(&file);
@@ -128,14 +185,13 @@ QByteArray formFile(const ModelState &state, const QString &folder)
                                type + (state.records == RecordUse::All ? QLatin1String("::AllRecords")
                                                                        : QLatin1String("::ServerRecords")));
     xml.writeEndElement();
+    const ComponentClass chooser = choice ? writeChooser(xml, properties, *choice) : ComponentClass();
     xml.writeEndElement();
     xml.writeStartElement(QStringLiteral("customwidgets"));
-    xml.writeStartElement(QStringLiteral("customwidget"));
-    xml.writeTextElement(QStringLiteral("class"), type);
-    xml.writeTextElement(QStringLiteral("extends"), QStringLiteral("QWidget"));
-    xml.writeTextElement(QStringLiteral("header"),
-                         state.isQuery() ? QStringLiteral("engine/Mlrquery.h") : QStringLiteral("engine/Mlrtable.h"));
-    xml.writeEndElement();
+    customWidget(xml,
+                 {type, state.isQuery() ? QStringLiteral("engine/Mlrquery.h") : QStringLiteral("engine/Mlrtable.h")});
+    if (choice)
+        customWidget(xml, chooser);
     xml.writeEndElement();
     xml.writeEmptyElement(QStringLiteral("resources"));
     xml.writeEmptyElement(QStringLiteral("connections"));
@@ -143,10 +199,13 @@ QByteArray formFile(const ModelState &state, const QString &folder)
     return file;
 }
 
-ModelState stateOfForm(const QString &file)
+OpenedForm openForm(const QString &file)
 {
     const std::unique_ptr<QWidget> form = loadForm(file);
-    ModelState state;
+    OpenedForm opened;
+    if (const auto *const selector = form->findChild<TCorvane *>())
+        opened.choice = settingsOf(*selector);
+    ModelState &state = opened.state;
     for (TDataSet *const dataset : form->findChildren<TDataSet *>()) {
         auto *const regression = dynamic_cast<TRegression *>(dataset);
         if (regression == nullptr)
@@ -164,9 +223,10 @@ ModelState stateOfForm(const QString &file)
             state.database = QFileInfo(beside).absoluteFilePath();
         state.records = regression->UseOfRecords();
         state.model = RegressionModel::of(*regression);
-        return state;
+        return opened;
     }
-    throw EPlatformError(QStringLiteral("The form \"%1\" has no regression component.").arg(file));
+    throw EPlatformError(
+        QCoreApplication::translate("Openfile", "The form \"%1\" has no regression component.").arg(file));
 }
 
 } // namespace nuvo

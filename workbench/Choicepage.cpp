@@ -4,11 +4,8 @@
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
-#include "select/Bkmain.h"
+#include "present/controls/Tablecopy.h"
 #include "select/Choice.h"
-#include "select/Cvmain.h"
-#include "select/Fwdmain.h"
-#include "select/Stepmain.h"
 #include "select/choice/Modelspage.h"
 #include "select/choice/Stepspage.h"
 
@@ -19,15 +16,14 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
+#include <QTableView>
 #include <QVBoxLayout>
 
 namespace nuvo {
 
 namespace {
 
-enum Method { Optimal, Stepwise, Forward, Backward };
-
-QDoubleSpinBox *probability(QWidget *parent, const char *name, double value)
+QDoubleSpinBox *probabilityBox(QWidget *parent, const char *name, double value)
 {
     auto *const box = new QDoubleSpinBox(parent);
     box->setObjectName(QLatin1String(name));
@@ -50,7 +46,7 @@ struct ChoicePage::Work
 
 ChoicePage::ChoicePage(QWidget *parent)
     : QWidget(parent), method_(new QComboBox(this)), criterion_(new QComboBox(this)), perSize_(new QSpinBox(this)),
-      enter_(probability(this, "PIn", 0.05)), remove_(probability(this, "POut", 0.1)),
+      enter_(probabilityBox(this, "PIn", 0.05)), remove_(probabilityBox(this, "POut", 0.1)),
       criterionLabel_(new QLabel(tr("&best by"), this)), perSizeLabel_(new QLabel(tr("of each &size"), this)),
       enterLabel_(new QLabel(tr("&enters below p ="), this)), removeLabel_(new QLabel(tr("&leaves above p ="), this)),
       choose_(new QPushButton(tr("C&hoose"), this)), said_(new QLabel(this)), pages_(new QStackedWidget(this)),
@@ -113,11 +109,11 @@ void ChoicePage::ShowControls()
     const int method = method_->currentIndex();
     for (QWidget *const widget :
          std::initializer_list<QWidget *>{criterionLabel_, criterion_, perSizeLabel_, perSize_})
-        widget->setVisible(method == Optimal);
+        widget->setVisible(method == ChoiceSettings::Optimal);
     for (QWidget *const widget : std::initializer_list<QWidget *>{enterLabel_, enter_})
-        widget->setVisible(method == Stepwise || method == Forward);
+        widget->setVisible(method == ChoiceSettings::Stepwise || method == ChoiceSettings::Forward);
     for (QWidget *const widget : std::initializer_list<QWidget *>{removeLabel_, remove_})
-        widget->setVisible(method == Stepwise || method == Backward);
+        widget->setVisible(method == ChoiceSettings::Stepwise || method == ChoiceSettings::Backward);
 }
 
 void ChoicePage::SetState(const ModelState &state)
@@ -133,38 +129,31 @@ void ChoicePage::SetState(const ModelState &state)
     ShowChoice();
 }
 
-std::unique_ptr<TCorvane> ChoicePage::Selector() const
+ChoiceSettings ChoicePage::Settings() const
 {
-    const auto set = [](auto selector) {
-        if constexpr (requires { selector->SetShowReport(false); })
-            selector->SetShowReport(false);
-        selector->SetRule(TCorvane::Textbook);
-        return selector;
-    };
-    switch (method_->currentIndex()) {
-    case Stepwise: {
-        auto stepwise = set(std::make_unique<TStepWiseMLR>());
-        stepwise->SetPIn(enter_->value());
-        stepwise->SetPOut(remove_->value());
-        return stepwise;
-    }
-    case Forward: {
-        auto forward = set(std::make_unique<TFwdSelectMLR>());
-        forward->SetP(enter_->value());
-        return forward;
-    }
-    case Backward: {
-        auto backward = set(std::make_unique<TBackElimMLR>());
-        backward->SetP(remove_->value());
-        return backward;
-    }
-    default:
-        break;
-    }
-    auto optimal = set(std::make_unique<TOptimizeMLR>());
-    optimal->SetOptCriteria(TOptimizeMLR::TOptimizationType(criterion_->currentData().toInt()));
-    optimal->SetModelsPerSize(perSize_->value());
-    return optimal;
+    ChoiceSettings settings;
+    settings.method = ChoiceSettings::Method(method_->currentIndex());
+    settings.criterion = TOptimizeMLR::TOptimizationType(criterion_->currentData().toInt());
+    settings.perSize = perSize_->value();
+    settings.enter = enter_->value();
+    settings.remove = remove_->value();
+    return settings;
+}
+
+std::optional<ChoiceSettings> ChoicePage::Chosen() const
+{
+    return work_ ? std::optional(Settings()) : std::nullopt;
+}
+
+void ChoicePage::SetSettings(const ChoiceSettings &settings)
+{
+    method_->setCurrentIndex(settings.method);
+    if (const int found = criterion_->findData(settings.criterion); found >= 0)
+        criterion_->setCurrentIndex(found);
+    perSize_->setValue(settings.perSize);
+    enter_->setValue(settings.enter);
+    remove_->setValue(settings.remove);
+    ShowControls();
 }
 
 void ChoicePage::Choose()
@@ -176,7 +165,7 @@ void ChoicePage::Choose()
     });
     auto work = std::make_unique<Work>();
     try {
-        work->selector = Selector();
+        work->selector = selectorFor(Settings());
         if (state_.isQuery()) {
             auto query = std::make_unique<TMLRQuery>();
             work->selector->SetQuery(query.get());
@@ -213,6 +202,15 @@ void ChoicePage::ShowChoice()
     steps_->SetChoice(*choice);
     pages_->setCurrentIndex(choice->method == Choice::Method::Optimal ? 1 : 2);
     said_->setText(DisplayLines(work_->selector->Summary()).trimmed());
+}
+
+Page::Table ChoicePage::CurrentTable() const
+{
+    if (pages_->currentWidget() == models_)
+        return tableOf(models_->View());
+    if (pages_->currentWidget() == steps_)
+        return tableOf(steps_->Candidates().hasFocus() ? steps_->Candidates() : steps_->Steps());
+    return {};
 }
 
 void ChoicePage::Take(int model)

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "present/Page.h"
+#include "workbench/Choicesettings.h"
 #include "workbench/Modelstate.h"
 
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class QComboBox;
 class QDoubleSpinBox;
@@ -12,7 +15,6 @@ class QLabel;
 class QPushButton;
 class QSpinBox;
 class QStackedWidget;
-class TCorvane;
 class TModelsPage;
 class TStepsPage;
 
@@ -30,8 +32,14 @@ public:
 
     /// The state to choose from. What is shown of a choice stays as long as its data do.
     void SetState(const ModelState &state);
+    /// What the controls say; nothing before a choice was made with them.
+    std::optional<ChoiceSettings> Chosen() const;
+    /// Puts the controls; nothing is chosen yet.
+    void SetSettings(const ChoiceSettings &settings);
     /// Chooses with what the controls say.
     void Choose();
+    /// The models or the steps, the selected row or all; without columns before a choice.
+    Page::Table CurrentTable() const;
 
 Q_SIGNALS:
     /// The person wants this model.
@@ -41,10 +49,10 @@ private:
     /// What is chosen from: a component of its own, so that the one that is shown stays as it is.
     struct Work;
 
+    ChoiceSettings Settings() const;
     void ShowControls();
     void ShowChoice();
     void Take(int model);
-    std::unique_ptr<TCorvane> Selector() const;
 
     ModelState state_;
     std::unique_ptr<Work> work_;

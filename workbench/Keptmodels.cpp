@@ -52,6 +52,9 @@ KeptModel keptModel(const ModelState &state, TRegression &regression)
     kept.adjustedRSquared = regression.GetAdjustedRSquared();
     kept.s = regression.GetSyx();
     kept.aic = regression.GetAIC();
+    kept.residual = regression.GetSSE();
+    kept.total = regression.GetSST();
+    kept.degreesOfFreedom = double(kept.n - regression.GetNumVars() - 1);
     return kept;
 }
 
@@ -63,7 +66,10 @@ QJsonObject toJson(const KeptModel &model)
             {QStringLiteral("rSquared"), figure(model.rSquared)},
             {QStringLiteral("adjustedRSquared"), figure(model.adjustedRSquared)},
             {QStringLiteral("s"), figure(model.s)},
-            {QStringLiteral("aic"), figure(model.aic)}};
+            {QStringLiteral("aic"), figure(model.aic)},
+            {QStringLiteral("residual"), figure(model.residual)},
+            {QStringLiteral("total"), figure(model.total)},
+            {QStringLiteral("degreesOfFreedom"), model.degreesOfFreedom}};
 }
 
 KeptModel keptFromJson(const QJsonObject &json)
@@ -76,6 +82,9 @@ KeptModel keptFromJson(const QJsonObject &json)
     model.adjustedRSquared = figureOf(json, "adjustedRSquared");
     model.s = figureOf(json, "s");
     model.aic = figureOf(json, "aic");
+    model.residual = figureOf(json, "residual");
+    model.total = figureOf(json, "total");
+    model.degreesOfFreedom = figureOf(json, "degreesOfFreedom");
     return model;
 }
 

@@ -18,6 +18,9 @@ struct KeptModel
     double adjustedRSquared = 0;
     double s = 0; ///< standard error of the estimate
     double aic = 0;
+    double residual = 0; ///< SSE
+    double total = 0;    ///< SST: other than that of other records
+    double degreesOfFreedom = 0;
 
     /// The name, or the terms.
     QString title() const { return name.isEmpty() ? state.title() : name; }

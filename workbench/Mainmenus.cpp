@@ -3,17 +3,21 @@
 #include "app/Samples.h"
 #include "engine/Regression.h"
 #include "platform/Errors.h"
+#include "platform/Modal.h"
 #include "platform/Table.h"
 #include "present/Connectiondlg.h"
-#include "present/statistics/Pageview.h"
+#include "present/statistics/Observationspage.h"
 #include "workbench/Ascode.h"
 #include "workbench/Ascommand.h"
 #include "workbench/Asform.h"
+#include "workbench/Choicepage.h"
+#include "workbench/Handout.h"
+#include "workbench/Leaveout.h"
 #include "workbench/Livefit.h"
 #include "workbench/Modelstable.h"
 #include "workbench/Openfile.h"
 #include "workbench/Pages.h"
-#include "workbench/Predicttable.h"
+#include "workbench/Recordspage.h"
 #include "workbench/Sitting.h"
 #include "workbench/Welcome.h"
 
@@ -24,14 +28,11 @@
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QProgressDialog>
 #include <QSaveFile>
 #include <QSettings>
+#include <QTableView>
 
 namespace nuvo {
 
@@ -69,11 +70,7 @@ void MainWindow::MakeFileMenu()
     connect(
         add(menu, tr("Save &Database…"), {}, tr("Save the tables that came from CSV files as an SQLite database")),
         &QAction::triggered, this, &MainWindow::SaveDatabase);
-    connect(add(menu, tr("Save &Report…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S),
-                tr("Save summary, diagnostics and figures: PDF, HTML, text or Markdown")),
-            &QAction::triggered, this, &MainWindow::SaveReport);
-    connect(add(menu, tr("&Print…"), QKeySequence::Print, tr("Print summary, diagnostics and figures")),
-            &QAction::triggered, this, &MainWindow::Print);
+    handout_->AddFileActions(*menu);
     menu->addSeparator();
     connect(add(menu, tr("&Quit"), QKeySequence::Quit, tr("Quit; the sitting comes back at the next start")),
             &QAction::triggered, this, &QWidget::close);
@@ -89,9 +86,7 @@ void MainWindow::MakeEditMenu()
     redo->setShortcut(QKeySequence::Redo);
     menu->addActions({undo, redo});
     menu->addSeparator();
-    connect(add(menu, tr("&Copy Page"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
-                tr("Copy what the page shows: text and HTML, rows, or the figure")),
-            &QAction::triggered, this, [this] { Try([this] { pages_->Copy(); }); });
+    handout_->AddEditActions(*menu);
     const auto copies = [this](QString (*text)(const ModelState &)) {
         return [this, text] {
             if (sitting_->State().isFittable())
@@ -130,6 +125,11 @@ void MainWindow::MakeViewMenu()
     model->addSeparator();
     connect(add(model, tr("&Read Again"), QKeySequence::Refresh, tr("Read the records again and fit")),
             &QAction::triggered, fit_, &LiveFit::FitAgain);
+    QAction *const out = add(model, tr("Leave Selected Records &Out"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
+                             tr("Leave the selected records out of everything, by the filter"));
+    connect(out, &QAction::triggered, this, &MainWindow::LeaveSelectedOut);
+    pages_->Records().View().addAction(out);
+    pages_->Observations().View().addAction(out);
     connect(add(model, tr("&Compare Two Models…"), {}, tr("Compare the two models that are selected below")),
             &QAction::triggered, this, &MainWindow::CompareModels);
 
@@ -189,14 +189,13 @@ void MainWindow::SaveForm()
         Tell(tr("There is no model yet to save."), true);
         return;
     }
-    QString name = QFileDialog::getSaveFileName(this, tr("Save as form"), {}, tr("Form (*.ui)"));
+    const QString name = handout_->AskName(tr("Save as form"), tr("Form (*.ui)"), tr("model"));
     if (name.isEmpty())
         return;
-    if (!name.endsWith(u".ui", Qt::CaseInsensitive))
-        name += QLatin1String(".ui");
     Try([&] {
         QSaveFile file(name);
-        const QByteArray form = formFile(sitting_->State(), QFileInfo(name).absolutePath());
+        const QByteArray form =
+            formFile(sitting_->State(), QFileInfo(name).absolutePath(), pages_->Choosing().Chosen());
         if (!file.open(QIODevice::WriteOnly) || file.write(form) != form.size() || !file.commit())
             throw EPlatformError(tr("Cannot write \"%1\": %2.").arg(name, file.errorString()));
         Tell(tr("Saved %1.").arg(name));
@@ -211,11 +210,9 @@ void MainWindow::SaveDatabase()
         Tell(tr("No CSV file has been opened in this sitting: there is nothing to save."), true);
         return;
     }
-    QString name = QFileDialog::getSaveFileName(this, tr("Save database"), {}, tr("SQLite database (*.db)"));
+    const QString name = handout_->AskName(tr("Save database"), tr("SQLite database (*.db)"), tr("data"));
     if (name.isEmpty())
         return;
-    if (QFileInfo(name).suffix().isEmpty())
-        name += QLatin1String(".db");
     Try([&] {
         saveCopy(own, name);
         ModelState state = sitting_->State();
@@ -228,56 +225,13 @@ void MainWindow::SaveDatabase()
     });
 }
 
-void MainWindow::SaveReport()
+void MainWindow::LeaveSelectedOut()
 {
-    const QString name = QFileDialog::getSaveFileName(
-        this, tr("Save report"), {},
-        tr("PDF document (*.pdf);;HTML page (*.html);;Plain text (*.txt);;Markdown (*.md)"));
-    if (!name.isEmpty())
-        Try([&] { pages_->SaveReport(name); });
-}
-
-void MainWindow::Print()
-{
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(windowTitle());
-    printer.setPageOrientation(QPageLayout::Landscape);
-    QPrintDialog dialog(&printer, this);
-    if (dialog.exec() == QDialog::Accepted)
-        Try([&] { printPage(readersPage(pages_->ShownFigures()), {}, printer); });
-}
-
-void MainWindow::PredictTable(double level)
-{
-    Try([&] {
-        const ModelState &state = sitting_->State();
-        TTable table;
-        table.SetDatabaseName(state.database);
-        const QStringList names = table.TableNames();
-        bool chosen = false;
-        const QString name =
-            QInputDialog::getItem(this, tr("Predict a table"), tr("Table with the fields of the model:"), names,
-                                  int(names.indexOf(state.table)), false, &chosen);
-        if (!chosen)
-            return;
-        const QString file = QFileDialog::getSaveFileName(this, tr("Predictions"), {}, tr("CSV file (*.csv)"));
-        if (file.isEmpty())
-            return;
-        table.SetTableName(name);
-        table.Open();
-        QProgressDialog progress(tr("Writing predictions…"), tr("Stop"), 0, 0, this);
-        progress.setWindowModality(Qt::WindowModal);
-        const TablePredictions done =
-            predictTable(*fit_->Regression(), state.model, table, file, level, [&progress](qint64 records) {
-                progress.setLabelText(tr("%1 records").arg(QLocale().toString(records)));
-                QApplication::processEvents();
-                return !progress.wasCanceled();
-            });
-        Tell(done.stopped ? tr("The predictions were stopped; no file was written.")
-                          : tr("Predictions for %1 records, %2 of them without a value, in %3.")
-                                .arg(done.records)
-                                .arg(done.without)
-                                .arg(file));
+    Try([this] {
+        const std::set<qint64> selected = pages_->Records().Selected();
+        if (selected.empty())
+            throw EPlatformError(tr("Select what to leave out first: records, observations, or points of a figure."));
+        sitting_->Change(leavingOut(sitting_->State(), selected), tr("Leave records out"));
     });
 }
 
@@ -290,7 +244,7 @@ void MainWindow::CompareModels()
     }
     QMessageBox box(QMessageBox::NoIcon, tr("Two models"), text, QMessageBox::Close, this);
     box.setTextFormat(Qt::PlainText);
-    box.exec();
+    ShowModal(box);
 }
 
 void MainWindow::Remember(const QString &file)

@@ -10,11 +10,13 @@
 #include "workbench/Choicepage.h"
 #include "workbench/Csvimport.h"
 #include "workbench/Csvpreview.h"
+#include "workbench/Handout.h"
 #include "workbench/Keptmodels.h"
 #include "workbench/Livefit.h"
 #include "workbench/Modelstable.h"
 #include "workbench/Openfile.h"
 #include "workbench/Pages.h"
+#include "workbench/Predictions.h"
 #include "workbench/Predictpage.h"
 #include "workbench/Recordspage.h"
 #include "workbench/Sitting.h"
@@ -42,8 +44,9 @@ namespace nuvo {
 MainWindow::MainWindow(const QString &folder, QWidget *parent)
     : QMainWindow(parent), folder_(folder), sitting_(new Sitting(this)), fit_(new LiveFit(this)),
       tables_(new QListWidget(this)), editor_(new TModelEditor(this)), pages_(new Pages(this)),
-      models_(new ModelsTable(*sitting_, this)), centre_(new QStackedWidget(this)), welcome_(new Welcome(this)),
-      message_(new QLabel(this)), progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
+      models_(new ModelsTable(*sitting_, this)), handout_(new Handout(*sitting_, *pages_, *models_, *this)),
+      centre_(new QStackedWidget(this)), welcome_(new Welcome(this)), message_(new QLabel(this)),
+      progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
 {
     setObjectName(QStringLiteral("Workbench"));
     setAcceptDrops(true);
@@ -68,7 +71,17 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
         state.model = model;
         sitting_->Change(state, tr("Take a chosen model"));
     });
-    connect(&pages_->Prediction(), &PredictPage::TableWanted, this, &MainWindow::PredictTable);
+    const auto predict = [this](QString (*into)(QWidget &, const LiveFit &, double)) {
+        return [this, into](double level) {
+            Try([&] {
+                if (const QString said = into(*this, *fit_, level); !said.isEmpty())
+                    Tell(said);
+            });
+        };
+    };
+    connect(&pages_->Prediction(), &PredictPage::TableWanted, this, predict(&predictATable));
+    connect(&pages_->Prediction(), &PredictPage::FileWanted, this, predict(&predictAFile));
+    connect(handout_, &Handout::Said, this, &MainWindow::Tell);
     connect(fit_, &LiveFit::Started, this, [this] {
         Tell(tr("Reading every record…"));
         progress_->setValue(0);
@@ -269,9 +282,13 @@ void MainWindow::OpenFile(const QString &name)
         case FileKind::Database:
             OpenDatabase(file);
             return;
-        case FileKind::Form:
-            sitting_->Change(stateOfForm(file), tr("Open a form"));
+        case FileKind::Form: {
+            const OpenedForm form = openForm(file);
+            sitting_->Change(form.state, tr("Open a form"));
+            if (form.choice)
+                pages_->Choosing().SetSettings(*form.choice);
             break;
+        }
         case FileKind::Csv:
             if (!OpenCsv(file))
                 return;

@@ -13,6 +13,7 @@ class TModelEditor;
 
 namespace nuvo {
 
+class Handout;
 class LiveFit;
 class ModelsTable;
 class Pages;
@@ -75,9 +76,7 @@ private:
     void OpenRecent(const QString &name);
     void SaveForm();
     void SaveDatabase();
-    void SaveReport();
-    void Print();
-    void PredictTable(double level);
+    void LeaveSelectedOut();
     void CompareModels();
     void Remember(const QString &file);
     void ShowRecent();
@@ -90,6 +89,7 @@ private:
     TModelEditor *editor_;
     Pages *pages_;
     ModelsTable *models_;
+    Handout *handout_;
     QStackedWidget *centre_;
     Welcome *welcome_;
     QLabel *message_;

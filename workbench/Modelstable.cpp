@@ -1,5 +1,7 @@
 #include "workbench/Modelstable.h"
 
+#include "present/controls/Tablecopy.h"
+#include "workbench/Comparison.h"
 #include "workbench/Sitting.h"
 
 #include <QHeaderView>
@@ -142,6 +144,7 @@ ModelsTable::ModelsTable(Sitting &sitting, QWidget *parent) : QTreeView(parent),
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(KeptModelsModel::Name, QHeaderView::Stretch);
     header()->setStretchLastSection(false);
+    addCopyMenu(*this);
     connect(this, &QTreeView::doubleClicked, this,
             [this, order](const QModelIndex &index) { sitting_.BringBack(order->mapToSource(index).row()); });
 }
@@ -161,20 +164,7 @@ QString ModelsTable::Comparison() const
     const std::vector<int> rows = Selected();
     if (rows.size() != 2)
         return {};
-    const KeptModel &one = sitting_.Models()[size_t(rows[0])];
-    const KeptModel &other = sitting_.Models()[size_t(rows[1])];
-    QStringList lines{tr("First: %1").arg(one.title()), tr("Second: %1").arg(other.title()), QString()};
-    lines += differences(one.state, other.state);
-    lines.append(QString());
-    for (int column = KeptModelsModel::Records; column < KeptModelsModel::Columns; ++column)
-        lines.append(tr("%1: %2, %3")
-                         .arg(model()->headerData(column, Qt::Horizontal).toString(), shown(one, column),
-                              shown(other, column)));
-    if (one.n != other.n)
-        lines.append(tr("They are of different numbers of records: R², s and AIC do not compare."));
-    else if (one.state.model.term(0) != other.state.model.term(0))
-        lines.append(tr("They have different responses: R², s and AIC do not compare."));
-    return lines.join(u'\n');
+    return comparisonText(sitting_.Models()[size_t(rows[0])], sitting_.Models()[size_t(rows[1])]);
 }
 
 void ModelsTable::keyPressEvent(QKeyEvent *event)

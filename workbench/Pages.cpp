@@ -1,6 +1,8 @@
 #include "workbench/Pages.h"
 
 #include "engine/Regression.h"
+#include "platform/Errors.h"
+#include "present/controls/Tablecopy.h"
 #include "present/figures/Figurespage.h"
 #include "present/figures/Fitdata.h"
 #include "present/statistics/Observationspage.h"
@@ -33,6 +35,7 @@ Pages::Pages(QWidget *parent)
     Add(predict_, tr("Predict"));
     for (QWidget *const page : std::initializer_list<QWidget *>{diagnostics_, observations_, figuresPage_, predict_})
         setTabEnabled(indexOf(page), false);
+    addCopyMenu(records_->View());
     // Whoever selects tells the two others.
     connect(records_, &RecordsPage::SelectionChanged, this, [this] {
         observations_->SetSelected(records_->Selected());
@@ -57,6 +60,7 @@ void Pages::Add(QWidget *page, const QString &title)
 void Pages::ShowFit(LiveFit &fit)
 {
     TRegression *const regression = fit.HasFit() ? fit.Regression() : nullptr;
+    hasFit_ = regression != nullptr;
     const bool first = regression != nullptr && !isTabEnabled(indexOf(diagnostics_));
     if (regression != nullptr) {
         Asked asked;
@@ -84,15 +88,42 @@ void Pages::SaveReport(const QString &file) const
     savePage(readersPage(figures_), file, figuresPage_->Figures());
 }
 
+bool Pages::PrintReport(QPagedPaintDevice &device) const
+{
+    return printPage(readersPage(figures_), figuresPage_->Figures(), device);
+}
+
 void Pages::Copy()
 {
     QWidget *const page = currentWidget();
-    if (page == observations_)
-        observations_->Copy();
-    else if (page == figuresPage_)
+    if (page == figuresPage_)
         figuresPage_->View().Copy();
     else if (auto *const text = qobject_cast<TPageView *>(page))
         text->Copy();
+    else
+        copyTable(CurrentTable());
+}
+
+Page::Table Pages::CurrentTable() const
+{
+    QWidget *const page = currentWidget();
+    if (page == records_) {
+        const QTableView &view = records_->View();
+        constexpr int most = 100'000;
+        if (view.model() != nullptr && view.model()->rowCount() > most && !view.selectionModel()->hasSelection())
+            throw EPlatformError(
+                tr("%1 records are too many to copy: select some of them.").arg(view.model()->rowCount()));
+        return tableOf(view);
+    }
+    if (page == observations_)
+        return tableOf(observations_->View());
+    if (page == choice_)
+        return choice_->CurrentTable();
+    if (page == predict_)
+        return predict_->Table();
+    if (auto *const text = qobject_cast<TPageView *>(page))
+        return text->CurrentTable();
+    return {};
 }
 
 } // namespace nuvo

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "present/Figures.h"
+#include "present/Page.h"
 
 #include <QTabWidget>
 
 #include <memory>
 
+class QPagedPaintDevice;
 class TDiagnosticsPage;
 class TFiguresPage;
 class TObservationsPage;
@@ -30,11 +32,16 @@ public:
 
     /// Shows the fit, or why there is none.
     void ShowFit(LiveFit &fit);
-    /// What is printed and saved: summary and diagnostics with the figures.
-    const Figures &ShownFigures() const { return figures_; }
+    bool HasFit() const { return hasFit_; }
+    // The report is summary and diagnostics with the figures below.
     void SaveReport(const QString &file) const;
+    /// \return whether the device took it
+    bool PrintReport(QPagedPaintDevice &device) const;
     /// Onto the clipboard: text, rows or figure, whatever page is shown.
     void Copy();
+    /// The table of the page that is shown; without columns where it has none. Of a text it is the one that the text
+    /// cursor is in, else the first. \throws EPlatformError for records too many to copy
+    Page::Table CurrentTable() const;
 
     RecordsPage &Records() const { return *records_; }
     TSummaryPage &Summary() const { return *summary_; }
@@ -47,6 +54,7 @@ private:
     void Add(QWidget *page, const QString &title);
 
     Figures figures_;
+    bool hasFit_ = false;
     RecordsPage *records_;
     TSummaryPage *summary_;
     TDiagnosticsPage *diagnostics_;

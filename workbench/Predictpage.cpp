@@ -30,7 +30,8 @@ QString shown(double figure)
 } // namespace
 
 PredictPage::PredictPage(QWidget *parent)
-    : QWidget(parent), table_(new QPushButton(tr("Predict a &table…"), this)), grid_(new QGridLayout),
+    : QWidget(parent), table_(new QPushButton(tr("Predict a &table…"), this)),
+      file_(new QPushButton(tr("Predict a &CSV file…"), this)), grid_(new QGridLayout),
       level_(new QDoubleSpinBox(this)), result_(new QLabel(this))
 {
     setObjectName(QStringLiteral("PredictPage"));
@@ -47,6 +48,8 @@ PredictPage::PredictPage(QWidget *parent)
     result_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     table_->setObjectName(QStringLiteral("PredictTable"));
     table_->setToolTip(tr("Write the predictions for every record of a table of this database into a CSV file"));
+    file_->setObjectName(QStringLiteral("PredictFile"));
+    file_->setToolTip(tr("Write the predictions for every record of another CSV file into a CSV file"));
     auto *const line = new QHBoxLayout;
     auto *const levelLabel = new QLabel(tr("&Level"), this);
     levelLabel->setBuddy(level_);
@@ -54,6 +57,7 @@ PredictPage::PredictPage(QWidget *parent)
     line->addWidget(level_);
     line->addStretch(1);
     line->addWidget(table_);
+    line->addWidget(file_);
     auto *const all = new QVBoxLayout(this);
     all->addLayout(grid_);
     all->addWidget(result_);
@@ -62,6 +66,7 @@ PredictPage::PredictPage(QWidget *parent)
     grid_->setColumnStretch(1, 1);
     connect(level_, &QDoubleSpinBox::valueChanged, this, &PredictPage::Predict);
     connect(table_, &QPushButton::clicked, this, [this] { Q_EMIT TableWanted(level_->value()); });
+    connect(file_, &QPushButton::clicked, this, [this] { Q_EMIT FileWanted(level_->value()); });
     SetFit(nullptr, {});
 }
 
@@ -69,6 +74,7 @@ void PredictPage::SetFit(TRegression *regression, const RegressionModel &model)
 {
     regression_ = regression;
     table_->setEnabled(regression != nullptr);
+    file_->setEnabled(regression != nullptr);
     if (regression != nullptr)
         MakeEdits(fieldsOf(model), model);
     for (QLineEdit *const edit : edits_)
@@ -121,6 +127,7 @@ void PredictPage::MakeEdits(const QStringList &fields, const RegressionModel &mo
 
 void PredictPage::Predict()
 {
+    predicted_ = {};
     if (regression_ == nullptr) {
         result_->setText(tr("There is no fit to predict with."));
         return;
@@ -140,6 +147,18 @@ void PredictPage::Predict()
     try {
         const Prediction at = regression_->PredictAt(values, level_->value());
         const QString level = QLocale().toString(level_->value() * 100, 'g', 4);
+        QStringList cells;
+        for (const auto &[field, value] : values) {
+            predicted_.columns.append({field});
+            cells.append(shown(value));
+        }
+        for (const QString &heading : {regression_->ResponseVarY().OutputTerm(), tr("Standard error"), tr("Mean low"),
+                                       tr("Mean high"), tr("New low"), tr("New high")})
+            predicted_.columns.append({heading});
+        for (const double figure :
+             {at.value, at.standardError, at.confidence[0], at.confidence[1], at.prediction[0], at.prediction[1]})
+            cells.append(shown(figure));
+        predicted_.rows.append(cells);
         result_->setText(
             tr("%1 = %2\nStandard error of the mean %3\nMean, %4 %: %5 to %6\nNew observation, %4 %: %7 to %8")
                 .arg(regression_->ResponseVarY().OutputTerm(), shown(at.value), shown(at.standardError), level,

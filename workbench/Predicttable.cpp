@@ -11,6 +11,8 @@
 #include <QSaveFile>
 
 #include <cmath>
+#include <optional>
+#include <utility>
 
 namespace nuvo {
 
@@ -21,6 +23,16 @@ constexpr qint64 kBetween = 1000; // records from one telling to the next
 QByteArray cell(double value)
 {
     return std::isfinite(value) ? QByteArray::number(value, 'g', QLocale::FloatingPointShortest) : QByteArray();
+}
+
+/// Nothing for a null and for what is no number.
+std::optional<double> numberOf(const TField &field)
+{
+    try {
+        return field.IsNull() ? std::optional<double>() : field.AsFloat();
+    } catch (const EConvertError &) {
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -43,13 +55,31 @@ QStringList fieldsOf(const RegressionModel &model)
     return fields;
 }
 
+void checkFields(const RegressionModel &model, TDataSet &dataset)
+{
+    QStringList missing;
+    for (const QString &name : fieldsOf(model)) {
+        if (dataset.FindField(name) == nullptr)
+            missing.append(name);
+    }
+    if (!missing.isEmpty())
+        throw EPlatformError(
+            QCoreApplication::translate("Predictions",
+                                        "The fields that the model is made of are not all there: %1. There are: %2.")
+                .arg(missing.join(QStringLiteral(", ")), dataset.GetFieldNames().join(QStringLiteral(", "))));
+}
+
 TablePredictions predictTable(const TRegression &regression, const RegressionModel &model, TDataSet &dataset,
                               const QString &fileName, double level, const std::function<bool(qint64)> &tell)
 {
+    checkFields(model, dataset);
     const QStringList names = fieldsOf(model);
     std::vector<TField *> fields;
-    for (const QString &name : names)
+    TablePredictions done;
+    for (const QString &name : names) {
         fields.push_back(&dataset.FieldByName(name));
+        done.missing.push_back({name});
+    }
     QSaveFile file(fileName);
     const auto fail = [&] {
         throw EPlatformError(
@@ -61,7 +91,6 @@ TablePredictions predictTable(const TRegression &regression, const RegressionMod
         csvLine(QStringList(QStringLiteral("record")) + names + QStringList(regression.ResponseVarY().OutputTerm()))
             .toUtf8() +
         ",standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh\n";
-    TablePredictions done;
     dataset.First();
     for (; !dataset.Eof(); dataset.Next()) {
         if (file.write(line) != line.size())
@@ -69,13 +98,18 @@ TablePredictions predictTable(const TRegression &regression, const RegressionMod
         ++done.records;
         line = QByteArray::number(done.records);
         FieldValues values;
+        bool usable = true;
         for (size_t i = 0; i < fields.size(); ++i) {
-            const bool lacks = fields[i]->IsNull();
-            line += ',' + (lacks ? QByteArray() : cell(fields[i]->AsFloat()));
-            if (!lacks)
-                values.emplace_back(names[qsizetype(i)], fields[i]->AsFloat());
+            const auto number = numberOf(*fields[i]);
+            const bool isNull = fields[i]->IsNull();
+            line += ',' + (number   ? cell(*number)
+                           : isNull ? QByteArray()
+                                    : csvLine({fields[i]->AsString()}).toUtf8());
+            if (number)
+                values.emplace_back(names[qsizetype(i)], *number);
+            else if (std::exchange(usable, false))
+                ++(isNull ? done.missing[i].nulls : done.missing[i].noNumbers);
         }
-        bool usable = values.size() == fields.size();
         if (usable) {
             try {
                 const Prediction at = regression.PredictAt(values, level);
@@ -83,6 +117,7 @@ TablePredictions predictTable(const TRegression &regression, const RegressionMod
                                             at.prediction[0], at.prediction[1]})
                     line += ',' + cell(figure);
             } catch (const EConvertError &) {
+                ++done.invalid;
                 usable = false;
             }
         }

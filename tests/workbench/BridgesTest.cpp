@@ -112,7 +112,7 @@ TEST(FormsOfStates, AreReadAsTheStateThatTheyWereMadeOf)
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         EXPECT_TRUE(file.readAll().contains("<string notr=\"true\">data.db</string>"));
         file.close();
-        EXPECT_EQ(nuvo::stateOfForm(form), state);
+        EXPECT_EQ(nuvo::openForm(form).state, state);
     }
 }
 
@@ -123,8 +123,7 @@ TEST(FormsOfStates, WithoutARegressionAreRefused)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("<ui version=\"4.0\"><class>F</class><widget class=\"QWidget\" name=\"F\"/></ui>");
     file.close();
-    EXPECT_TRUE(
-        errorOf<EPlatformError>([&] { nuvo::stateOfForm(file.fileName()); }).contains(u("has no regression")));
+    EXPECT_TRUE(errorOf<EPlatformError>([&] { nuvo::openForm(file.fileName()); }).contains(u("has no regression")));
 }
 
 TEST(States, ComeBackFromJson)

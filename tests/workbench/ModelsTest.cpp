@@ -1,0 +1,219 @@
+#include "engine/kernel/Nestedtest.h"
+#include "workbench/Comparison.h"
+#include "workbench/Modelstable.h"
+#include "workbench/Recordspage.h"
+#include "workbench/Workbenchtest.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QUndoStack>
+
+namespace {
+
+class Models : public Workbench
+{
+protected:
+    nuvo::Sitting &sitting() { return window->CurrentSitting(); }
+    void typeFilter(const char *condition)
+    {
+        auto *const edit = window->findChild<QLineEdit *>(u("Filter"));
+        edit->setText(u(condition));
+        QTest::keyClick(edit, Qt::Key_Return);
+    }
+    nuvo::ModelComparison compareLastTwo()
+    {
+        const std::vector<nuvo::KeptModel> &models = sitting().Models();
+        return nuvo::compare(models[models.size() - 2], models.back());
+    }
+};
+
+/// All that undo has to bring back.
+struct Moment
+{
+    nuvo::ModelState state;
+    QStringList models;
+
+    friend bool operator==(const Moment &, const Moment &) = default;
+};
+
+Moment momentOf(const nuvo::Sitting &sitting)
+{
+    Moment moment{sitting.State(), {}};
+    for (const nuvo::KeptModel &model : sitting.Models())
+        moment.models.append(model.name + u'|' + model.state.title());
+    moment.models.sort();
+    return moment;
+}
+
+} // namespace
+
+TEST_F(Models, ThatAreNestedAreComparedByTheTestOfTheirFurtherTerms)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    const double t = window->Fit().Regression()->GetPValue(2);
+    const nuvo::ModelComparison comparison = compareLastTwo();
+    EXPECT_EQ(comparison.obstacle, QString());
+    EXPECT_EQ(comparison.differences, QStringList(u("Only in the second: z")));
+    EXPECT_TRUE(comparison.test.contains(u("F(1, 47) = "))) << comparison.test.toStdString();
+    // Of one term it is the test of its coefficient.
+    EXPECT_TRUE(comparison.test.contains(u("p = %1").arg(QLocale().toString(t, 'g', 4))))
+        << comparison.test.toStdString();
+}
+
+TEST_F(Models, ThatAreNotNestedHaveNoTest)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().Remove(1);
+    window->Editor().AddFields({u("z")});
+    ASSERT_EQ(sitting().Models().size(), 2U);
+    EXPECT_EQ(compareLastTwo().obstacle, QString());
+    EXPECT_EQ(compareLastTwo().test, QString());
+}
+
+TEST_F(Models, OfOtherRecordsOrResponsesDoNotCompare)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    typeFilter("x > 10");
+    EXPECT_TRUE(compareLastTwo().obstacle.contains(u("different numbers of records")));
+    typeFilter("x <= 40");
+    EXPECT_TRUE(compareLastTwo().obstacle.contains(u("not of the same ones")))
+        << compareLastTwo().obstacle.toStdString();
+    window->Editor().Remove(2);
+    EXPECT_EQ(compareLastTwo().obstacle, QString()) << "the same records again";
+    EXPECT_NE(compareLastTwo().test, QString());
+    window->Editor().MakeResponse(u("z"));
+    EXPECT_TRUE(compareLastTwo().obstacle.contains(u("different responses")));
+    drop(csv("other.csv", 50));
+    defineXY();
+    EXPECT_TRUE(compareLastTwo().obstacle.contains(u("different tables")));
+}
+
+TEST_F(Models, OfWhichOneHasMoreNullsAreOfOtherRecords)
+{
+    QFile file(folder.filePath(u("holes.csv")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("y,a,b\n1,1,5\n3,2,\n2,3,4\n5,4,9\n4,5,2\n7,6,3\n");
+    file.close();
+    drop(file.fileName());
+    window->Editor().MakeResponse(u("y"));
+    window->Editor().AddFields({u("a")});
+    window->Editor().AddFields({u("b")});
+    EXPECT_TRUE(compareLastTwo().obstacle.contains(u("IS NOT NULL"))) << compareLastTwo().obstacle.toStdString();
+    EXPECT_EQ(compareLastTwo().test, QString());
+}
+
+TEST_F(Models, AreComparedFromTheMenu)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    entry("ModelMenu", "Compare Two Models…").trigger();
+    EXPECT_TRUE(message().contains(u("Select two models"))) << message().toStdString();
+    window->Editor().AddFields({u("z")});
+    window->findChild<nuvo::ModelsTable *>()->selectAll();
+    QString shown;
+    answer = [&](QDialog &dialog) {
+        shown = qobject_cast<QMessageBox *>(&dialog)->text();
+        return 0;
+    };
+    entry("ModelMenu", "Compare Two Models…").trigger();
+    for (const char *part : {"First: y on x\n", "Second: y on x, z\n", "R²: ", "AIC: ", "F(1, 47)"})
+        EXPECT_TRUE(shown.contains(u(part))) << part << '\n' << shown.toStdString();
+}
+
+TEST_F(Models, KeepTheirComparisonOverAStart)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    const QString before = compareLastTwo().test;
+    window.reset();
+    begin();
+    EXPECT_EQ(compareLastTwo().test, before);
+    EXPECT_NE(before, QString());
+}
+
+TEST_F(Models, AndStatesComeBackThroughALongWayOfUndoAndRedo)
+{
+    drop(csv("data.csv", 60));
+    auto *const models = window->findChild<nuvo::ModelsTable *>();
+    const auto choose = [&](int row) {
+        models->selectionModel()->select(models->model()->index(row, 0),
+                                         QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    };
+    const std::vector<std::function<void()>> changes{
+        [&] { window->Editor().MakeResponse(u("y")); },
+        [&] { window->Editor().AddFields({u("x")}); },
+        [&] { window->Editor().AddFields({u("z")}); },
+        [&] { window->Editor().Move(1, 1); },
+        [&] {
+            auto *const box = window->findChild<QComboBox *>(u("TransformationX1"));
+            box->setCurrentIndex(box->findText(u("square"), Qt::MatchContains) >= 0
+                                     ? box->findText(u("square"), Qt::MatchContains)
+                                     : 2);
+            Q_EMIT box->activated(box->currentIndex());
+        },
+        [&] { typeFilter("x > 5"); },
+        [&] { entry("ModelMenu", "Every Record").trigger(); },
+        [&] { entry("ModelMenu", "First 2500 Records").trigger(); },
+        [&] {
+            window->ShownPages().Records().View().selectRow(0);
+            entry("ModelMenu", "Leave Selected Records Out").trigger();
+        },
+        [&] { models->model()->setData(models->model()->index(0, 0), u("first"), Qt::EditRole); },
+        [&] {
+            choose(0);
+            QTest::keyClick(models, Qt::Key_Return);
+        },
+        [&] {
+            choose(1);
+            QTest::keyClick(models, Qt::Key_Delete);
+        },
+        [&] { window->Editor().Remove(1); },
+        [&] { drop(csv("other.csv", 20)); },
+        [&] { defineXY(); },
+    };
+    const auto settle = [&] {
+        while (window->Fit().IsReading())
+            QTest::qWait(5);
+    };
+    QUndoStack &undo = sitting().Undo();
+    const int start = undo.index();
+    std::vector<Moment> way{momentOf(sitting())};
+    std::vector<int> steps{start};
+    for (size_t i = 0; i < changes.size(); ++i) {
+        changes[i]();
+        settle();
+        ASSERT_GT(undo.index(), steps.back()) << "change " << i << " can be undone; " << message().toStdString();
+        way.push_back(momentOf(sitting()));
+        steps.push_back(undo.index());
+    }
+    // The models that were tried stay in the list; what a person did to the list goes and comes.
+    const auto isAt = [&](size_t moment) {
+        EXPECT_EQ(sitting().State(), way[moment].state) << "moment " << moment;
+        for (const QString &model : way[moment].models)
+            EXPECT_TRUE(momentOf(sitting()).models.contains(model)) << moment << ' ' << model.toStdString();
+    };
+    for (int round = 0; round < 2; ++round) {
+        for (size_t moment = way.size() - 1; moment > 0; --moment) {
+            while (undo.index() > steps[moment - 1])
+                entry("EditMenu", "Undo").trigger();
+            settle();
+            isAt(moment - 1);
+            EXPECT_EQ(window->Editor().Model(), way[moment - 1].state.model);
+        }
+        for (size_t moment = 1; moment < way.size(); ++moment) {
+            while (undo.index() < steps[moment])
+                entry("EditMenu", "Redo").trigger();
+            settle();
+            isAt(moment);
+            EXPECT_EQ(window->Editor().Model(), way[moment].state.model);
+        }
+    }
+    EXPECT_FALSE(entry("EditMenu", "Redo").isEnabled());
+}

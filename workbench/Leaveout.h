@@ -1,0 +1,16 @@
+#pragma once
+
+#include "workbench/Modelstate.h"
+
+#include <set>
+
+namespace nuvo {
+
+/// The state without some of its records: its filter, and a condition that is true of all others. A record is told
+/// from the others by a field that has its value nowhere else, whole numbers and texts before other numbers, or by
+/// all fields together; the database is asked whether it is so. \param records ordinals, as the state's records come
+/// \throws EPlatformError for a query, for a record that the database has twice, and as the database does
+/// \pre state.hasData()
+ModelState leavingOut(const ModelState &state, const std::set<qint64> &records);
+
+} // namespace nuvo
