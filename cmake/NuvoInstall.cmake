@@ -8,6 +8,7 @@ install(TARGETS NuvoStatistics EXPORT NuvoTargets
         FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/nuvo COMPONENT development
         FILE_SET generated DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/nuvo COMPONENT development)
 install(TARGETS nuvostat RUNTIME COMPONENT program)
+install(TARGETS nuvo-workbench RUNTIME COMPONENT workbench)
 install(EXPORT NuvoTargets NAMESPACE Nuvo:: DESTINATION ${nuvo_cmake_dir} COMPONENT development)
 
 set(nuvo_qt ${Qt6_VERSION_MAJOR}.${Qt6_VERSION_MINOR})
@@ -23,10 +24,10 @@ string(REGEX REPLACE "/$" "" nuvo_prefix_from_pc ${nuvo_prefix_from_pc})
 configure_file(${CMAKE_CURRENT_LIST_DIR}/nuvo.pc.in ${PROJECT_BINARY_DIR}/nuvo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/nuvo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-# The program finds its library wherever the two are installed together; in /usr the system does.
+# The programs find their library wherever they are installed together; in /usr the system does.
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
     file(RELATIVE_PATH nuvo_lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-    set_target_properties(nuvostat PROPERTIES INSTALL_RPATH $ORIGIN/${nuvo_lib_from_bin})
+    set_target_properties(nuvostat nuvo-workbench PROPERTIES INSTALL_RPATH $ORIGIN/${nuvo_lib_from_bin})
 endif()
 
 # Below the prefix as Qt's own plugins are below Qt's: installed to Qt's prefix, Qt Designer finds it by itself.
@@ -40,27 +41,41 @@ if(NUVO_BUILD_DESIGNER)
     endif()
 endif()
 
-# The manual page and what a shell completes are made from what the program says of itself.
+# The manual pages and what a shell completes are made from what the programs say of themselves.
 set(nuvo_manual ${PROJECT_BINARY_DIR}/manual)
 set(nuvo_fromhelp ${PROJECT_SOURCE_DIR}/packaging/fromhelp.sh)
-add_custom_command(OUTPUT ${nuvo_manual}/nuvostat.1 ${nuvo_manual}/nuvostat.bash ${nuvo_manual}/_nuvostat
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${nuvo_manual}
-    COMMAND ${nuvo_fromhelp} $<TARGET_FILE:nuvostat> manual > ${nuvo_manual}/nuvostat.1
-    COMMAND ${nuvo_fromhelp} $<TARGET_FILE:nuvostat> bash > ${nuvo_manual}/nuvostat.bash
-    COMMAND ${nuvo_fromhelp} $<TARGET_FILE:nuvostat> zsh > ${nuvo_manual}/_nuvostat
-    DEPENDS nuvostat ${nuvo_fromhelp} ${PROJECT_SOURCE_DIR}/packaging/manual.awk
-    COMMENT "Writing the manual page of nuvostat"
-    VERBATIM)
-add_custom_target(manual ALL DEPENDS ${nuvo_manual}/nuvostat.1)
-if(NUVO_PACKAGES) # Debian's are compressed
-    install(CODE "execute_process(COMMAND gzip -9 -n -k -f \"${nuvo_manual}/nuvostat.1\" COMMAND_ERROR_IS_FATAL ANY)"
-            COMPONENT program)
-    install(FILES ${nuvo_manual}/nuvostat.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
-else()
-    install(FILES ${nuvo_manual}/nuvostat.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
-endif()
-install(FILES ${nuvo_manual}/nuvostat.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-        RENAME nuvostat COMPONENT program)
-install(FILES ${nuvo_manual}/_nuvostat DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT program)
-install(FILES ${PROJECT_SOURCE_DIR}/packaging/nuvostat.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo
-        COMPONENT program)
+set(nuvo_pages "")
+foreach(program_component nuvostat:program)
+    string(REPLACE : ";" program_component ${program_component})
+    list(GET program_component 0 program)
+    list(GET program_component 1 component)
+    set(page ${nuvo_manual}/${program}.1)
+    add_custom_command(OUTPUT ${page} ${nuvo_manual}/${program}.bash ${nuvo_manual}/_${program}
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${nuvo_manual}
+        COMMAND ${nuvo_fromhelp} $<TARGET_FILE:${program}> manual > ${page}
+        COMMAND ${nuvo_fromhelp} $<TARGET_FILE:${program}> bash > ${nuvo_manual}/${program}.bash
+        COMMAND ${nuvo_fromhelp} $<TARGET_FILE:${program}> zsh > ${nuvo_manual}/_${program}
+        DEPENDS ${program} ${nuvo_fromhelp} ${PROJECT_SOURCE_DIR}/packaging/manual.awk
+        COMMENT "Writing the manual page of ${program}"
+        VERBATIM)
+    list(APPEND nuvo_pages ${page})
+    if(NUVO_PACKAGES) # Debian's are compressed
+        install(CODE "execute_process(COMMAND gzip -9 -n -k -f \"${page}\" COMMAND_ERROR_IS_FATAL ANY)"
+                COMPONENT ${component})
+        set(page ${page}.gz)
+    endif()
+    install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component})
+    install(FILES ${nuvo_manual}/${program}.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+            RENAME ${program} COMPONENT ${component})
+    install(FILES ${nuvo_manual}/_${program} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
+            COMPONENT ${component})
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/${program}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo
+            COMPONENT ${component})
+endforeach()
+add_custom_target(manual ALL DEPENDS ${nuvo_pages})
+
+# What a desktop needs to offer the workbench.
+install(FILES ${PROJECT_SOURCE_DIR}/workbench/nuvo-workbench.desktop
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT workbench)
+install(FILES ${PROJECT_SOURCE_DIR}/workbench/nuvo-workbench.svg
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT workbench)

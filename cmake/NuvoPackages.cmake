@@ -3,14 +3,16 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME nuvostatistics)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_VENDOR "Nuvo Statistics")
-set(CPACK_PACKAGE_CONTACT "The Nuvo Statistics authors <nuvostatistics@example.org>" CACHE STRING
+# Nobody reads this address: a release puts its own here (docs/releasing.md), or gives -D NUVO_PACKAGE_CONTACT=...
+set(NUVO_PACKAGE_CONTACT "The Nuvo Statistics authors <nuvostatistics@example.org>" CACHE STRING
     "Who is asked about the packages")
+set(CPACK_PACKAGE_CONTACT ${NUVO_PACKAGE_CONTACT})
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
     WORLD_READ WORLD_EXECUTE)
-set(CPACK_COMPONENTS_ALL library development program)
+set(CPACK_COMPONENTS_ALL library development program workbench)
 if(NUVO_BUILD_DESIGNER)
     list(APPEND CPACK_COMPONENTS_ALL designer)
 endif()
@@ -51,6 +53,10 @@ This package lets Qt Designer put the components on forms.")
 nuvo_package(program nuvostat science "multiple linear regression on the tables of a database" "${about}
 .
 This package holds the command line: fit, select, run, import, ftable.")
+nuvo_package(workbench nuvo-workbench science "linear regression on databases and CSV files" "${about}
+.
+This package holds the workbench, a window in which models are tried on
+tables and files, with the guide.")
 
 file(WRITE ${PROJECT_BINARY_DIR}/packaging/shlibs
      "libNuvoStatistics ${PROJECT_VERSION_MAJOR} ${library} (>= ${PROJECT_VERSION})\n")
@@ -67,6 +73,10 @@ set(CPACK_DEBIAN_DESIGNER_PACKAGE_RECOMMENDS designer-qt6)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "${same}, libqt6sql6-sqlite")
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS fonts-liberation)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SUGGESTS libqt6sql6-psql)
+# Qt has the drivers of databases in packages of their own, which no library asks for.
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "${same}, libqt6sql6-sqlite")
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS "fonts-liberation, libqt6sql6-psql, shared-mime-info")
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SUGGESTS "nuvostat, libqt6sql6-mysql, libqt6sql6-odbc, qt6-wayland")
 
 # Copyright and changelog, as Debian's policy wants them.
 file(STRINGS ${PROJECT_SOURCE_DIR}/LICENSE lines)

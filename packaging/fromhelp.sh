@@ -1,37 +1,71 @@
 #!/bin/sh
-# fromhelp.sh NUVOSTAT manual|bash|zsh: the manual page of nuvostat, or what a shell completes, from the program's help.
+# fromhelp.sh PROGRAM manual|bash|zsh: a program's page of the manual, or what a shell completes, from its help.
 set -eu
 program=$1
+name=$(basename "$1")
 here=$(dirname "$0")
 LC_ALL=C.UTF-8
 export LC_ALL
 version=$("$program" --version | sed 's/.* //')
-commands=$("$program" --help | sed -n '/^Commands:$/,/^$/s/^  \([a-z][a-z]*\) .*/\1/p')
+
+# Help texts as nuvostat has them: a sentence, the usage, options with their meaning in the 29th column. What Qt prints for a
+# program is brought into this form.
+help() {
+    "$program" "$@" --help | awk -v name="$name" '
+        NR == 1 && /^Usage: / { qt = 1; usage = name substr($0, index($0, " [")); next }
+        !qt { print; next }
+        !described && $0 != "" { text = text (text == "" ? "" : " ") $0; next }
+        !described { described = 1; print text "\n\nUsage:\n  " usage "\n"; next }
+        /^  [^ ]/ {
+            option = substr($0, 3)
+            meaning = ""
+            if (match(option, /  +/)) {
+                meaning = substr(option, RSTART + RLENGTH)
+                option = substr(option, 1, RSTART - 1)
+            }
+            gsub(/, -/, ",-", option)
+            gsub(/[<>]/, "", option)
+            if (length(option) > 25) {
+                print "  " option
+                option = ""
+            }
+            printf "  %-25s %s\n", option, meaning
+            next
+        }
+        /^   / { sub(/^ +/, ""); printf "%28s%s\n", "", $0; next }
+        { print }'
+}
+commands=$(help | sed -n '/^Commands:$/,/^$/s/^  \([a-z][a-z]*\) .*/\1/p')
 
 options() { # of a command
-    "$program" "$@" --help | sed -n 's/^  \(-h,\)\{0,1\}\(--[a-z][a-z-]*\).*/\2/p'
+    help "$@" | sed -n 's/^  \(-[a-z],\)\{0,1\}\(--[a-z][a-z-]*\).*/\2/p'
 }
 choices() { # "--format text report json" for each option that takes one of some words
-    "$program" "$@" --help | sed -n 's/^  \(--[a-z][a-z-]*\) \([a-z][a-z0-9]*\(|[a-z][a-z0-9]*\)\{1,\}\)\( .*\)\{0,1\}$/\1 \2/p' | tr '|' ' '
+    help "$@" | sed -n 's/^  \(--[a-z][a-z-]*\) \([a-z][a-z0-9]*\(|[a-z][a-z0-9]*\)\{1,\}\)\( .*\)\{0,1\}$/\1 \2/p' | tr '|' ' '
 }
 files() { # the options whose value is a file or a folder
-    "$program" "$@" --help | sed -n 's/^  \(--[a-z][a-z-]*\) \(FILE\|DIR\|DB\)\( .*\)\{0,1\}$/\1/p'
+    help "$@" | sed -n 's/^  \(--[a-z][a-z-]*\) \(FILE\|DIR\|DB\)\( .*\)\{0,1\}$/\1/p'
 }
 
 case $2 in
 manual)
     {
         printf '\f\n'
-        "$program" --help
+        help
         for command in $commands; do
             printf '\f%s\n' "$command"
-            "$program" "$command" --help
+            help "$command"
         done
-    } | awk -v version="$version" -f "$here/manual.awk"
+    } | awk -v name="$name" -v version="$version" -f "$here/manual.awk"
     ;;
 bash)
-    echo '# Made from what "nuvostat --help" says.'
-    echo '_nuvostat()'
+    echo "# Made from what \"$name --help\" says."
+    if [ -z "$commands" ]; then
+        # shellcheck disable=SC2046
+        echo "complete -o filenames -f -W '$(echo $(options))' $name"
+        exit
+    fi
+    echo "_$name()"
     echo '{'
     echo '    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}'
     echo '    case ${COMP_WORDS[1]}$before in'
@@ -54,11 +88,16 @@ bash)
     echo '    esac'
     echo '    case $word in -*) ;; *) [ "$COMP_CWORD" -gt 1 ] && COMPREPLY+=($(compgen -f -- "$word")) ;; esac'
     echo '}'
-    echo 'complete -o filenames -F _nuvostat nuvostat'
+    echo "complete -o filenames -F _$name $name"
     ;;
 zsh)
-    echo '#compdef nuvostat'
-    echo '# Made from what "nuvostat --help" says.'
+    echo "#compdef $name"
+    echo "# Made from what \"$name --help\" says."
+    if [ -z "$commands" ]; then
+        # shellcheck disable=SC2046
+        echo "_arguments $(echo $(options)) '*:file:_files'"
+        exit
+    fi
     # shellcheck disable=SC2046,SC2086
     echo "(( CURRENT == 2 )) && { compadd -- $(echo $commands $(options)); return }"
     echo 'case $words[2]$words[CURRENT-1] in'

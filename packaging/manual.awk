@@ -1,5 +1,5 @@
-# What nuvostat says of itself, as a page of the manual: help texts, each behind a line with its command (empty for the
-# program itself) after a form feed.
+# What a program says of itself, as a page of the manual: help texts, each behind a line with its command (empty for the
+# program itself) after a form feed. Variables: name, version.
 function escaped(text) {
     gsub(/\\/, "\\e", text)
     gsub(/-/, "\\-", text)
@@ -20,8 +20,7 @@ function flushOption() {
     option = meaning = ""
 }
 BEGIN {
-    print ".TH NUVOSTAT 1 \"\" \"nuvostat " version "\" \"User Commands\""
-    print ".SH NAME\nnuvostat \\- multiple linear regression on the tables and queries of a database"
+    print ".TH " toupper(name) " 1 \"\" \"" name " " version "\" \"User Commands\""
 }
 /^\f/ {
     flushOption()
@@ -29,14 +28,16 @@ BEGIN {
     command = substr($0, 2)
     first = 1
     if (command != "")
-        print ".SH \"" toupper("nuvostat " command) "\""
+        print ".SH \"" toupper(name " " command) "\""
     next
 }
-first { # a sentence that NAME or the list of commands has said already
+first { # the sentence that says what it is
     first = 0
-    if (command == "")
+    if (command == "") {
+        sub(/\.$/, "")
+        print ".SH NAME\n" escaped(name) " \\- " escaped(tolower(substr($0, 1, 1)) substr($0, 2))
         print ".SH SYNOPSIS"
-    else
+    } else
         print escaped($0) "."
     next
 }

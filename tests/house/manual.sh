@@ -39,9 +39,13 @@ for command in $commands; do
     done
 done
 offered fit --format '' | tr '\n' ' ' | grep -qx 'text report json ' || fail 'bash does not offer the formats'
-cd "$stage" && touch data.csv && offered import data | grep -qx data.csv || fail 'bash does not offer files'
-if command -v man >/dev/null; then
-    warnings=$(man -l --warnings -E UTF-8 "$manual" 2>&1 >/dev/null | grep -v 'cannot' || true)
-    [ -z "$warnings" ] || fail "man says: $warnings"
-fi
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work" && touch data.csv && offered import data | grep -qx data.csv || fail 'bash does not offer files'
+
+for page in "$manual"; do
+    command -v man >/dev/null || break
+    warnings=$(man -l --warnings -E UTF-8 "$page" 2>&1 >/dev/null | grep -v 'cannot' || true)
+    [ -z "$warnings" ] || fail "man says of $page: $warnings"
+done
 [ "$failures" -eq 0 ]
