@@ -47,7 +47,7 @@ void ServerRecords::describeQuery(const Connection &connection, const ScanSource
     Select none = select;
     none.sql = QStringLiteral("SELECT * FROM (%1) nuvo_q WHERE 1 = 0").arg(select.sql);
     none.cursor = false;
-    columns = columnsOf(RowSource::open(connection, none, caption)->columns(), connection.dialect());
+    columns = RowSource::open(connection, none, caption)->columns();
     for (const Column &column : columns)
         expressions.append(quotedName(column.name, connection.dialect()));
     makeNamesUnique(columns);

@@ -106,7 +106,7 @@ QString withoutPasswords(const QString &databaseName)
         const qsizetype end = rest.indexOf(QRegularExpression(QStringLiteral("[/?#]")));
         const QStringView authority = end < 0 ? rest : rest.left(end);
         const qsizetype colon = authority.startsWith(u'[') ? -1 : colonIn(authority);
-        if (colon >= 0 && !port.match(rest.mid(colon + 1)).hasMatch())
+        if (colon >= 0 && !port.match(rest.mid(colon + 1).toString()).hasMatch())
             name.replace(from + colon + 1, name.size() - from - colon - 1, kMask);
     }
     // Parameters of a URL, parts of a connection string: a secret hides all that follows it, since it may hold any

@@ -129,7 +129,7 @@ std::vector<Column> TDataSet::Private::describe(bool read, std::vector<QVariantL
     if (begun)
         rows.begin();
     if (columns.empty())
-        columns = nuvo::columnsOf(rows.columns(), connection.dialect());
+        columns = rows.columns();
     if (begun && (read || someAreUntyped()))
         firstRows = rows.firstRows(int(columns.size()));
     nuvo::makeNamesUnique(columns);

@@ -348,14 +348,14 @@ QDateTime dateTimeFromValue(const QVariant &value)
         return QDateTime(QDate(1970, 1, 1), value.toTime());
     case QMetaType::LongLong:
     case QMetaType::Int:
-        return QDateTime::fromSecsSinceEpoch(value.toLongLong(), Qt::UTC);
+        return QDateTime::fromSecsSinceEpoch(value.toLongLong()).toUTC();
     case QMetaType::Double: {
         constexpr double kUnixEpoch = 2440587.5; // as a Julian day
         const double milliseconds = std::round((value.toDouble() - kUnixEpoch) * 86400000.0);
         // Beyond year 9999 it is no date that SQLite knows.
         if (!(std::fabs(milliseconds) < 2.6e14))
             return {};
-        return QDateTime::fromMSecsSinceEpoch(qint64(milliseconds), Qt::UTC);
+        return QDateTime::fromMSecsSinceEpoch(qint64(milliseconds)).toUTC();
     }
     default: {
         const QString text = value.toString().trimmed();

@@ -72,7 +72,7 @@ void FirstRows::Private::readRows()
         const std::unique_ptr<RowSource> read =
             RowSource::open(connection, selectOf(connection, statement, params, caption), caption);
         if (columns.empty())
-            columns = columnsOf(read->columns(), connection.dialect());
+            columns = read->columns();
         while (!cancelled && read->next()) {
             if (int(rows.size()) == wanted) {
                 more = true;

@@ -3,6 +3,8 @@
 #include <QLibrary>
 #include <QSqlDatabase>
 #include <QSqlDriver>
+#include <QSqlQuery>
+#include <QSqlResult>
 #include <QVariant>
 
 #include <array>
@@ -44,6 +46,16 @@ QString errorMessage(const QSqlDatabase &database)
     const auto message = symbol<const char *(*)(const void *)>("PQerrorMessage");
     const void *connection = connectionOf(database);
     return message != nullptr && connection != nullptr ? QString::fromUtf8(message(connection)) : QString();
+}
+
+int columnType(const QSqlQuery &query, int column)
+{
+    const QVariant handle = query.result()->handle();
+    if (qstrcmp(handle.typeName(), "PGresult*") != 0 && qstrcmp(handle.typeName(), "pg_result*") != 0)
+        return 0;
+    const void *result = *static_cast<void *const *>(handle.constData());
+    const auto type = symbol<unsigned (*)(const void *, int)>("PQftype");
+    return type != nullptr && result != nullptr ? int(type(result, column)) : 0;
 }
 
 void Canceller::use(const QSqlDatabase &database)

@@ -3,6 +3,7 @@
 #include <QString>
 
 class QSqlDatabase;
+class QSqlQuery;
 
 namespace nuvo {
 
@@ -16,6 +17,10 @@ void silenceNotices(const QSqlDatabase &database);
 
 /// The library's own message about the connection; empty when there is none.
 QString errorMessage(const QSqlDatabase &database);
+
+/// The number of the type of a result's column, from 0, as the server's catalogue has it; 0 where it is not known.
+/// Qt's own knowledge of it went with Qt 6.8.
+int columnType(const QSqlQuery &query, int column);
 
 /// Asks the server, over a connection of its own, to end the statement that a connection waits for.
 class Canceller

@@ -1,28 +1,34 @@
 #include "platform/Resultcolumns.h"
 
+#include "platform/Libpq.h"
+
 #include <QSet>
 #include <QSqlField>
+#include <QSqlQuery>
 #include <QSqlRecord>
 
 namespace nuvo {
 
 namespace {
 
-Column columnOf(const QSqlField &field, Dialect dialect)
+/// \param type the server's number of it; 0 where that is not known
+Column columnOf(const QSqlField &field, Dialect dialect, int type)
 {
     Column column;
     column.name = field.name();
     column.kind = kindOfMetaType(field.metaType());
     if (dialect == Dialect::Postgres) {
-        column.declaredType = postgresTypeName(field.typeID());
+        column.declaredType = postgresTypeName(type);
         if (column.declaredType == u"bit")
             column.declaredType += QStringLiteral("(%1)").arg(field.length());
         if (!column.declaredType.isEmpty())
             column.kind = kindOfDeclaredType(column.declaredType);
     }
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0) // from then on they come as bytes, which are no numbers either
     constexpr int mysqlBit = 16;
     if (dialect == Dialect::Mysql && field.typeID() == mysqlBit)
         column.kind = FieldKind::Bits;
+#endif
     return column;
 }
 
@@ -44,11 +50,12 @@ FieldKind kindOfValues(const std::vector<QVariantList> &rows, int column)
 
 } // namespace
 
-std::vector<Column> columnsOf(const QSqlRecord &record, Dialect dialect)
+std::vector<Column> columnsOf(const QSqlQuery &query, Dialect dialect)
 {
+    const QSqlRecord record = query.record();
     std::vector<Column> columns;
     for (int i = 0; i < record.count(); ++i)
-        columns.push_back(columnOf(record.field(i), dialect));
+        columns.push_back(columnOf(record.field(i), dialect, libpq::columnType(query, i)));
     return columns;
 }
 

@@ -7,13 +7,13 @@
 
 #include <vector>
 
-class QSqlRecord;
+class QSqlQuery;
 
 /// What is known of a statement's columns: by the driver, by their names, by their first values.
 namespace nuvo {
 
-/// The columns as the driver describes them.
-std::vector<Column> columnsOf(const QSqlRecord &record, Dialect dialect);
+/// The columns of a statement that was executed, as driver and database describe them.
+std::vector<Column> columnsOf(const QSqlQuery &query, Dialect dialect);
 
 /// Makes every name one of its own, upper and lower case alike: NAME, NAME_1, NAME_2.
 void makeNamesUnique(std::vector<Column> &columns);

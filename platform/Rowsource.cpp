@@ -1,6 +1,7 @@
 #include "platform/Rowsource.h"
 
 #include "platform/Errors.h"
+#include "platform/Resultcolumns.h"
 
 #include <QSqlError>
 
@@ -82,13 +83,13 @@ public:
 
     bool isLost() const override { return lost_; }
 
-    QSqlRecord columns() override
+    std::vector<Column> columns() override
     {
         const AnswerLimit::Wait wait = connection_.waiting();
         QSqlQuery query(connection_.database());
         if (!query.exec(QStringLiteral("FETCH FORWARD 0 FROM %1").arg(name_)))
             connection_.fail(query.lastError(), caption_);
-        return query.record();
+        return columnsOf(query, connection_.dialect());
     }
 
 private:
@@ -185,6 +186,11 @@ RowSource::RowSource(const Connection &connection, const QString &caption)
 }
 
 RowSource::~RowSource() = default;
+
+std::vector<Column> RowSource::columns()
+{
+    return columnsOf(query_, connection_.dialect());
+}
 
 std::unique_ptr<RowSource> RowSource::open(const Connection &connection, const Select &select, const QString &caption)
 {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/Connection.h"
+#include "platform/Fieldtypes.h"
 
 #include <QSqlQuery>
-#include <QSqlRecord>
 #include <QVariantList>
 
 #include <memory>
@@ -51,7 +51,7 @@ public:
 
     QVariant value(int column) const { return query_.value(column); }
     /// The columns of the result; asked before the first row.
-    virtual QSqlRecord columns() { return query_.record(); }
+    virtual std::vector<Column> columns();
 
 protected:
     RowSource(const Connection &connection, const QString &caption);

@@ -230,7 +230,7 @@ void Scan::Private::openQuery(Select &select)
     select = selectOf(connection_, statement, source.params, caption());
     if (columns.empty()) {
         rows_ = RowSource::open(connection_, select, caption());
-        columns = columnsOf(rows_->columns(), connection_.dialect());
+        columns = rows_->columns();
     }
     makeNamesUnique(columns);
     for (const QString &name : source.columns) {

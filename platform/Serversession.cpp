@@ -95,7 +95,7 @@ std::vector<std::vector<double>> ServerSession::rows(const QString &sql, const Q
     select.cursor = false;
     const std::unique_ptr<RowSource> source = RowSource::open(connection_, select, caption);
     std::vector<std::vector<double>> result;
-    const int columns = source->columns().count();
+    const int columns = int(source->columns().size());
     while ((most < 0 || qint64(result.size()) < most) && source->next()) {
         std::vector<double> &row = result.emplace_back();
         for (int column = 0; column < columns; ++column) {

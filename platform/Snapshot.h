@@ -3,8 +3,6 @@
 #include "platform/Records.h"
 #include "platform/Rowsource.h"
 
-#include <QSqlRecord>
-
 #include <functional>
 #include <memory>
 #include <vector>
@@ -42,7 +40,7 @@ public:
     /// Begins the statement at the first row.
     void begin() { start(0); }
     /// The columns of the statement's result.
-    QSqlRecord columns() { return source_->columns(); }
+    std::vector<Column> columns() { return source_->columns(); }
     /// The first chunk of rows with so many columns each; taken off the statement.
     std::vector<QVariantList> firstRows(int columns);
     /// Keeps rows with columns of these kinds from now on, beginning with the first rows.

@@ -146,7 +146,7 @@ QMimeData *FieldsModel::mimeData(const QModelIndexList &indexes) const
 void FieldsFilter::SetText(const QString &text)
 {
     text_ = text.trimmed();
-    invalidateFilter();
+    invalidate();
 }
 
 bool FieldsFilter::filterAcceptsRow(int row, const QModelIndex &) const

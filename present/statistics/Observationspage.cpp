@@ -29,7 +29,7 @@ public:
     void SetOnlyThose(bool only)
     {
         only_ = only;
-        invalidateFilter();
+        invalidate();
     }
 
 protected:

@@ -346,7 +346,8 @@ TEST(ProgramsEnd, ClosesTheConnectionsOfDatasetsThatAreStillOpen)
             left->MoveBy(100);
             static int warnings = 0; // Qt's word for a connection that is closed under a statement
             qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) { ++warnings; });
-            qApp->~QCoreApplication(); // it stands on the stack of main()
+            QCoreApplication *application = QCoreApplication::instance();
+            application->~QCoreApplication(); // it stands on the stack of main()
             const bool closed = QSqlDatabase::connectionNames().filter(u("nuvo")).isEmpty() && !left->Active();
             std::_Exit(closed && warnings == 0 ? 7 : 1);
         },
