@@ -44,7 +44,7 @@ public:
     template <class List>
     void RegisterComponents(const List &list)
     {
-        forEach(list, [this](const auto &listed) { Register(listed); });
+        forEach(list, [this](const auto &listed) { this->Register(listed); });
     }
     /// For the properties of that type and name on a class and the classes derived from it.
     template <class Component, class Editor>

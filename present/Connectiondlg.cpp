@@ -39,7 +39,7 @@ struct KindOfDatabase
     const char *password; ///< where a program has it from, which no name holds
 };
 
-const std::array<KindOfDatabase, 4> kinds{{
+const std::array<KindOfDatabase, 4> databaseKinds{{
     {"SQLite file", "", "", ""},
     {"PostgreSQL", "postgresql", "5432",
      "For the try alone, stored nowhere. Programs take it from the password file ~/.pgpass (PGPASSFILE), a line "
@@ -123,7 +123,7 @@ void ConnectionDialog::build()
     };
     b.kind = new QComboBox;
     b.kind->setObjectName(QStringLiteral("kind"));
-    for (const KindOfDatabase &kind : kinds)
+    for (const KindOfDatabase &kind : databaseKinds)
         b.kind->addItem(text(kind.name));
     b.form->addRow(QStringLiteral("&Kind:"), b.kind);
     connect(b.kind, &QComboBox::currentIndexChanged, this, &ConnectionDialog::showKind);
@@ -215,8 +215,8 @@ void ConnectionDialog::showKind()
     for (QWidget *box :
          {static_cast<QWidget *>(b.user), static_cast<QWidget *>(b.password), static_cast<QWidget *>(b.note)})
         b.form->setRowVisible(box, kind != File);
-    b.port->setPlaceholderText(text(kinds[std::size_t(kind)].port));
-    b.note->setText(text(kinds[std::size_t(kind)].password));
+    b.port->setPlaceholderText(text(databaseKinds[std::size_t(kind)].port));
+    b.note->setText(text(databaseKinds[std::size_t(kind)].password));
     changed();
 }
 
@@ -235,7 +235,7 @@ QString ConnectionDialog::DatabaseName() const
             .arg(source.contains(u'=') ? QString() : QStringLiteral("DSN="), source, user);
     }
     ServerAddress address;
-    address.scheme = text(kinds[std::size_t(kind)].scheme);
+    address.scheme = text(databaseKinds[std::size_t(kind)].scheme);
     address.user = b.user->text().trimmed();
     address.host = b.host->text().trimmed();
     address.port = b.port->text().trimmed();

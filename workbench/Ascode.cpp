@@ -57,7 +57,7 @@ QString cppLiteral(const QString &text)
         default:
             // Three octal digits end by themselves, whatever follows.
             if (c.unicode() < 0x20 || c.unicode() == 0x7f)
-                literal += QStringLiteral("\\%1").arg(c.unicode(), 3, 8, QLatin1Char('0'));
+                literal += QStringLiteral("\\%1").arg(int(c.unicode()), 3, 8, QLatin1Char('0'));
             else
                 literal += c;
         }
