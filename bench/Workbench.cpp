@@ -30,13 +30,14 @@
 
 namespace {
 
-/// Waits until a widget has been painted since then.
+/// Waits until a widget, or what is on it, has been painted since then.
 class Painted : public QObject
 {
 public:
-    explicit Painted(QWidget &widget) : widget_(widget) { widget_.installEventFilter(this); }
-    ~Painted() override { widget_.removeEventFilter(this); }
+    explicit Painted(QWidget &widget) : widget_(widget) { QCoreApplication::instance()->installEventFilter(this); }
+    ~Painted() override { QCoreApplication::instance()->removeEventFilter(this); }
 
+    /// Returns with the end of the round of events in which the painting was.
     void wait()
     {
         while (!painted_)
@@ -46,18 +47,15 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() != QEvent::Paint || painting_)
-            return false;
-        painting_ = true;
-        QApplication::sendEvent(watched, event); // the painting itself belongs to it
-        painting_ = false;
-        painted_ = true;
-        return true;
+        if (event->type() == QEvent::Paint) {
+            const auto *const widget = qobject_cast<QWidget *>(watched);
+            painted_ = painted_ || widget == &widget_ || (widget != nullptr && widget_.isAncestorOf(widget));
+        }
+        return false;
     }
 
 private:
     QWidget &widget_;
-    bool painting_ = false;
     bool painted_ = false;
 };
 
@@ -97,6 +95,8 @@ Times oneRun(const QString &file, const QString &response, const QStringList &fi
     nuvo::Pages &pages = window.ShownPages();
     {
         Painted records(*pages.Records().View().viewport());
+        QDragEnterEvent enter({100, 100}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &enter);
         QDropEvent drop(QPointF(100, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         clock.start();
         QApplication::sendEvent(&window, &drop);
