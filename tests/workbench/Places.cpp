@@ -1,6 +1,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QGenericPlugin>
+#include <QLabel>
 #include <QSaveFile>
 #include <QTimer>
 #include <QWidget>
@@ -25,6 +26,8 @@ QByteArray places()
         if (!widget->isVisible() || widget->objectName().isEmpty())
             continue;
         add(widget->objectName(), *widget, widget->rect());
+        if (const auto *const label = qobject_cast<const QLabel *>(widget))
+            add(label->objectName() + u'/' + label->text(), *label, label->rect());
         const auto *const view = qobject_cast<const QAbstractItemView *>(widget);
         if (view == nullptr || view->model() == nullptr)
             continue;

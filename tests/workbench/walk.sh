@@ -57,19 +57,31 @@ take() {
         '$1 == name { print int(($2 - $4 / 2 + 1) * s), int(($3 - $5 / 2 + 1) * s), $4 * s, $5 * s; exit }' "$places")
     import -window root -crop "${width}x$height+$x+$y" +repage "$1.png"
 }
-drag_to() {
-    xdotool mousemove $1 $2 sleep 0.1 mousedown 1 sleep 0.2 mousemove_relative 8 4 sleep 0.1 mousemove_relative 8 4 sleep 0.1
-    xdotool mousemove $(($3 - 6)) $(($4 - 3)) sleep 0.2 mousemove $3 $4 sleep 0.3
+# Whether something is there within so many seconds.
+appears() {
+    for _ in $(seq $(($2 * 5))); do
+        awk -v name="$1" '$1 == name { found = 1 } END { exit !found }' "$places" && return
+        sleep 0.2
+    done
+    return 1
 }
-release() { xdotool mouseup 1 sleep 0.2; }
+# Drags from one place to another until that has led to something. A busy machine can be too slow to tell the dragging
+# program in time that the other one takes it; a person tries again then, too.
+drag() {
+    for wait in 0.3 1 3; do
+        xdotool mousemove $1 $2 sleep 0.1 mousedown 1 sleep 0.2 mousemove_relative 8 4 sleep 0.1 mousemove_relative 8 4 sleep 0.1
+        xdotool mousemove $(($3 - 6)) $(($4 - 3)) sleep 0.2 mousemove $3 $4 sleep $wait mouseup 1
+        if appears "$5" 8; then return; fi
+    done
+    fail "the drag has led to no $5"
+}
 
 until_there Welcome
 take welcome
 
 act "Drag the file onto the window."
 read -r x y < <(where Welcome)
-drag_to $((1450 * scale)) $((405 * scale)) "$x" "$y"
-release
+drag $((1450 * scale)) $((405 * scale)) "$x" "$y" CsvPreview
 until_there CsvPreview
 take preview CsvPreview
 
@@ -81,13 +93,12 @@ take fields
 act "Drag the field Employed to Y."
 read -r fx fy < <(where FieldsView/Employed)
 read -r x y < <(where FieldY)
-drag_to "$fx" "$fy" "$x" "$y"
-release
+drag "$fx" "$fy" "$x" "$y" TermY/Employed
 take response
 
 act "Click the field GNP.deflator."
 read -r x y < <(where FieldsView/GNP.deflator)
-xdotool mousemove "$x" "$y" click 1 sleep 0.7
+xdotool mousemove "$x" "$y" click 1 sleep 1
 act "Click the field Year with the shift key."
 read -r x y < <(where FieldsView/Year)
 xdotool mousemove "$x" "$y" keydown shift click 1 keyup shift sleep 0.2
@@ -111,7 +122,7 @@ until_there PrintDialog
 take print PrintDialog
 act "Enter: into the file that is proposed."
 xdotool key Return
-for _ in $(seq 100); do [ -s home/Documents/*.pdf ] && break; sleep 0.1; done
-sleep 0.5
+printed=home/Documents/longley-report.pdf
+for _ in $(seq 300); do tail -c 10 "$printed" 2>/dev/null | grep -q '%%EOF' && break; sleep 0.2; done
 take printed
-mv home/Documents/*.pdf report.pdf
+mv "$printed" report.pdf
