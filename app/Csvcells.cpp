@@ -220,15 +220,15 @@ QString decimalReason(const std::vector<ColumnSurvey> &columns, char decimal)
 {
     for (const ColumnSurvey &column : columns) {
         if (column.isNumeric(decimal) && column.needs(decimal))
-            return QStringLiteral("line %1 has \"%2\"")
+            return CsvWords::tr("line %1 has \"%2\"")
                 .arg(column.exampleLine(decimal))
                 .arg(QString::fromUtf8(column.example(decimal).data(), qsizetype(column.example(decimal).size())));
     }
     for (const ColumnSurvey &column : columns) {
         if (column.isOpen() && column.isNumeric(','))
-            return QStringLiteral("commas could be decimal or part thousands; --decimal says which");
+            return CsvWords::tr("commas could be decimal or part thousands; --decimal says which");
     }
-    return QStringLiteral("no number has one");
+    return CsvWords::tr("no number has one");
 }
 
 QString decoded(std::string_view bytes, CsvEncoding encoding)

@@ -157,9 +157,27 @@ bool agree(const std::vector<RoughRecord> &records)
                        [&](const RoughRecord &one) { return one.cells.size() == records[0].cells.size(); });
 }
 
-QString counted(qint64 count, const QString &what)
+QString whyNoComma(char separator, const HeaderRow &header)
 {
-    return count == 1 ? QStringLiteral("a ") + what : QStringLiteral("%1 %2s").arg(count).arg(what);
+    if (separator == ';')
+        return header.semicolons == 1
+                   ? CsvWords::tr("the header row has a semicolon and no comma")
+                   : CsvWords::tr("the header row has %1 semicolons and no comma").arg(header.semicolons);
+    return header.tabs == 1 ? CsvWords::tr("the header row has a tab and no comma")
+                            : CsvWords::tr("the header row has %1 tabs and no comma").arg(header.tabs);
+}
+
+/// Why not the separator that the header row has most of; the number of cells is still to come.
+QString whyOther(char refused)
+{
+    switch (refused) {
+    case ';':
+        return CsvWords::tr("every record has %1 cells with it, where a semicolon gives them different numbers");
+    case '\t':
+        return CsvWords::tr("every record has %1 cells with it, where a tab gives them different numbers");
+    default:
+        return CsvWords::tr("every record has %1 cells with it, where a comma gives them different numbers");
+    }
 }
 
 } // namespace
@@ -188,7 +206,7 @@ void CsvRecogniser::findEncoding(std::string_view bytes, bool whole)
         format_.encoding = encoding;
         reasons_.encoding = why;
     };
-    const QString mark = QStringLiteral("the file begins with its byte-order mark");
+    const QString mark = CsvWords::tr("the file begins with its byte-order mark");
     if (bytes.starts_with(utf8Mark)) {
         markLength_ = utf8Mark.size();
         take(CsvEncoding::Utf8, mark);
@@ -196,17 +214,17 @@ void CsvRecogniser::findEncoding(std::string_view bytes, bool whole)
         markLength_ = littleMark.size();
         take(bytes.starts_with(littleMark) ? CsvEncoding::Utf16LittleEndian : CsvEncoding::Utf16BigEndian, mark);
     } else if (const auto utf16 = utf16Without(bytes)) {
-        take(*utf16, QStringLiteral("every second byte is zero"));
+        take(*utf16, CsvWords::tr("every second byte is zero"));
     }
     if (corrections_.encoding) {
         // The mark of another encoding is text in the one that was said.
         if (format_.encoding != *corrections_.encoding && !(isUnicode(format_.encoding) && markLength_ == 3))
             markLength_ = 0;
-        take(*corrections_.encoding, QStringLiteral("as told"));
+        take(*corrections_.encoding, CsvWords::tr("as told"));
     } else if (reasons_.encoding.isEmpty()) {
         const bool utf8 = isUtf8(whole ? bytes : withoutCutCharacter(bytes));
         take(utf8 ? CsvEncoding::Utf8 : CsvEncoding::Windows1252,
-             utf8 ? QStringLiteral("every byte is part of a character") : QStringLiteral("some byte is no UTF-8"));
+             utf8 ? CsvWords::tr("every byte is part of a character") : CsvWords::tr("some byte is no UTF-8"));
     }
 }
 
@@ -214,20 +232,17 @@ void CsvRecogniser::findSeparator(std::string_view text, bool whole)
 {
     if (corrections_.separator) {
         format_.separator = *corrections_.separator;
-        reasons_.separator = QStringLiteral("as told");
+        reasons_.separator = CsvWords::tr("as told");
         return;
     }
     const HeaderRow header(text);
     format_.separator = header.separator();
     if (header.comma)
-        reasons_.separator = QStringLiteral("the header row has one");
+        reasons_.separator = CsvWords::tr("the header row has one");
     else if (format_.separator == ',')
-        reasons_.separator = QStringLiteral("there is one column");
+        reasons_.separator = CsvWords::tr("there is one column");
     else
-        reasons_.separator =
-            QStringLiteral("the header row has %1 and no comma")
-                .arg(format_.separator == ';' ? counted(header.semicolons, QStringLiteral("semicolon"))
-                                              : counted(header.tabs, QStringLiteral("tab")));
+        reasons_.separator = whyNoComma(format_.separator, header);
     const std::vector<RoughRecord> records = recordsOf(text, format_.separator, whole);
     if (records.size() < 2 || agree(records))
         return;
@@ -235,10 +250,7 @@ void CsvRecogniser::findSeparator(std::string_view text, bool whole)
         const std::vector<RoughRecord> parted = recordsOf(text, other, whole);
         if (other == format_.separator || parted.size() < 2 || parted[0].cells.size() < 2 || !agree(parted))
             continue;
-        reasons_.separator =
-            QStringLiteral("every record has %1 cells with it, where a %2 gives them different numbers")
-                .arg(parted[0].cells.size())
-                .arg(separatorName(format_.separator));
+        reasons_.separator = whyOther(format_.separator).arg(parted[0].cells.size());
         format_.separator = other;
         return;
     }
@@ -248,7 +260,7 @@ void CsvRecogniser::findDecimal(std::string_view text, bool whole)
 {
     if (corrections_.decimal || format_.separator == ',') {
         format_.decimal = corrections_.decimal.value_or('.');
-        reasons_.decimal = corrections_.decimal ? QStringLiteral("as told") : QString();
+        reasons_.decimal = corrections_.decimal ? CsvWords::tr("as told") : QString();
         return;
     }
     const std::vector<RoughRecord> records = recordsOf(text, format_.separator, whole);
@@ -289,13 +301,13 @@ QString separatorName(char separator)
 {
     switch (separator) {
     case ',':
-        return QStringLiteral("comma");
+        return CsvWords::tr("comma");
     case ';':
-        return QStringLiteral("semicolon");
+        return CsvWords::tr("semicolon");
     case '\t':
-        return QStringLiteral("tab");
+        return CsvWords::tr("tab");
     case ' ':
-        return QStringLiteral("blank");
+        return CsvWords::tr("blank");
     default:
         return QStringLiteral("\"%1\"").arg(QLatin1Char(separator));
     }

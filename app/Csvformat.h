@@ -1,11 +1,18 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <optional>
 #include <string_view>
 
 namespace nuvo {
+
+/// Texts about CSV files, in the language of the translator that a program installs, else English.
+struct CsvWords
+{
+    Q_DECLARE_TR_FUNCTIONS(CsvWords)
+};
 
 enum class CsvEncoding { Utf8, Utf16LittleEndian, Utf16BigEndian, Windows1252, Latin1 };
 

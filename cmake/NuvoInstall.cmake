@@ -79,3 +79,9 @@ install(FILES ${PROJECT_SOURCE_DIR}/workbench/nuvo-workbench.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT workbench)
 install(FILES ${PROJECT_SOURCE_DIR}/workbench/nuvo-workbench.svg
         DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT workbench)
+foreach(size 16 24 32 48 64 128 256)
+    install(FILES ${PROJECT_SOURCE_DIR}/workbench/icons/${size}.png RENAME nuvo-workbench.png
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps COMPONENT workbench)
+endforeach()
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/nuvo-workbench.metainfo.xml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT workbench)

@@ -75,7 +75,7 @@ set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS fonts-liberation)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SUGGESTS libqt6sql6-psql)
 # Qt has the drivers of databases in packages of their own, which no library asks for.
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "${same}, libqt6sql6-sqlite")
-set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS "fonts-liberation, libqt6sql6-psql, shared-mime-info")
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS "fonts-liberation, libqt6sql6-psql, qt6-translations-l10n, shared-mime-info")
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SUGGESTS "nuvostat, libqt6sql6-mysql, libqt6sql6-odbc, qt6-wayland")
 
 # Copyright and changelog, as Debian's policy wants them.

@@ -40,15 +40,19 @@ struct KindOfDatabase
 };
 
 const std::array<KindOfDatabase, 4> databaseKinds{{
-    {"SQLite file", "", "", ""},
+    {QT_TRANSLATE_NOOP("nuvo::ConnectionDialog", "SQLite file"), "", "", ""},
     {"PostgreSQL", "postgresql", "5432",
-     "For the try alone, stored nowhere. Programs take it from the password file ~/.pgpass (PGPASSFILE), a line "
-     "host:port:database:user:password, or from a service file."},
+     QT_TRANSLATE_NOOP("nuvo::ConnectionDialog",
+                       "For the try alone, stored nowhere. Programs take it from the password file ~/.pgpass "
+                       "(PGPASSFILE), a line host:port:database:user:password, or from a service file.")},
     {"MySQL, MariaDB", "mysql", "3306",
-     "For the try alone, stored nowhere. The driver reads no password file: programs use an account that needs no "
-     "password, or register a connection of their own and name it here."},
-    {"ODBC data source", "", "",
-     "For the try alone, stored nowhere. Programs take it from the data source (~/.odbc.ini)."},
+     QT_TRANSLATE_NOOP(
+         "nuvo::ConnectionDialog",
+         "For the try alone, stored nowhere. The driver reads no password file: programs use an account "
+         "that needs no password, or register a connection of their own and name it here.")},
+    {QT_TRANSLATE_NOOP("nuvo::ConnectionDialog", "ODBC data source"), "", "",
+     QT_TRANSLATE_NOOP("nuvo::ConnectionDialog",
+                       "For the try alone, stored nowhere. Programs take it from the data source (~/.odbc.ini).")},
 }};
 
 constexpr int LongestTimeout = 86400; // seconds, as in an address
@@ -94,7 +98,7 @@ struct ConnectionDialog::Boxes
 
 ConnectionDialog::ConnectionDialog(QWidget *parent) : QDialog(parent), boxes_(std::make_unique<Boxes>())
 {
-    setWindowTitle(QStringLiteral("Connection to a Database"));
+    setWindowTitle(tr("Connection to a Database"));
     build();
     showKind();
 }
@@ -124,44 +128,44 @@ void ConnectionDialog::build()
     b.kind = new QComboBox;
     b.kind->setObjectName(QStringLiteral("kind"));
     for (const KindOfDatabase &kind : databaseKinds)
-        b.kind->addItem(text(kind.name));
-    b.form->addRow(QStringLiteral("&Kind:"), b.kind);
+        b.kind->addItem(tr(kind.name));
+    b.form->addRow(tr("&Kind:"), b.kind);
     connect(b.kind, &QComboBox::currentIndexChanged, this, &ConnectionDialog::showKind);
 
     b.fileRow = new QWidget;
     auto *fileLayout = new QHBoxLayout(b.fileRow);
     fileLayout->setContentsMargins({});
     b.file = line("file");
-    auto *browse = new QPushButton(QStringLiteral("&Browse…"));
+    auto *browse = new QPushButton(tr("&Browse…"));
     browse->setObjectName(QStringLiteral("browse"));
     browse->setAutoDefault(false);
     connect(browse, &QPushButton::clicked, this, [this] { guarded([this] { this->browse(); }); });
     fileLayout->addWidget(b.file);
     fileLayout->addWidget(browse);
-    b.form->addRow(QStringLiteral("&File:"), b.fileRow);
+    b.form->addRow(tr("&File:"), b.fileRow);
     static_cast<QLabel *>(b.form->labelForField(b.fileRow))->setBuddy(b.file);
 
     b.source = line("source");
-    b.form->addRow(QStringLiteral("Data &source:"), b.source);
+    b.form->addRow(tr("Data &source:"), b.source);
     b.host = line("host");
     b.host->setPlaceholderText(QStringLiteral("localhost"));
-    b.form->addRow(QStringLiteral("&Host:"), b.host);
+    b.form->addRow(tr("&Host:"), b.host);
     b.port = line("port");
-    b.form->addRow(QStringLiteral("P&ort:"), b.port);
+    b.form->addRow(tr("P&ort:"), b.port);
     b.database = line("database");
-    b.form->addRow(QStringLiteral("&Database:"), b.database);
+    b.form->addRow(tr("&Database:"), b.database);
     b.user = line("user");
-    b.form->addRow(QStringLiteral("&User:"), b.user);
+    b.form->addRow(tr("&User:"), b.user);
     b.connectTimeout = seconds("connectTimeout", 1, ServerAddress().connectTimeout);
-    b.connectTimeout->setToolTip(QStringLiteral("How long a server may take to let us in"));
-    b.form->addRow(QStringLiteral("&Wait to connect:"), b.connectTimeout);
+    b.connectTimeout->setToolTip(tr("How long a server may take to let us in"));
+    b.form->addRow(tr("&Wait to connect:"), b.connectTimeout);
     b.readTimeout = seconds("readTimeout", 0, 0);
-    b.readTimeout->setSpecialValueText(QStringLiteral("as long as it takes"));
-    b.readTimeout->setToolTip(QStringLiteral("How long the answer to one statement may take"));
-    b.form->addRow(QStringLiteral("Wait for &answers:"), b.readTimeout);
+    b.readTimeout->setSpecialValueText(tr("as long as it takes"));
+    b.readTimeout->setToolTip(tr("How long the answer to one statement may take"));
+    b.form->addRow(tr("Wait for &answers:"), b.readTimeout);
     b.password = line("password");
     b.password->setEchoMode(QLineEdit::Password);
-    b.form->addRow(QStringLiteral("&Password:"), b.password);
+    b.form->addRow(tr("&Password:"), b.password);
     b.note = new QLabel;
     b.note->setObjectName(QStringLiteral("note"));
     b.note->setTextFormat(Qt::PlainText);
@@ -170,10 +174,10 @@ void ConnectionDialog::build()
     b.name = new QLineEdit;
     b.name->setObjectName(QStringLiteral("databaseName"));
     b.name->setReadOnly(true);
-    b.name->setToolTip(QStringLiteral("The DatabaseName that is taken"));
-    b.form->addRow(QStringLiteral("&Name:"), b.name);
+    b.name->setToolTip(tr("The DatabaseName that is taken"));
+    b.form->addRow(tr("&Name:"), b.name);
 
-    b.tryIt = new QPushButton(QStringLiteral("&Try"));
+    b.tryIt = new QPushButton(tr("&Try"));
     b.tryIt->setObjectName(QStringLiteral("try"));
     b.tryIt->setAutoDefault(false);
     connect(b.tryIt, &QPushButton::clicked, this, &ConnectionDialog::Try);
@@ -187,7 +191,7 @@ void ConnectionDialog::build()
     tryRow->addWidget(b.status, 1);
     b.tables = new QListWidget;
     b.tables->setObjectName(QStringLiteral("tables"));
-    b.tables->setAccessibleName(QStringLiteral("Tables of the database"));
+    b.tables->setAccessibleName(tr("Tables of the database"));
     b.buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     b.buttons->setObjectName(QStringLiteral("buttons"));
     connect(b.buttons, &QDialogButtonBox::accepted, this, &ConnectionDialog::accept);
@@ -216,7 +220,8 @@ void ConnectionDialog::showKind()
          {static_cast<QWidget *>(b.user), static_cast<QWidget *>(b.password), static_cast<QWidget *>(b.note)})
         b.form->setRowVisible(box, kind != File);
     b.port->setPlaceholderText(text(databaseKinds[std::size_t(kind)].port));
-    b.note->setText(text(databaseKinds[std::size_t(kind)].password));
+    const char *const password = databaseKinds[std::size_t(kind)].password;
+    b.note->setText(*password == 0 ? QString() : tr(password));
     changed();
 }
 
@@ -295,10 +300,9 @@ QString ConnectionDialog::nameToOpen() const
 
 void ConnectionDialog::browse()
 {
-    const QString file = askExistingFile(
-        this, QStringLiteral("Choose a Database"),
-        {QStringLiteral("SQLite databases (*.db *.db3 *.sqlite *.sqlite3)"), QStringLiteral("All files (*)")},
-        nameToOpen());
+    const QString file =
+        askExistingFile(this, tr("Choose a Database"),
+                        {tr("SQLite databases (*.db *.db3 *.sqlite *.sqlite3)"), tr("All files (*)")}, nameToOpen());
     if (file.isEmpty())
         return;
     const QString relative = folder_.isEmpty() ? QString() : QDir(folder_).relativeFilePath(file);
@@ -318,7 +322,7 @@ void ConnectionDialog::changed()
     b.tables->clear();
     b.tables->setEnabled(false);
     b.tryIt->setEnabled(true);
-    b.buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
+    b.buttons->button(QDialogButtonBox::Ok)->setText(tr("OK"));
 }
 
 bool ConnectionDialog::Trying() const
@@ -334,7 +338,7 @@ void ConnectionDialog::Try()
     trying_ = true;
     b.tryIt->setEnabled(false);
     b.tables->clear();
-    b.status->setText(QStringLiteral("Opening it…"));
+    b.status->setText(tr("Opening it…"));
     tryConnection(nameToOpen(), b.kind->currentIndex() == File ? QString() : b.password->text(), this,
                   [this, number = ++attempt_](const ConnectionAnswer &answer) {
                       if (number == attempt_)
@@ -351,12 +355,11 @@ void ConnectionDialog::answered(const ConnectionAnswer &answer)
     b.tables->addItems(answer.tables);
     b.tables->setEnabled(!answer.tables.isEmpty());
     b.status->setText(!*opens_                  ? answer.error
-                      : answer.tables.isEmpty() ? QStringLiteral("It opens, and has no tables.")
+                      : answer.tables.isEmpty() ? tr("It opens, and has no tables.")
                       : answer.tables.size() == 1
-                          ? QStringLiteral("It opens, with one table:")
-                          : QStringLiteral("It opens, with %1 tables and views:").arg(answer.tables.size()));
-    b.buttons->button(QDialogButtonBox::Ok)
-        ->setText(*opens_ ? QStringLiteral("OK") : QStringLiteral("Use it anyway"));
+                          ? tr("It opens, with one table:")
+                          : tr("It opens, with %1 tables and views:").arg(answer.tables.size()));
+    b.buttons->button(QDialogButtonBox::Ok)->setText(*opens_ ? tr("OK") : tr("Use it anyway"));
     if (std::exchange(acceptAfter_, false) && *opens_)
         QDialog::accept();
 }

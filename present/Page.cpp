@@ -3,6 +3,7 @@
 #include "platform/Messages.h"
 #include "present/Pagewarnings.h"
 #include "present/Significant.h"
+#include "present/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,6 +47,8 @@ double at(const Numbers &numbers, std::size_t i)
 
 class Writer
 {
+    Q_DECLARE_TR_FUNCTIONS(PageWords)
+
 public:
     Writer(const Figures &figures, const PageStyle &style)
         : figures_(figures), style_(style), n_(figures.observations), m_(figures.controls)
@@ -57,7 +60,7 @@ public:
     {
         heading();
         if (!figures_.current) {
-            page_.add(Kind::Paragraph, QStringLiteral("No result."));
+            page_.add(Kind::Paragraph, tr("No result."));
             return page_;
         }
         coefficients();
@@ -71,8 +74,8 @@ public:
         if (style_.influence)
             observations();
         if (style_.matrices) {
-            matrix(QStringLiteral("Covariances of the coefficients"), figures_.covariance);
-            matrix(QStringLiteral("Correlations of the coefficients"), figures_.correlation);
+            matrix(tr("Covariances of the coefficients"), figures_.covariance);
+            matrix(tr("Correlations of the coefficients"), figures_.correlation);
         }
         if (!figures_.message.isEmpty())
             page_.add(Kind::Paragraph, DisplayLines(figures_.message));
@@ -100,7 +103,7 @@ private:
     /// The coefficient's name, from 0.
     QString termOf(std::size_t coefficient) const
     {
-        return coefficient == 0 ? QStringLiteral("(constant)") : figures_.columns[coefficient - 1].term;
+        return coefficient == 0 ? tr("(constant)") : figures_.columns[coefficient - 1].term;
     }
     QString level() const
     {
@@ -113,15 +116,34 @@ private:
         QStringList names;
         for (const Figures::Variable &column : figures_.columns)
             names += column.term;
-        page_.add(Kind::Title, QStringLiteral("Linear regression of %1 on %2")
-                                   .arg(figures_.response.term, names.isEmpty() ? QStringLiteral("a constant alone")
-                                                                                : names.join(QStringLiteral(", "))));
+        page_.add(
+            Kind::Title,
+            names.isEmpty()
+                ? tr("Linear regression of %1 on a constant alone").arg(figures_.response.term)
+                : tr("Linear regression of %1 on %2").arg(figures_.response.term, names.join(QStringLiteral(", "))));
         for (const QString &line : DisplayLines(figures_.description).split(u'\n', Qt::SkipEmptyParts))
             page_.add(Kind::Paragraph, line);
-        page_.add(Kind::Paragraph,
-                  QStringLiteral("%1 %2, %3. %4")
-                      .arg(figures_.query ? QStringLiteral("Query") : QStringLiteral("Table"), figures_.source,
-                           figures_.time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")), records()));
+        page_.add(
+            Kind::Paragraph,
+            (figures_.query ? tr("Query %1, %2. %3", "source, time, what became of the records")
+                            : tr("Table %1, %2. %3", "source, time, what became of the records"))
+                .arg(figures_.source, figures_.time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")), records()));
+    }
+
+    /// What the records that were not used lack, term by term.
+    QString lacking() const
+    {
+        QStringList lacking;
+        for (const Figures::LeftOut &one : figures_.leftOut) {
+            if (one.null > 0 && one.invalid > 0)
+                lacking += tr("%1 is null in %2 and impossible in %3")
+                               .arg(one.term, QString::number(one.null), QString::number(one.invalid));
+            else if (one.null > 0)
+                lacking += tr("%1 is null in %2").arg(one.term, QString::number(one.null));
+            else if (one.invalid > 0)
+                lacking += tr("%1 is impossible in %2").arg(one.term, QString::number(one.invalid));
+        }
+        return lacking.join(QStringLiteral("; "));
     }
 
     /// How many records were used and what the others lack.
@@ -129,50 +151,43 @@ private:
     {
         const Figures::Records &records = figures_.records;
         const long long looked = records.used + records.skipped; // at; a server looks at more than are read
-        QString text = QStringLiteral("%1 of %2 records were used").arg(records.used).arg(looked);
-        if (records.skipped > 0)
-            text += QStringLiteral(", %1 could not be").arg(records.skipped);
-        QStringList lacking;
-        for (const Figures::LeftOut &one : figures_.leftOut) {
-            QStringList what;
-            if (one.null > 0)
-                what += QStringLiteral("null in %1").arg(one.null);
-            if (one.invalid > 0)
-                what += QStringLiteral("impossible in %1").arg(one.invalid);
-            if (!what.isEmpty())
-                lacking += one.term + QStringLiteral(" is ") + what.join(QStringLiteral(" and "));
-        }
-        if (records.skipped > 0 && !lacking.isEmpty())
-            text += QStringLiteral(": ") + lacking.join(QStringLiteral("; "));
-        text += u'.';
-        if (records.more)
-            text += QStringLiteral(
-                " These are the first 2,500 records; --records all uses every one (in a form, AllRecords).");
-        if (figures_.sample && !figures_.sample->whole)
+        const QString used = QString::number(records.used);
+        const QString all = QString::number(looked);
+        const QString why = lacking();
+        QStringList text;
+        if (records.skipped == 0)
+            text += tr("%1 of %2 records were used.").arg(used, all);
+        else if (why.isEmpty())
             text +=
-                QStringLiteral(" Diagnostics, robust errors and what is told of single observations are those of a "
-                               "sample of %1 records%2.")
-                    .arg(figures_.sample->size)
-                    .arg(figures_.sample->even ? QStringLiteral(", drawn evenly over all of them")
-                                               : QStringLiteral(", the first ones"));
+                tr("%1 of %2 records were used, %3 could not be.").arg(used, all, QString::number(records.skipped));
+        else
+            text += tr("%1 of %2 records were used, %3 could not be: %4.")
+                        .arg(used, all, QString::number(records.skipped), why);
+        if (records.more)
+            text += tr("These are the first 2,500 records; --records all uses every one (in a form, AllRecords).");
+        if (figures_.sample && !figures_.sample->whole) {
+            const QString sample =
+                figures_.sample->even
+                    ? tr("Diagnostics, robust errors and what is told of single observations are those of a sample "
+                         "of %1 records, drawn evenly over all of them.")
+                    : tr("Diagnostics, robust errors and what is told of single observations are those of a sample "
+                         "of %1 records, the first ones.");
+            text += sample.arg(figures_.sample->size);
+        }
         if (records.total && *records.total > looked)
-            text += QStringLiteral(" The dataset has %1 records.").arg(*records.total);
-        return text;
+            text += tr("The dataset has %1 records.").arg(*records.total);
+        return text.join(u' ');
     }
 
     void coefficients()
     {
         const Inference *inference = figures_.inference ? &*figures_.inference : nullptr;
-        page_.add(Kind::Heading, inference != nullptr ? QStringLiteral("Coefficients with %1 intervals").arg(level())
-                                                      : QStringLiteral("Coefficients"));
+        page_.add(Kind::Heading,
+                  inference != nullptr ? tr("Coefficients with %1 intervals").arg(level()) : tr("Coefficients"));
         Page::Table table;
-        table.columns = {{QStringLiteral("Term"), false},
-                         {QStringLiteral("Estimate")},
-                         {QStringLiteral("Std. error")},
-                         {QStringLiteral("t")}};
+        table.columns = {{tr("Term"), false}, {tr("Estimate")}, {tr("Std. error")}, {QStringLiteral("t")}};
         if (inference != nullptr)
-            table.columns +=
-                {{QStringLiteral("p")}, {QStringLiteral("Low")}, {QStringLiteral("High")}, {QStringLiteral("VIF")}};
+            table.columns += {{QStringLiteral("p")}, {tr("Low")}, {tr("High")}, {QStringLiteral("VIF")}};
         for (std::size_t i = 0; i < figures_.coefficients.size(); ++i) {
             const Figures::Coefficient one = coefficientOf(i);
             QStringList row{termOf(i), figure(one.estimate), figure(one.standardError), figure(one.t)};
@@ -190,15 +205,12 @@ private:
     void varianceAnalysis()
     {
         const Figures::SumsOfSquares &sums = figures_.sums;
-        page_.add(Kind::Heading, QStringLiteral("Analysis of variance"));
+        page_.add(Kind::Heading, tr("Analysis of variance"));
         Page::Table table;
-        table.columns = {{QStringLiteral("Source"), false},
-                         {QStringLiteral("df")},
-                         {QStringLiteral("Sum of squares")},
-                         {QStringLiteral("Mean square")},
-                         {QStringLiteral("F")}};
+        table.columns = {
+            {tr("Source"), false}, {tr("df")}, {tr("Sum of squares")}, {tr("Mean square")}, {QStringLiteral("F")}};
         const int regressionDf = int(std::clamp<long long>(n_ - 1, 0, m_));
-        QStringList regression{QStringLiteral("Regression"), QString::number(regressionDf), figure(sums.regression),
+        QStringList regression{tr("Regression"), QString::number(regressionDf), figure(sums.regression),
                                figure(regressionDf > 0 ? sums.regression / regressionDf : Figures::None),
                                figure(m_ > 0 ? fStatistic() : Figures::None)};
         if (figures_.inference) {
@@ -206,10 +218,10 @@ private:
             regression += p(figures_.inference->fPValue);
         }
         const long long df = std::max(0LL, n_ - m_ - 1);
-        table.rows = {regression,
-                      {QStringLiteral("Residual"), QString::number(df), figure(sums.residual),
-                       figure(df > 0 ? sums.mse : Figures::None)},
-                      {QStringLiteral("Total"), QString::number(n_ - 1), figure(sums.total)}};
+        table.rows = {
+            regression,
+            {tr("Residual"), QString::number(df), figure(sums.residual), figure(df > 0 ? sums.mse : Figures::None)},
+            {tr("Total"), QString::number(n_ - 1), figure(sums.total)}};
         page_.addTable(table);
     }
 
@@ -220,7 +232,7 @@ private:
         put(pieces, QStringLiteral("s"), sums.syx);
         put(pieces, QStringLiteral("R²"), sums.rSquared);
         if (figures_.inference)
-            put(pieces, QStringLiteral("adjusted R²"), figures_.inference->adjustedRSquared);
+            put(pieces, tr("adjusted R²"), figures_.inference->adjustedRSquared);
         if (m_ > 0 && !std::isnan(fStatistic())) {
             QString f =
                 QStringLiteral("F(%1, %2) = %3").arg(m_).arg(std::max(0LL, n_ - m_ - 1)).arg(figure(fStatistic()));
@@ -242,7 +254,7 @@ private:
         const QStringList list = pageWarnings(figures_, style_.digits, style_.point);
         if (list.isEmpty())
             return;
-        page_.add(Kind::Heading, QStringLiteral("Worth a warning"));
+        page_.add(Kind::Heading, tr("Worth a warning"));
         for (const QString &warning : list)
             page_.add(Kind::Item, warning);
     }
@@ -252,13 +264,10 @@ private:
         if (!figures_.diagnostics)
             return;
         const Diagnostics &tests = *figures_.diagnostics;
-        page_.add(Kind::Heading, QStringLiteral("Diagnostics"));
+        page_.add(Kind::Heading, tr("Diagnostics"));
         Page::Table table;
-        table.columns = {{QStringLiteral("Test"), false},
-                         {QStringLiteral("Statistic")},
-                         {QStringLiteral("df")},
-                         {QStringLiteral("p")},
-                         {QStringLiteral("asks for"), false}};
+        table.columns = {
+            {tr("Test"), false}, {tr("Statistic")}, {tr("df")}, {QStringLiteral("p")}, {tr("asks for"), false}};
         const auto row = [&](const QString &name, const TestResult &test, const QString &question,
                              double second = 0) {
             QString df;
@@ -268,16 +277,16 @@ private:
                 df += QStringLiteral(", ") + figure(second);
             table.rows += {name, figure(test.statistic), df, p(test.pValue), question};
         };
-        row(QStringLiteral("Breusch-Pagan"), tests.breuschPagan, QStringLiteral("even scatter"));
-        row(QStringLiteral("White"), tests.white, QStringLiteral("even scatter"));
-        row(QStringLiteral("Jarque-Bera"), tests.jarqueBera, QStringLiteral("normal residuals"));
-        row(QStringLiteral("Shapiro-Wilk"), tests.shapiroWilk, QStringLiteral("normal residuals"));
-        row(QStringLiteral("RESET"), tests.reset, QStringLiteral("the right form"), tests.resetDenominator);
+        row(QStringLiteral("Breusch-Pagan"), tests.breuschPagan, tr("even scatter"));
+        row(QStringLiteral("White"), tests.white, tr("even scatter"));
+        row(QStringLiteral("Jarque-Bera"), tests.jarqueBera, tr("normal residuals"));
+        row(QStringLiteral("Shapiro-Wilk"), tests.shapiroWilk, tr("normal residuals"));
+        row(QStringLiteral("RESET"), tests.reset, tr("the right form"), tests.resetDenominator);
         page_.addTable(table);
         QStringList pieces;
         put(pieces, QStringLiteral("Durbin-Watson"), tests.durbinWatson);
         put(pieces, QStringLiteral("PRESS"), tests.press);
-        put(pieces, QStringLiteral("predicted R²"), tests.predictedRSquared);
+        put(pieces, tr("predicted R²"), tests.predictedRSquared);
         page_.addLine(pieces);
     }
 
@@ -287,12 +296,11 @@ private:
             return;
         const Inference &inference = *figures_.inference;
         if (m_ > 0) {
-            page_.add(Kind::Heading, QStringLiteral("What each term does"));
+            page_.add(Kind::Heading, tr("What each term does"));
             Page::Table table;
-            table.columns = {{QStringLiteral("Term"), false},       {QStringLiteral("Standardized")},
-                             {QStringLiteral("Partial r")},         {QStringLiteral("Semipartial r")},
-                             {QStringLiteral("SS added in order")}, {QStringLiteral("SS added last")},
-                             {QStringLiteral("Tolerance")}};
+            table.columns = {{tr("Term"), false},   {tr("Standardized")},      {tr("Partial r")},
+                             {tr("Semipartial r")}, {tr("SS added in order")}, {tr("SS added last")},
+                             {tr("Tolerance")}};
             for (std::size_t j = 0; j < figures_.columns.size(); ++j)
                 table.rows += {figures_.columns[j].term,
                                figure(at(inference.standardized, j)),
@@ -304,7 +312,7 @@ private:
             page_.addTable(table);
         }
         QStringList pieces;
-        put(pieces, QStringLiteral("log likelihood"), inference.logLikelihood);
+        put(pieces, tr("log likelihood"), inference.logLikelihood);
         put(pieces, QStringLiteral("AICc"), inference.aicc);
         put(pieces, QStringLiteral("HQC"), inference.hqc);
         page_.addLine(pieces);
@@ -312,7 +320,7 @@ private:
         for (const double index : inference.conditionIndices)
             indices += figure(index);
         if (!indices.isEmpty())
-            page_.addLine(QStringList{QStringLiteral("Condition indices:")} + indices);
+            page_.addLine(QStringList{tr("Condition indices:")} + indices);
     }
 
     void robust()
@@ -320,13 +328,10 @@ private:
         if (!figures_.robust)
             return;
         const Robust &robust = figures_.robust->errors;
-        page_.add(Kind::Heading, QStringLiteral("Robust standard errors (%1)").arg(figures_.robust->kind.toUpper()));
+        page_.add(Kind::Heading, tr("Robust standard errors (%1)").arg(figures_.robust->kind.toUpper()));
         Page::Table table;
-        table.columns = {{QStringLiteral("Term"), false},
-                         {QStringLiteral("Estimate")},
-                         {QStringLiteral("Std. error")},
-                         {QStringLiteral("t")},
-                         {QStringLiteral("p")}};
+        table.columns = {
+            {tr("Term"), false}, {tr("Estimate")}, {tr("Std. error")}, {QStringLiteral("t")}, {QStringLiteral("p")}};
         for (std::size_t i = 0; i < figures_.coefficients.size(); ++i)
             table.rows += {termOf(i), figure(coefficientOf(i).estimate), figure(at(robust.standardErrors, i)),
                            figure(at(robust.tValues, i)), p(at(robust.pValues, i))};
@@ -337,12 +342,10 @@ private:
     {
         if (figures_.predictions.empty())
             return;
-        page_.add(Kind::Heading,
-                  QStringLiteral("Predictions of %1 with %2 intervals").arg(figures_.response.term, level()));
+        page_.add(Kind::Heading, tr("Predictions of %1 with %2 intervals").arg(figures_.response.term, level()));
         Page::Table table;
-        table.columns = {{QStringLiteral("At"), false}, {QStringLiteral("Value")},     {QStringLiteral("Std. error")},
-                         {QStringLiteral("Mean low")},  {QStringLiteral("Mean high")}, {QStringLiteral("New low")},
-                         {QStringLiteral("New high")}};
+        table.columns = {{tr("At"), false}, {tr("Value")},   {tr("Std. error")}, {tr("Mean low")},
+                         {tr("Mean high")}, {tr("New low")}, {tr("New high")}};
         for (const Figures::Prediction &one : figures_.predictions) {
             QStringList place;
             for (const auto &[field, value] : one.at)
@@ -360,22 +363,16 @@ private:
         const std::vector<StandOut> found = standOuts(figures_);
         if (!figures_.influence)
             return;
-        page_.add(Kind::Heading, QStringLiteral("Observations worth looking at"));
+        page_.add(Kind::Heading, tr("Observations worth looking at"));
         if (found.empty()) {
-            page_.add(Kind::Paragraph, QStringLiteral("None stands out."));
+            page_.add(Kind::Paragraph, tr("None stands out."));
             return;
         }
         const Influence &influence = *figures_.influence;
         Page::Table table;
-        table.columns = {{QStringLiteral("Record"), false},
-                         {figures_.response.term},
-                         {QStringLiteral("Fitted")},
-                         {QStringLiteral("Residual")},
-                         {QStringLiteral("Leverage")},
-                         {QStringLiteral("Studentized")},
-                         {QStringLiteral("Cook")},
-                         {QStringLiteral("DFFITS")},
-                         {QStringLiteral("stands out by"), false}};
+        table.columns = {{tr("Record"), false},    {figures_.response.term},   {tr("Fitted")},
+                         {tr("Residual")},         {tr("Leverage")},           {tr("Studentized")},
+                         {QStringLiteral("Cook")}, {QStringLiteral("DFFITS")}, {tr("stands out by"), false}};
         for (std::size_t k = 0; k < std::min(found.size(), MostObservations); ++k) {
             const std::size_t i = found[k].observation;
             table.rows += {QString::number(recordOf(figures_, i)),
@@ -390,17 +387,16 @@ private:
         }
         page_.addTable(table);
         if (found.size() > MostObservations)
-            page_.add(Kind::Paragraph,
-                      QStringLiteral("The %1 with the largest Cook's distances of %2 that stand out.")
-                          .arg(MostObservations)
-                          .arg(found.size()));
+            page_.add(Kind::Paragraph, tr("The %1 with the largest Cook's distances of %2 that stand out.")
+                                           .arg(MostObservations)
+                                           .arg(found.size()));
     }
 
     void matrix(const QString &name, const Figures::Matrix &matrix)
     {
         page_.add(Kind::Heading, name);
         Page::Table table;
-        table.columns = {{QStringLiteral("Term"), false}};
+        table.columns = {{tr("Term"), false}};
         for (std::size_t i = 0; i < matrix.size(); ++i) {
             table.columns += {termOf(i)};
             QStringList row{termOf(i)};

@@ -1,4 +1,5 @@
 #include "present/Pagelayout.h"
+#include "present/Words.h"
 #include "present/figures/Figurefile.h"
 
 #include <QTextDocument>
@@ -105,7 +106,9 @@ QString figuresHtml(const std::vector<Figure> &figures, QChar point)
     for (const Figure &figure : figures) {
         if (!figure.note.isEmpty())
             continue;
-        html += (html.isEmpty() ? QStringLiteral("<h2>Figures</h2>\n<div class=\"figures\">\n") : QString()) +
+        html += (html.isEmpty() ? QStringLiteral("<h2>") + PageWords::tr("Figures") +
+                                      QStringLiteral("</h2>\n<div class=\"figures\">\n")
+                                : QString()) +
                 QStringLiteral("<figure>") + drawing(figure, point) + QStringLiteral("</figure>\n");
     }
     return html.isEmpty() ? html : html + QStringLiteral("</div>\n");
@@ -120,8 +123,8 @@ QString pageTitle(const Page &page)
 
 QString pageHtml(const Page &page, const std::vector<Figure> &figures)
 {
-    return QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"/>\n<title>") +
-           escaped(pageTitle(page)) +
+    return QStringLiteral("<!DOCTYPE html>\n<html lang=\"") + PageWords::tr("en", "code of the page's language") +
+           QStringLiteral("\"><head><meta charset=\"utf-8\"/>\n<title>") + escaped(pageTitle(page)) +
            QStringLiteral(
                "</title>\n<style>\n"
                ":root { color-scheme: light dark; }\n"

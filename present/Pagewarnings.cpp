@@ -2,6 +2,7 @@
 
 #include "platform/Messages.h"
 #include "present/Significant.h"
+#include "present/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,11 +20,14 @@ QString listed(const QStringList &items)
 {
     if (items.size() < 2)
         return items.join(QString());
-    return items.mid(0, items.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" and ") + items.last();
+    return PageWords::tr("%1 and %2", "of a list, all but the last and the last")
+        .arg(items.mid(0, items.size() - 1).join(QStringLiteral(", ")), items.last());
 }
 
 class Warnings
 {
+    Q_DECLARE_TR_FUNCTIONS(PageWords)
+
 public:
     Warnings(const Figures &figures, int digits, QChar point) : figures_(figures), digits_(digits), point_(point) {}
 
@@ -45,18 +49,17 @@ private:
     void ofTheTerms()
     {
         if (!figures_.infiniteTerms.isEmpty())
-            list_ +=
-                QStringLiteral("Infinite or no number in some of the records used, so that no figure can be had: "
-                               "%1.")
-                    .arg(listed(figures_.infiniteTerms));
+            list_ += tr("Infinite or no number in some of the records used, so that no figure can be had: "
+                        "%1.")
+                         .arg(listed(figures_.infiniteTerms));
         if (!figures_.dependentTerms.isEmpty())
-            list_ += QStringLiteral("Linear combinations of the terms before them: %1. %2")
-                         .arg(listed(figures_.dependentTerms),
-                              figures_.inference
-                                  ? QStringLiteral("They add nothing; the other figures are those of the fit without "
-                                                   "them.")
-                                  : QStringLiteral("The fitted values hold, what belongs to the terms combined means "
-                                                   "nothing: leave some of them out."));
+            list_ +=
+                (figures_.inference
+                     ? tr("Linear combinations of the terms before them: %1. They add nothing; the other figures "
+                          "are those of the fit without them.")
+                     : tr("Linear combinations of the terms before them: %1. The fitted values hold, what belongs "
+                          "to the terms combined means nothing: leave some of them out."))
+                    .arg(listed(figures_.dependentTerms));
     }
 
     void ofTheFit()
@@ -64,16 +67,15 @@ private:
         const long long n = figures_.observations;
         const int p = figures_.controls + 1;
         if (n <= p)
-            list_ += QStringLiteral("%1 observations for %2 coefficients leave no degrees of freedom: the fit goes "
-                                    "through every observation and nothing tells its error.")
+            list_ += tr("%1 observations for %2 coefficients leave no degrees of freedom: the fit goes "
+                        "through every observation and nothing tells its error.")
                          .arg(n)
                          .arg(p);
         else if (figures_.exact)
-            list_ +=
-                QStringLiteral("The fit is exact: the response is a combination of the terms, and nothing is left "
-                               "to tell errors from.");
+            list_ += tr("The fit is exact: the response is a combination of the terms, and nothing is left "
+                        "to tell errors from.");
         else if (figures_.inference && figures_.controls > 0 && figures_.inference->fPValue > Significance)
-            list_ += QStringLiteral("All terms together are not distinguished from none at 5 % (F test, p = %1).")
+            list_ += tr("All terms together are not distinguished from none at 5 % (F test, p = %1).")
                          .arg(figure(figures_.inference->fPValue));
     }
 
@@ -88,10 +90,13 @@ private:
                 inflated += QStringLiteral("%1 (%2)").arg(figures_.columns[j].term, figure(vif[j]));
         }
         if (!inflated.isEmpty())
-            list_ += QStringLiteral("Variance inflation above 10: %1. The other terms say nearly what %2 says; their "
-                                    "coefficients are uncertain and can turn when one of them is left out.")
-                         .arg(listed(inflated),
-                              inflated.size() == 1 ? QStringLiteral("this one") : QStringLiteral("each of these"));
+            list_ +=
+                (inflated.size() == 1
+                     ? tr("Variance inflation above 10: %1. The other terms say nearly what this one says; their "
+                          "coefficients are uncertain and can turn when one of them is left out.")
+                     : tr("Variance inflation above 10: %1. The other terms say nearly what each of these says; "
+                          "their coefficients are uncertain and can turn when one of them is left out."))
+                    .arg(listed(inflated));
     }
 
     /// Records that the fit goes through whatever their response is.
@@ -102,14 +107,17 @@ private:
         const std::size_t n = figures_.influence ? figures_.influence->leverage.size() : 0;
         for (std::size_t i = 0; i < n; ++i) {
             if (figures_.influence->leverage[i] == 1 && ++count <= MostNamed)
-                records += QStringLiteral("record %1").arg(recordOf(figures_, i));
+                records += tr("record %1").arg(recordOf(figures_, i));
         }
         if (count > MostNamed)
-            records += QStringLiteral("%1 more").arg(count - MostNamed);
+            records += tr("%1 more").arg(count - MostNamed);
         if (count > 0 && figures_.observations > figures_.controls + 1)
-            list_ += QStringLiteral("A leverage of 1: %1. The fit goes through %2 whatever the response is there; "
-                                    "PRESS, predicted R², HC2 and HC3 do not exist.")
-                         .arg(listed(records), count == 1 ? QStringLiteral("it") : QStringLiteral("them"));
+            list_ +=
+                (count == 1 ? tr("A leverage of 1: %1. The fit goes through it whatever the response is there; "
+                                 "PRESS, predicted R², HC2 and HC3 do not exist.")
+                            : tr("A leverage of 1: %1. The fit goes through them whatever the response is there; "
+                                 "PRESS, predicted R², HC2 and HC3 do not exist."))
+                    .arg(listed(records));
     }
 
     void ofObservations()
@@ -121,37 +129,42 @@ private:
                 continue;
             const std::size_t i = standOut.observation;
             if (++count <= MostNamed)
-                records += QStringLiteral("record %1 (leverage %2, studentized residual %3)")
+                records += tr("record %1 (leverage %2, studentized residual %3)")
                                .arg(QString::number(recordOf(figures_, i)), figure(figures_.influence->leverage[i]),
                                     figure(figures_.influence->studentizedResiduals[i]));
         }
         if (count > MostNamed)
-            records += QStringLiteral("%1 more").arg(count - MostNamed);
+            records += tr("%1 more").arg(count - MostNamed);
         if (count > 0)
-            list_ += QStringLiteral("Far from the others in the terms and badly fitted: %1. The coefficients depend "
-                                    "on %2.")
-                         .arg(listed(records), count == 1 ? QStringLiteral("it") : QStringLiteral("them"));
+            list_ +=
+                (count == 1 ? tr("Far from the others in the terms and badly fitted: %1. The coefficients depend "
+                                 "on it.")
+                            : tr("Far from the others in the terms and badly fitted: %1. The coefficients depend "
+                                 "on them."))
+                    .arg(listed(records));
     }
 
-    void failed(const TestResult &test, const QString &name, const QString &meaning)
+    /// A test by its name with what it says when it fails.
+    void failed(const TestResult &test, const QString &name, const QString &sentence)
     {
         if (test.pValue < Significance)
-            list_ += QStringLiteral("%1 fails at 5 % (p = %2): %3").arg(name, probabilityText(test.pValue), meaning);
+            list_ += sentence.arg(name, probability(test.pValue, digits_, point_));
     }
-    QString probabilityText(double value) const { return probability(value, digits_, point_); }
 
     void ofTests(const Diagnostics &tests)
     {
-        const QString variance = QStringLiteral(
-            "the residuals do not scatter evenly, so that standard errors mislead; robust ones allow for that.");
-        const QString normal = QStringLiteral(
-            "the residuals are not normally distributed; p-values and intervals of a small sample mislead.");
+        const QString variance = tr("%1 fails at 5 % (p = %2): the residuals do not scatter evenly, so that standard "
+                                    "errors mislead; robust ones allow for that.");
+        const QString normal =
+            tr("%1 fails at 5 % (p = %2): the residuals are not normally distributed; p-values and "
+               "intervals of a small sample mislead.");
         failed(tests.breuschPagan, QStringLiteral("Breusch-Pagan"), variance);
         failed(tests.white, QStringLiteral("White"), variance);
         failed(tests.jarqueBera, QStringLiteral("Jarque-Bera"), normal);
         failed(tests.shapiroWilk, QStringLiteral("Shapiro-Wilk"), normal);
         failed(tests.reset, QStringLiteral("RESET"),
-               QStringLiteral("something curved is left; a square, a product or a logarithm may be missing."));
+               tr("%1 fails at 5 % (p = %2): something curved is left; a square, a product or a logarithm may be "
+                  "missing."));
     }
 
     const Figures &figures_;
@@ -165,8 +178,8 @@ private:
 QString StandOut::inWords() const
 {
     QStringList words;
-    const std::pair<bool, QString> all[] = {{leverage, QStringLiteral("leverage")},
-                                            {residual, QStringLiteral("residual")},
+    const std::pair<bool, QString> all[] = {{leverage, PageWords::tr("leverage")},
+                                            {residual, PageWords::tr("residual")},
                                             {cook, QStringLiteral("Cook")},
                                             {dffits, QStringLiteral("DFFITS")}};
     for (const auto &[is, word] : all) {

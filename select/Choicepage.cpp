@@ -4,12 +4,19 @@
 #include "present/Significant.h"
 #include "select/Selectionrun.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cmath>
 
 namespace nuvo {
 
 namespace {
+
+struct ChoiceWords
+{
+    Q_DECLARE_TR_FUNCTIONS(ChoiceWords)
+};
 
 constexpr int Digits = 6;
 using Action = SearchStep::Action;
@@ -26,32 +33,36 @@ QString endText(const Choice &choice, const SearchStep &end)
     const bool comparable = std::any_of(end.candidates.begin(), end.candidates.end(),
                                         [](const StepCandidate &candidate) { return !std::isnan(candidate.f); });
     if (choice.controls.isEmpty())
-        return QStringLiteral("There is no variable to choose from");
+        return ChoiceWords::tr("There is no variable to choose from");
     if (end.sse == 0 && choice.observations - 1 > SubsetSums::sizeOf(end.model))
-        return QStringLiteral("The model fits exactly");
+        return ChoiceWords::tr("The model fits exactly");
     if (!comparable && SubsetSums::sizeOf(end.model) == choice.count() && enters)
-        return QStringLiteral("Every variable is in the model");
+        return ChoiceWords::tr("Every variable is in the model");
     if (!enters && end.model == 0)
-        return QStringLiteral("No variable is left in the model");
+        return ChoiceWords::tr("No variable is left in the model");
     if (!comparable)
-        return enters ? QStringLiteral("No variable can enter: what is left depends on those in the model or would "
-                                       "leave no degrees of freedom")
-                      : QStringLiteral("No variable can be judged: there are no degrees of freedom");
-    const QString above = QStringLiteral("No variable above the threshold");
+        return enters ? ChoiceWords::tr("No variable can enter: what is left depends on those in the model or would "
+                                        "leave no degrees of freedom")
+                      : ChoiceWords::tr("No variable can be judged: there are no degrees of freedom");
     switch (choice.method) {
     case Choice::Method::Backward:
-        return QStringLiteral("No variable below the threshold");
+        return ChoiceWords::tr("No variable below the threshold");
     case Choice::Method::Stepwise:
-        return end.entering == 0 ? QStringLiteral("Every variable is in the model, none below the threshold to stay")
-               : end.model == 0  ? above
-                                 : above + QStringLiteral(" to enter, none below the one to stay");
+        if (end.entering == 0)
+            return ChoiceWords::tr("Every variable is in the model, none below the threshold to stay");
+        if (end.model != 0)
+            return ChoiceWords::tr("No variable above the threshold to enter, none below the one to stay");
+        break;
     default:
-        return above;
+        break;
     }
+    return ChoiceWords::tr("No variable above the threshold");
 }
 
 class Layout
 {
+    Q_DECLARE_TR_FUNCTIONS(ChoiceWords)
+
 public:
     Layout(const Choice &choice, int digits, QChar point) : choice_(choice), digits_(digits), point_(point)
     {
@@ -81,6 +92,22 @@ public:
         page_.add(Page::Kind::Paragraph, resultText());
         writeWarnings();
         return page_;
+    }
+
+    /// What came of the choice.
+    QString resultText() const
+    {
+        switch (choice_.end) {
+        case Choice::End::NoRecords:
+            return tr("None: no record can be used by every variable.");
+        case Choice::End::ResponseFixed:
+            return tr("None: %1 does not vary over the records that every variable can use.").arg(choice_.response);
+        case Choice::End::NoBestModel:
+            return noBestText();
+        case Choice::End::Chosen:
+            break;
+        }
+        return chosenText();
     }
 
 private:
@@ -216,52 +243,39 @@ private:
             page_.add(Page::Kind::Item, warning);
     }
 
-    QString resultText() const
+    QString noBestText() const
     {
-        switch (choice_.end) {
-        case Choice::End::NoRecords:
-            return QStringLiteral("None: no record can be used by every variable.");
-        case Choice::End::ResponseFixed:
-            return QStringLiteral("None: %1 does not vary over the records that every variable can use.")
-                .arg(choice_.response);
-        case Choice::End::NoBestModel:
-            if (choice_.controls.isEmpty())
-                return QStringLiteral("The constant alone: there is no variable to choose from.");
-            return QStringLiteral("The variables as they were before: %1 exists for no subset%2.")
-                .arg(criterionName(choice_.criterion), whyNone());
-        case Choice::End::Chosen:
-            break;
-        }
-        const QStringList terms = choice_.terms(choice_.selected);
-        const QString model =
-            terms.isEmpty() ? QStringLiteral("The constant alone") : terms.join(QStringLiteral(", "));
-        return model + why() + u'.';
-    }
-
-    QString whyNone() const
-    {
+        const QString criterion = criterionName(choice_.criterion);
+        if (choice_.controls.isEmpty())
+            return tr("The constant alone: there is no variable to choose from.");
         if (choice_.criterion == SubsetCriterion::Press && choice_.observations > MaxObservations)
-            return QStringLiteral(", as it needs every observation, not a sample of them");
+            return tr("The variables as they were before: %1 exists for no subset, as it needs every observation, "
+                      "not "
+                      "a sample of them.")
+                .arg(criterion);
         if (choice_.observations <= choice_.count() + 1)
-            return QStringLiteral(", as %1 observations leave the full model no degrees of freedom")
-                .arg(choice_.observations);
-        return {};
+            return tr("The variables as they were before: %1 exists for no subset, as %2 observations leave the full "
+                      "model no degrees of freedom.")
+                .arg(criterion, QString::number(choice_.observations));
+        return tr("The variables as they were before: %1 exists for no subset.").arg(criterion);
     }
 
-    QString why() const
+    QString chosenText() const
     {
+        const QStringList terms = choice_.terms(choice_.selected);
+        const QString model = terms.isEmpty() ? tr("The constant alone") : terms.join(QStringLiteral(", "));
         if (choice_.applied > 0)
-            return QStringLiteral(" (number %1 of the %2, put in the place of the chosen one)")
-                .arg(QString::number(choice_.applied),
-                     choice_.isOptimal() ? QStringLiteral("list") : QStringLiteral("steps"));
+            return (choice_.isOptimal() ? tr("%1 (number %2 of the list, put in the place of the chosen one).")
+                                        : tr("%1 (number %2 of the steps, put in the place of the chosen one)."))
+                .arg(model, QString::number(choice_.applied));
         if (!choice_.isOptimal())
-            return {};
-        return QStringLiteral(": %1 %2 of all subsets, %3")
-            .arg(choice_.criterion == SubsetCriterion::AdjustedRSquared || choice_.criterion == SubsetCriterion::F
-                     ? QStringLiteral("the largest")
-                     : QStringLiteral("the smallest"),
-                 criterionName(choice_.criterion),
-                 choice_.subsets.best->sse == 0 ? QStringLiteral("an exact fit")
+            return model + u'.';
+        const bool largest =
+            choice_.criterion == SubsetCriterion::AdjustedRSquared || choice_.criterion == SubsetCriterion::F;
+        return (largest ? tr("%1: the largest %2 of all subsets, %3.")
+                        : tr("%1: the smallest %2 of all subsets, %3."))
+            .arg(model, criterionName(choice_.criterion),
+                 choice_.subsets.best->sse == 0 ? tr("an exact fit")
                                                 : number(criterionOf(*choice_.subsets.best, choice_.criterion)));
     }
 
@@ -274,12 +288,13 @@ private:
 /// "Ozone 37 null", "x 2 impossible, 1 null".
 QString leftOutText(const LeftOut &one)
 {
-    QStringList parts;
-    if (one.null > 0)
-        parts += QStringLiteral("%1 null").arg(one.null);
-    if (one.invalid > 0)
-        parts += QStringLiteral("%1 impossible").arg(one.invalid);
-    return one.term + u' ' + parts.join(QStringLiteral(", "));
+    if (one.null > 0 && one.invalid > 0)
+        return ChoiceWords::tr("%1 %2 null, %3 impossible", "a term and numbers of records")
+            .arg(one.term, QString::number(one.null), QString::number(one.invalid));
+    return one.null > 0 ? ChoiceWords::tr("%1 %2 null", "a term and a number of records")
+                              .arg(one.term, QString::number(one.null))
+                        : ChoiceWords::tr("%1 %2 impossible", "a term and a number of records")
+                              .arg(one.term, QString::number(one.invalid));
 }
 
 QString reportOf(const Choice &choice, const Page &page, int columns)
@@ -308,6 +323,11 @@ QString choiceSummary(const Choice &choice)
     return reportOf(choice, Layout(choice, Digits, u'.').summary(), 100);
 }
 
+QString choiceResult(const Choice &choice, QChar point)
+{
+    return Layout(choice, Digits, point).resultText();
+}
+
 QString methodName(Choice::Method method)
 {
     switch (method) {
@@ -331,7 +351,7 @@ QString criterionName(SubsetCriterion criterion)
     case SubsetCriterion::Bic:
         return QStringLiteral("BIC");
     case SubsetCriterion::AdjustedRSquared:
-        return QStringLiteral("adjusted R²");
+        return ChoiceWords::tr("adjusted R²");
     case SubsetCriterion::Press:
         return QStringLiteral("PRESS");
     case SubsetCriterion::F:
@@ -381,14 +401,18 @@ QString stepText(const Choice &choice, const SearchStep &step, QChar point)
 {
     if (step.action == Action::End)
         return endText(choice, step);
-    const QString what = std::isnan(step.f) ? QStringLiteral("the fit is exact with it and without")
-                         : std::isinf(step.f)
-                             ? QStringLiteral("the fit becomes exact")
-                             : QStringLiteral("F = %1, p = %2")
-                                   .arg(figure(step.f, Digits, point), probability(step.pValue, Digits, point));
-    return QStringLiteral("%1 %2: %3")
-        .arg(step.action == Action::Add ? QStringLiteral("Adding") : QStringLiteral("Removing"),
-             choice.term(step.control), what);
+    const bool adding = step.action == Action::Add;
+    const QString term = choice.term(step.control);
+    if (std::isnan(step.f))
+        return (adding ? ChoiceWords::tr("Adding %1: the fit is exact with it and without")
+                       : ChoiceWords::tr("Removing %1: the fit is exact with it and without"))
+            .arg(term);
+    if (std::isinf(step.f))
+        return (adding ? ChoiceWords::tr("Adding %1: the fit becomes exact")
+                       : ChoiceWords::tr("Removing %1: the fit becomes exact"))
+            .arg(term);
+    return (adding ? ChoiceWords::tr("Adding %1: F = %2, p = %3") : ChoiceWords::tr("Removing %1: F = %2, p = %3"))
+        .arg(term, figure(step.f, Digits, point), probability(step.pValue, Digits, point));
 }
 
 QStringList choiceWarnings(const Choice &choice)
@@ -400,19 +424,25 @@ QStringList choiceWarnings(const Choice &choice)
             if (one.null + one.invalid > 0)
                 who += leftOutText(one);
         }
-        list +=
-            QStringLiteral("Nulls and impossible values took %1 of %2 records away from all candidates%3. Without "
-                           "some of these variables there are more records, and the choice can be another one.")
-                .arg(QString::number(choice.skipped()), QString::number(choice.recordsRead),
-                     who.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(who.join(QStringLiteral("; "))));
+        const QString skipped = QString::number(choice.skipped());
+        const QString read = QString::number(choice.recordsRead);
+        list += who.isEmpty()
+                    ? ChoiceWords::tr("Nulls and impossible values took %1 of %2 records away from all candidates. "
+                                      "Without some of these variables there are more records, and the choice can be "
+                                      "another one.")
+                          .arg(skipped, read)
+                    : ChoiceWords::tr("Nulls and impossible values took %1 of %2 records away from all candidates "
+                                      "(%3). Without some of these variables there are more records, and the choice "
+                                      "can be another one.")
+                          .arg(skipped, read, who.join(QStringLiteral("; ")));
     }
     if (choice.end != Choice::End::Chosen)
         return list;
-    list += QStringLiteral("The p-values after a selection are too small and the intervals too narrow: they do not "
-                           "know that the model was chosen on the same records.");
+    list += ChoiceWords::tr("The p-values after a selection are too small and the intervals too narrow: they do not "
+                            "know that the model was chosen on the same records.");
     if (!choice.subsets.dependent.empty())
-        list += QStringLiteral("%1 of the subsets are dependent: a variable in them is a linear combination of the "
-                               "others. They are never the best.")
+        list += ChoiceWords::tr("%1 of the subsets are dependent: a variable in them is a linear combination of the "
+                                "others. They are never the best.")
                     .arg(choice.subsets.dependent.size());
     return list;
 }

@@ -15,6 +15,10 @@ NUVO_EXPORT QString choiceReport(const Choice &choice);
 /// The same for a message box, which has no room for all the steps and models: what is left, why, and the warnings.
 NUVO_EXPORT QString choiceSummary(const Choice &choice);
 
+/// What came of the choice, in a sentence: the terms that are left and why, or why there is none.
+/// \param point the decimal sign
+NUVO_EXPORT QString choiceResult(const Choice &choice, QChar point = u'.');
+
 // Words of it.
 
 /// "Forward selection".

@@ -6,6 +6,7 @@
 #include "platform/Messages.h"
 #include "present/controls/Tablecopy.h"
 #include "select/Choice.h"
+#include "select/Choicepage.h"
 #include "select/choice/Modelspage.h"
 #include "select/choice/Stepspage.h"
 
@@ -13,6 +14,7 @@
 #include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -47,9 +49,9 @@ struct ChoicePage::Work
 ChoicePage::ChoicePage(QWidget *parent)
     : QWidget(parent), method_(new QComboBox(this)), criterion_(new QComboBox(this)), perSize_(new QSpinBox(this)),
       enter_(probabilityBox(this, "PIn", 0.05)), remove_(probabilityBox(this, "POut", 0.1)),
-      criterionLabel_(new QLabel(tr("&best by"), this)), perSizeLabel_(new QLabel(tr("of each &size"), this)),
-      enterLabel_(new QLabel(tr("&enters below p ="), this)), removeLabel_(new QLabel(tr("&leaves above p ="), this)),
-      choose_(new QPushButton(tr("C&hoose"), this)), said_(new QLabel(this)), pages_(new QStackedWidget(this)),
+      criterionLabel_(new QLabel(tr("&best by"), this)), perSizeLabel_(new QLabel(tr("of each si&ze"), this)),
+      enterLabel_(new QLabel(tr("e&nters below p ="), this)), removeLabel_(new QLabel(tr("&leaves above p ="), this)),
+      choose_(new QPushButton(tr("&Choose"), this)), said_(new QLabel(this)), pages_(new QStackedWidget(this)),
       models_(new TModelsPage(this)), steps_(new TStepsPage(this))
 {
     setObjectName(QStringLiteral("ChoicePage"));
@@ -79,17 +81,17 @@ ChoicePage::ChoicePage(QWidget *parent)
     pages_->addWidget(steps_);
 
     auto *const line = new QGridLayout;
-    line->addWidget(method_, 0, 0);
-    line->addWidget(criterionLabel_, 0, 1);
-    line->addWidget(criterion_, 0, 2);
-    line->addWidget(enterLabel_, 0, 1);
-    line->addWidget(enter_, 0, 2);
-    line->addWidget(perSizeLabel_, 0, 3);
-    line->addWidget(perSize_, 0, 4);
-    line->addWidget(removeLabel_, 0, 3);
-    line->addWidget(remove_, 0, 4);
-    line->setColumnStretch(5, 1);
-    line->addWidget(choose_, 0, 6);
+    line->addWidget(method_, 0, 0, 1, 4);
+    line->addWidget(choose_, 1, 5);
+    line->addWidget(criterionLabel_, 1, 0);
+    line->addWidget(criterion_, 1, 1);
+    line->addWidget(enterLabel_, 1, 0);
+    line->addWidget(enter_, 1, 1);
+    line->addWidget(perSizeLabel_, 1, 2);
+    line->addWidget(perSize_, 1, 3);
+    line->addWidget(removeLabel_, 1, 2);
+    line->addWidget(remove_, 1, 3);
+    line->setColumnStretch(4, 1);
     auto *const all = new QVBoxLayout(this);
     all->addLayout(line);
     all->addWidget(said_);
@@ -121,11 +123,13 @@ void ChoicePage::SetState(const ModelState &state)
     const bool sameData = state.database == state_.database && state.table == state_.table &&
                           state.sql == state_.sql && state.filter == state_.filter &&
                           state.records == state_.records && state.model.strings(0) == state_.model.strings(0);
+    const bool sameModel = state.model == state_.model;
     state_ = state;
     choose_->setEnabled(state.isFittable());
-    if (sameData && work_)
+    if (sameData && work_ && sameModel)
         return;
-    work_.reset();
+    if (!sameData)
+        work_.reset();
     ShowChoice();
 }
 
@@ -159,8 +163,9 @@ void ChoicePage::SetSettings(const ChoiceSettings &settings)
 void ChoicePage::Choose()
 {
     QStringList said;
-    const TMessageHandler before = SetMessageHandler([&said](const QString &text, TMsgDlgType, unsigned, int) {
-        said.append(DisplayLines(text).simplified());
+    const TMessageHandler before = SetMessageHandler([&said](const QString &text, TMsgDlgType type, unsigned, int) {
+        if (type != TMsgDlgType::mtInformation) // what came of it is shown anyway
+            said.append(DisplayLines(text).simplified());
         return int(mrOk);
     });
     auto work = std::make_unique<Work>();
@@ -194,14 +199,39 @@ void ChoicePage::ShowChoice()
     if (!choice) {
         pages_->setCurrentIndex(0);
         said_->setText(state_.isFittable()
-                           ? tr("Choose which of the control variables of the model are worth keeping.")
-                           : tr("There is no model yet to choose from."));
+                           ? tr("Choose finds out which of the control variables of the model are worth keeping. The "
+                                "model stays as it is until you take one of the results.")
+                           : tr("There is no model yet to choose from: drag a field to Y and the candidates to X1, "
+                                "X2, …"));
         return;
     }
-    models_->SetChoice(*choice);
-    steps_->SetChoice(*choice);
+    const Choice shown = Marked(*choice);
+    models_->SetChoice(shown);
+    steps_->SetChoice(shown);
     pages_->setCurrentIndex(choice->method == Choice::Method::Optimal ? 1 : 2);
-    said_->setText(DisplayLines(work_->selector->Summary()).trimmed());
+    QStringList lines{choiceResult(*choice, QLocale().decimalPoint().front())};
+    for (const QString &warning : choiceWarnings(*choice))
+        lines.append(QStringLiteral("• ") + warning);
+    said_->setText(lines.join(u'\n'));
+}
+
+Choice ChoicePage::Marked(Choice choice) const
+{
+    // The component that was chosen with has the chosen model at once; the person's has it when it is taken.
+    const QStringList terms = state_.terms();
+    choice.selected = 0;
+    for (int j = 1; j <= choice.count(); ++j) {
+        if (terms.contains(choice.term(j)))
+            choice.selected |= ControlSet(1) << (j - 1);
+    }
+    if (!choice.isOptimal()) {
+        choice.applied = choice.modelCount() + 1; // none
+        for (int step = choice.modelCount(); step > 0 && choice.applied > choice.modelCount(); --step) {
+            if (choice.model(step) == choice.selected)
+                choice.applied = step;
+        }
+    }
+    return choice;
 }
 
 Page::Table ChoicePage::CurrentTable() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "present/Page.h"
+#include "select/Choice.h"
 #include "workbench/Choicesettings.h"
 #include "workbench/Modelstate.h"
 
@@ -52,6 +53,8 @@ private:
     ChoiceSettings Settings() const;
     void ShowControls();
     void ShowChoice();
+    /// With what is fitted now as the model in use.
+    Choice Marked(Choice choice) const;
     void Take(int model);
 
     ModelState state_;

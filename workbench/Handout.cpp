@@ -96,7 +96,7 @@ template <class Task>
 void Handout::WithFit(const Task &task)
 {
     if (!pages_.HasFit()) {
-        Q_EMIT Said(tr("There is no fit yet: drag a field to Y and others to X1, X2, … first."), true);
+        Q_EMIT Said(Handout::tr("There is no fit yet: drag a field to Y and others to X1, X2, … first."), true);
         return;
     }
     try {

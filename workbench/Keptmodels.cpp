@@ -20,25 +20,25 @@ double figureOf(const QJsonObject &json, const char *name)
     return json.value(QLatin1StringView(name)).toDouble(std::numeric_limits<double>::quiet_NaN());
 }
 
-QString text(const char *source)
+struct ModelsWords
 {
-    return QCoreApplication::translate("Models", source);
-}
+    Q_DECLARE_TR_FUNCTIONS(ModelsWords)
+};
 
 QString recordsOf(const ModelState &state)
 {
     QString what = state.isQuery() ? state.sql.simplified() : state.table;
     if (!state.isQuery() && !state.filter.isEmpty())
-        what = text("%1 where %2").arg(what, state.filter);
+        what = ModelsWords::tr("%1 where %2").arg(what, state.filter);
     switch (state.records) {
     case RecordUse::First:
         return what;
     case RecordUse::All:
-        return text("every record of %1").arg(what);
+        return ModelsWords::tr("every record of %1").arg(what);
     case RecordUse::Server:
         break;
     }
-    return text("every record of %1, added up by the server").arg(what);
+    return ModelsWords::tr("every record of %1, added up by the server").arg(what);
 }
 
 } // namespace
@@ -92,11 +92,11 @@ QStringList differences(const ModelState &one, const ModelState &other)
 {
     QStringList lines;
     if (one.database != other.database)
-        lines.append(text("Database: %1, %2").arg(one.database, other.database));
+        lines.append(ModelsWords::tr("Database: %1, %2").arg(one.database, other.database));
     if (recordsOf(one) != recordsOf(other))
-        lines.append(text("Records: %1, %2").arg(recordsOf(one), recordsOf(other)));
+        lines.append(ModelsWords::tr("Records: %1, %2").arg(recordsOf(one), recordsOf(other)));
     if (one.model.term(0) != other.model.term(0))
-        lines.append(text("Response: %1, %2").arg(one.model.term(0), other.model.term(0)));
+        lines.append(ModelsWords::tr("Response: %1, %2").arg(one.model.term(0), other.model.term(0)));
     const QStringList ours = one.terms();
     const QStringList theirs = other.terms();
     const auto missing = [](const QStringList &of, const QStringList &in) {
@@ -108,11 +108,11 @@ QStringList differences(const ModelState &one, const ModelState &other)
         return terms.join(QStringLiteral(", "));
     };
     if (const QString only = missing(ours, theirs); !only.isEmpty())
-        lines.append(text("Only in the first: %1").arg(only));
+        lines.append(ModelsWords::tr("Only in the first: %1").arg(only));
     if (const QString only = missing(theirs, ours); !only.isEmpty())
-        lines.append(text("Only in the second: %1").arg(only));
+        lines.append(ModelsWords::tr("Only in the second: %1").arg(only));
     if (lines.isEmpty() && ours != theirs)
-        lines.append(text("The same terms in another order"));
+        lines.append(ModelsWords::tr("The same terms in another order"));
     return lines;
 }
 

@@ -5,8 +5,10 @@
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
+#include "workbench/Language.h"
 
 #include <QApplication>
+#include <QLocale>
 
 #include <functional>
 
@@ -56,10 +58,13 @@ QString whyNothing(TRegression &regression)
                                .arg(left.term)
                                .arg(left.invalid));
     }
-    if (regression.RecordsRead() == 0)
+    const qint64 read = regression.RecordsRead();
+    if (read == 0)
         return LiveFit::tr("There are no records.");
-    QString text = LiveFit::tr("None of the %1 records can be used").arg(regression.RecordsRead());
-    return reasons.isEmpty() ? text + u'.' : text + QLatin1String(": ") + reasons.join(QLatin1String(", ")) + u'.';
+    const QString number = QLocale().toString(read);
+    return reasons.isEmpty() ? LiveFit::tr("None of the %1 records can be used.", nullptr, numerus(read)).arg(number)
+                             : LiveFit::tr("None of the %1 records can be used: %2.", nullptr, numerus(read))
+                                   .arg(number, reasons.join(QLatin1String(", ")));
 }
 
 } // namespace

@@ -33,6 +33,7 @@
 #include <QSaveFile>
 #include <QSettings>
 #include <QTableView>
+#include <QUndoStack>
 
 namespace nuvo {
 
@@ -60,7 +61,8 @@ void MainWindow::MakeFileMenu()
     connect(add(menu, tr("Open Ser&ver…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O),
                 tr("Open a database on a server; the connection is tried first")),
             &QAction::triggered, this, &MainWindow::AskServer);
-    recent_ = menu->addMenu(tr("Open &Recent"));
+    recent_ = menu->addMenu(tr("Open Re&cent"));
+    recent_->setObjectName(QStringLiteral("RecentMenu"));
     connect(recent_, &QMenu::aboutToShow, this, &MainWindow::ShowRecent);
     ShowRecent();
     menu->addSeparator();
@@ -72,7 +74,8 @@ void MainWindow::MakeFileMenu()
         &QAction::triggered, this, &MainWindow::SaveDatabase);
     handout_->AddFileActions(*menu);
     menu->addSeparator();
-    connect(add(menu, tr("&Quit"), QKeySequence::Quit, tr("Quit; the sitting comes back at the next start")),
+    connect(add(menu, tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q),
+                tr("Quit; the sitting comes back at the next start")),
             &QAction::triggered, this, &QWidget::close);
 }
 
@@ -80,11 +83,19 @@ void MainWindow::MakeEditMenu()
 {
     QMenu *const menu = menuBar()->addMenu(tr("&Edit"));
     menu->setObjectName(QStringLiteral("EditMenu"));
-    QAction *const undo = sitting_->Undo().createUndoAction(this, tr("&Undo"));
-    undo->setShortcut(QKeySequence::Undo);
-    QAction *const redo = sitting_->Undo().createRedoAction(this, tr("&Redo"));
-    redo->setShortcut(QKeySequence::Redo);
-    menu->addActions({undo, redo});
+    QUndoStack &steps = sitting_->Undo();
+    QAction *const undo = add(menu, tr("&Undo"), QKeySequence::Undo, tr("Take the last change back"));
+    QAction *const redo = add(menu, tr("&Redo"), QKeySequence::Redo, tr("Make the change that was taken back again"));
+    connect(undo, &QAction::triggered, &steps, &QUndoStack::undo);
+    connect(redo, &QAction::triggered, &steps, &QUndoStack::redo);
+    connect(&steps, &QUndoStack::undoTextChanged, undo,
+            [undo](const QString &what) { undo->setText(what.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(what)); });
+    connect(&steps, &QUndoStack::redoTextChanged, redo,
+            [redo](const QString &what) { redo->setText(what.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(what)); });
+    connect(&steps, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
+    connect(&steps, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    undo->setEnabled(false);
+    redo->setEnabled(false);
     menu->addSeparator();
     handout_->AddEditActions(*menu);
     const auto copies = [this](QString (*text)(const ModelState &)) {
@@ -142,6 +153,17 @@ void MainWindow::MakeViewMenu()
     view->addSeparator();
     for (QDockWidget *const dock : findChildren<QDockWidget *>())
         view->addAction(dock->toggleViewAction());
+    findChild<QDockWidget *>(QStringLiteral("TablesDock"))
+        ->toggleViewAction()
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
+    findChild<QDockWidget *>(QStringLiteral("ModelsDock"))
+        ->toggleViewAction()
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M));
+    view->addSeparator();
+    connect(add(view, tr("&Next Part of the Window"), Qt::Key_F6, tr("Go on: tables, model, page, models tried")),
+            &QAction::triggered, this, [this] { GoToPane(1); });
+    connect(add(view, tr("&Previous Part of the Window"), QKeySequence(Qt::SHIFT | Qt::Key_F6), tr("Go back")),
+            &QAction::triggered, this, [this] { GoToPane(-1); });
 }
 
 void MainWindow::AskAndOpen()
@@ -254,15 +276,19 @@ void MainWindow::Remember(const QString &file)
     files.removeAll(file);
     files.prepend(file);
     settings.setValue(QStringLiteral("recent"), files.mid(0, kMostRecent));
+    // Not at once: it may be one of its actions that this is about.
+    QMetaObject::invokeMethod(this, &MainWindow::ShowRecent, Qt::QueuedConnection);
 }
 
 void MainWindow::ShowRecent()
 {
     recent_->clear();
     const QStringList files = QSettings().value(QStringLiteral("recent")).toStringList();
-    for (const QString &file : files)
-        connect(recent_->addAction(QString(file).replace(u'&', QLatin1String("&&"))), &QAction::triggered, this,
-                [this, file] { OpenRecent(file); });
+    int number = 0;
+    for (const QString &file : files) {
+        const QString text = QStringLiteral("&%1 ").arg(++number) + QString(file).replace(u'&', QLatin1String("&&"));
+        connect(recent_->addAction(text), &QAction::triggered, this, [this, file] { OpenRecent(file); });
+    }
     welcome_->SetRecent(files);
     recent_->setEnabled(!files.isEmpty());
 }

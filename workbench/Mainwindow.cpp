@@ -12,6 +12,7 @@
 #include "workbench/Csvpreview.h"
 #include "workbench/Handout.h"
 #include "workbench/Keptmodels.h"
+#include "workbench/Language.h"
 #include "workbench/Livefit.h"
 #include "workbench/Modelstable.h"
 #include "workbench/Openfile.h"
@@ -45,8 +46,8 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
     : QMainWindow(parent), folder_(folder), sitting_(new Sitting(this)), fit_(new LiveFit(this)),
       tables_(new QListWidget(this)), editor_(new TModelEditor(this)), pages_(new Pages(this)),
       models_(new ModelsTable(*sitting_, this)), handout_(new Handout(*sitting_, *pages_, *models_, *this)),
-      centre_(new QStackedWidget(this)), welcome_(new Welcome(this)), message_(new QLabel(this)),
-      progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
+      centre_(new QStackedWidget(this)), middle_(new QSplitter(Qt::Horizontal, this)), welcome_(new Welcome(this)),
+      message_(new QLabel(this)), progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
 {
     setObjectName(QStringLiteral("Workbench"));
     setAcceptDrops(true);
@@ -54,6 +55,7 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
     MakeFileMenu();
     MakeEditMenu();
     MakeViewMenu();
+    MakeHelpMenu();
     connect(sitting_, &Sitting::StateChanged, this, &MainWindow::Follow);
     connect(sitting_, &Sitting::ModelsChanged, this, &MainWindow::Save);
     connect(editor_, &TModelEditor::ModelChanged, this, [this] {
@@ -95,9 +97,7 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
     connect(tables_, &QListWidget::itemClicked, this,
             [this](const QListWidgetItem *item) { OpenTable(item->text()); });
 
-    const QSettings settings;
-    restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
-    restoreState(settings.value(QStringLiteral("layout")).toByteArray());
+    RestoreLayout();
     const QString saved = QDir(folder_).filePath(QStringLiteral("sitting.json"));
     try {
         if (QFileInfo::exists(saved))
@@ -134,19 +134,21 @@ void MainWindow::MakeWidgets()
     models->setWidget(models_);
     addDockWidget(Qt::BottomDockWidgetArea, models);
 
-    auto *const middle = new QSplitter(Qt::Horizontal, this);
-    middle->setObjectName(QStringLiteral("Middle"));
-    middle->setChildrenCollapsible(false);
-    middle->addWidget(editor_);
-    middle->addWidget(pages_);
-    middle->setStretchFactor(0, 2);
-    middle->setStretchFactor(1, 3);
+    middle_->setObjectName(QStringLiteral("Middle"));
+    middle_->setChildrenCollapsible(false);
+    // One above the other they leave the pages more room, and the window fits on a small screen.
+    editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->setOrientation(Qt::Vertical);
+    middle_->addWidget(editor_);
+    middle_->addWidget(pages_);
+    middle_->setStretchFactor(0, 0);
+    middle_->setStretchFactor(1, 1);
     centre_->addWidget(welcome_);
-    centre_->addWidget(middle);
+    centre_->addWidget(middle_);
     setCentralWidget(centre_);
     connect(welcome_, &Welcome::FileWanted, this, &MainWindow::AskAndOpen);
     connect(welcome_, &Welcome::ServerWanted, this, &MainWindow::AskServer);
     connect(welcome_, &Welcome::SamplesWanted, this, &MainWindow::OpenSamples);
+    connect(welcome_, &Welcome::GuideWanted, this, &MainWindow::ShowGuide);
     connect(welcome_, &Welcome::RecentWanted, this, &MainWindow::OpenRecent);
 
     message_->setObjectName(QStringLiteral("Message"));
@@ -164,9 +166,17 @@ void MainWindow::MakeWidgets()
     statusBar()->addWidget(message_, 1);
     statusBar()->addPermanentWidget(progress_);
     statusBar()->addPermanentWidget(stop_);
+}
+
+void MainWindow::RestoreLayout()
+{
+    const QSettings settings;
     resize(1360, 820);
-    resizeDocks({tables}, {130}, Qt::Horizontal);
-    resizeDocks({models}, {150}, Qt::Vertical);
+    restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
+    restoreState(settings.value(QStringLiteral("layout")).toByteArray());
+    middle_->restoreState(settings.value(QStringLiteral("middle")).toByteArray());
+    editor_->findChild<QSplitter *>(QStringLiteral("Halves"))
+        ->restoreState(settings.value(QStringLiteral("editor")).toByteArray());
 }
 
 void MainWindow::Tell(const QString &text, bool isError)
@@ -205,11 +215,12 @@ void MainWindow::ShowEnd()
             Tell(fit_->Why(), true);
         } else if (fit_->HasFit()) {
             sitting_->Keep(keptModel(fit_->State(), *regression));
-            const QLocale locale;
+            const qint64 records = regression->RecordsUsed();
+            const QString number = QLocale().toString(records);
             Tell(regression->MoreRecords()
                      ? tr("Fitted to the first %1 records that can be used; Model > Every Record uses them all.")
-                           .arg(locale.toString(regression->RecordsUsed()))
-                     : tr("Fitted to %1 records.").arg(locale.toString(regression->RecordsUsed())));
+                           .arg(number)
+                     : tr("Fitted to %1 records.", nullptr, numerus(records)).arg(number));
         } else if (fit_->State().hasData()) {
             Tell(tr("Drag a field to Y and others to X1, X2, …; each change is fitted at once."));
         } else {
@@ -332,9 +343,26 @@ void MainWindow::closeEvent(QCloseEvent *event)
     QSettings settings;
     settings.setValue(QStringLiteral("geometry"), saveGeometry());
     settings.setValue(QStringLiteral("layout"), saveState());
+    settings.setValue(QStringLiteral("middle"), middle_->saveState());
+    settings.setValue(QStringLiteral("editor"),
+                      editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->saveState());
     fit_->Stop();
     Save();
     event->accept();
+}
+
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    // Before there is a layout, docks take no sizes.
+    if (!event->spontaneous() && !std::exchange(wasShown_, true) && !QSettings().contains(QStringLiteral("layout"))) {
+        resizeDocks({findChild<QDockWidget *>(QStringLiteral("TablesDock"))}, {fontMetrics().averageCharWidth() * 20},
+                    Qt::Horizontal);
+        resizeDocks({findChild<QDockWidget *>(QStringLiteral("ModelsDock"))}, {fontMetrics().height() * 9},
+                    Qt::Vertical);
+        middle_->setSizes({editor_->minimumSizeHint().width(), width()}); // the pages need what there is
+        editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->setSizes({1000, 1000});
+    }
 }
 
 void MainWindow::Save()

@@ -8,11 +8,13 @@ class QLabel;
 class QListWidget;
 class QProgressBar;
 class QPushButton;
+class QSplitter;
 class QStackedWidget;
 class TModelEditor;
 
 namespace nuvo {
 
+class Guide;
 class Handout;
 class LiveFit;
 class ModelsTable;
@@ -47,12 +49,15 @@ protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void MakeWidgets();
+    void RestoreLayout();
     void MakeFileMenu();
     void MakeEditMenu();
     void MakeViewMenu();
+    void MakeHelpMenu();
     void Follow();
     void ShowEnd();
     void ShowTables();
@@ -78,6 +83,11 @@ private:
     void SaveDatabase();
     void LeaveSelectedOut();
     void CompareModels();
+    void ShowGuide();
+    void ShowKeys();
+    void ShowAbout();
+    /// On to the next part of the window, or back: tables, model, page, models tried.
+    void GoToPane(int step);
     void Remember(const QString &file);
     void ShowRecent();
     void Save();
@@ -91,11 +101,14 @@ private:
     ModelsTable *models_;
     Handout *handout_;
     QStackedWidget *centre_;
+    QSplitter *middle_;
     Welcome *welcome_;
     QLabel *message_;
     QProgressBar *progress_;
     QPushButton *stop_;
     QMenu *recent_ = nullptr;
+    Guide *guide_ = nullptr; ///< once it was asked for
+    bool wasShown_ = false;
     QString tablesOf_; ///< the database that the list of tables is of
     QString fieldsOf_; ///< what the editor's fields are of
 };

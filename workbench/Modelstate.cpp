@@ -3,6 +3,7 @@
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 
 #include <algorithm>
@@ -49,7 +50,8 @@ QString ModelState::title() const
         return {};
     const QStringList controls = terms();
     return controls.isEmpty() ? model.term(0)
-                              : QStringLiteral("%1 on %2").arg(model.term(0), controls.join(QStringLiteral(", ")));
+                              : QCoreApplication::translate("ModelState", "%1 on %2", "response, terms")
+                                    .arg(model.term(0), controls.join(QStringLiteral(", ")));
 }
 
 QJsonObject toJson(const ModelState &state)

@@ -14,6 +14,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QTabBar>
 #include <QTableView>
 
 namespace nuvo {
@@ -25,6 +26,7 @@ Pages::Pages(QWidget *parent)
 {
     setObjectName(QStringLiteral("Pages"));
     setAccessibleName(tr("Pages"));
+    tabBar()->setAccessibleName(tr("Pages"));
     setDocumentMode(true);
     Add(records_, tr("Records"));
     Add(summary_, tr("Summary"));
@@ -71,7 +73,10 @@ void Pages::ShowFit(LiveFit &fit)
         figures_ = {};
         figuresPage_->SetFigures({});
     }
-    summary_->SetFigures(figures_);
+    if (figures_.current)
+        summary_->SetFigures(figures_);
+    else
+        summary_->SetPage(NoFit(fit));
     diagnostics_->SetFigures(figures_);
     observations_->SetFigures(figures_);
     choice_->SetState(fit.State());
@@ -81,6 +86,39 @@ void Pages::ShowFit(LiveFit &fit)
     // Whoever has been looking at records wants to see the first fit.
     if (first && currentWidget() == records_)
         setCurrentWidget(summary_);
+}
+
+Page Pages::NoFit(const LiveFit &fit) const
+{
+    Page page;
+    page.add(Page::Kind::Heading, tr("No fit yet"));
+    if (!fit.Why().isEmpty())
+        page.add(Page::Kind::Paragraph, fit.Why());
+    else if (fit.State().hasData())
+        page.add(Page::Kind::Paragraph,
+                 tr("Drag the field whose values you want to explain to Y, and those that may "
+                    "explain them to X1, X2, … The summary of the fit is shown here at once."));
+    else
+        page.add(Page::Kind::Paragraph, tr("Choose a table on the left."));
+    return page;
+}
+
+QString Pages::GuidePlace() const
+{
+    const std::pair<const QWidget *, const char *> places[] = {
+        {records_, "first-page.md"},
+        {summary_, "figures.md"},
+        {diagnostics_, "figures.md#a-failed-test-the-form-does-not-suit-the-data"},
+        {observations_, "figures.md#a-leverage-one-record-decides"},
+        {figuresPage_, "figures.md#a-failed-test-the-form-does-not-suit-the-data"},
+        {choice_, "selection.md"},
+        {predict_, "first-page.md#a-prediction"},
+    };
+    for (const auto &[page, place] : places) {
+        if (page == currentWidget())
+            return QLatin1String(place);
+    }
+    return QStringLiteral("README.md");
 }
 
 void Pages::SaveReport(const QString &file) const

@@ -43,6 +43,9 @@ public:
     /// cursor is in, else the first. \throws EPlatformError for records too many to copy
     Page::Table CurrentTable() const;
 
+    /// Where the guide is about the page that is shown, as Guide::ShowPlace() takes it.
+    QString GuidePlace() const;
+
     RecordsPage &Records() const { return *records_; }
     TSummaryPage &Summary() const { return *summary_; }
     TObservationsPage &Observations() const { return *observations_; }
@@ -52,6 +55,8 @@ public:
 
 private:
     void Add(QWidget *page, const QString &title);
+    /// What the summary says instead.
+    Page NoFit(const LiveFit &fit) const;
 
     Figures figures_;
     bool hasFit_ = false;

@@ -27,6 +27,14 @@ QString shown(double figure)
     return std::isfinite(figure) ? QLocale().toString(figure, 'g', 8) : QStringLiteral("-");
 }
 
+/// Groups of digits are in the way of whoever changes them.
+QString typed(double figure)
+{
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(figure, 'g', 6);
+}
+
 } // namespace
 
 PredictPage::PredictPage(QWidget *parent)
@@ -60,9 +68,10 @@ PredictPage::PredictPage(QWidget *parent)
     line->addWidget(file_);
     auto *const all = new QVBoxLayout(this);
     all->addLayout(grid_);
+    all->addLayout(line);
+    all->addSpacing(12);
     all->addWidget(result_);
     all->addStretch(1);
-    all->addLayout(line);
     grid_->setColumnStretch(1, 1);
     connect(level_, &QDoubleSpinBox::valueChanged, this, &PredictPage::Predict);
     connect(table_, &QPushButton::clicked, this, [this] { Q_EMIT TableWanted(level_->value()); });
@@ -85,9 +94,9 @@ void PredictPage::SetFit(TRegression *regression, const RegressionModel &model)
 void PredictPage::MakeEdits(const QStringList &fields, const RegressionModel &model)
 {
     if (fields != fields_) {
-        std::map<QString, QString> typed;
+        std::map<QString, QString> before;
         for (size_t i = 0; i < edits_.size(); ++i) {
-            typed[fields_[qsizetype(i)]] = edits_[i]->isModified() ? edits_[i]->text() : QString();
+            before[fields_[qsizetype(i)]] = edits_[i]->isModified() ? edits_[i]->text() : QString();
             delete labels_[i];
             delete edits_[i];
         }
@@ -99,9 +108,9 @@ void PredictPage::MakeEdits(const QStringList &fields, const RegressionModel &mo
             edit->setObjectName(QStringLiteral("Value_") + field);
             edit->setAccessibleName(field);
             edit->setPlaceholderText(tr("a number"));
-            edit->setText(typed[field]);
-            edit->setModified(!typed[field].isEmpty());
-            auto *const label = new QLabel(field, this);
+            edit->setText(before[field]);
+            edit->setModified(!before[field].isEmpty());
+            auto *const label = new QLabel(QString(field).replace(u'&', QLatin1String("&&")), this);
             label->setTextFormat(Qt::PlainText);
             label->setBuddy(edit);
             grid_->addWidget(label, int(edits_.size()), 0);
@@ -110,6 +119,12 @@ void PredictPage::MakeEdits(const QStringList &fields, const RegressionModel &mo
             labels_.push_back(label);
             edits_.push_back(edit);
         }
+        for (size_t i = 1; i < edits_.size(); ++i)
+            setTabOrder(edits_[i - 1], edits_[i]);
+        if (!edits_.empty())
+            setTabOrder(edits_.back(), level_);
+        setTabOrder(level_, table_);
+        setTabOrder(table_, file_);
     }
     // A field that is a term as it stands has a mean.
     int column = 0;
@@ -120,7 +135,7 @@ void PredictPage::MakeEdits(const QStringList &fields, const RegressionModel &mo
         const auto at = fields_.indexOf(model.field(place));
         if (model.keyword(place) == u"None" && at >= 0 && !edits_[size_t(at)]->isModified()) {
             const QSignalBlocker quiet(edits_[size_t(at)]);
-            edits_[size_t(at)]->setText(QLocale().toString(regression_->GetxBar(column), 'g', 6));
+            edits_[size_t(at)]->setText(typed(regression_->GetxBar(column)));
         }
     }
 }
@@ -129,7 +144,7 @@ void PredictPage::Predict()
 {
     predicted_ = {};
     if (regression_ == nullptr) {
-        result_->setText(tr("There is no fit to predict with."));
+        result_->setText(tr("There is no fit to predict with: drag a field to Y and others to X1, X2, …"));
         return;
     }
     FieldValues values;

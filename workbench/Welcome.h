@@ -6,8 +6,8 @@ class QVBoxLayout;
 
 namespace nuvo {
 
-/// What is there to begin with, as long as nothing is open: open a file, a server, the samples, or what was open
-/// before.
+/// What is there to begin with, as long as nothing is open: open a file, a server, the samples, what was open before,
+/// or the guide.
 class Welcome : public QWidget
 {
     Q_OBJECT
@@ -15,13 +15,14 @@ class Welcome : public QWidget
 public:
     explicit Welcome(QWidget *parent = nullptr);
 
-    /// Files and servers to offer.
+    /// Files and servers to offer; more than there is room for are in the menu.
     void SetRecent(const QStringList &names);
 
 Q_SIGNALS:
     void FileWanted();
     void ServerWanted();
     void SamplesWanted();
+    void GuideWanted();
     void RecentWanted(const QString &name);
 
 private:

@@ -23,10 +23,10 @@ FieldList::FieldList(QWidget *parent)
     filter_->setSourceModel(model_);
 
     text_->setObjectName(QStringLiteral("FieldFilter"));
-    text_->setPlaceholderText(QStringLiteral("Filter fields"));
+    text_->setPlaceholderText(tr("Filter fields"));
     text_->setClearButtonEnabled(true);
-    text_->setAccessibleName(QStringLiteral("Filter fields"));
-    text_->setToolTip(QStringLiteral("Shows the fields that have this in their names (Ctrl+F). Down: into the list"));
+    text_->setAccessibleName(tr("Filter fields"));
+    text_->setToolTip(tr("Shows the fields that have this in their names (Ctrl+F). Down: into the list"));
 
     view_->setObjectName(QStringLiteral("FieldsView"));
     view_->setModel(filter_);
@@ -40,9 +40,9 @@ FieldList::FieldList(QWidget *parent)
     view_->viewport()->setAcceptDrops(true);
     view_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view_->setTextElideMode(Qt::ElideMiddle);
-    view_->setAccessibleName(QStringLiteral("Fields"));
+    view_->setAccessibleName(tr("Fields"));
     view_->setAccessibleDescription(
-        QStringLiteral("Enter or Insert adds a field to the next free place, Y makes it the response"));
+        tr("Enter or Insert adds a field to the next free place, Y makes it the response"));
     view_->header()->setStretchLastSection(false);
     view_->header()->setSectionResizeMode(FieldsModel::NameColumn, QHeaderView::Stretch);
     view_->header()->setSectionResizeMode(FieldsModel::KindColumn, QHeaderView::ResizeToContents);
@@ -103,13 +103,13 @@ void FieldList::ShowState()
     const int all = model_->rowCount();
     const int shown = filter_->rowCount();
     if (!fields_.known) {
-        text = fields_.why.isEmpty() ? QStringLiteral("The fields are not known; their names can be typed.")
-                                     : fields_.why + QStringLiteral(" Names can be typed all the same.");
+        text = fields_.why.isEmpty()
+                   ? tr("The fields are not known; their names can be typed.")
+                   : tr("%1 Names can be typed all the same.", "why the fields are not known").arg(fields_.why);
     } else if (fields_.numericNames().isEmpty()) {
-        text =
-            all == 0 ? QStringLiteral("There are no fields.") : QStringLiteral("None of the fields holds numbers.");
+        text = all == 0 ? tr("There are no fields.") : tr("None of the fields holds numbers.");
     } else if (shown < all) {
-        text = QStringLiteral("%1 of %2 fields").arg(shown).arg(all);
+        text = tr("%1 of %2 fields").arg(shown).arg(all);
     }
     state_->setText(text);
     state_->setVisible(!text.isEmpty());

@@ -77,10 +77,9 @@ QString FieldsModel::Hint(const ModelField &field) const
 {
     const QString name = withoutControls(field.name);
     if (!field.numeric)
-        return QStringLiteral("%1 %2: it cannot be a variable of a regression.")
-            .arg(name, ModelFields::whyNot(field));
-    return QStringLiteral("%1 (%2). Double click, Enter or Insert: the next free place. Y: the response. Or drag it "
-                          "to a place.")
+        return tr("%1 holds no number (%2): it cannot be a variable of a regression.").arg(name, field.kind);
+    return tr("%1 (%2). Double click, Enter or Insert: the next free place. Y: the response. Or drag it "
+              "to a place.")
         .arg(name, field.kind);
 }
 
@@ -106,7 +105,7 @@ QVariant FieldsModel::data(const QModelIndex &index, int role) const
         return Hint(field);
     case Qt::AccessibleTextRole:
         if (index.column() == NameColumn && !field.numeric)
-            return QStringLiteral("%1, cannot be used").arg(field.name);
+            return tr("%1, cannot be used").arg(field.name);
         break;
     case Qt::AccessibleDescriptionRole:
         return Hint(field);
@@ -120,9 +119,7 @@ QVariant FieldsModel::headerData(int section, Qt::Orientation orientation, int r
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    return section == NameColumn   ? QStringLiteral("Field")
-           : section == KindColumn ? QStringLiteral("Holds")
-                                   : QStringLiteral("Used as");
+    return section == NameColumn ? tr("Field") : section == KindColumn ? tr("Holds") : tr("Used as");
 }
 
 Qt::ItemFlags FieldsModel::flags(const QModelIndex &index) const

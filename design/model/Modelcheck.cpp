@@ -1,5 +1,6 @@
 #include "design/model/Modelcheck.h"
 
+#include "design/model/Modelwords.h"
 #include "platform/Formats.h"
 
 #include <QHash>
@@ -14,13 +15,13 @@ QString wrongNumber(const Transformation &form, const QString &text)
 {
     double value = 0;
     if (!TryStrToFloat(text, value) || !std::isfinite(value))
-        return QStringLiteral("\"%1\" is not a number.").arg(text);
+        return ModelWords::tr("\"%1\" is not a number.").arg(text);
     if (form.second == Second::ScaleFactor)
-        return value == 0 ? QStringLiteral("It cannot be divided by 0.") : QString();
+        return value == 0 ? ModelWords::tr("It cannot be divided by 0.") : QString();
     bool whole = false;
     return text.trimmed().toInt(&whole) >= 1 && whole
                ? QString()
-               : QStringLiteral("The exponent has to be a whole number of at least 1.");
+               : ModelWords::tr("The exponent has to be a whole number of at least 1.");
 }
 
 QString wrongField(const QString &name, const ModelFields &fields)
@@ -29,9 +30,9 @@ QString wrongField(const QString &name, const ModelFields &fields)
         return {};
     const ModelField *field = fields.find(name);
     if (field == nullptr)
-        return QStringLiteral("There is no field \"%1\".").arg(name);
+        return ModelWords::tr("There is no field \"%1\".").arg(name);
     return field->numeric ? QString()
-                          : QStringLiteral("The field \"%1\" %2.").arg(field->name, ModelFields::whyNot(*field));
+                          : ModelWords::tr("The field \"%1\" holds no number (%2).").arg(field->name, field->kind);
 }
 
 /// The same for terms that have the same values in every record.
@@ -61,13 +62,13 @@ std::optional<ModelProblem> problemAt(const RegressionModel &model, int place, c
     const Transformation *form = model.transformation(place);
     if (form == nullptr || !form->term) {
         return problem(false,
-                       QStringLiteral("\"%1\" is no transformation that is known here.").arg(model.keyword(place)));
+                       ModelWords::tr("\"%1\" is no transformation that is known here.").arg(model.keyword(place)));
     }
     const bool twoFields = form->second == Second::Field2;
     if (model.field(place).isEmpty())
-        return problem(true, QStringLiteral("No field is chosen."));
+        return problem(true, ModelWords::tr("No field is chosen."));
     if (twoFields && model.secondField(place).isEmpty())
-        return problem(true, QStringLiteral("No second field is chosen."));
+        return problem(true, ModelWords::tr("No second field is chosen."));
     if (form->second == Second::Exponent || form->second == Second::ScaleFactor) {
         if (auto found = problem(true, wrongNumber(*form, model.number(place))))
             return found;
@@ -101,8 +102,8 @@ std::vector<ModelProblem> modelProblems(const RegressionModel &model, const Mode
             problems.push_back(
                 {place, false,
                  before.value() == 0
-                     ? QStringLiteral("This is the response itself.")
-                     : QStringLiteral("This is the same term as %1.").arg(RegressionModel::label(before.value()))});
+                     ? ModelWords::tr("This is the response itself.")
+                     : ModelWords::tr("This is the same term as %1.").arg(RegressionModel::label(before.value()))});
     }
     return problems;
 }

@@ -18,7 +18,7 @@ TModelDialog::TModelDialog(QWidget *parent)
     : QDialog(parent), editor_(new TModelEditor(this)), unfinished_(new QLabel(this))
 {
     setObjectName(QStringLiteral("ModelDialog"));
-    setWindowTitle(QStringLiteral("Model"));
+    setWindowTitle(tr("Model"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setSizeGripEnabled(true);
@@ -26,13 +26,13 @@ TModelDialog::TModelDialog(QWidget *parent)
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     ok_ = buttons->button(QDialogButtonBox::Ok);
     ok_->setObjectName(QStringLiteral("ModelOK"));
-    ok_->setToolTip(QStringLiteral("Takes the model (Ctrl+Enter)"));
+    ok_->setToolTip(tr("Takes the model (Ctrl+Enter)"));
     // A shortcut of the button's own would go with its text, which the box sets anew.
     for (const int key : {Qt::Key_Return, Qt::Key_Enter})
         connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, ok_,
                 &QPushButton::click);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("ModelCancel"));
-    buttons->button(QDialogButtonBox::Cancel)->setToolTip(QStringLiteral("Leaves the model as it was (Escape)"));
+    buttons->button(QDialogButtonBox::Cancel)->setToolTip(tr("Leaves the model as it was (Escape)"));
     unfinished_->setObjectName(QStringLiteral("Unfinished"));
     unfinished_->setTextFormat(Qt::PlainText);
     unfinished_->setWordWrap(true);
@@ -64,15 +64,14 @@ void TModelDialog::ShowState()
     }
     ok_->setEnabled(left.isEmpty());
     unfinished_->setText(left.isEmpty() ? QString()
-                                        : QStringLiteral("%1 %2 not finished.")
-                                              .arg(left.join(QStringLiteral(", ")),
-                                                   left.size() == 1 ? QStringLiteral("is") : QStringLiteral("are")));
+                                        : (left.size() == 1 ? tr("%1 is not finished.") : tr("%1 are not finished."))
+                                              .arg(left.join(QStringLiteral(", "))));
 }
 
 bool TModelDialog::OpenForm(const QString &component, nuvo::RegressionModel &model)
 {
     before_ = model;
-    setWindowTitle(component.isEmpty() ? QStringLiteral("Model") : QStringLiteral("%1 Model").arg(component));
+    setWindowTitle(component.isEmpty() ? tr("Model") : tr("%1 Model").arg(component));
     editor_->SetModel(model);
     ShowState();
     editor_->FocusFields();

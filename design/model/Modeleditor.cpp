@@ -47,18 +47,16 @@ QString equation(const RegressionModel &model)
 
 TModelEditor::TModelEditor(QWidget *parent)
     : QWidget(parent), list_(new nuvo::FieldList(this)), places_(new QScrollArea(this)),
-      response_(editorButton(this, "MakeResponse", QStringLiteral("Make it &Y"),
-                             QStringLiteral("The marked field becomes the response (Y in the list)"))),
-      add_(editorButton(
-          this, "AddFields", QStringLiteral("&Add"),
-          QStringLiteral("The marked fields become control variables, in the next free places (Enter or Insert "
-                         "in the list, or a double click)"))),
-      remove_(
-          editorButton(this, "RemovePlace", QStringLiteral("&Remove"), QStringLiteral("Empties the place (Delete)"))),
-      up_(editorButton(this, "MoveUp", QStringLiteral("Move &up"),
-                       QStringLiteral("Exchanges the control variable with the one above (Alt+Up)"))),
-      down_(editorButton(this, "MoveDown", QStringLiteral("Move &down"),
-                         QStringLiteral("Exchanges the control variable with the one below (Alt+Down)"))),
+      response_(editorButton(this, "MakeResponse", tr("Make it &Y"),
+                             tr("The marked field becomes the response (Y in the list)"))),
+      add_(editorButton(this, "AddFields", tr("&Add"),
+                        tr("The marked fields become control variables, in the next free places (Enter or Insert "
+                           "in the list, or a double click)"))),
+      remove_(editorButton(this, "RemovePlace", tr("&Remove"), tr("Empties the place (Delete)"))),
+      up_(editorButton(this, "MoveUp", tr("Move &up"),
+                       tr("Exchanges the control variable with the one above (Alt+Up)"))),
+      down_(editorButton(this, "MoveDown", tr("Move &down"),
+                         tr("Exchanges the control variable with the one below (Alt+Down)"))),
       equation_(sentenceLabel(this, "Equation")), said_(sentenceLabel(this, "Said"))
 {
     setObjectName(QStringLiteral("ModelEditor"));
@@ -111,7 +109,7 @@ TModelEditor::TModelEditor(QWidget *parent)
     all->addWidget(halves, 1);
     all->addWidget(equation_);
     all->addWidget(said_);
-    equation_->setAccessibleName(QStringLiteral("Model"));
+    equation_->setAccessibleName(tr("Model"));
 
     connect(list_, &nuvo::FieldList::Added, this, &TModelEditor::AddFields);
     connect(list_, &nuvo::FieldList::MadeResponse, this, &TModelEditor::MakeResponse);
@@ -135,8 +133,8 @@ TModelEditor::~TModelEditor() = default;
 void TModelEditor::MakeRows(QWidget &form, QGridLayout &grid)
 {
     int column = 1;
-    for (const char *title : {"Field", "Transformation", "With", "Term in the report"}) {
-        auto *heading = new QLabel(QLatin1String(title), &form);
+    for (const QString &title : {tr("Field"), tr("Transformation"), tr("With"), tr("Term in the report")}) {
+        auto *heading = new QLabel(title, &form);
         heading->setForegroundRole(QPalette::PlaceholderText);
         grid.addWidget(heading, 0, column++);
     }
@@ -261,12 +259,11 @@ void TModelEditor::ShowState()
 
 void TModelEditor::Say(const QString &text)
 {
-    said_->setText(
-        !text.isEmpty()
-            ? text
-            : QStringLiteral("In the list, Enter, Insert or a double click adds a field and Y makes it the "
-                             "response. At a place, Delete removes, Alt+Up and Alt+Down move, F2 types a "
-                             "name. Everything can be dragged."));
+    said_->setText(!text.isEmpty()
+                       ? text
+                       : tr("In the list, Enter, Insert or a double click adds a field and Y makes it the "
+                            "response. At a place, Delete removes, Alt+Up and Alt+Down move, F2 types a "
+                            "name. Everything can be dragged."));
 }
 
 bool TModelEditor::Usable(const QString &name)
@@ -274,8 +271,8 @@ bool TModelEditor::Usable(const QString &name)
     const nuvo::ModelField *field = fields_.find(name);
     if (field == nullptr || field->numeric)
         return true;
-    Say(QStringLiteral("%1 %2: it cannot be a variable of a regression.")
-            .arg(nuvo::withoutControls(field->name), nuvo::ModelFields::whyNot(*field)));
+    Say(tr("%1 holds no number (%2): it cannot be a variable of a regression.")
+            .arg(nuvo::withoutControls(field->name), field->kind));
     return false;
 }
 
@@ -288,7 +285,7 @@ void TModelEditor::AddFields(const QStringList &names)
             if (!Usable(name)) {
                 refused = said_->text();
             } else if (place == 0) {
-                refused = QStringLiteral("All ten places are taken: %1 found none.").arg(nuvo::withoutControls(name));
+                refused = tr("All ten places are taken: %1 found none.").arg(nuvo::withoutControls(name));
                 break;
             } else {
                 model_.setField(place, name);

@@ -1,5 +1,6 @@
 #include "design/model/Modelfields.h"
 
+#include "design/model/Modelwords.h"
 #include "platform/Dataset.h"
 #include "platform/Errors.h"
 #include "platform/Fieldtypes.h"
@@ -40,32 +41,32 @@ QString fieldKind(FieldKind kind)
     switch (kind) {
     case FieldKind::Unknown:
     case FieldKind::Float:
-        return QStringLiteral("number");
+        return ModelWords::tr("number");
     case FieldKind::Currency:
-        return QStringLiteral("money");
+        return ModelWords::tr("money");
     case FieldKind::Integer:
     case FieldKind::Smallint:
     case FieldKind::Word:
     case FieldKind::AutoInc:
     case FieldKind::Largeint:
-        return QStringLiteral("whole number");
+        return ModelWords::tr("whole number");
     case FieldKind::Bits:
-        return QStringLiteral("bits");
+        return ModelWords::tr("bits");
     case FieldKind::Boolean:
-        return QStringLiteral("yes or no");
+        return ModelWords::tr("yes or no");
     case FieldKind::Date:
-        return QStringLiteral("date");
+        return ModelWords::tr("date");
     case FieldKind::Time:
-        return QStringLiteral("time");
+        return ModelWords::tr("time");
     case FieldKind::DateTime:
-        return QStringLiteral("date and time");
+        return ModelWords::tr("date and time");
     case FieldKind::Blob:
-        return QStringLiteral("binary");
+        return ModelWords::tr("binary");
     case FieldKind::String:
     case FieldKind::Memo:
         break;
     }
-    return QStringLiteral("text");
+    return ModelWords::tr("text");
 }
 
 QString fieldKind(const TField &field)

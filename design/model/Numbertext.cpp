@@ -1,5 +1,6 @@
 #include "design/model/Numbertext.h"
 
+#include "design/model/Modelwords.h"
 #include "platform/Errors.h"
 #include "platform/Formats.h"
 
@@ -14,12 +15,12 @@ double typedNumber(const QString &text)
     double value = 0;
     if (!TryStrToFloat(QString(text).replace(QLocale().decimalPoint(), QLatin1String(".")), value) ||
         !std::isfinite(value))
-        throw EConvertError(QStringLiteral("\"%1\" is not a number").arg(text));
+        throw EConvertError(ModelWords::tr("\"%1\" is not a number").arg(text));
     // "1,000" is a thousand in some countries and one in others.
     bool grouped = false;
     const double withGroups = QLocale().toDouble(text.trimmed(), &grouped);
     if (grouped && withGroups != value)
-        throw EConvertError(QStringLiteral("\"%1\" is not a number: digits are written without groups").arg(text));
+        throw EConvertError(ModelWords::tr("\"%1\" is not a number: digits are written without groups").arg(text));
     return value;
 }
 

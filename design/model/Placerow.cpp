@@ -60,25 +60,24 @@ private:
 QString transformationName(const Transformation &transformation)
 {
     if (!transformation.term)
-        return QStringLiteral("inactive");
+        return PlaceRow::tr("inactive");
     switch (transformation.operation) {
     case Operation::Plain:
-        return QStringLiteral("x as it is");
+        return PlaceRow::tr("x as it is");
     case Operation::Logarithm:
-        return QStringLiteral("ln x");
+        return PlaceRow::tr("ln x");
     case Operation::Reciprocal:
         return QStringLiteral("1 / x");
     case Operation::SquareRoot:
-        return QStringLiteral("square root of x");
+        return PlaceRow::tr("square root of x");
     case Operation::SignedPower:
-        return QStringLiteral("x to a power");
+        return PlaceRow::tr("x to a power");
     case Operation::Times:
-        return QStringLiteral("x times a field");
+        return PlaceRow::tr("x times a field");
     case Operation::Over:
         break;
     }
-    return transformation.second == Second::Field2 ? QStringLiteral("x over a field")
-                                                   : QStringLiteral("x over a number");
+    return transformation.second == Second::Field2 ? PlaceRow::tr("x over a field") : PlaceRow::tr("x over a number");
 }
 
 PlaceRow::PlaceRow(int place, QWidget &form, QGridLayout &grid)
@@ -100,17 +99,14 @@ PlaceRow::PlaceRow(int place, QWidget &form, QGridLayout &grid)
     label_->setFont(bold);
     label_->setObjectName(QStringLiteral("Label") + name);
     label_->setBuddy(slot_);
-    slot_->SetPlaceholder(place == 0 ? QStringLiteral("response") : QString());
-    hint_ =
-        QStringLiteral("Drop a field here, or type its name (F2). Delete removes, Alt+Up and Alt+Down move, Up and "
-                       "Down go to the next place");
-    call(slot_, "Field", QStringLiteral("field"), hint_);
-    call(transformation_, "Transformation", QStringLiteral("transformation"),
-         QStringLiteral("What is made of the field"));
-    call(second_, "SecondField", QStringLiteral("second field"),
-         QStringLiteral("Drop the second field here, or type its name (F2)"));
-    second_->SetPlaceholder(QStringLiteral("field"));
-    call(number_, "Number", QStringLiteral("number"), {});
+    slot_->SetPlaceholder(place == 0 ? tr("response") : QString());
+    hint_ = tr("Drop a field here, or type its name (F2). Delete removes, Alt+Up and Alt+Down move, Up and "
+               "Down go to the next place");
+    call(slot_, "Field", tr("field"), hint_);
+    call(transformation_, "Transformation", tr("transformation"), tr("What is made of the field"));
+    call(second_, "SecondField", tr("second field"), tr("Drop the second field here, or type its name (F2)"));
+    second_->SetPlaceholder(tr("field"));
+    call(number_, "Number", tr("number"), {});
     term_->setObjectName(QStringLiteral("Term") + name);
     term_->setTextFormat(Qt::PlainText);
     sentence_->setObjectName(QStringLiteral("Problem") + name);
@@ -197,8 +193,8 @@ void PlaceRow::ShowSecond(const RegressionModel &model)
     second_->SetField(model.secondField(place_));
     if (behind == NumberBehind && storedNumber(number_->text()) != model.number(place_))
         number_->setText(shownNumber(model.number(place_)));
-    const QString hint = second == Second::Exponent ? QStringLiteral("The power: a whole number of at least 1")
-                                                    : QStringLiteral("The number that the field is divided by");
+    const QString hint = second == Second::Exponent ? tr("The power: a whole number of at least 1")
+                                                    : tr("The number that the field is divided by");
     number_->setToolTip(hint);
     number_->setAccessibleDescription(hint);
     behind_->setCurrentIndex(behind);

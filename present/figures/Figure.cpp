@@ -1,6 +1,7 @@
 #include "present/figures/Figure.h"
 
 #include "platform/Messages.h"
+#include "present/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,18 +51,17 @@ QString figureInWords(const Figure &figure, QChar point)
     const auto axis = [&](const QString &title, const AxisRange &values) {
         return values.IsEmpty()
                    ? title
-                   : QStringLiteral("%1 from %2 to %3").arg(title, number(values.low), number(values.high));
+                   : FigureWords::tr("%1 from %2 to %3").arg(title, number(values.low), number(values.high));
     };
-    QString words = QStringLiteral("%1. Across: %2; up: %3.")
+    QString words = FigureWords::tr("%1. Across: %2; up: %3.")
                         .arg(figure.title, axis(figure.xTitle, figure.xValues), axis(figure.yTitle, figure.yValues));
     std::size_t points = 0;
     for (std::size_t i = 0; i < figure.PointCount(); ++i)
         points += figure.HasPoint(i) ? 1 : 0;
     if (figure.bars.empty())
-        words += QStringLiteral(" %1 %2.").arg(points).arg(points == 1 ? QStringLiteral("point")
-                                                                       : QStringLiteral("points"));
+        words += u' ' + (points == 1 ? FigureWords::tr("1 point.") : FigureWords::tr("%1 points.").arg(points));
     else
-        words += QStringLiteral(" %1 bars.").arg(figure.bars.size());
+        words += u' ' + FigureWords::tr("%1 bars.").arg(figure.bars.size());
     QStringList names;
     for (const FigureLine &line : figure.lines) {
         if (!line.name.isEmpty() && !names.contains(line.name))
@@ -70,7 +70,7 @@ QString figureInWords(const Figure &figure, QChar point)
     for (const FigureBand &band : figure.bands)
         names += band.name;
     if (!names.isEmpty())
-        words += QStringLiteral(" Also: %1.").arg(names.join(QStringLiteral("; ")));
+        words += u' ' + FigureWords::tr("Also: %1.").arg(names.join(QStringLiteral("; ")));
     return words;
 }
 
@@ -78,8 +78,8 @@ QString pointInWords(const Figure &figure, std::size_t i, QChar point)
 {
     const auto number = [point](double value) { return figureNumber(value, 7, point); };
     const QString what = i < std::size_t(figure.labels.size()) ? figure.labels[int(i)]
-                         : i < figure.records.size()           ? QStringLiteral("Record %1").arg(figure.records[i])
-                                                               : QStringLiteral("Point %1").arg(i + 1);
+                         : i < figure.records.size()           ? FigureWords::tr("Record %1").arg(figure.records[i])
+                                                               : FigureWords::tr("Point %1").arg(i + 1);
     QStringList lines{what};
     if (figure.kind != FigureKind::ResidualByOrder)
         lines += QStringLiteral("%1: %2").arg(figure.xTitle, number(figure.x[i]));
@@ -90,7 +90,7 @@ QString pointInWords(const Figure &figure, std::size_t i, QChar point)
 QString barInWords(const Figure &figure, std::size_t i, QChar point)
 {
     const FigureBar &bar = figure.bars[i];
-    return QStringLiteral("%1 from %2 to %3\n%4: %5")
+    return FigureWords::tr("%1 from %2 to %3\n%4: %5")
         .arg(figure.xTitle, figureNumber(bar.from, 7, point), figureNumber(bar.to, 7, point), figure.yTitle,
              figureNumber(bar.height, 7, point));
 }

@@ -42,15 +42,15 @@ bool mayReplace(const std::vector<nuvo::Figure> &figures, const QString &folder,
 
 TFiguresPage::TFiguresPage(QWidget *parent)
     : QWidget(parent), chooser_(new QComboBox(this)), previous_(new QToolButton(this)), next_(new QToolButton(this)),
-      saveAll_(new QPushButton(QStringLiteral("Save A&ll"), this)), view_(new TFigureView(this))
+      saveAll_(new QPushButton(tr("Save A&ll"), this)), view_(new TFigureView(this))
 {
     chooser_->setObjectName(QStringLiteral("FigureChooser"));
-    chooser_->setAccessibleName(QStringLiteral("Figure"));
+    chooser_->setAccessibleName(tr("Figure"));
     chooser_->setMaxVisibleItems(20);
     // A long term name must not make the window wide.
     chooser_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    chooser_->setMinimumContentsLength(24);
-    auto *label = new QLabel(QStringLiteral("&Figure:"), this);
+    chooser_->setMinimumContentsLength(18);
+    auto *label = new QLabel(tr("Fi&gure:"), this);
     label->setBuddy(chooser_);
     const auto setUp = [this](QToolButton *button, const char *name, Qt::ArrowType arrow, const QString &hint,
                               int way, Qt::Key key) {
@@ -65,20 +65,19 @@ TFiguresPage::TFiguresPage(QWidget *parent)
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, this, go);
     };
-    setUp(previous_, "PreviousFigure", Qt::LeftArrow, QStringLiteral("Previous figure (Page Up)"), -1,
-          Qt::Key_PageUp);
-    setUp(next_, "NextFigure", Qt::RightArrow, QStringLiteral("Next figure (Page Down)"), 1, Qt::Key_PageDown);
+    setUp(previous_, "PreviousFigure", Qt::LeftArrow, tr("Previous figure (Page Up)"), -1, Qt::Key_PageUp);
+    setUp(next_, "NextFigure", Qt::RightArrow, tr("Next figure (Page Down)"), 1, Qt::Key_PageDown);
     saveAll_->setObjectName(QStringLiteral("SaveFigures"));
     saveAll_->setAutoDefault(false);
-    saveAll_->setToolTip(QStringLiteral("Save all figures into a folder"));
+    saveAll_->setToolTip(tr("Save all figures into a folder"));
     auto *formats = new QMenu(this);
     formats->setObjectName(QStringLiteral("SaveFiguresMenu"));
     const auto addFormat = [&](const QString &text, nuvo::FigureFormat format) {
         formats->addAction(text, this, [this, format] { SaveAll(format); });
     };
-    addFormat(QStringLiteral("As &PNG…"), nuvo::FigureFormat::Png);
-    addFormat(QStringLiteral("As &SVG…"), nuvo::FigureFormat::Svg);
-    addFormat(QStringLiteral("As P&DF…"), nuvo::FigureFormat::Pdf);
+    addFormat(tr("As &PNG…"), nuvo::FigureFormat::Png);
+    addFormat(tr("As &SVG…"), nuvo::FigureFormat::Svg);
+    addFormat(tr("As P&DF…"), nuvo::FigureFormat::Pdf);
     saveAll_->setMenu(formats);
     view_->setObjectName(QStringLiteral("FigureView"));
 
@@ -133,7 +132,7 @@ void TFiguresPage::ShowChosen()
     const int index = Index();
     const bool any = index >= 0;
     nuvo::Figure none;
-    none.note = QStringLiteral("There are no figures.");
+    none.note = tr("There are no figures.");
     view_->SetFigure(any ? figures_[std::size_t(index)] : none);
     chooser_->setEnabled(any);
     saveAll_->setEnabled(any);
@@ -145,7 +144,7 @@ void TFiguresPage::SaveAll(nuvo::FigureFormat format)
 {
     nuvo::guarded([this, format] {
         const QPointer<TFiguresPage> here = this;
-        const QPointer<QFileDialog> dialog = new QFileDialog(this, QStringLiteral("Folder for the Figures"));
+        const QPointer<QFileDialog> dialog = new QFileDialog(this, tr("Folder for the Figures"));
         const auto gone = qScopeGuard([&dialog] { delete dialog; });
         dialog->setFileMode(QFileDialog::Directory);
         dialog->setOption(QFileDialog::ShowDirsOnly);

@@ -442,9 +442,8 @@ void TFigureView::SaveAs()
     const QPointer<TFigureView> here = this;
     nuvo::guarded([&] {
         const QString file =
-            nuvo::askFileName(this, QStringLiteral("Save Figure"),
-                              {QStringLiteral("PNG picture (*.png)"), QStringLiteral("SVG picture (*.svg)"),
-                               QStringLiteral("PDF document (*.pdf)")},
+            nuvo::askFileName(this, tr("Save Figure"),
+                              {tr("PNG picture (*.png)"), tr("SVG picture (*.svg)"), tr("PDF document (*.pdf)")},
                               nuvo::figureFileName(figure_));
         if (here && !file.isEmpty())
             nuvo::saveFigure(figure_, file, Sheet());
@@ -456,14 +455,12 @@ void TFigureView::contextMenuEvent(QContextMenuEvent *event)
     auto *menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("FigureMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(QStringLiteral("&Copy"), this, &TFigureView::Copy)->setShortcut(QKeySequence::Copy);
-    menu->addAction(QStringLiteral("&Save As…"), this, &TFigureView::SaveAs)->setShortcut(QKeySequence::Save);
+    menu->addAction(tr("&Copy"), this, &TFigureView::Copy)->setShortcut(QKeySequence::Copy);
+    menu->addAction(tr("&Save As…"), this, &TFigureView::SaveAs)->setShortcut(QKeySequence::Save);
     menu->addSeparator();
-    menu->addAction(QStringLiteral("Show &All"), this, &TFigureView::ShowAll)->setShortcut(Qt::Key_0);
+    menu->addAction(tr("Show &All"), this, &TFigureView::ShowAll)->setShortcut(Qt::Key_0);
     const QPointF middle = Painter().Frame().center();
-    menu->addAction(QStringLiteral("Zoom &In"), this, [this, middle] { Zoom(KeyZoom, middle); })
-        ->setShortcut(Qt::Key_Plus);
-    menu->addAction(QStringLiteral("Zoom &Out"), this, [this, middle] { Zoom(1 / KeyZoom, middle); })
-        ->setShortcut(Qt::Key_Minus);
+    menu->addAction(tr("Zoom &In"), this, [this, middle] { Zoom(KeyZoom, middle); })->setShortcut(Qt::Key_Plus);
+    menu->addAction(tr("Zoom &Out"), this, [this, middle] { Zoom(1 / KeyZoom, middle); })->setShortcut(Qt::Key_Minus);
     menu->popup(event->globalPos());
 }

@@ -2,6 +2,7 @@
 
 #include "engine/kernel/Distributions.h"
 #include "platform/Messages.h"
+#include "present/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -69,7 +70,7 @@ void setPoints(Figure &figure, const FigureData &data, std::vector<double> x, st
         }
     }
     if (figure.xValues.IsEmpty())
-        figure.note = QStringLiteral("None of its values exist for this fit.");
+        figure.note = FigureWords::tr("None of its values exist for this fit.");
 }
 
 /// A level line across whatever part of the figure is seen.
@@ -104,7 +105,7 @@ void addFit(Figure &figure, const FigureData &data, const QString &name, double 
     if (!(data.quantile > 0) || !std::isfinite(data.quantile) || !std::isfinite(se) || !std::isfinite(fixed))
         return;
     FigureBand band;
-    band.name = percent(data.level) + QStringLiteral(" confidence band");
+    band.name = FigureWords::tr("%1 confidence band", "of a level in percent").arg(percent(data.level));
     for (const double x : spread(across.low, across.high, CurvePoints)) {
         const double half = data.quantile * std::hypot(fixed, (x - x0) * se);
         if (!std::isfinite(half) || !std::isfinite(line(x)))
@@ -119,14 +120,14 @@ void addFit(Figure &figure, const FigureData &data, const QString &name, double 
 void responseByTerm(Figure &figure, const FigureData &data, const QString &term)
 {
     const std::vector<double> &column = data.x[std::size_t(figure.term - 1)];
-    figure.title = QStringLiteral("%1 by %2").arg(shown(data.response), term);
+    figure.title = FigureWords::tr("%1 by %2").arg(shown(data.response), term);
     figure.xTitle = term;
     figure.yTitle = shown(data.response);
     setPoints(figure, data, column, data.y);
-    figure.pointName = QStringLiteral("Observed");
+    figure.pointName = FigureWords::tr("Observed");
     if (std::size_t(figure.term) < data.coefficients.size())
         addFit(figure, data,
-               data.terms.size() > 1 ? QStringLiteral("Fit, other terms at their means") : QStringLiteral("Fit"),
+               data.terms.size() > 1 ? FigureWords::tr("Fit, other terms at their means") : FigureWords::tr("Fit"),
                meanOf(column), meanOf(data.y), figure.term, data.s / std::sqrt(double(column.size())));
 }
 
@@ -137,12 +138,12 @@ void addedVariable(Figure &figure, const FigureData &data, const QString &term)
     std::vector<double> y(column.size());
     for (std::size_t i = 0; i < y.size(); ++i)
         y[i] = data.residuals[i] + b * column[i];
-    figure.title = QStringLiteral("Added variable: %1").arg(term);
-    figure.xTitle = QStringLiteral("%1, without what the others explain").arg(term);
-    figure.yTitle = QStringLiteral("%1, likewise").arg(shown(data.response));
+    figure.title = FigureWords::tr("Added variable: %1").arg(term);
+    figure.xTitle = FigureWords::tr("%1, without what the others explain").arg(term);
+    figure.yTitle = FigureWords::tr("%1, likewise").arg(shown(data.response));
     setPoints(figure, data, column, std::move(y));
-    figure.pointName = QStringLiteral("Observations");
-    addFit(figure, data, QStringLiteral("Slope: the coefficient"), 0, 0, figure.term, 0);
+    figure.pointName = FigureWords::tr("Observations");
+    addFit(figure, data, FigureWords::tr("Slope: the coefficient"), 0, 0, figure.term, 0);
 }
 
 void normalQuantiles(Figure &figure, const FigureData &data)
@@ -159,9 +160,9 @@ void normalQuantiles(Figure &figure, const FigureData &data)
     std::vector<double> quantiles(data.standardized.size(), std::numeric_limits<double>::quiet_NaN());
     for (std::size_t k = 0; k < order.size(); ++k)
         quantiles[order[k]] = normalQuantile((double(k + 1) - a) / (n + 1 - 2 * a));
-    figure.title = QStringLiteral("Normal quantiles");
-    figure.xTitle = QStringLiteral("Normal quantile");
-    figure.yTitle = QStringLiteral("Standardized residual");
+    figure.title = FigureWords::tr("Normal quantiles");
+    figure.xTitle = FigureWords::tr("Normal quantile");
+    figure.yTitle = FigureWords::tr("Standardized residual");
     setPoints(figure, data, std::move(quantiles), data.standardized);
     if (order.size() < 2)
         return;
@@ -177,11 +178,11 @@ void normalQuantiles(Figure &figure, const FigureData &data)
     const double high = quartile(0.75);
     const AxisRange across = roomyRange(figure.xValues);
     const auto line = [&](double x) { return (low + high) / 2 + x * (high - low) / (2 * upper); };
-    figure.pointName = QStringLiteral("Observations");
+    figure.pointName = FigureWords::tr("Observations");
     figure.lines.push_back({FigureRole::Fit,
                             {across.low, across.high},
                             {line(across.low), line(across.high)},
-                            QStringLiteral("Line through the quartiles"),
+                            FigureWords::tr("Line through the quartiles"),
                             {}});
 }
 
@@ -190,9 +191,9 @@ void scaleLocation(Figure &figure, const FigureData &data)
     std::vector<double> roots(data.standardized.size());
     std::transform(data.standardized.begin(), data.standardized.end(), roots.begin(),
                    [](double value) { return std::sqrt(std::abs(value)); });
-    figure.title = QStringLiteral("Scale and location");
-    figure.xTitle = QStringLiteral("Fitted value");
-    figure.yTitle = QStringLiteral("√|standardized residual|");
+    figure.title = FigureWords::tr("Scale and location");
+    figure.xTitle = FigureWords::tr("Fitted value");
+    figure.yTitle = FigureWords::tr("√|standardized residual|");
     setPoints(figure, data, data.fitted, std::move(roots));
     if (figure.note.isEmpty())
         figure.yValues.Add(0);
@@ -200,9 +201,9 @@ void scaleLocation(Figure &figure, const FigureData &data)
 
 void residualByLeverage(Figure &figure, const FigureData &data)
 {
-    figure.title = QStringLiteral("Residuals and leverage");
-    figure.xTitle = QStringLiteral("Leverage");
-    figure.yTitle = QStringLiteral("Standardized residual");
+    figure.title = FigureWords::tr("Residuals and leverage");
+    figure.xTitle = FigureWords::tr("Leverage");
+    figure.yTitle = FigureWords::tr("Standardized residual");
     setPoints(figure, data, data.leverage, data.standardized);
     figure.xFromZero = true;
     if (figure.note.isEmpty())
@@ -231,7 +232,7 @@ void residualByLeverage(Figure &figure, const FigureData &data)
         for (const double sign : {1.0, -1.0}) {
             FigureLine line;
             line.role = FigureRole::Contour;
-            line.name = QStringLiteral("Cook's distance");
+            line.name = FigureWords::tr("Cook's distance");
             line.label = figureNumber(level, 2);
             for (const double part : spread(0, 1, CurvePoints)) {
                 // Closer together where the curve is steep.
@@ -242,23 +243,23 @@ void residualByLeverage(Figure &figure, const FigureData &data)
             figure.lines.push_back(std::move(line));
         }
     }
-    figure.pointName = QStringLiteral("Observations");
+    figure.pointName = FigureWords::tr("Observations");
 }
 
 void observedByFitted(Figure &figure, const FigureData &data)
 {
-    figure.title = QStringLiteral("%1 by fitted value").arg(shown(data.response));
-    figure.xTitle = QStringLiteral("Fitted value");
+    figure.title = FigureWords::tr("%1 by fitted value").arg(shown(data.response));
+    figure.xTitle = FigureWords::tr("Fitted value");
     figure.yTitle = shown(data.response);
     setPoints(figure, data, data.fitted, data.y);
     if (!figure.note.isEmpty())
         return;
-    figure.pointName = QStringLiteral("Observed");
+    figure.pointName = FigureWords::tr("Observed");
     const AxisRange across = roomyRange(figure.xValues);
     figure.lines.push_back({FigureRole::Fit,
                             {across.low, across.high},
                             {across.low, across.high},
-                            QStringLiteral("Observed = fitted"),
+                            FigureWords::tr("Observed = fitted"),
                             {}});
 }
 
@@ -278,9 +279,9 @@ double binWidth(std::vector<double> values, const AxisRange &range)
 
 void residualDistribution(Figure &figure, const FigureData &data)
 {
-    figure.title = QStringLiteral("Distribution of the residuals");
-    figure.xTitle = QStringLiteral("Residual");
-    figure.yTitle = QStringLiteral("Observations");
+    figure.title = FigureWords::tr("Distribution of the residuals");
+    figure.xTitle = FigureWords::tr("Residual");
+    figure.yTitle = FigureWords::tr("Observations");
     figure.yFromZero = true;
     std::vector<double> values;
     std::vector<qint64> records;
@@ -292,7 +293,7 @@ void residualDistribution(Figure &figure, const FigureData &data)
     }
     const AxisRange range = rangeOf(values);
     if (range.IsEmpty()) {
-        figure.note = QStringLiteral("None of its values exist for this fit.");
+        figure.note = FigureWords::tr("None of its values exist for this fit.");
         return;
     }
     const bool varies = range.low < range.high && range.high - range.low > 1e-300;
@@ -313,11 +314,11 @@ void residualDistribution(Figure &figure, const FigureData &data)
         figure.yValues.Add(bar.height);
     }
     figure.yValues.Add(0);
-    figure.barName = QStringLiteral("Residuals");
+    figure.barName = FigureWords::tr("Residuals");
     if (!(data.s > 0) || !std::isfinite(data.s) || !varies)
         return;
     FigureLine curve;
-    curve.name = QStringLiteral("Normal curve");
+    curve.name = FigureWords::tr("Normal curve");
     const AxisRange across = roomyRange(figure.xValues);
     for (const double x : spread(across.low, across.high, CurvePoints)) {
         const double z = x / data.s;
@@ -370,14 +371,14 @@ Figure fitFigure(const FigureData &data, FigureKind kind, int term)
     figure.kind = kind;
     figure.term = perTerm(kind) ? term : 0;
     const QString name = figure.term > 0 ? shown(data.terms.value(term - 1)) : QString();
-    const QString residual = QStringLiteral("Residual");
+    const QString residual = FigureWords::tr("Residual");
     switch (kind) {
     case FigureKind::ResponseByTerm:
         responseByTerm(figure, data, name);
         break;
     case FigureKind::ResidualByFitted:
-        figure.title = QStringLiteral("Residuals by fitted value");
-        figure.xTitle = QStringLiteral("Fitted value");
+        figure.title = FigureWords::tr("Residuals by fitted value");
+        figure.xTitle = FigureWords::tr("Fitted value");
         figure.yTitle = residual;
         setPoints(figure, data, data.fitted, data.residuals);
         addLevel(figure, 0);
@@ -388,8 +389,8 @@ Figure fitFigure(const FigureData &data, FigureKind kind, int term)
             ordinals.resize(data.residuals.size());
             std::iota(ordinals.begin(), ordinals.end(), 1);
         }
-        figure.title = QStringLiteral("Residuals by record");
-        figure.xTitle = QStringLiteral("Record");
+        figure.title = FigureWords::tr("Residuals by record");
+        figure.xTitle = FigureWords::tr("Record");
         figure.yTitle = residual;
         figure.xWhole = true;
         setPoints(figure, data, std::move(ordinals), data.residuals);
@@ -397,7 +398,7 @@ Figure fitFigure(const FigureData &data, FigureKind kind, int term)
         break;
     }
     case FigureKind::ResidualByTerm:
-        figure.title = QStringLiteral("Residuals by %1").arg(name);
+        figure.title = FigureWords::tr("Residuals by %1").arg(name);
         figure.xTitle = name;
         figure.yTitle = residual;
         setPoints(figure, data, data.x[std::size_t(term - 1)], data.residuals);
@@ -445,12 +446,12 @@ Figure criterionFigure(const std::vector<SizedModel> &models, const QString &cri
 {
     Figure figure;
     figure.kind = FigureKind::CriterionBySize;
-    figure.title = QStringLiteral("%1 by number of terms").arg(shown(criterion));
-    figure.xTitle = QStringLiteral("Number of terms");
+    figure.title = FigureWords::tr("%1 by number of terms").arg(shown(criterion));
+    figure.xTitle = FigureWords::tr("Number of terms");
     figure.yTitle = shown(criterion);
     figure.xWhole = true;
     FigureLine best;
-    best.name = QStringLiteral("Best of each size");
+    best.name = FigureWords::tr("Best of each size");
     for (const SizedModel &model : models) {
         figure.x.push_back(model.size);
         figure.y.push_back(model.value);
@@ -469,11 +470,11 @@ Figure criterionFigure(const std::vector<SizedModel> &models, const QString &cri
         }
     }
     if (best.x.size() > 1) {
-        figure.pointName = QStringLiteral("Models");
+        figure.pointName = FigureWords::tr("Models");
         figure.lines.push_back(std::move(best));
     }
     if (figure.xValues.IsEmpty())
-        figure.note = QStringLiteral("There are no models to show.");
+        figure.note = FigureWords::tr("There are no models to show.");
     return figure;
 }
 

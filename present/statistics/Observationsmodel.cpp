@@ -26,23 +26,22 @@ void ObservationsModel::SetFigures(const Figures &figures)
         values.resize(n, Figures::None);
         columns_.push_back({withoutControls(title), hint, std::move(values), reason});
     };
-    add(QStringLiteral("Record"), QStringLiteral("Place of the record in the dataset"),
-        {records_.begin(), records_.end()}, Any);
-    add(figures.response.term, QStringLiteral("Response"), figures.observed);
+    add(tr("Record"), tr("Place of the record in the dataset"), {records_.begin(), records_.end()}, Any);
+    add(figures.response.term, tr("Response"), figures.observed);
     for (std::size_t j = 0; j < figures.x.size(); ++j)
-        add(figures.columns[j].term, QStringLiteral("Term %1").arg(j + 1), figures.x[j]);
-    add(QStringLiteral("Fitted"), QStringLiteral("Fitted value"), figures.fitted);
-    add(QStringLiteral("Residual"), QStringLiteral("Response less fitted value"), figures.residuals);
+        add(figures.columns[j].term, tr("Term %1").arg(j + 1), figures.x[j]);
+    add(tr("Fitted"), tr("Fitted value"), figures.fitted);
+    add(tr("Residual"), tr("Response less fitted value"), figures.residuals);
     const Influence influence = figures.influence.value_or(Influence());
-    add(QStringLiteral("Leverage"), QStringLiteral("Leverage; stands out above 2 p/n"), influence.leverage, Leverage);
-    add(QStringLiteral("Standardized"), QStringLiteral("Standardized residual"), influence.standardizedResiduals);
-    add(QStringLiteral("Studentized"), QStringLiteral("Studentized residual; stands out beyond 2 either way"),
-        influence.studentizedResiduals, Residual);
-    add(QStringLiteral("Cook"), QStringLiteral("Cook's distance; stands out above 4/n"), influence.cook, Cook);
+    add(tr("Leverage"), tr("Leverage; stands out above 2 p/n"), influence.leverage, Leverage);
+    add(tr("Standardized"), tr("Standardized residual"), influence.standardizedResiduals);
+    add(tr("Studentized"), tr("Studentized residual; stands out beyond 2 either way"), influence.studentizedResiduals,
+        Residual);
+    add(QStringLiteral("Cook"), tr("Cook's distance; stands out above 4/n"), influence.cook, Cook);
     add(QStringLiteral("DFFITS"),
-        QStringLiteral("Change of the fitted value without the observation; stands out beyond 2 sqrt(p/n)"),
-        influence.dffits, Dffits);
-    add(QStringLiteral("Stands out by"), QStringLiteral("What makes the observation worth looking at"), {}, Any);
+        tr("Change of the fitted value without the observation; stands out beyond 2 sqrt(p/n)"), influence.dffits,
+        Dffits);
+    add(tr("Stands out by"), tr("What makes the observation worth looking at"), {}, Any);
 
     reasons_.assign(n, None);
     words_ = QStringList(qsizetype(n), QString());
@@ -88,12 +87,11 @@ QString ObservationsModel::Exact(int row, int column, QChar point) const
 QString ObservationsModel::Hint(int row, int column) const
 {
     const QString value = Exact(row, column, QLocale().decimalPoint().front());
-    QString hint = QStringLiteral("Record %1").arg(RecordOf(row));
+    QString hint = tr("Record %1").arg(RecordOf(row));
     if (!IsRecord(column) && !IsWords(column))
-        hint +=
-            QStringLiteral(", %1: %2").arg(Title(column), value.isEmpty() ? QStringLiteral("does not exist") : value);
+        hint += QStringLiteral(", %1: %2").arg(Title(column), value.isEmpty() ? tr("does not exist") : value);
     if (IsReason(row, column))
-        hint += QStringLiteral("\nStands out by: ") + words_[row];
+        hint += u'\n' + tr("Stands out by: %1").arg(words_[row]);
     return hint;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QAbstractTableModel>
 #include <QChar>
+#include <QCoreApplication>
 #include <QHash>
 #include <QStringList>
 
@@ -17,6 +18,8 @@ namespace nuvo {
 /// stands out.
 class ObservationsModel : public QAbstractTableModel
 {
+    Q_DECLARE_TR_FUNCTIONS(TObservationsPage)
+
 public:
     explicit ObservationsModel(QObject *parent = nullptr) : QAbstractTableModel(parent) {}
 

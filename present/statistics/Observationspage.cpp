@@ -46,14 +46,13 @@ private:
 
 TObservationsPage::TObservationsPage(QWidget *parent)
     : QWidget(parent), model_(new nuvo::ObservationsModel(this)), order_(new Order(this)),
-      view_(new QTableView(this)), onlyThose_(new QCheckBox(QStringLiteral("&Only what stands out"), this)),
-      count_(new QLabel(this)), save_(new QPushButton(QStringLiteral("Save as CS&V…"), this))
+      view_(new QTableView(this)), onlyThose_(new QCheckBox(tr("&Only what stands out"), this)),
+      count_(new QLabel(this)), save_(new QPushButton(tr("Save &table…"), this))
 {
     order_->setSourceModel(model_);
     view_->setObjectName(QStringLiteral("ObservationsView"));
-    view_->setAccessibleName(QStringLiteral("Observations"));
-    view_->setAccessibleDescription(
-        QStringLiteral("Every observation with its fitted value, residual and influence on the fit"));
+    view_->setAccessibleName(tr("Observations"));
+    view_->setAccessibleDescription(tr("Every observation with its fitted value, residual and influence on the fit"));
     view_->setModel(order_);
     nuvo::setUpFigureTable(*view_);
     view_->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -61,9 +60,10 @@ TObservationsPage::TObservationsPage(QWidget *parent)
     onlyThose_->setObjectName(QStringLiteral("OnlyStandOuts"));
     count_->setObjectName(QStringLiteral("ObservationsCount"));
     count_->setTextFormat(Qt::PlainText);
+    count_->setWordWrap(true); // a narrow window has room for it
     save_->setObjectName(QStringLiteral("SaveObservations"));
     save_->setAutoDefault(false);
-    save_->setToolTip(QStringLiteral("Save all observations with all digits"));
+    save_->setToolTip(tr("Save all observations with all digits, as CSV"));
 
     auto *top = new QHBoxLayout;
     top->addWidget(onlyThose_);
@@ -74,6 +74,8 @@ TObservationsPage::TObservationsPage(QWidget *parent)
     all->addLayout(top);
     all->addWidget(view_, 1);
 
+    setTabOrder(onlyThose_, save_);
+    setTabOrder(save_, view_);
     view_->installEventFilter(this);
     connect(onlyThose_, &QCheckBox::toggled, this,
             [this](bool on) { static_cast<Order *>(order_)->SetOnlyThose(on); });
@@ -92,14 +94,13 @@ void TObservationsPage::SetFigures(const nuvo::Figures &figures)
     const int n = model_->rowCount();
     const int count = model_->StandOutCount();
     if (n == 0)
-        count_->setText(QStringLiteral("There is no fit with observations."));
+        count_->setText(tr("There is no fit with observations."));
     else if (!figures.influence)
-        count_->setText(QStringLiteral("%1 observations").arg(n));
+        count_->setText(tr("%1 observations").arg(n));
     else
-        count_->setText(QStringLiteral("%1 of %2 observations %3")
+        count_->setText((count == 1 ? tr("%1 of %2 observations stands out") : tr("%1 of %2 observations stand out"))
                             .arg(count)
-                            .arg(n)
-                            .arg(count == 1 ? QStringLiteral("stands out") : QStringLiteral("stand out")));
+                            .arg(n));
     onlyThose_->setEnabled(n > 0);
     save_->setEnabled(n > 0);
     // Words stand where they are seen without scrolling; files and the clipboard have them last.
@@ -185,8 +186,7 @@ void TObservationsPage::SaveCsv(const QString &file) const
 void TObservationsPage::SaveAs()
 {
     nuvo::guarded([this] {
-        const QString file = nuvo::askFileName(this, QStringLiteral("Save observations"),
-                                               {QStringLiteral("Comma separated values (*.csv)")});
+        const QString file = nuvo::askFileName(this, tr("Save observations"), {tr("Comma separated values (*.csv)")});
         if (!file.isEmpty())
             SaveCsv(file);
     });

@@ -1,5 +1,6 @@
 #include "present/statistics/Pageview.h"
 
+#include "present/Words.h"
 #include "present/controls/Tablecopy.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -29,7 +30,7 @@ constexpr double Unbounded = 1e5;
 auto diagnosticsOf(const nuvo::Page &page)
 {
     return std::find_if(page.parts.begin(), page.parts.end(), [](const nuvo::Page::Part &part) {
-        return part.kind == nuvo::Page::Kind::Heading && part.text == QLatin1String("Diagnostics");
+        return part.kind == nuvo::Page::Kind::Heading && part.text == nuvo::PageWords::tr("Diagnostics");
     });
 }
 
@@ -228,8 +229,8 @@ void TPageView::keyPressEvent(QKeyEvent *event)
 
 TSummaryPage::TSummaryPage(QWidget *parent) : TPageView(parent)
 {
-    setAccessibleName(QStringLiteral("Summary"));
-    setAccessibleDescription(QStringLiteral("Coefficients, analysis of variance and warnings of the fit"));
+    setAccessibleName(tr("Summary"));
+    setAccessibleDescription(tr("Coefficients, analysis of variance and warnings of the fit"));
 }
 
 void TSummaryPage::SetFigures(const nuvo::Figures &figures)
@@ -240,9 +241,8 @@ void TSummaryPage::SetFigures(const nuvo::Figures &figures)
 
 TDiagnosticsPage::TDiagnosticsPage(QWidget *parent) : TPageView(parent)
 {
-    setAccessibleName(QStringLiteral("Diagnostics"));
-    setAccessibleDescription(
-        QStringLiteral("Tests of the fit, what each term does, and the observations worth looking at"));
+    setAccessibleName(tr("Diagnostics"));
+    setAccessibleDescription(tr("Tests of the fit, what each term does, and the observations worth looking at"));
 }
 
 void TDiagnosticsPage::SetFigures(const nuvo::Figures &figures)
@@ -250,8 +250,8 @@ void TDiagnosticsPage::SetFigures(const nuvo::Figures &figures)
     const nuvo::Page page = nuvo::readersPage(figures);
     nuvo::Page part = partOf(page, diagnosticsOf(page), page.parts.end());
     if (part.parts.isEmpty()) {
-        part.add(nuvo::Page::Kind::Heading, QStringLiteral("Diagnostics"));
-        part.add(nuvo::Page::Kind::Paragraph, QStringLiteral("There is no fit to look into."));
+        part.add(nuvo::Page::Kind::Heading, nuvo::PageWords::tr("Diagnostics"));
+        part.add(nuvo::Page::Kind::Paragraph, tr("There is no fit to look into."));
     }
     SetPage(part);
 }

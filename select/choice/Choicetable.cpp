@@ -39,7 +39,7 @@ QChar windowPoint()
 ChoiceCell figureCell(double value, int digits)
 {
     if (std::isinf(value))
-        return {value > 0 ? QStringLiteral("infinite") : QStringLiteral("-infinite"), value, false};
+        return {value > 0 ? ChoiceRows::tr("infinite") : ChoiceRows::tr("-infinite"), value, false};
     return {significant(value, digits, windowPoint()), value, false};
 }
 
@@ -106,9 +106,9 @@ int ChoiceRows::columnCount(const QModelIndex &parent) const
 QString ChoiceRows::Hint(int row, int column) const
 {
     const QString value = Exact(row, column, windowPoint());
-    return QStringLiteral("%1: %2").arg(
-        columns_[std::size_t(column)].hint,
-        value.isEmpty() && !columns_[std::size_t(column)].words ? QStringLiteral("does not exist") : value);
+    return QStringLiteral("%1: %2").arg(columns_[std::size_t(column)].hint,
+                                        value.isEmpty() && !columns_[std::size_t(column)].words ? tr("does not exist")
+                                                                                                : value);
 }
 
 QVariant ChoiceRows::data(const QModelIndex &index, int role) const

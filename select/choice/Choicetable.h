@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QCoreApplication>
 #include <QStringList>
 #include <QTableView>
 
@@ -37,6 +38,8 @@ struct ChoiceColumn
 
 class ChoiceRows : public QAbstractTableModel
 {
+    Q_DECLARE_TR_FUNCTIONS(ChoiceTable)
+
 public:
     using QAbstractTableModel::QAbstractTableModel;
 

@@ -21,8 +21,8 @@ using Criterion = nuvo::SubsetCriterion;
 /// The figures of a model, that of the criterion first.
 struct FigureColumn
 {
-    QStringView title;
-    QStringView hint;
+    const char *title;
+    const char *hint;
     double nuvo::SubsetFigures::*figure;
     std::optional<Criterion> criterion{};
 };
@@ -31,16 +31,24 @@ std::vector<FigureColumn> figureColumns(Criterion criterion)
 {
     using Figures = nuvo::SubsetFigures;
     std::vector<FigureColumn> columns{
-        {u"SSE", u"Sum of squared residuals", &Figures::sse},
-        {u"R²", u"Coefficient of determination", &Figures::rSquared},
-        {u"Adjusted R²", u"Adjusted coefficient of determination; the largest is the best",
+        {QT_TRANSLATE_NOOP("TModelsPage", "SSE"), QT_TRANSLATE_NOOP("TModelsPage", "Sum of squared residuals"),
+         &Figures::sse},
+        {"R²", QT_TRANSLATE_NOOP("TModelsPage", "Coefficient of determination"), &Figures::rSquared},
+        {QT_TRANSLATE_NOOP("TModelsPage", "Adjusted R²"),
+         QT_TRANSLATE_NOOP("TModelsPage", "Adjusted coefficient of determination; the largest is the best"),
          &Figures::adjustedRSquared, Criterion::AdjustedRSquared},
-        {u"s²", u"Residual mean square", &Figures::sSquared},
-        {u"F", u"Overall F statistic; the largest is the best", &Figures::f, Criterion::F},
-        {u"Cp", u"Mallows' Cp; the smallest is the best", &Figures::cp, Criterion::Cp},
-        {u"AIC", u"Akaike's information criterion; the smallest is the best", &Figures::aic, Criterion::Aic},
-        {u"BIC", u"Schwarz's information criterion; the smallest is the best", &Figures::bic, Criterion::Bic},
-        {u"PRESS", u"Squared residuals of each observation from the fit without it; the smallest is the best",
+        {"s²", QT_TRANSLATE_NOOP("TModelsPage", "Residual mean square"), &Figures::sSquared},
+        {"F", QT_TRANSLATE_NOOP("TModelsPage", "Overall F statistic; the largest is the best"), &Figures::f,
+         Criterion::F},
+        {"Cp", QT_TRANSLATE_NOOP("TModelsPage", "Mallows' Cp; the smallest is the best"), &Figures::cp,
+         Criterion::Cp},
+        {"AIC", QT_TRANSLATE_NOOP("TModelsPage", "Akaike's information criterion; the smallest is the best"),
+         &Figures::aic, Criterion::Aic},
+        {"BIC", QT_TRANSLATE_NOOP("TModelsPage", "Schwarz's information criterion; the smallest is the best"),
+         &Figures::bic, Criterion::Bic},
+        {"PRESS",
+         QT_TRANSLATE_NOOP("TModelsPage",
+                           "Squared residuals of each observation from the fit without it; the smallest is the best"),
          &Figures::press, Criterion::Press},
     };
     std::stable_partition(columns.begin(), columns.end(),
@@ -52,27 +60,26 @@ QString noteOf(const nuvo::Choice &choice, const nuvo::SubsetFigures &model)
 {
     QStringList notes;
     if (choice.subsets.best && choice.subsets.best->controls == model.controls)
-        notes += QStringLiteral("best by ") + nuvo::criterionName(choice.criterion);
+        notes += TModelsPage::tr("best by %1", "a criterion").arg(nuvo::criterionName(choice.criterion));
     if (choice.selected == model.controls && choice.end == nuvo::Choice::End::Chosen)
-        notes += QStringLiteral("in use");
+        notes += TModelsPage::tr("in use");
     if (model.dependent)
-        notes += QStringLiteral("dependent");
+        notes += TModelsPage::tr("dependent");
     return notes.join(QStringLiteral(", "));
 }
 
 } // namespace
 
 TModelsPage::TModelsPage(QWidget *parent)
-    : QWidget(parent), table_(new nuvo::ChoiceTable(this)),
-      use_(new QPushButton(QStringLiteral("&Use this model"), this))
+    : QWidget(parent), table_(new nuvo::ChoiceTable(this)), use_(new QPushButton(tr("Use th&is model"), this))
 {
     table_->setObjectName(QStringLiteral("ModelsView"));
-    table_->setAccessibleName(QStringLiteral("Models"));
+    table_->setAccessibleName(tr("Models"));
     table_->setAccessibleDescription(
-        QStringLiteral("The best models of each size with their figures; a click on a heading sorts"));
+        tr("The best models of each size with their figures; a click on a heading sorts"));
     use_->setObjectName(QStringLiteral("UseModel"));
     use_->setAutoDefault(false);
-    use_->setToolTip(QStringLiteral("Put the selected model on the component, loaded and fitted (Enter)"));
+    use_->setToolTip(tr("Put the selected model on the component, loaded and fitted (Enter)"));
     use_->setAccessibleDescription(use_->toolTip());
 
     auto *below = new QHBoxLayout;
@@ -98,16 +105,14 @@ TModelsPage::TModelsPage(QWidget *parent)
 void TModelsPage::SetChoice(const nuvo::Choice &choice)
 {
     const std::vector<FigureColumn> figures = figureColumns(choice.criterion);
-    std::vector<nuvo::ChoiceColumn> columns{
-        {QStringLiteral("No."), QStringLiteral("Number in the list")},
-        {QStringLiteral("Size"), QStringLiteral("Number of terms")},
-        {QStringLiteral("Terms"), QStringLiteral("Terms"), true},
-        {QStringLiteral("Note"), QStringLiteral("What is to be said of the model"), true}};
+    std::vector<nuvo::ChoiceColumn> columns{{tr("No."), tr("Number in the list")},
+                                            {tr("Size"), tr("Number of terms")},
+                                            {tr("Terms"), tr("Terms"), true},
+                                            {tr("Note"), tr("What is to be said of the model"), true}};
     for (const FigureColumn &figure : figures)
-        columns.push_back(
-            {figure.title.toString(), figure.hint.toString() + (figure.criterion == choice.criterion
-                                                                    ? QStringLiteral(" (the criterion of the choice)")
-                                                                    : QString())});
+        columns.push_back({tr(figure.title), figure.criterion == choice.criterion
+                                                 ? tr("%1 (the criterion of the choice)").arg(tr(figure.hint))
+                                                 : tr(figure.hint)});
     std::vector<nuvo::ChoiceRow> rows;
     left_ = 0;
     for (const nuvo::SubsetFigures &model : choice.subsets.bySize) {

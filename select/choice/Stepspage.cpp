@@ -30,13 +30,13 @@ QString actionOf(const nuvo::SearchStep &step)
 {
     switch (step.action) {
     case Action::Add:
-        return QStringLiteral("add");
+        return TStepsPage::tr("add");
     case Action::Remove:
-        return QStringLiteral("remove");
+        return TStepsPage::tr("remove");
     case Action::End:
         break;
     }
-    return QStringLiteral("end");
+    return TStepsPage::tr("end");
 }
 
 /// What became of a candidate, or could.
@@ -45,12 +45,12 @@ QString fateOf(const nuvo::SearchStep &step, std::size_t at)
     const nuvo::StepCandidate &candidate = step.candidates[at];
     const bool entering = step.action == Action::Add || (step.action == Action::End && int(at) < step.entering);
     if (candidate.dependent)
-        return QStringLiteral("depends on the model");
+        return TStepsPage::tr("depends on the model");
     if (step.action == Action::End)
-        return entering ? QStringLiteral("could enter") : QStringLiteral("could leave");
+        return entering ? TStepsPage::tr("could enter") : TStepsPage::tr("could leave");
     if (candidate.control == step.control)
-        return entering ? QStringLiteral("enters") : QStringLiteral("leaves");
-    return entering ? QStringLiteral("stays out") : QStringLiteral("stays in");
+        return entering ? TStepsPage::tr("enters") : TStepsPage::tr("leaves");
+    return entering ? TStepsPage::tr("stays out") : TStepsPage::tr("stays in");
 }
 
 std::vector<nuvo::ChoiceRow> stepsOf(const nuvo::Choice &choice)
@@ -63,15 +63,15 @@ std::vector<nuvo::ChoiceRow> stepsOf(const nuvo::Choice &choice)
         const double none = std::numeric_limits<double>::quiet_NaN();
         row.marked = choice.applied > 0 ? row.number == choice.applied : ends;
         row.cells = {nuvo::countCell(row.number),
-                     ends ? nuvo::wordsCell(QStringLiteral("End"))
+                     ends ? nuvo::wordsCell(TStepsPage::tr("End"))
                           : nuvo::termsCell({choice.term(step.control)}, actionOf(step) + u' '),
                      nuvo::figureCell(ends ? none : step.f),
                      nuvo::probabilityCell(ends ? none : step.pValue),
                      nuvo::figureCell(step.threshold),
                      nuvo::figureCell(step.sse),
-                     step.model == 0 ? nuvo::wordsCell(QStringLiteral("the constant alone"))
+                     step.model == 0 ? nuvo::wordsCell(TStepsPage::tr("the constant alone"))
                                      : nuvo::termsCell(choice.terms(step.model)),
-                     nuvo::wordsCell(row.marked ? QStringLiteral("in use") : QString())};
+                     nuvo::wordsCell(row.marked ? TStepsPage::tr("in use") : QString())};
     }
     return rows;
 }
@@ -81,22 +81,21 @@ std::vector<nuvo::ChoiceRow> stepsOf(const nuvo::Choice &choice)
 TStepsPage::TStepsPage(QWidget *parent)
     : QWidget(parent), choice_(std::make_unique<const nuvo::Choice>()), steps_(new nuvo::ChoiceTable(this)),
       title_(new QLabel(this)), candidates_(new nuvo::ChoiceTable(this)),
-      use_(new QPushButton(QStringLiteral("&Use this model"), this))
+      use_(new QPushButton(tr("Use th&is model"), this))
 {
     steps_->setObjectName(QStringLiteral("StepsView"));
-    steps_->setAccessibleName(QStringLiteral("Steps"));
-    steps_->setAccessibleDescription(QStringLiteral("The steps of the search, the end last"));
+    steps_->setAccessibleName(tr("Steps"));
+    steps_->setAccessibleDescription(tr("The steps of the search, the end last"));
     candidates_->setObjectName(QStringLiteral("CandidatesView"));
-    candidates_->setAccessibleName(QStringLiteral("Candidates"));
-    candidates_->setAccessibleDescription(QStringLiteral("Every candidate of the selected step with its F and p"));
+    candidates_->setAccessibleName(tr("Candidates"));
+    candidates_->setAccessibleDescription(tr("Every candidate of the selected step with its F and p"));
     title_->setObjectName(QStringLiteral("StepTitle"));
     title_->setTextFormat(Qt::PlainText);
     title_->setWordWrap(true);
     title_->setBuddy(candidates_);
     use_->setObjectName(QStringLiteral("UseStep"));
     use_->setAutoDefault(false);
-    use_->setToolTip(
-        QStringLiteral("Put the model after the selected step on the component, loaded and fitted (Enter)"));
+    use_->setToolTip(tr("Put the model after the selected step on the component, loaded and fitted (Enter)"));
     use_->setAccessibleDescription(use_->toolTip());
 
     auto *lower = new QWidget(this);
@@ -134,14 +133,14 @@ TStepsPage::~TStepsPage() = default;
 void TStepsPage::SetChoice(const nuvo::Choice &choice)
 {
     choice_ = std::make_unique<const nuvo::Choice>(choice);
-    steps_->SetRows({{QStringLiteral("Step"), QStringLiteral("Number of the step")},
-                     {QStringLiteral("What"), QStringLiteral("What is done"), true},
-                     {QStringLiteral("F"), QStringLiteral("Partial F of the variable")},
-                     {QStringLiteral("p"), QStringLiteral("Its upper tail")},
-                     {QStringLiteral("Threshold"), QStringLiteral("The F that it was held against")},
-                     {QStringLiteral("SSE"), QStringLiteral("Sum of squared residuals after the step")},
-                     {QStringLiteral("Model"), QStringLiteral("Terms in the model after the step"), true},
-                     {QStringLiteral("Note"), QStringLiteral("Whether the component has this model"), true}},
+    steps_->SetRows({{tr("Step"), tr("Number of the step")},
+                     {tr("What"), tr("What is done"), true},
+                     {QStringLiteral("F"), tr("Partial F of the variable")},
+                     {QStringLiteral("p"), tr("Its upper tail")},
+                     {tr("Threshold"), tr("The F that it was held against")},
+                     {tr("SSE"), tr("Sum of squared residuals after the step")},
+                     {tr("Model"), tr("Terms in the model after the step"), true},
+                     {tr("Note"), tr("Whether the component has this model"), true}},
                     stepsOf(choice));
     SetSelected(choice.search.path.empty() ? 0 : 1);
 }
@@ -156,7 +155,7 @@ void TStepsPage::ShowStep()
 {
     const int number = Selected();
     std::vector<nuvo::ChoiceRow> rows;
-    title_->setText(QStringLiteral("Select a step to see its candidates."));
+    title_->setText(tr("Select a step to see its candidates."));
     bool other = false;
     if (number > 0) {
         const nuvo::SearchStep &step = choice_->search.path[std::size_t(number) - 1];
@@ -173,11 +172,11 @@ void TStepsPage::ShowStep()
                          nuvo::wordsCell(fateOf(step, at))};
         }
     }
-    candidates_->SetRows({{QStringLiteral("No."), QStringLiteral("Number of the variable")},
-                          {QStringLiteral("Variable"), QStringLiteral("Variable"), true},
-                          {QStringLiteral("F"), QStringLiteral("Partial F")},
-                          {QStringLiteral("p"), QStringLiteral("Its upper tail")},
-                          {QStringLiteral("What"), QStringLiteral("What becomes of it"), true}},
+    candidates_->SetRows({{tr("No."), tr("Number of the variable")},
+                          {tr("Variable"), tr("Variable"), true},
+                          {QStringLiteral("F"), tr("Partial F")},
+                          {QStringLiteral("p"), tr("Its upper tail")},
+                          {tr("What"), tr("What becomes of it"), true}},
                          std::move(rows));
     use_->setEnabled(other);
 }
@@ -214,7 +213,9 @@ void TStepsPage::Copy() const
 
 void TStepsPage::SaveCsv(const QString &file) const
 {
-    QString text = QStringLiteral("Step,Action,Variable,F,p,What,Threshold,SSE,Model\n");
+    QString text = nuvo::csvLine({tr("Step"), tr("Action"), tr("Variable"), QStringLiteral("F"), QStringLiteral("p"),
+                                  tr("What"), tr("Threshold"), tr("SSE"), tr("Model")}) +
+                   u'\n';
     int number = 0;
     for (const nuvo::SearchStep &step : choice_->search.path) {
         ++number;

@@ -1,0 +1,200 @@
+#include "workbench/Language.h"
+
+#include "Openedwindow.h"
+#include "engine/Regression.h"
+#include "present/figures/Figurespage.h"
+#include "present/statistics/Observationspage.h"
+#include "present/statistics/Pageview.h"
+#include "workbench/Livefit.h"
+#include "workbench/Sitting.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTabBar>
+#include <QTableView>
+#include <QToolButton>
+#include <QXmlStreamReader>
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+struct Translated
+{
+    QString source;
+    QStringList texts;
+    bool finished = true;
+};
+
+std::vector<Translated> translationsOf(const char *code)
+{
+    QFile file(u(TRANSLATIONS "/nuvo_%1.ts").arg(QLatin1String(code)));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QXmlStreamReader xml(&file);
+    std::vector<Translated> all;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == u"source") {
+            all.push_back({xml.readElementText(), {}, true});
+        } else if (xml.name() == u"translation") {
+            all.back().finished = !xml.attributes().hasAttribute(u("type"));
+            const QString text = xml.readElementText(QXmlStreamReader::IncludeChildElements);
+            all.back().texts.append(text);
+        }
+    }
+    return all;
+}
+
+/// "%1", "%2", …, each once.
+std::set<QString> placeholders(const QString &text)
+{
+    static const QRegularExpression one(u("%[0-9n]"));
+    std::set<QString> found;
+    for (auto match = one.globalMatch(text); match.hasNext();)
+        found.insert(match.next().captured());
+    return found;
+}
+
+int mnemonics(QString text)
+{
+    return int(text.remove(u("&&")).count(u'&'));
+}
+
+/// Letters that two actions of a menu share.
+QString sharedKeys(const QList<QAction *> &actions)
+{
+    std::set<QKeySequence> keys;
+    QString shared;
+    for (const QAction *const action : actions) {
+        const QKeySequence key = QKeySequence::mnemonic(action->text());
+        if (!key.isEmpty() && !keys.insert(key).second)
+            shared += action->text() + u' ';
+    }
+    return shared;
+}
+
+} // namespace
+
+TEST(Translations, AreWholeAndKeepPlaceholdersAndKeys)
+{
+    const std::vector<Translated> all = translationsOf("de");
+    EXPECT_GT(all.size(), 500U);
+    for (const Translated &one : all) {
+        EXPECT_TRUE(one.finished) << one.source.toStdString();
+        for (const QString &text : one.texts) {
+            EXPECT_FALSE(text.trimmed().isEmpty()) << one.source.toStdString();
+            EXPECT_EQ(placeholders(text), placeholders(one.source)) << text.toStdString();
+            EXPECT_EQ(text.endsWith(u'…'), one.source.endsWith(u'…')) << text.toStdString();
+            EXPECT_FALSE(text.contains(u'"')) << "German quotation marks: " << text.toStdString();
+            EXPECT_EQ(mnemonics(text), mnemonics(one.source)) << text.toStdString();
+        }
+    }
+}
+
+TEST(Translations, SayOneAndManyInBothLanguages)
+{
+    const auto fitted = [](int count) {
+        return QCoreApplication::translate("nuvo::MainWindow", "Fitted to %1 records.", nullptr, count).arg(count);
+    };
+    {
+        const nuvo::Language english(u("en"));
+        EXPECT_EQ(fitted(1), u("Fitted to 1 record."));
+        EXPECT_EQ(fitted(2), u("Fitted to 2 records."));
+    }
+    {
+        const nuvo::Language german(u("de"));
+        EXPECT_EQ(fitted(1), u("An 1 Datensatz angepasst."));
+        EXPECT_EQ(fitted(2), u("An 2 Datensätze angepasst."));
+    }
+    EXPECT_EQ(fitted(2), u("Fitted to 2 records.")) << "without a translator";
+}
+
+TEST(Translations, GoByTheFirstLanguageThatIsKnown)
+{
+    EXPECT_EQ(nuvo::Language::firstKnown({u("de-AT"), u("de"), u("en-US")}), u("de"));
+    EXPECT_EQ(nuvo::Language::firstKnown({u("fr-FR"), u("fr"), u("de_DE")}), u("de"));
+    EXPECT_EQ(nuvo::Language::firstKnown({u("en-GB"), u("de-DE")}), u("en"));
+    EXPECT_EQ(nuvo::Language::firstKnown({u("ja"), u("C")}), u("en"));
+    EXPECT_EQ(nuvo::Language::firstKnown({}), u("en"));
+}
+
+TEST(Translations, AreGoneWithTheLanguage)
+{
+    const QLocale before;
+    {
+        const nuvo::Language german(u("de"));
+        EXPECT_EQ(QLocale().decimalPoint(), u(","));
+        EXPECT_EQ(nuvo::statisticsPage({}).parts.back().text, u("Kein Ergebnis."));
+    }
+    EXPECT_EQ(QLocale(), before);
+    EXPECT_EQ(nuvo::statisticsPage({}).parts.back().text, u("No result."));
+}
+
+TEST(GermanWorkbench, SpeaksGermanOnEveryPage)
+{
+    OpenedWindow opened(u("de"));
+    EXPECT_EQ(opened.window->findChild<QAbstractButton *>(u("WelcomeFile"))->text(), u("Datei &öffnen"));
+    opened.fitLongley();
+    QStringList menus;
+    for (const QAction *const action : opened.window->menuBar()->actions())
+        menus.append(action->text());
+    EXPECT_EQ(menus, (QStringList{u("&Datei"), u("&Bearbeiten"), u("&Modell"), u("&Ansicht"), u("&Hilfe")}));
+    QStringList tabs;
+    for (int page = 0; page < opened.pages().count(); ++page)
+        tabs.append(opened.pages().tabText(page));
+    EXPECT_EQ(tabs, (QStringList{u("Datensätze"), u("Übersicht"), u("Diagnosen"), u("Beobachtungen"),
+                                 u("Abbildungen"), u("Modellwahl"), u("Vorhersage")}));
+    const QString summary = opened.pages().Summary().toPlainText();
+    for (const char *const word : {"Lineare Regression von TOTEMP auf GNP, UNEMP", "Schätzwert", "Standardfehler",
+                                   "Varianzanalyse", "Quadratsumme", "korrigiertes R²", "16 von 16 Datensätzen"})
+        EXPECT_TRUE(summary.contains(u(word))) << word << "\n" << summary.toStdString();
+    EXPECT_FALSE(summary.contains(u("Estimate")));
+    const QString slope = QLocale(QLocale::German).toString(opened.window->Fit().Regression()->Getb(1), 'g', 4);
+    EXPECT_TRUE(summary.contains(slope)) << slope.toStdString();
+    EXPECT_EQ(opened.window->findChild<QLabel *>(u("Message"))->text(), u("An 16 Datensätze angepasst."));
+    const QAbstractItemModel &observations = *opened.pages().Observations().View().model();
+    QStringList headings;
+    for (int column = 0; column < observations.columnCount(); ++column)
+        headings.append(observations.headerData(column, Qt::Horizontal).toString());
+    EXPECT_TRUE(headings.contains(u("Hebelwert"))) << headings.join(u' ').toStdString();
+    EXPECT_TRUE(opened.pages().FiguresPage().Figures().front().title.contains(u("TOTEMP gegen GNP")));
+    opened.window->CurrentSitting().Undo().undo();
+    EXPECT_EQ(opened.window->CurrentSitting().Undo().redoText(), u("Änderung des Modells"));
+}
+
+TEST(GermanWorkbench, HasRoomForItsPagesAt1360)
+{
+    OpenedWindow opened(u("de"));
+    opened.window->resize(1360, 820);
+    opened.fitLongley();
+    QTabBar *const bar = opened.pages().tabBar();
+    EXPECT_GE(bar->width(), bar->sizeHint().width());
+    for (const QToolButton *const arrow : bar->findChildren<QToolButton *>())
+        EXPECT_FALSE(arrow->isVisible());
+}
+
+TEST(Menus, HaveAKeyOrALetterForEveryActionAndNoLetterTwice)
+{
+    for (const char *const code : {"en", "de"}) {
+        OpenedWindow opened(u(code));
+        EXPECT_EQ(sharedKeys(opened.window->menuBar()->actions()), QString()) << code;
+        for (const QAction *const title : opened.window->menuBar()->actions()) {
+            EXPECT_EQ(sharedKeys(title->menu()->actions()), QString()) << code << title->text().toStdString();
+            for (const QAction *const action : title->menu()->actions()) {
+                if (action->isSeparator())
+                    continue;
+                EXPECT_TRUE(!action->shortcut().isEmpty() || !QKeySequence::mnemonic(action->text()).isEmpty())
+                    << code << action->text().toStdString();
+                EXPECT_TRUE(action->menu() != nullptr || !action->statusTip().isEmpty() ||
+                            title->text().contains(u("w")) || title->text().contains(u("sicht")))
+                    << code << action->text().toStdString();
+            }
+        }
+    }
+}
