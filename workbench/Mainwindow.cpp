@@ -360,7 +360,7 @@ void MainWindow::showEvent(QShowEvent *event)
                     Qt::Horizontal);
         resizeDocks({findChild<QDockWidget *>(QStringLiteral("ModelsDock"))}, {fontMetrics().height() * 9},
                     Qt::Vertical);
-        middle_->setSizes({editor_->minimumSizeHint().width(), width()}); // the pages need what there is
+        middle_->setSizes({editor_->minimumSizeHint().width() * 6 / 5, width()}); // the pages need what there is
         editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->setSizes({1000, 1000});
     }
 }
