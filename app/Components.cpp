@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Components.h"
 
 #include "select/Components.h"

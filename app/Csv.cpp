@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Csv.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "app/Columntype.h"
@@ -110,10 +111,10 @@ struct CsvSurvey
 /// when every cell is one, else of floating-point numbers when every cell is a number, else of texts. Leading zeros
 /// make a text of a number ("00123" is a code); a plus sign does not. A whole number outside 64 bits counts as
 /// floating-point; so do "NaN" and "Inf" beside other numbers. Nulls leave the type to the other cells; a column of
-/// nothing else is of texts. Where the first column of several has no name it is called "row" ("row_2" and so on where
-/// another one is): statistics programs write the names of the rows so.
-/// \throws EPlatformError as CsvReader::next(), and for an empty file, another column without a name and a doubled name
-/// (upper and lower case alike), and for bytes that are no UTF-8 in a file that was said to be.
+/// nothing else is of texts. Where the first column of several has no name it is called "row" ("row_2" and so on
+/// where another one is): statistics programs write the names of the rows so. \throws EPlatformError as
+/// CsvReader::next(), and for an empty file, another column without a name and a doubled name (upper and lower case
+/// alike), and for bytes that are no UTF-8 in a file that was said to be.
 CsvSurvey surveyCsv(CsvReader &reader);
 
 } // namespace nuvo

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Csvcells.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Csvformat.h"
 
 #include "app/Csvcells.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Csvtable.h"
 
 #include "platform/Messages.h"

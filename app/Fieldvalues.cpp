@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Fieldvalues.h"
 
 #include "app/Model.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Filedatabase.h"
 
 #include "app/Csvtable.h"

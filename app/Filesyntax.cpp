@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Filesyntax.h"
 
 #include "app/Usage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Fit.h"
 
 #include "app/Console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Ftable.h"
 
 #include "app/Newtable.h"

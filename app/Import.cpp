@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Import.h"
 
 #include "app/Csvtable.h"

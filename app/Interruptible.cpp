@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Interruptible.h"
 
 #include "engine/Regression.h"

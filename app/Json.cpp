@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Json.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Messagelog.h"
 
 #include "app/Console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Model.h"
 
 namespace nuvo {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Modeloptions.h"
 
 #include "app/Usage.h"

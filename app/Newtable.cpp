@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Newtable.h"
 
 #include "platform/Errors.h"

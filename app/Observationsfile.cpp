@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Observationsfile.h"
 
 #include "platform/Csvline.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Progressbar.h"
 
 #include "app/Console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Run.h"
 
 #include "app/Console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Runfolder.h"
 
 #include "app/Console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Samples.h"
 
 #include "app/Console.h"

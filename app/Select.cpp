@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Select.h"
 
 #include "app/Console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Selectionoutput.h"
 
 #include "app/Console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Syntax.h"
 
 #include "app/Usage.h"

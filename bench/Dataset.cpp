@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What reading records costs, beside the bare driver. The table has an integer key and 11 columns of doubles.
 
 #include "platform/Query.h"

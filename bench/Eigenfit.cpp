@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bench/Eigenfit.h"
 
 #include <Eigen/Dense>

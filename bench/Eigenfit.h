@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Eigen, compiled by itself for AVX2 and FMA as somebody who measures it would. A design matrix has n rows and p

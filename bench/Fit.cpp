@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bench/Eigenfit.h"
 #include "engine/kernel/Instructionset.h"
 #include "engine/kernel/Normalequations.h"

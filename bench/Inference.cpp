@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Inference.h"
 #include "engine/kernel/Diagnostics.h"
 #include "engine/kernel/Influence.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sums of a million rows of ten controls and a response from memory, and the sample drawn from them, beside the
 // plain loop over doubles.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a regression costs, beside other ways to the same figures: 2500 observations of 10 control variables in
 // SQLite.
 

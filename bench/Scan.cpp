@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // bench_scan DATABASE TABLE COLUMN…: the time of a forward-only QSqlQuery over these columns of an SQLite table, and
 // of nuvo::Scan, five times in turn; the sums of all cells, and the peak of the process's memory in kB.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Choosing a model among ten control variables: whole runs of the methods, their dialogs included, by the written
 // rule and by the textbook's, and the written rule's 1023 loads and fits alone, with the cache that a run has and
 // without. bench/select.sh makes the table and sets R's leaps and step and gretl beside them.

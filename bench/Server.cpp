@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // bench_server DATABASE TABLE RESPONSE CONTROL...: the time of adding up every record of a PostgreSQL table by the
 // server, of reading every record, and of a forward-only QSqlQuery over the same columns, ROUNDS times in turn.
 // With --server-alone only the first; with --parent the table is asked as a query, so that its parts are the

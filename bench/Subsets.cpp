@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All subsets of ten control variables from observations in memory: cross products, sums of all subsets, the three
 // best of each size with every criterion, and searches by partial F. bench/subsets.sh sets R beside it.
 //

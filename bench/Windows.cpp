@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Mlrquery.h"
 #include "platform/Modal.h"
 #include "present/Mlroutpt.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Modeleditor.h"
 #include "platform/Modal.h"
 #include "present/figures/Figurespage.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Inference, diagnostics and influence of 2500 observations of ten control variables in R, to set beside
 # bench_inference: medians in milliseconds. Needs r-cran-sandwich and r-cran-lmtest.
 # Usage: Rscript bench/inference.R [RUNS]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Choosing among ten control variables in R, to set beside bench_select and bench_subsets (bench/select.sh,
 # bench/subsets.sh): all subsets with leaps, searches with step.
 # Usage: Rscript bench/leaps.R DATABASE|FILE.csv [process]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The digits that R's lm() reaches on the reference sets of NIST, to set beside ours (docs/accuracy.md).
 # Usage: Rscript bench/nist.R tests/data/nist/Longley.csv tests/data/nist/Filip_powers.csv …
 # Each file holds the response in its first column and the controls in the others; SET.json beside it holds the

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Whole processes, side by side: `nuvostat fit` beside `gretlcli` with `ols --vcv` on the same 2500 x 10 data, and the
 # peak memory of a fit on a table of a million rows beside one of 3000.
 #

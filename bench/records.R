@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Rscript bench/records.R DATABASE: a fit of every record of table data, read with RSQLite, by lm.
 library(RSQLite)
 connection <- dbConnect(SQLite(), commandArgs(TRUE)[1])

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # python3 bench/records.py DATABASE: a fit of every record of table data, in chunks that fetchmany gives to numpy, by
 # the normal equations of what the chunks add up to.
 import sqlite3

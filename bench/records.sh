@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Every record of an SQLite table of ten control variables, side by side in one run, whole processes, time and peak
 # memory of each: nuvostat over the first 2500 and over all, nuvostat choosing among all subsets, numpy over chunks of
 # Python's fetchmany, gretlcli from CSV, R with RSQLite and lm; and in process, a forward-only QSqlQuery over the same

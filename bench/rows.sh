@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # shellcheck shell=bash disable=SC2034
 # For the scripts that time whole processes: the same made-up table for all programs, and the clock.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Choosing a model among ten control variables, 2500 records in SQLite, side by side with R's leaps and step and with
 # gretl: in process (bench_select beside bench/leaps.R and gretl's own stopwatch; gretl eliminates backwards and has no
 # other search), and as whole processes (`nuvostat select` beside Rscript and gretlcli, all reading the same data).

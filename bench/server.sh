@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The time of adding up a million rows of ten controls by PostgreSQL servers that this starts: one alone, and a table
 # spread over two, with the plans of the statements. Needs build/release/bin/bench_server, or BENCH names another one.
 #   bench/server.sh [ROWS [ROUNDS]]

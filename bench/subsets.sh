@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # All subsets of ten control variables and searches by partial F in process, 2500 observations, beside R's leaps and step.
 #
 #   bench/subsets.sh BIN        e.g. bench/subsets.sh build/release/bin

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The same question as bench_workbench asks, in R: workbench.R FILE.csv DECIMAL SEPARATOR RESPONSE FIELD... Prints the
 # milliseconds of reading, fitting with its summary and influence, and drawing the usual four plots.
 arguments <- commandArgs(trailingOnly = TRUE)

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The workbench beside others on the same machine and display (Xvfb): a dropped CSV file to figures beside R, and the time
 # from the start of a process to its window beside gretl's. Packages: xvfb, xdotool, r-base-core, gretl. Usage:
 # workbench.sh BUILD_FOLDER FILE.csv SEPARATOR DECIMAL RESPONSE FIELD...

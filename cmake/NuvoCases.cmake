@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Run with cmake -P after a test program was linked: writes for CTest what the program can run. A suite is one test and
 # runs in one process, as most of a case's time is the start of its process; so is each case of a suite that is named in
 # EACH. Where the environment variable NUVO_EACH_CASE is set as CTest runs, every case is.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The installed package: find_package(Nuvo) gives Nuvo::Statistics, pkg-config knows it as nuvo. The components are those of
 # cmake/NuvoPackages.cmake; without --component all of them are installed.
 include(CMakePackageConfigHelpers)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Debian's packages, a component each: scripts/package makes and checks them.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME nuvostatistics)

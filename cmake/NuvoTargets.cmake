@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What every target of the project is compiled with.
 function(nuvo_target_defaults target)
     target_compile_features(${target} PRIVATE cxx_std_20)

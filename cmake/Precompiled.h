@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What nearly every source includes, read once for all of them. A file says for itself what it needs: it has to
 // compile without this as well (option NUVO_PRECOMPILE).
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Datareg.h"
 
 #include "design/Catalogue.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Definitiondlg.h"
 
 #include "design/Fieldnames.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Fieldreading.h"
 
 #include "design/sql/Trial.h"

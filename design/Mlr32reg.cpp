@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Mlr32reg.h"
 
 #include "design/Catalogue.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Mlrctrl.h"
 
 #include "platform/Component.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Mlrresp.h"
 
 #include "platform/Component.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Modelediting.h"
 
 #include "design/Fieldreading.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Propertyeditors.h"
 
 #include "design/Fieldreading.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The forms of the examples, with their programs' entries out of the way.
 #define main formMain
 #include "examples/Form.cpp" // NOLINT(bugprone-suspicious-include)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The example's page of Qt Quick, with its program's entry out of the way.
 #define main quickMain
 #include "examples/Quick.cpp" // NOLINT(bugprone-suspicious-include)

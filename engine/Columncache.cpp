@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Columncache.h"
 
 #include "engine/Termreader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Blockterms.h"
 #include "engine/Recordscan.h"
 #include "engine/Regression.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Everyrecord.h"
 
 #include "engine/Recordscan.h"

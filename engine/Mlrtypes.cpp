@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Mlrtypes.h"
 
 #include "engine/Termreader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Observations.h"
 
 #include "engine/kernel/Columnscale.h"

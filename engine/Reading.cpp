@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Reading.h"
 
 #include "platform/Quietthread.h"

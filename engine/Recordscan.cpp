@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Recordscan.h"
 
 #include "platform/Errors.h"

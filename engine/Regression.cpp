@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Regression.h"
 
 #include "engine/Regressionprivate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Serversums.h"
 
 #include "engine/Serversource.h"

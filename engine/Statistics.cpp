@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Regressionprivate.h"
 
 #include "platform/Messages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Sums.h"
 
 #include "engine/kernel/Patternsums.h"

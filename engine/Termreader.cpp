@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Termreader.h"
 
 #include "platform/Dataset.h"

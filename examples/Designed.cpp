@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui_Designed.h"
 
 #include <platform/Errors.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <engine/Mlrtable.h>
 #include <present/Page.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <engine/Mlrtable.h>
 #include <engine/kernel/Prediction.h>
 #include <platform/Errors.h>

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # fromhelp.sh PROGRAM manual|bash|zsh: a program's page of the manual, or what a shell completes, from its help.
 set -eu
 program=$1

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What a program says of itself, as a page of the manual: help texts, each behind a line with its command (empty for the
 # program itself) after a form feed. Variables: name, version.
 function escaped(text) {

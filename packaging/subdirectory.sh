@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Foreign projects that take the sources instead of a package, with add_subdirectory and with FetchContent: each is configured, and
 # its program compiled. --link builds the library too and runs the program.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # try.sh PACKAGES [SUITE [MIRROR]]: installs the packages of this folder with apt in an empty Debian and tries them there. The
 # variable NUVO_EMPTY_DEBIAN names an archive that the empty Debian is kept in from one time to the next.
 set -euo pipefail

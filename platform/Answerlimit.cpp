@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Answerlimit.h"
 
 #include "platform/Quietthread.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Connection.h"
 
 #include "platform/Databasename.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Connectiontry.h"
 
 #include "platform/Connection.h"

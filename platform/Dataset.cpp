@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Dataset.h"
 
 #include "platform/Datasetmodel.h"

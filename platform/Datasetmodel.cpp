@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Datasetmodel.h"
 
 #include "platform/Dataset.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Datasetprivate.h"
 
 #include "platform/Datasetmodel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Errors.h"
 
 EPlatformError::EPlatformError(const QString &message) : std::runtime_error(message.toStdString()) {}

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Fields.h"
 
 #include "platform/Dataset.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Fieldtypes.h"
 
 #include "platform/Formats.h"

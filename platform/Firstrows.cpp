@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Firstrows.h"
 
 #include "platform/Connection.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Modal.h"
 
 #include <QApplication>

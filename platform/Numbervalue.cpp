@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Numbervalue.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Query.h"
 
 #include "platform/Connection.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Querystatement.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Quietthread.h"
 
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Records.h"
 
 #include "platform/Numbervalue.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Resultcolumns.h"
 
 #include "platform/Libpq.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Savefile.h"
 
 #include "platform/Errors.h"

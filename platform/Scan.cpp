@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Scan.h"
 
 #include "platform/Connection.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Serversession.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Snapshot.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Sqlnumbers.h"
 
 namespace nuvo {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Tabledescription.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Filedialog.h"
 
 #include "platform/Modal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Forms.h"
 
 #include <QAbstractButton>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Loadgage.h"
 
 #include "present/Forms.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Mlroutpt.h"
 
 #include "engine/Regression.h"

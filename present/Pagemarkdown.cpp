@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Pagelayout.h"
 #include "present/Textreport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Pagewarnings.h"
 
 #include "platform/Messages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Plotfile.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Progressdlg.h"
 
 #include "platform/Messages.h"

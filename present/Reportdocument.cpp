@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Reportdocument.h"
 
 #include "platform/Errors.h"

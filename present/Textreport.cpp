@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Textreport.h"
 
 #include "platform/Formats.h"

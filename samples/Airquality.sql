@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- Air in New York on 153 days of summer 1973. Ozone is missing on 37 days, radiation on 7.
 -- Source: New York State Department of Conservation (ozone) and National Weather Service (weather), published in
 -- J. M. Chambers, W. S. Cleveland, B. Kleiner, P. A. Tukey, "Graphical Methods for Data Analysis" (1983).

@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- The labour market of the United States, 1947 to 1962, with total employment as the response: sixteen years, six
 -- controls that are nearly collinear.
 -- Source: J. W. Longley, "An Appraisal of Least Squares Programs for the Electronic Computer from the Point of View of

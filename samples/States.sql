@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- The fifty states of the USA in the 1970s, with two columns of text and two names that hold a blank.
 -- Source: U.S. Department of Commerce, Bureau of the Census, "Statistical Abstract of the United States" (1977) and
 -- "County and City Data Book" (1977).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Bkmain.h"
 
 #include "engine/Mlrquery.h"

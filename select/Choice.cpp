@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Choice.h"
 
 namespace nuvo {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Choicerun.h"
 
 #include "engine/Sums.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Cvtools.h"
 
 #include "engine/Mlrquery.h"

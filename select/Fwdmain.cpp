@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Fwdmain.h"
 
 #include "engine/Mlrquery.h"

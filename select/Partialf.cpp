@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Partialf.h"
 
 #include "engine/Mlrquery.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Partialfrun.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Selectionrun.h"
 
 #include "engine/Leftout.h"

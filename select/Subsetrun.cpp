@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Subsetrun.h"
 
 #include "engine/Observations.h"

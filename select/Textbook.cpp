@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Textbook.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Ascommand.h"
 
 #include "app/Terms.h"

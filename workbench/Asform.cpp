@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Asform.h"
 
 #include "app/Formreader.h"

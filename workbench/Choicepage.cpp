@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Choicepage.h"
 
 #include "engine/Mlrquery.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Choicesettings.h"
 
 #include "select/Bkmain.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Comparison.h"
 
 #include "engine/kernel/Nestedtest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Csvimport.h"
 
 #include "app/Csvtable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Csvpreview.h"
 
 #include "app/Csv.h"

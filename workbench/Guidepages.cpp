@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Guidepages.h"
 
 #include <QDir>

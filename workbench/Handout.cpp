@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Handout.h"
 
 #include "platform/Errors.h"

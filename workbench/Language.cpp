@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Language.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Leaveout.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Livefit.h"
 
 #include "engine/Leftout.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Modelstable.h"
 
 #include "present/controls/Tablecopy.h"

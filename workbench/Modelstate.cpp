@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Modelstate.h"
 
 #include "engine/Mlrquery.h"

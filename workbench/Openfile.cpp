@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Openfile.h"
 
 #include "platform/Errors.h"

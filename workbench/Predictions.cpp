@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Predictions.h"
 
 #include "platform/Modal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Predictpage.h"
 
 #include "engine/Regression.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Predicttable.h"
 
 #include "engine/Regression.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Recordspage.h"
 
 #include "platform/Errors.h"

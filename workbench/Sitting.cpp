@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Sitting.h"
 
 #include "platform/Errors.h"

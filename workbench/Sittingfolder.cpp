@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Sittingfolder.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Fieldslot.h"
 
 #include "design/model/Modelmime.h"

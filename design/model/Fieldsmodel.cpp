@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Fieldsmodel.h"
 
 #include "design/model/Modelmime.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Modeldialog.h"
 
 #include "design/model/Modeleditor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Modeleditor.h"
 
 #include "design/model/Editorparts.h"

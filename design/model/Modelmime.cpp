@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Modelmime.h"
 
 #include "design/model/Regressionmodel.h"

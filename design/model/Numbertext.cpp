@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Numbertext.h"
 
 #include "design/model/Modelwords.h"

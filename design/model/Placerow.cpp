@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Placerow.h"
 
 #include "design/model/Numbertext.h"

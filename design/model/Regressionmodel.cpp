@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Regressionmodel.h"
 
 #include "engine/Regression.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Connecting.h"
 
 #include "platform/Dataset.h"

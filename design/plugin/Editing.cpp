@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Editing.h"
 
 #include "design/Modelediting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Formedits.h"
 
 #include "design/plugin/Sheet.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Icons.h"
 
 #include "select/Components.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Plugin.h"
 
 #include "design/Cv32reg.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Propertyrows.h"
 
 #include "design/plugin/Connecting.h"

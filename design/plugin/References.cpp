@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/References.h"
 
 #include "design/plugin/Floating.h"

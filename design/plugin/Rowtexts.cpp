@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Rowtexts.h"
 
 #include "design/plugin/Sheet.h"

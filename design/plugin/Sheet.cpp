@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Sheet.h"
 
 #include "design/plugin/Details.h"

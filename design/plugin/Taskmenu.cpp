@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Taskmenu.h"
 
 #include "design/Modelediting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/plugin/Trial.h"
 
 #include "design/plugin/Rowtexts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/sql/Sqldialog.h"
 
 #include "design/sql/Sqleditor.h"

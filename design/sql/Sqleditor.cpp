@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/sql/Sqleditor.h"
 
 #include "design/model/Editorparts.h"

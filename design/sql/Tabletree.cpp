@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/sql/Tabletree.h"
 
 #include "design/model/Modelfields.h"

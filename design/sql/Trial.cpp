@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/sql/Trial.h"
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Crossproducts.h"
 
 #include "engine/kernel/Instructionset.h"

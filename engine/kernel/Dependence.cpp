@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Dependence.h"
 
 #include "engine/kernel/Blocksum.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Diagnostics.h"
 
 #include "engine/kernel/Dependence.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Distributions.h"
 
 #include <boost/math/distributions/fisher_f.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Marks what the shared library shows of the kernel, whose objects are built once for the library and for programs

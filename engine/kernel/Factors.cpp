@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Factors.h"
 
 #include "engine/kernel/Blocksum.h"

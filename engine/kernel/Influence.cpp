@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Influence.h"
 
 #include "engine/kernel/Instructionset.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// The limits of a regression. They are fixed: the report, the matrices and the streamed definitions have these

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Patternsums.h"
 
 #include "engine/kernel/Columnscale.h"

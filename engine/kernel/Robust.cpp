@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Robust.h"
 
 #include "engine/kernel/Distributions.h"

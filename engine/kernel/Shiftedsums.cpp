@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Shiftedsums.h"
 
 #include "engine/kernel/Normalequations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Subsetpress.h"
 
 #include "engine/kernel/Instructionset.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/White.h"
 
 #include "engine/kernel/Dependence.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/controls/Gauge.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/controls/Tablecopy.h"
 
 #include "present/controls/Figuretable.h"

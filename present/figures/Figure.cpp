@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Figure.h"
 
 #include "platform/Messages.h"

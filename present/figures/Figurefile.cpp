@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Figurefile.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the parts of a figure stand. What they look like is in Figurepainter.cpp.
 #include "present/figures/Figurepainter.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Figurespage.h"
 
 #include "platform/Messages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Figuretheme.h"
 
 #include <QPalette>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Figureview.h"
 
 #include "present/Filedialog.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Fitdata.h"
 
 #include "engine/Fitfigures.h"

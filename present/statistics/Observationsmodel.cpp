@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/statistics/Observationsmodel.h"
 
 #include "platform/Messages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/statistics/Pagedform.h"
 
 #include "platform/Messages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/statistics/Pageview.h"
 
 #include "present/Words.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/statistics/Statisticsform.h"
 
 #include "engine/Regression.h"

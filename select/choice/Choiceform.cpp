@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/choice/Choiceform.h"
 
 #include "platform/Messages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/choice/Choicetable.h"
 
 #include "platform/Csvline.h"

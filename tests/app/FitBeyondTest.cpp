@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Fitting.h"
 #include "support/Print.h"
 #include "support/Text.h"

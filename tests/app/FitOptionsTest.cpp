@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Commandline.h"
 #include "app/Usage.h"
 #include "support/Print.h"

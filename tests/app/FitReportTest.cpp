@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Fitting.h"
 #include "engine/Mlrtable.h"
 #include "support/Print.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Formreader.h"
 
 #include "engine/Mlrquery.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Program.h"
 #include "platform/Table.h"
 #include "support/Databases.h"

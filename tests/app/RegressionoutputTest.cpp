@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Regressionoutput.h"
 
 #include "present/Longleyfigures.h"

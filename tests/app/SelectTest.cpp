@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Program.h"
 #include "engine/Mlrtable.h"
 #include "select/Bkmain.h"

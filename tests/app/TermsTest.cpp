@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Terms.h"
 
 #include "app/Usage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a walk through Qt Designer (session/Driver.cpp) saw, and what it ought to have seen.
 
 #include "design/Sessionseen.h"

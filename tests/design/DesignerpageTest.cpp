@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whether docs/designer.md can be followed by the letter: session/Pagewalk.cpp does what its numbered steps say.
 
 #include "design/Sessionseen.h"

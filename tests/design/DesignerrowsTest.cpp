@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the walks through Qt Designer with rows, menus and names (session/Rowswalk.cpp) and with a long fit
 // (session/Fitwalk.cpp) saw.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Mlrctrldialog.h"
 
 #include "platform/Errors.h"

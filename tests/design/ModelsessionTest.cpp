@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the session with the model dialog and the SQL editor (session/Modelwalk.cpp) saw.
 
 #include "design/Sessionseen.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The form of the examples, run in all the ways that a form can be run.
 
 #include "support/Print.h"

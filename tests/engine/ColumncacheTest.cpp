@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Twins.h"
 
 TYPED_TEST(Twins, HundredsOfRandomCandidatesAreAlike)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Recordload.h"
 #include "engine/Twins.h"
 #include "support/Recordlimits.h"

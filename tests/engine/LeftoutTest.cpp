@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Leftout.h"
 
 #include "engine/Columncache.h"

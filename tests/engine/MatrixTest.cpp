@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Matrix.h"
 #include "engine/kernel/Exact.h"
 #include "engine/kernel/Normalequations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Regressionforms.h"
 
 #include <QMetaProperty>

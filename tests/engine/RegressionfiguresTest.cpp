@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Fitfigures.h"
 #include "support/Regressions.h"
 

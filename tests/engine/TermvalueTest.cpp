@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Termvalue.h"
 
 #include "engine/kernel/Prediction.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Transformations.h"
 
 #include "engine/Mlrtypes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "house/Files.h"
 
 #include <gtest/gtest.h>

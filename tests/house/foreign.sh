@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Programs that are compiled with what pkg-config says and with what CMake finds, from a prefix with blanks and umlauts. Usage:
 # foreign.sh STAGE LIBDIR BINDIR VERSION COMPILER [FLAGS]
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # What is said where something is missing of an installation, or something else is there than it was built with. Usage:
 # halfinstalled.sh STAGE LIBDIR BINDIR PLUGIN_FOLDER BUILD_FOLDER
 set -u

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The installed manual page and completions tell every command and option that the program tells. Usage: manual.sh STAGE BINDIR
 # DATADIR MANDIR
 set -u # no pipefail: grep -q stops reading early

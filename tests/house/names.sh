@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/abi --names tells of a name that programs use and the library has no more, and of no other. Usage: names.sh SOURCE_ROOT
 # LIBRARY
 set -u

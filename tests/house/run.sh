@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/run from another folder, without a terminal, a display or a home folder, on a build that is there. Usage:
 # run.sh SOURCE_ROOT BUILD_FOLDER ARGUMENT…
 cd / || exit

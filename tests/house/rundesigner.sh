@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/run --designer, with a stand-in for Qt Designer that looks for what a person would need. Usage:
 # rundesigner.sh SOURCE_ROOT BUILD_FOLDER
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # What scripts/install says and does, with the commands that it calls replaced by stand-ins that write down how they
 # were called. Usage: scripts.sh SOURCE_ROOT
 set -uo pipefail

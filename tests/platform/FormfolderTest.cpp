@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Formfolder.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables of millions of records: what is read of them, and in how much memory.
 
 #include "platform/Table.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Query.h"
 #include "platform/Errors.h"
 #include "support/Databases.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Sqltext.h"
 #include "platform/Errors.h"
 #include "support/Print.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Table.h"
 #include "platform/Errors.h"
 #include "platform/Query.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every way to move, over datasets of every size around the block bounds, compared with an independent read.
 
 #include "platform/Query.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Connectiondlg.h"
 
 #include "platform/Connection.h"

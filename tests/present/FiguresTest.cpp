@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Figures.h"
 
 #include "engine/kernel/Nist.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Read by CTest after the test programs have told their cases: a suite that needs another server than the others.
 foreach(name IN LISTS test_connection_dialog_TESTS)
     if(name MATCHES "^ConnectionDialogOfMariadb")

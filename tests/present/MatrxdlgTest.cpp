@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Matrxdlg.h"
 
 #include "present/Windowtest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Mlroutpt.h"
 
 #include "present/Mlrplot.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Optgauge.h"
 
 #include "platform/Formats.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Page.h"
 
 #include "platform/Errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Plotcanvas.h"
 
 #include "present/Fitted.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Report.h"
 
 #include "engine/kernel/Nist.h"

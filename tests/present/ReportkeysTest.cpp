@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Mlrplot.h"
 #include "present/Reportwindow.h"
 

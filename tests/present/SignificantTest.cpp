@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Significant.h"
 #include "support/Print.h"
 #include "support/Text.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Read by CTest after the test programs have told their cases: one that needs two fixtures cannot say so there.
 foreach(name IN LISTS test_example_services_TESTS)
     if(name MATCHES "^PostgresExample")

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The form of the README, with its program's entry out of the way.
 #define main exampleMain
 #include "examples/Form.cpp" // NOLINT(bugprone-suspicious-include)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "readme/Documents.h"
 
 #include <QDir>

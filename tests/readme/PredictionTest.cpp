@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The form of the example, with its program's entry out of the way.
 #define main predictionMain
 #include "examples/Prediction.cpp" // NOLINT(bugprone-suspicious-include)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>

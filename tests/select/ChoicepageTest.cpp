@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Choicepage.h"
 #include "select/Choices.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Forms.h"
 #include "support/Regressions.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Selections.h"
 
 #include "platform/Formats.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Methods.h"
 #include "support/Postgres.h"
 

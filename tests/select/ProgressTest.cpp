@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Told.h"
 
 #include <random>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Reference.h"
 
 #include "support/Regressions.h"

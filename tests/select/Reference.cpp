@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Reference.h"
 
 #include "select/Selections.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Patience.h"
 #include "select/Selections.h"
 

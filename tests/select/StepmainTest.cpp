@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Selections.h"
 
 namespace {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Choices.h"
 
 // The searches by partial F under the rule Textbook.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/Choices.h"
 #include "select/Told.h"
 #include "support/Text.h"

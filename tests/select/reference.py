@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """A second, slow and plain implementation of the four selection methods, and the maker of the fixtures in tests/data/select.
 
 Nothing here is shared with the program: normal equations are solved with exact fractions of the doubles that are

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Badserver.h"
 
 #include <QUrl>

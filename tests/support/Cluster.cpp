@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Cluster.h"
 
 #include <QUrl>

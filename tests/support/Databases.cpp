@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Databases.h"
 
 #include "support/Mariadb.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Mariadb.h"
 
 #include "support/Serverscript.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What nearly every test includes, read once for all of them.
 #include "cmake/Precompiled.h"
 

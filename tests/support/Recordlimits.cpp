@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Recordlimits.h"
 
 #include "platform/Datasetprivate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Serverscript.h"
 
 #include <QFile>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // walk_records DATABASE TABLE|SELECT… [quiet|attached]: walks a table or a query to the end, with its controls
 // disabled as a load does or enabled, and prints the records seen, the sum of the second column, and the peak of the
 // process's memory in kB.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # A MariaDB server for the tests, with a user nuvo without a password. server.sh tells the rest.
 # shellcheck source-path=SCRIPTDIR source=server.sh
 . "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/server.sh"

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # A PostgreSQL server for the tests that trusts everybody who gets there; `start STATE PASSWORD` starts one that asks for
 # this password instead. server.sh tells the rest.
 # shellcheck source-path=SCRIPTDIR source=server.sh

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # shellcheck shell=bash disable=SC2154
 # What the scripts of the database servers of the tests have in common; they say what is particular to theirs and then
 # call `serve "$@"`:

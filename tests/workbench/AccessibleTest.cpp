@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Openedwindow.h"
 
 #include "present/figures/Figurespage.h"

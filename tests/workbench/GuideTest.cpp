@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Guide.h"
 
 #include "Openedwindow.h"

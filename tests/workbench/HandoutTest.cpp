@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/controls/Tablecopy.h"
 #include "present/figures/Figurespage.h"
 #include "present/statistics/Observationspage.h"

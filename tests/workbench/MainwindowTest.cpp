@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workbench/Mainwindow.h"
 
 #include "design/model/Modeleditor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Nestedtest.h"
 #include "workbench/Comparison.h"
 #include "workbench/Modelstable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Errors.h"
 #include "workbench/Csvpreview.h"
 #include "workbench/Predictpage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 #include "support/Text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Table.h"
 #include "present/figures/Figurespage.h"
 #include "present/statistics/Observationspage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Text.h"
 
 #include <QDir>

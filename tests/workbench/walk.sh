@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # A walk through the workbench on a real display (Xvfb), with the mouse and the keyboard alone: from a CSV file in
 # another window to a printed report. It leaves report.pdf, the actions (a line each: a drag, a click, keys) and pictures.
 # Needs the packages xvfb, xdotool and imagemagick. Usage: walk.sh BUILD_FOLDER FILE.csv FOLDER

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Inference, diagnostics and influence of least-squares fits, worked out from their definitions with 100 digits, and the
 maker of the files beside this one. Nothing here is shared with the program.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Makes reference.json beside it: all subsets and searches by partial F in exact fractions of the doubles that are
 fitted, logarithms and tail probabilities with 60 digits. A second, slow and plain road to the figures; nothing here is
 shared with the program.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/model/Modelcheck.h"
 
 #include "design/model/Modelhands.h"

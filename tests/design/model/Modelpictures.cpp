@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures of the model dialog and the SQL editor: modelpictures SAMPLES_DB DIRECTORY [dark]. QT_SCALE_FACTOR says
 // how sharp.
 

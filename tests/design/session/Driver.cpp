@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A plugin that only the tests load: it walks through Qt Designer and writes down what was to be seen.
 // DesignerTest.cpp reads that and says what it ought to have been.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/session/Walk.h"
 
 #include "design/session/Hands.h"

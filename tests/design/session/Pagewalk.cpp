@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/session/Hands.h"
 #include "design/session/Walk.h"
 

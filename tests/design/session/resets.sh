@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Whether clicks where a row's reset arrow would be can end Qt Designer: so many sessions on a real display (Xvfb), each with
 # so many rounds of "click the form, click the component, click the right end of a definition's row, undo". Prints what became of
 # each session; fails where one was ended. It takes seconds a session and nothing runs it by itself; it needs the package xvfb.

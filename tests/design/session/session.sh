@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs Qt Designer without a display, with a plugin that works in it and writes seen.json and saved.ui. Settings are its
 # own. Usage: session.sh DESIGNER FOLDER SAMPLES_DB PLUGINS… (folders that hold a folder "designer")
 set -euo pipefail

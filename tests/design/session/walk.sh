@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # A walk through Qt Designer on a real display (Xvfb), with the mouse and the keyboard alone: drags two components onto a
 # form, binds and defines, saves. It leaves pictures and form.ui to look at, and takes half a minute; nothing runs it by itself.
 # Needs the packages xvfb, xdotool, openbox and imagemagick. Usage: walk.sh BUILD_FOLDER FOLDER [DESIGNER]

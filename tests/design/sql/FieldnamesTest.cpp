@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/Mlrctrl.h"
 #include "design/Mlrresp.h"
 #include "design/Propertyeditors.h"

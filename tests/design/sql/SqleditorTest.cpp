@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "design/sql/Sqlhands.h"
 
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Fit.h"
 #include "engine/kernel/Exact.h"
 #include "engine/kernel/Usablerecords.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Inferencereference.h"
 
 #include "engine/kernel/Lowparts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Nestedtest.h"
 
 #include <gtest/gtest.h>

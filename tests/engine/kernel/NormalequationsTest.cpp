@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Normalequations.h"
 #include "engine/kernel/Exact.h"
 #include "engine/kernel/Leastsquares.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Patternsample.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What nearly every test of the numerics includes, read once for all of them.
 #include <boost/multiprecision/cpp_int.hpp>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/Cluster.h"
 #include "engine/Serverstatements.h"
 #include "engine/kernel/Nist.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/server/Serverfit.h"
 #include "support/Cluster.h"
 #include "support/Postgres.h"

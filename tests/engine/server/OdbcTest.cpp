@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Loading.h"
 #include "platform/Query.h"
 #include "platform/Table.h"

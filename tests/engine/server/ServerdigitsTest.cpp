@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/kernel/Nist.h"
 #include "engine/server/Serverfit.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Recordscan.h"
 #include "engine/server/Serverfit.h"
 

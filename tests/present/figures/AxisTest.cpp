@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Axis.h"
 
 #include "support/Print.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Figurefile.h"
 #include "present/figures/Figurepainter.h"
 #include "present/figures/Smallfit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/figures/Figurepainter.h"
 
 #include "present/figures/Figurefile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/statistics/Observationspage.h"
 
 #include "present/Fitted.h"

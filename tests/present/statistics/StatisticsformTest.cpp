@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/statistics/Statisticsform.h"
 
 #include "present/Reportwindow.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 #include "present/figures/Figurespage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/choice/Choiceform.h"
 
 #include "present/figures/Figureview.h"

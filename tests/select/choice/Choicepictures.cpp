@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "present/Fitted.h"
 #include "select/Bkmain.h"
 #include "select/Cvmain.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/choice/Modelspage.h"
 
 #include "select/choice/Chosen.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "select/choice/Stepspage.h"
 
 #include "select/choice/Chosen.h"
