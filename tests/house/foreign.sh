@@ -7,7 +7,7 @@ work=$(mktemp -d "${TMPDIR:-/tmp}/nuvo prüfen.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 prefix="$work/eine Stätte"
 cp -a "$1" "$prefix"
-for program in nuvostat; do
+for program in nuvostat nuvo-workbench; do
     [ "$("$prefix/$3/$program" --version)" = "$program $4" ]
 done
 

@@ -44,7 +44,22 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work" && touch data.csv && offered import data | grep -qx data.csv || fail 'bash does not offer files'
 
-for page in "$manual"; do
+# The workbench has options and no commands.
+workbench=$stage/$4/man1/nuvo-workbench.1
+options=$("$stage/$2/nuvo-workbench" --help | grep -oE '^ +(-[a-z], ?)?--[a-z-]+' | grep -oE '\-\-[a-z-]+')
+grep -qx -- --version <<<"$options" || fail "the workbench has no option --version, but $options"
+for option in $options; do
+    sed 's/\\-/-/g' "$workbench" | grep -qE "^\.B (-[a-z],)?$option( |\$)" || fail "the manual of the workbench lacks $option"
+    for file in "$stage/$3/bash-completion/completions/nuvo-workbench" "$stage/$3/zsh/vendor-completions/_nuvo-workbench"; do
+        grep -qE -- "[' ]${option}[' ]" "$file" || fail "$file does not know $option"
+    done
+done
+sed -n '/^\.SH NAME/,/^\.SH SYNOPSIS/p' "$workbench" | grep -qE '^nuvo\\-workbench \\- .*linear regression' ||
+    fail 'the manual of the workbench does not say what it is'
+[ "$(sed -n '/^\.SH SYNOPSIS/,/^\.S[SH] /p' "$workbench" | grep -c '^nuvo..workbench \[\|^  nuvo..workbench \[')" -eq 1 ] ||
+    fail 'the manual of the workbench does not say how it is called'
+
+for page in "$manual" "$workbench"; do
     command -v man >/dev/null || break
     warnings=$(man -l --warnings -E UTF-8 "$page" 2>&1 >/dev/null | grep -v 'cannot' || true)
     [ -z "$warnings" ] || fail "man says of $page: $warnings"
