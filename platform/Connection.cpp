@@ -5,7 +5,9 @@
 #include "platform/Errors.h"
 #include "platform/Formfolder.h"
 #include "platform/Libpq.h"
+#include "platform/Passwords.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -180,8 +182,9 @@ void Connection::openServer(const QString &url, Access access, const QString &pa
     database_.setDatabaseName(address.name);
     database_.setHostName(address.host);
     database_.setUserName(address.user);
-    if (!password.isEmpty())
-        database_.setPassword(password);
+    const QString known = password.isEmpty() ? passwordOf(url) : password;
+    if (!known.isEmpty())
+        database_.setPassword(known);
     if (!address.port.isEmpty())
         database_.setPort(address.port.toInt());
     if (dialect_ == Dialect::Postgres) {
@@ -198,21 +201,37 @@ void Connection::openServer(const QString &url, Access access, const QString &pa
             options += QStringLiteral(";MYSQL_OPT_READ_TIMEOUT=%1").arg(address.readTimeout + 1);
         database_.setConnectOptions(options);
     }
+    QElapsedTimer since;
+    since.start();
     const bool opened = [this] {
         const AnswerLimit::Wait wait = waiting();
         return database_.open();
     }();
-    if (!opened)
-        refuseServer(database_.lastError());
+    if (!opened) {
+        // One that does not answer at all is not asked a second time.
+        const bool silent = since.elapsed() >= 1000 * address.connectTimeout;
+        refuseServer(database_.lastError(), !silent && wantsPassword(database_.lastError(), address.connectTimeout));
+    }
     set(access, address.readTimeout);
 }
 
-void Connection::refuseServer(const QSqlError &error)
+/// Whether a server that did not let us in might with a password, or another one.
+bool Connection::wantsPassword(const QSqlError &error, int connectTimeout) const
+{
+    if (dialect_ == Dialect::Postgres)
+        return !(limit_ && limit_->passed()) && libpq::wantsPassword(database_, connectTimeout);
+    return dialect_ == Dialect::Mysql && error.nativeErrorCode() == u"1045"; // access denied
+}
+
+void Connection::refuseServer(const QSqlError &error, bool forPassword)
 {
     const QString why = reason(error);
     const QString name = name_;
     close();
-    throw EDatabaseError(QStringLiteral("Cannot open the database \"%1\": %2.").arg(withoutPasswords(name), why));
+    const QString sentence = QStringLiteral("Cannot open the database \"%1\": %2.").arg(withoutPasswords(name), why);
+    if (forPassword)
+        throw EPasswordError(sentence);
+    throw EDatabaseError(sentence);
 }
 
 /// What a session of ours is told first.

@@ -32,7 +32,8 @@ public:
     };
 
     /// \throws EDatabaseError with one sentence: no such file, no permission, no such driver or server …; a server's
-    /// own words are in it, a password never is. A password is for this connection to a server alone.
+    /// own words are in it, a password never is. A password is for this connection to a server alone; without one the
+    /// program's is taken (platform/Passwords.h), and EPasswordError thrown where the server wants another.
     /// \param formFolder where the path of a file is looked for first (platform/Formfolder.h).
     void open(const QString &databaseName, Access access = Access::Read, const QString &password = {},
               const QString &formFolder = {});
@@ -76,7 +77,8 @@ private:
     void openServer(const QString &url, Access access, const QString &password);
     void openOwn(const QString &driver, const QString &package);
     void set(Access access, int readTimeout);
-    [[noreturn]] void refuseServer(const QSqlError &error);
+    bool wantsPassword(const QSqlError &error, int connectTimeout) const;
+    [[noreturn]] void refuseServer(const QSqlError &error, bool forPassword = false);
 
     QSqlDatabase database_;
     QString name_;

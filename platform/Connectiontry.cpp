@@ -3,6 +3,7 @@
 
 #include "platform/Connection.h"
 #include "platform/Errors.h"
+#include "platform/Passwords.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -36,6 +37,9 @@ ConnectionAnswer answerOf(const QString &databaseName, const QString &password)
         Connection connection;
         connection.open(databaseName, Connection::Access::Read, password);
         answer.tables = tableNames(connection);
+    } catch (const EPasswordError &error) {
+        answer.error = error.Message();
+        answer.passwordWanted = true;
     } catch (const EPlatformError &error) {
         answer.error = error.Message();
     } catch (const std::exception &error) {

@@ -16,7 +16,8 @@ namespace nuvo {
 struct ConnectionAnswer
 {
     QStringList tables;
-    QString error; ///< one sentence; empty where it was opened
+    QString error;               ///< one sentence; empty where it was opened
+    bool passwordWanted = false; ///< whether the server might open with a password, or another one
 };
 
 /// Opens a database as a DatabaseName leads to it, in a thread of its own, lists its tables and closes it again.

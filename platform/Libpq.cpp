@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Libpq.h"
 
+#include "platform/Quietthread.h"
+
 #include <QLibrary>
 #include <QSqlDatabase>
 #include <QSqlDriver>
@@ -9,6 +11,11 @@
 #include <QVariant>
 
 #include <array>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+#include <vector>
 
 #include <sys/socket.h>
 
@@ -59,29 +66,108 @@ int columnType(const QSqlQuery &query, int column)
     return type != nullptr && result != nullptr ? int(type(result, column)) : 0;
 }
 
+struct Canceller::Order
+{
+    Order(void *request, int itsSocket) : cancel(request), socket(itsSocket) {}
+    Order(const Order &) = delete;
+    Order &operator=(const Order &) = delete;
+    ~Order() { symbol<void (*)(void *)>("PQfreeCancel")(cancel); }
+
+    void *const cancel;
+    const int socket;
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool asking = false;
+    bool watched = false;
+    bool forgotten = false;
+};
+
 void Canceller::use(const QSqlDatabase &database)
 {
     forget();
     const auto get = symbol<void *(*)(void *)>("PQgetCancel");
+    const auto socketOf = symbol<int (*)(const void *)>("PQsocket");
     void *connection = connectionOf(database);
-    if (get != nullptr && connection != nullptr)
-        cancel_ = get(connection);
+    void *const cancel = get != nullptr && connection != nullptr ? get(connection) : nullptr;
+    if (cancel != nullptr)
+        order_ = std::make_shared<Order>(cancel, socketOf != nullptr ? socketOf(connection) : -1);
 }
 
 void Canceller::forget()
 {
-    if (cancel_ == nullptr)
+    if (!order_)
         return;
-    symbol<void (*)(void *)>("PQfreeCancel")(cancel_);
-    cancel_ = nullptr;
+    {
+        const std::lock_guard lock(order_->mutex);
+        order_->forgotten = true;
+    }
+    order_->changed.notify_all();
+    order_.reset();
 }
 
 void Canceller::cancel() const
 {
-    std::array<char, 256> words;
+    constexpr std::chrono::milliseconds moment(200);
+    static constexpr std::chrono::seconds patience(3);
     const auto ask = symbol<int (*)(void *, char *, int)>("PQcancel");
-    if (cancel_ != nullptr && ask != nullptr)
-        ask(cancel_, words.data(), int(words.size()));
+    const std::shared_ptr<Order> order = order_;
+    if (!order || ask == nullptr)
+        return;
+    std::unique_lock lock(order->mutex);
+    if (std::exchange(order->asking, true))
+        return;
+    // The library waits for a server that is silent as long as that is.
+    quietThread([order, ask] {
+        std::array<char, 256> words;
+        ask(order->cancel, words.data(), int(words.size()));
+        {
+            const std::lock_guard asked(order->mutex);
+            order->asking = false;
+        }
+        order->changed.notify_all();
+    }).detach();
+    if (!std::exchange(order->watched, true))
+        quietThread([order] {
+            std::unique_lock watch(order->mutex);
+            if (!order->changed.wait_for(watch, patience, [&] { return order->forgotten; }) && order->socket >= 0)
+                ::shutdown(order->socket, SHUT_RDWR);
+        }).detach();
+    order->changed.wait_for(lock, moment, [&] { return !order->asking; });
+}
+
+bool wantsPassword(const QSqlDatabase &database, int connectTimeout)
+{
+    const auto connect = symbol<void *(*)(const char *const *, const char *const *, int)>("PQconnectdbParams");
+    const auto needs = symbol<int (*)(const void *)>("PQconnectionNeedsPassword");
+    const auto used = symbol<int (*)(const void *)>("PQconnectionUsedPassword");
+    const auto status = symbol<int (*)(const void *)>("PQstatus");
+    const auto finish = symbol<void (*)(void *)>("PQfinish");
+    if (connect == nullptr || needs == nullptr || used == nullptr || status == nullptr || finish == nullptr)
+        return false;
+    std::vector<std::pair<const char *, QByteArray>> parts{{"connect_timeout", QByteArray::number(connectTimeout)}};
+    const auto add = [&parts](const char *name, const QString &value) {
+        if (!value.isEmpty())
+            parts.emplace_back(name, value.toUtf8());
+    };
+    add("host", database.hostName());
+    add("dbname", database.databaseName());
+    add("user", database.userName());
+    add("password", database.password());
+    if (database.port() > 0)
+        add("port", QString::number(database.port()));
+    std::vector<const char *> names;
+    std::vector<const char *> values;
+    for (const auto &[name, value] : parts) {
+        names.push_back(name);
+        values.push_back(value.constData());
+    }
+    names.push_back(nullptr);
+    values.push_back(nullptr);
+    void *const connection = connect(names.data(), values.data(), 0);
+    constexpr int good = 0;
+    const bool wants = status(connection) != good && (needs(connection) != 0 || used(connection) != 0);
+    finish(connection);
+    return wants;
 }
 
 void cut(const QSqlDatabase &database)

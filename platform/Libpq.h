@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class QSqlDatabase;
 class QSqlQuery;
 
@@ -23,25 +25,27 @@ QString errorMessage(const QSqlDatabase &database);
 /// Qt's own knowledge of it went with Qt 6.8.
 int columnType(const QSqlQuery &query, int column);
 
-/// Asks the server, over a connection of its own, to end the statement that a connection waits for.
+/// Asks the server, over a connection of its own, to end the statement that a connection waits for. One that does not
+/// answer even that within some seconds is given up: whoever waits sees a lost connection.
 class Canceller
 {
 public:
-    Canceller() = default;
-    Canceller(const Canceller &) = delete;
-    Canceller &operator=(const Canceller &) = delete;
-    ~Canceller() { forget(); }
-
     void use(const QSqlDatabase &database);
+    /// Called before the connection closes.
     void forget();
     /// False also where the driver is not PostgreSQL's own.
-    bool isUsed() const { return cancel_ != nullptr; }
-    /// Usable on any thread, not beside the two above. Does nothing where no database is in use.
+    bool isUsed() const { return order_ != nullptr; }
+    /// Usable on any thread, not beside the two above. Does nothing where no database is in use. Waits until the
+    /// server has heard it, and for a moment at most.
     void cancel() const;
 
 private:
-    void *cancel_ = nullptr;
+    struct Order;
+    std::shared_ptr<Order> order_;
 };
+
+/// Whether a server refuses these parts of an address for want of a password, or of another one. Connects anew.
+bool wantsPassword(const QSqlDatabase &database, int connectTimeout);
 
 /// Makes whoever waits for an answer see a lost connection. May be called while another thread waits.
 void cut(const QSqlDatabase &database);

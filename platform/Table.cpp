@@ -3,50 +3,23 @@
 
 #include "platform/Connection.h"
 #include "platform/Errors.h"
-#include "platform/Fieldtypes.h"
 #include "platform/Formfolder.h"
-#include "platform/Nearestname.h"
 #include "platform/Rowsource.h"
 #include "platform/Scan.h"
-#include "platform/Tabledescription.h"
+#include "platform/Tableorder.h"
 
 #include <algorithm>
-#include <limits>
 
 using nuvo::Column;
 using nuvo::Connection;
 using nuvo::Dialect;
-using nuvo::FieldKind;
 using nuvo::KeyPart;
 
-namespace {
-
-/// Whether a driver hands over a column's values without changing them on the way.
-bool comesThrough(FieldKind kind, Dialect dialect)
-{
-    return dialect == Dialect::Sqlite || nuvo::isInteger(kind) || kind == FieldKind::String;
-}
-
-} // namespace
-
-class TTable::Private : public nuvo::TableDescription
+class TTable::Private : public nuvo::TableOrder
 {
 public:
     QString tableName;
-    QString filter;
-    bool filtered = false;
-    QString indexFieldNames;
 
-    // What Describe() found beside the table itself.
-    std::vector<KeyPart> order;
-    size_t indexParts = 0; // how many parts of it IndexFieldNames named
-    bool orderIsUnique = false;
-    QStringList selected; // expressions, and what is selected beyond them to begin again behind a row
-    std::vector<int> keyColumns;
-
-    void makeOrder(const Connection &connection, const QString &caption);
-    std::vector<int> indexFields(const QString &caption) const;
-    QString condition(Dialect dialect) const;
     QVariant recordsBefore(const Connection &connection, const std::vector<KeyPart> &key, const QVariantList &values,
                            const QString &caption) const;
 };
@@ -135,81 +108,6 @@ QStringList TTable::TableNames()
     return names;
 }
 
-std::vector<int> TTable::Private::indexFields(const QString &caption) const
-{
-    std::vector<int> found;
-    const auto find = [&](const QString &name) {
-        for (size_t i = 0; i < columns.size(); ++i) {
-            if (columns[i].name.compare(name, Qt::CaseInsensitive) == 0)
-                return int(i);
-        }
-        return -1;
-    };
-    // A name may hold the signs that part names.
-    const int whole = find(indexFieldNames);
-    if (whole >= 0)
-        return {whole};
-    if (indexFieldNames.trimmed().isEmpty())
-        return found;
-    for (const QString &name : indexFieldNames.split(indexFieldNames.contains(u';') ? u';' : u',')) {
-        const int field = find(name.trimmed());
-        if (field < 0) {
-            QStringList there;
-            for (const Column &column : columns)
-                there.append(column.name);
-            throw EDatabaseError(
-                QStringLiteral("No field \"%1\" to order %2 by%3; its fields: %4.")
-                    .arg(name.trimmed(), caption, nuvo::perhaps(name.trimmed(), there), nuvo::listed(there)));
-        }
-        found.push_back(field);
-    }
-    return found;
-}
-
-/// The order of the records, made unique where the table allows, and what a row's key is read from.
-void TTable::Private::makeOrder(const Connection &connection, const QString &caption)
-{
-    order.clear();
-    keyColumns.clear();
-    selected = expressions;
-    for (const int field : indexFields(caption)) {
-        const auto part = std::find_if(primaryKey.begin(), primaryKey.end(),
-                                       [&](const KeyPart &key) { return key.field == field; });
-        order.push_back(part != primaryKey.end() ? *part : keyPart(field, connection.dialect()));
-    }
-    indexParts = order.size();
-    orderIsUnique = !primaryKey.empty() && keyIsUnique;
-    for (const KeyPart &part : primaryKey) {
-        orderIsUnique = orderIsUnique && !part.nullable;
-        if (std::none_of(order.begin(), order.end(), [&](const KeyPart &key) { return key.field == part.field; }))
-            order.push_back(part);
-    }
-    if (!orderIsUnique && !rowNumber.isEmpty()) {
-        order.push_back({rowNumber, -1, false});
-        orderIsUnique = true;
-    }
-    // Where nulls come last, a comparison with the key of a row loses them.
-    const bool nullsLast = connection.dialect() == Dialect::Postgres;
-    if (!orderIsUnique || connection.dialect() == Dialect::Other ||
-        (nullsLast && std::any_of(order.begin(), order.end(), [](const KeyPart &part) { return part.nullable; })))
-        return;
-    for (const KeyPart &part : order) {
-        // What comes through the driver as it is stored can be handed back; the rest is selected as text beside it.
-        if (part.field >= 0 && comesThrough(columns[size_t(part.field)].kind, connection.dialect())) {
-            keyColumns.push_back(part.field);
-            continue;
-        }
-        keyColumns.push_back(int(selected.size()));
-        selected.append(connection.dialect() == Dialect::Postgres ? part.expression + QLatin1String("::text")
-                                                                  : part.expression);
-    }
-}
-
-QString TTable::Private::condition(Dialect dialect) const
-{
-    return filtered ? nuvo::filterCondition(filter, dialect) : QString();
-}
-
 std::vector<Column> TTable::Describe(const Connection &connection)
 {
     if (d_->tableName.isEmpty())
@@ -262,40 +160,7 @@ QVariant TTable::Private::recordsBefore(const Connection &connection, const std:
 
 nuvo::Select TTable::SelectFrom(const Connection &connection, const nuvo::ReadPosition &position)
 {
-    nuvo::Select select;
-    QStringList conditions;
-    const QString filter = d_->condition(connection.dialect());
-    if (!filter.isEmpty())
-        conditions.append(filter);
-    QStringList keys;
-    for (const KeyPart &part : d_->order)
-        keys.append(part.expression);
-    if (!position.after.isEmpty()) {
-        QStringList values;
-        for (const QVariant &value : position.after)
-            values.append(connection.bound(value, select.values));
-        conditions.append(keys.size() == 1 ? QStringLiteral("%1 > %2").arg(keys[0], values[0])
-                                           : QStringLiteral("(%1) > (%2)").arg(keys.join(u','), values.join(u',')));
-    }
-    select.sql = QStringLiteral("SELECT %1 FROM %2").arg(d_->selected.join(u','), d_->source);
-    if (!conditions.isEmpty())
-        select.sql += QLatin1String(" WHERE ") + conditions.join(QLatin1String(" AND "));
-    const bool scanOrder = d_->rowNumberIsScan && keys.size() == 1 && d_->order[0].field < 0;
-    if (!keys.isEmpty() && !scanOrder)
-        select.sql += QLatin1String(" ORDER BY ") + keys.join(u',');
-    select.keyColumns = d_->keyColumns;
-    const qint64 skip = position.row - position.afterRow;
-    // Rows that the order does not tell apart can change places from one LIMIT to another.
-    if (connection.dialect() == Dialect::Other || !d_->orderIsUnique) {
-        select.skip = skip;
-        return select;
-    }
-    if (position.limit >= 0 || skip > 0) {
-        const qint64 all = std::numeric_limits<qint64>::max();
-        select.sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(position.limit >= 0 ? position.limit : all).arg(skip);
-        select.limited = position.limit >= 0;
-    }
-    return select;
+    return d_->select(connection, position);
 }
 
 bool TTable::FindKey(const QVariantList &values)

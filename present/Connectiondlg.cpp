@@ -95,6 +95,7 @@ struct ConnectionDialog::Boxes
     QLabel *status;
     QListWidget *tables;
     QDialogButtonBox *buttons;
+    bool keepsPassword = false;
 };
 
 ConnectionDialog::ConnectionDialog(QWidget *parent) : QDialog(parent), boxes_(std::make_unique<Boxes>())
@@ -222,7 +223,9 @@ void ConnectionDialog::showKind()
         b.form->setRowVisible(box, kind != File);
     b.port->setPlaceholderText(text(databaseKinds[std::size_t(kind)].port));
     const char *const password = databaseKinds[std::size_t(kind)].password;
-    b.note->setText(*password == 0 ? QString() : tr(password));
+    b.note->setText(*password == 0    ? QString()
+                    : b.keepsPassword ? tr("Kept until the program ends, and stored nowhere.")
+                                      : tr(password));
     changed();
 }
 
@@ -284,6 +287,17 @@ void ConnectionDialog::SetDatabaseName(const QString &name)
     }
     b.file->setText(name);
     b.kind->setCurrentIndex(File);
+}
+
+QString ConnectionDialog::Password() const
+{
+    return boxes_->kind->currentIndex() == File ? QString() : boxes_->password->text();
+}
+
+void ConnectionDialog::KeepPassword()
+{
+    boxes_->keepsPassword = true;
+    showKind();
 }
 
 void ConnectionDialog::SetFolder(const QString &folder)

@@ -33,6 +33,11 @@ public:
     /// Where a file without a folder of its own is looked for; until then the working folder.
     void SetFolder(const QString &folder);
 
+    /// The password that was typed; empty where there is none.
+    QString Password() const;
+    /// For a program that goes on to use it while it runs: the dialog says so.
+    void KeepPassword();
+
     /// Opens what the boxes say. The answer comes while events run.
     void Try();
     /// Whether an answer is waited for.

@@ -73,7 +73,7 @@ QString fitProgram(const ModelState &state)
     body.append(type + QLatin1String(" regression;"));
     body.append(QStringLiteral("regression.SetDatabaseName(%1);").arg(cppLiteral(state.database)));
     if (state.isQuery()) {
-        body.append(QStringLiteral("regression.SetSQL(%1);").arg(cppLiteral(state.sql)));
+        body.append(QStringLiteral("regression.SetSQL(%1);").arg(cppLiteral(state.statement())));
     } else {
         body.append(QStringLiteral("regression.SetTableName(%1);").arg(cppLiteral(state.table)));
         if (!state.filter.isEmpty()) {

@@ -73,7 +73,7 @@ QString fitCommand(const ModelState &state)
     };
     add("--database", state.database);
     if (state.isQuery())
-        add("--sql", state.sql);
+        add("--sql", state.statement());
     else
         add("--table", state.table);
     if (!state.filter.isEmpty() && !state.isQuery())

@@ -169,7 +169,7 @@ QByteArray formFile(const ModelState &state, const QString &folder, const std::o
     Properties properties(xml);
     properties.text(QStringLiteral("DatabaseName"), databaseFrom(folder, state.database));
     if (state.isQuery())
-        properties.list(QStringLiteral("SQL"), state.sql.split(u'\n'));
+        properties.list(QStringLiteral("SQL"), state.statement().split(u'\n'));
     else
         properties.text(QStringLiteral("TableName"), state.table);
     if (!state.isQuery() && !state.filter.isEmpty()) {

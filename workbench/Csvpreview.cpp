@@ -20,6 +20,13 @@ namespace {
 
 constexpr int kRecords = 100;
 constexpr int kColumns = 200;
+constexpr qint64 kMostBytes = 8 << 20; // that are read to show them
+constexpr size_t kMostOfACell = 800;   // bytes
+
+/// Thrown out of the reading where the first records are that long.
+struct LongRecords
+{
+};
 
 /// The first entry stands for what is recognised; the others have their value as data.
 QComboBox *choice(QWidget *parent, const char *name, const std::vector<std::pair<QString, int>> &values)
@@ -115,8 +122,12 @@ void CsvPreview::Show()
         }
         reasons_->setText(reasons.join(QLatin1String("; ")));
         const auto cellText = [&](size_t column) {
-            return csvText(reader.cell(column), format.encoding).value_or(QString());
+            return csvText(reader.cell(column).substr(0, kMostOfACell), format.encoding).value_or(QString());
         };
+        reader.follow([](qint64 bytes) {
+            if (bytes > kMostBytes)
+                throw LongRecords();
+        });
         int columns = 0;
         for (int record = 0; record <= kRecords && reader.next(); ++record) {
             if (record == 0) {
@@ -136,6 +147,9 @@ void CsvPreview::Show()
         }
         if (!hasRecords)
             error_->setText(tr("There are no records below the first line."));
+    } catch (const LongRecords &) {
+        hasRecords = true;
+        error_->setText(tr("The first records are too long to show more of them."));
     } catch (const EPlatformError &error) {
         error_->setText(error.Message());
     }

@@ -106,9 +106,9 @@ LiveFit::~LiveFit()
 
 TRegression *LiveFit::Regression() const
 {
-    if (!state_.hasData())
+    if (!here_.hasData())
         return nullptr;
-    return state_.isQuery() ? static_cast<TRegression *>(query_.get()) : table_.get();
+    return here_.isQuery() ? static_cast<TRegression *>(query_.get()) : table_.get();
 }
 
 bool LiveFit::HasFit() const
@@ -130,16 +130,26 @@ void LiveFit::Make(std::unique_ptr<Component> &component)
     });
 }
 
-void LiveFit::Fit(const ModelState &state)
+void LiveFit::Await(const ModelState &state)
 {
     Stop();
     state_ = state;
+    here_ = {};
     why_.clear();
-    if (!state_.hasData()) {
+    Q_EMIT Ended();
+}
+
+void LiveFit::Fit(const ModelState &state, const ModelState &here)
+{
+    Stop();
+    state_ = state;
+    here_ = here;
+    why_.clear();
+    if (!here_.hasData()) {
         Q_EMIT Ended();
         return;
     }
-    if (state_.isQuery())
+    if (here_.isQuery())
         Make(query_);
     else
         Make(table_);
@@ -150,7 +160,7 @@ void LiveFit::FitAgain()
 {
     Stop();
     why_.clear();
-    if (state_.hasData())
+    if (here_.hasData())
         Begin(true);
 }
 
@@ -160,14 +170,14 @@ void LiveFit::Begin(bool anew)
     listening_->said.clear();
     try {
         TRegression &regression = *Regression();
-        apply(state_, regression);
+        apply(here_, regression);
         TDataSet &dataset = regression.DataSet();
         if (anew && dataset.Active())
             dataset.Refresh();
         else
             dataset.Open();
-        if (state_.isFittable()) {
-            const bool background = state_.records != RecordUse::First;
+        if (here_.isFittable()) {
+            const bool background = here_.records != RecordUse::First;
             regression.SetShowLoadProgress(background);
             if (background) {
                 regression.StartReLoad();
@@ -196,7 +206,7 @@ void LiveFit::Settle()
         return;
     if (regression.LoadStopped())
         why_ = tr("The reading was stopped.");
-    else if (!listening_->said.isEmpty())
+    else if (!listening_->said.isEmpty() && regression.RecordsRead() > 0)
         why_ = listening_->said.join(u' ');
     else
         why_ = whyNothing(regression);

@@ -24,7 +24,11 @@ public:
 
     /// Fits a state. One that is under way in the background is ended first. A state that cannot be fitted yet
     /// (ModelState::isFittable) leaves no fit.
-    void Fit(const ModelState &state);
+    void Fit(const ModelState &state) { Fit(state, state); }
+    /// The same, with the records read from another place, where they are at hand.
+    void Fit(const ModelState &state, const ModelState &here);
+    /// The state is wanted, and its records are not here yet: there is no fit, and no component.
+    void Await(const ModelState &state);
     /// Reads the records again.
     void FitAgain();
     /// Ends what is under way in the background; there is no fit then.
@@ -32,6 +36,8 @@ public:
 
     bool IsReading() const { return reading_; }
     const ModelState &State() const { return state_; }
+    /// The state as the component has it.
+    const ModelState &Here() const { return here_; }
     /// The component of the last state, with its fit where that came out; null before a state with data.
     TRegression *Regression() const;
     /// Whether the component holds the fit of the state.
@@ -58,6 +64,7 @@ private:
 
     const std::unique_ptr<Listening> listening_;
     ModelState state_;
+    ModelState here_; ///< state_ with the place that its records are read from
     std::unique_ptr<TMLRTable> table_;
     std::unique_ptr<TMLRQuery> query_;
     bool reading_ = false;

@@ -79,6 +79,8 @@ int main(int argc, char **argv)
         const nuvo::SittingFolder sitting(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
         nuvo::MainWindow window(sitting.path());
         window.show();
+        if (!sitting.warning().isEmpty())
+            window.Warn(sitting.warning());
         for (const QString &name : parser.positionalArguments()) {
             if (name.contains(u"://"))
                 window.OpenDatabase(name);

@@ -6,7 +6,6 @@
 #include "platform/Errors.h"
 #include "platform/Modal.h"
 #include "platform/Table.h"
-#include "present/Connectiondlg.h"
 #include "present/statistics/Observationspage.h"
 #include "workbench/Ascode.h"
 #include "workbench/Ascommand.h"
@@ -62,6 +61,9 @@ void MainWindow::MakeFileMenu()
     connect(add(menu, tr("Open Ser&ver…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O),
                 tr("Open a database on a server; the connection is tried first")),
             &QAction::triggered, this, &MainWindow::AskServer);
+    connect(add(menu, tr("Quer&y…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Q),
+                tr("Type an SQL statement and look at what it gives")),
+            &QAction::triggered, this, &MainWindow::AskQuery);
     recent_ = menu->addMenu(tr("Open Re&cent"));
     recent_->setObjectName(QStringLiteral("RecentMenu"));
     connect(recent_, &QMenu::aboutToShow, this, &MainWindow::ShowRecent);
@@ -136,7 +138,7 @@ void MainWindow::MakeViewMenu()
     addUse(tr("Every Record, on the &Server"), RecordUse::Server, tr("Have the database add up every record"));
     model->addSeparator();
     connect(add(model, tr("&Read Again"), QKeySequence::Refresh, tr("Read the records again and fit")),
-            &QAction::triggered, fit_, &LiveFit::FitAgain);
+            &QAction::triggered, this, &MainWindow::ReadAgain);
     QAction *const out = add(model, tr("Leave Selected Records &Out"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
                              tr("Leave the selected records out of everything, by the filter"));
     connect(out, &QAction::triggered, this, &MainWindow::LeaveSelectedOut);
@@ -174,15 +176,6 @@ void MainWindow::AskAndOpen()
         tr("Everything that can be opened (*.csv *.tsv *.txt *.db *.sqlite *.sqlite3 *.ui);;All files (*)"));
     if (!file.isEmpty())
         OpenFile(file);
-}
-
-void MainWindow::AskServer()
-{
-    Try([this] {
-        const QString now = sitting_->State().database;
-        if (const auto name = askDatabaseName(this, now.contains(u"://") ? now : QString()))
-            OpenDatabase(*name);
-    });
 }
 
 void MainWindow::OpenSamples()

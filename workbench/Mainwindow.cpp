@@ -16,12 +16,14 @@
 #include "workbench/Language.h"
 #include "workbench/Livefit.h"
 #include "workbench/Modelstable.h"
+#include "workbench/Nearrecords.h"
 #include "workbench/Openfile.h"
 #include "workbench/Pages.h"
 #include "workbench/Predictions.h"
 #include "workbench/Predictpage.h"
 #include "workbench/Recordspage.h"
 #include "workbench/Sitting.h"
+#include "workbench/Tablefinder.h"
 #include "workbench/Welcome.h"
 
 #include <QCloseEvent>
@@ -36,6 +38,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -45,10 +48,11 @@ namespace nuvo {
 
 MainWindow::MainWindow(const QString &folder, QWidget *parent)
     : QMainWindow(parent), folder_(folder), sitting_(new Sitting(this)), fit_(new LiveFit(this)),
-      tables_(new QListWidget(this)), editor_(new TModelEditor(this)), pages_(new Pages(this)),
-      models_(new ModelsTable(*sitting_, this)), handout_(new Handout(*sitting_, *pages_, *models_, *this)),
-      centre_(new QStackedWidget(this)), middle_(new QSplitter(Qt::Horizontal, this)), welcome_(new Welcome(this)),
-      message_(new QLabel(this)), progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
+      near_(new NearRecords(folder, this)), tables_(new QListWidget(this)), finder_(new TableFinder(*tables_, this)),
+      editor_(new TModelEditor(this)), pages_(new Pages(this)), models_(new ModelsTable(*sitting_, this)),
+      handout_(new Handout(*sitting_, *pages_, *models_, *this)), centre_(new QStackedWidget(this)),
+      middle_(new QSplitter(Qt::Horizontal, this)), welcome_(new Welcome(this)), message_(new QLabel(this)),
+      progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
 {
     setObjectName(QStringLiteral("Workbench"));
     setAcceptDrops(true);
@@ -87,12 +91,14 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
     connect(handout_, &Handout::Said, this, &MainWindow::Tell);
     connect(fit_, &LiveFit::Started, this, [this] {
         Tell(tr("Reading every record…"));
+        progress_->setRange(0, 100);
         progress_->setValue(0);
         progress_->show();
         stop_->show();
     });
     connect(fit_, &LiveFit::Progressed, progress_, &QProgressBar::setValue);
     connect(fit_, &LiveFit::Ended, this, &MainWindow::ShowEnd);
+    FollowRecords();
     connect(tables_, &QListWidget::itemActivated, this,
             [this](const QListWidgetItem *item) { OpenTable(item->text()); });
     connect(tables_, &QListWidget::itemClicked, this,
@@ -127,7 +133,7 @@ void MainWindow::MakeWidgets()
     tables_->setAccessibleName(tr("Tables"));
     auto *const tables = new QDockWidget(tr("Tables"), this);
     tables->setObjectName(QStringLiteral("TablesDock"));
-    tables->setWidget(tables_);
+    tables->setWidget(finder_->WithList());
     addDockWidget(Qt::LeftDockWidgetArea, tables);
 
     auto *const models = new QDockWidget(tr("Models tried"), this);
@@ -164,6 +170,7 @@ void MainWindow::MakeWidgets()
     stop_->setShortcut(Qt::Key_Escape);
     stop_->hide();
     connect(stop_, &QPushButton::clicked, fit_, &LiveFit::Stop);
+    connect(stop_, &QPushButton::clicked, near_, &NearRecords::Stop);
     statusBar()->addWidget(message_, 1);
     statusBar()->addPermanentWidget(progress_);
     statusBar()->addPermanentWidget(stop_);
@@ -182,24 +189,28 @@ void MainWindow::RestoreLayout()
 
 void MainWindow::Tell(const QString &text, bool isError)
 {
-    message_->setText(isError ? tr("Error: %1").arg(text) : text);
-    message_->setToolTip(text);
+    const QString all = QStringList{text, isError ? QString() : unsaved_, warning_}.join(u' ').trimmed();
+    message_->setText(isError ? tr("Error: %1").arg(all) : all);
+    message_->setToolTip(all);
     message_->setForegroundRole(isError ? QPalette::LinkVisited : QPalette::WindowText);
+}
+
+void MainWindow::Warn(const QString &text)
+{
+    warning_ = text;
+    Tell({});
 }
 
 void MainWindow::Follow()
 {
+    wanted_.reset();
+    near_->Abandon();
     const ModelState &state = sitting_->State();
     Try([&] {
         if (!(editor_->Model() == state.model))
             editor_->SetModel(state.model);
         ShowTables();
-        pages_->Records().SetState(state);
-        fit_->Fit(state);
-        const QString source = state.database + u'\n' + state.table + u'\n' + state.sql;
-        if (source != std::exchange(fieldsOf_, source))
-            editor_->SetFields(pages_->Records().DataSet() != nullptr ? modelFields(*pages_->Records().DataSet())
-                                                                      : ModelFields());
+        ShowRecords();
     });
     ShowTitle();
     Save();
@@ -212,7 +223,10 @@ void MainWindow::ShowEnd()
     Try([&] {
         pages_->ShowFit(*fit_);
         TRegression *const regression = fit_->Regression();
-        if (!fit_->Why().isEmpty()) {
+        if (near_->IsPart(fit_->State()) && regression != nullptr && fit_->State().isFittable() &&
+            !regression->MoreRecords()) {
+            near_->Fetch(fit_->State()); // the first ones were too few that can be used
+        } else if (!fit_->Why().isEmpty()) {
             Tell(fit_->Why(), true);
         } else if (fit_->HasFit()) {
             sitting_->Keep(keptModel(fit_->State(), *regression));
@@ -230,24 +244,6 @@ void MainWindow::ShowEnd()
     });
 }
 
-void MainWindow::ShowTables()
-{
-    const ModelState &state = sitting_->State();
-    const QSignalBlocker quiet(tables_);
-    if (state.database != tablesOf_) {
-        tables_->clear();
-        tablesOf_.clear();
-    }
-    if (tablesOf_.isEmpty() && !state.database.isEmpty()) {
-        TTable table;
-        table.SetDatabaseName(state.database);
-        tables_->addItems(table.TableNames());
-        tablesOf_ = state.database;
-    }
-    const QList<QListWidgetItem *> found = tables_->findItems(state.table, Qt::MatchExactly | Qt::MatchCaseSensitive);
-    tables_->setCurrentItem(found.value(0));
-}
-
 void MainWindow::ShowTitle()
 {
     const ModelState &state = sitting_->State();
@@ -260,32 +256,6 @@ void MainWindow::ShowTitle()
                        : tr("%1, %2 - Nuvo Workbench").arg(what, QFileInfo(state.database).fileName()));
 }
 
-void MainWindow::OpenDatabase(const QString &database)
-{
-    Try([&] {
-        TTable table;
-        table.SetDatabaseName(database);
-        const QStringList names = table.TableNames(); // or an error
-        ModelState state;
-        state.database = database;
-        state.table = names.size() == 1 ? names.first() : QString();
-        sitting_->Change(state, tr("Open a database"));
-        Remember(database);
-    });
-}
-
-void MainWindow::OpenTable(const QString &name)
-{
-    ModelState state = sitting_->State();
-    if (state.table == name)
-        return;
-    state.table = name;
-    state.sql.clear();
-    state.filter.clear();
-    state.model = {};
-    sitting_->Change(state, tr("Open a table"));
-}
-
 void MainWindow::OpenFile(const QString &name)
 {
     Try([&] {
@@ -296,7 +266,7 @@ void MainWindow::OpenFile(const QString &name)
             return;
         case FileKind::Form: {
             const OpenedForm form = openForm(file);
-            sitting_->Change(form.state, tr("Open a form"));
+            Open(form.state, tr("Open a form"));
             if (form.choice)
                 pages_->Choosing().SetSettings(*form.choice);
             break;
@@ -316,9 +286,17 @@ bool MainWindow::OpenCsv(const QString &file)
         return false;
     ModelState state;
     state.database = QDir(folder_).filePath(QStringLiteral("data.db"));
+    // Who reads a file of SQLite keeps others from writing into it.
+    const bool wasReading = fit_->IsReading();
+    fit_->Stop();
+    auto readOn = qScopeGuard([&] {
+        if (wasReading)
+            fit_->FitAgain();
+    });
     state.table = newTableFor(file, state.database);
     if (!importInBackground(this, {file, preview.Corrections(), {}}, state.database, state.table))
         return false;
+    readOn.dismiss();
     tablesOf_.clear(); // it has got one more
     sitting_->Change(state, tr("Open a CSV file"));
     return true;
@@ -348,6 +326,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     settings.setValue(QStringLiteral("editor"),
                       editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->saveState());
     fit_->Stop();
+    near_->Abandon();
     Save();
     event->accept();
 }
@@ -368,7 +347,13 @@ void MainWindow::showEvent(QShowEvent *event)
 
 void MainWindow::Save()
 {
-    Try([&] { sitting_->Save(QDir(folder_).filePath(QStringLiteral("sitting.json"))); });
+    try {
+        sitting_->Save(QDir(folder_).filePath(QStringLiteral("sitting.json")));
+        unsaved_.clear();
+    } catch (const EPlatformError &error) {
+        Tell(error.Message(), true);
+        unsaved_ = tr("The sitting is not saved: %1").arg(error.Message());
+    }
 }
 
 } // namespace nuvo

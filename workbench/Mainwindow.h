@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "workbench/Modelstate.h"
+
 #include <QMainWindow>
 
 #include <exception>
+#include <optional>
+#include <utility>
 
 class QLabel;
 class QListWidget;
@@ -19,10 +23,11 @@ class Guide;
 class Handout;
 class LiveFit;
 class ModelsTable;
+class NearRecords;
 class Pages;
 class Sitting;
+class TableFinder;
 class Welcome;
-struct ModelState;
 
 /// The workbench: tables on the left, the model in the middle, what is to be seen of it on the right, the models that
 /// were tried below. Every change is fitted and shown at once; with every record, in the background.
@@ -40,9 +45,16 @@ public:
     void OpenFile(const QString &file);
     void OpenDatabase(const QString &database);
     void OpenTable(const QString &table);
+    /// Makes a state the present one as soon as its records are at hand; what keeps them away is told, and the
+    /// sitting stays as it is.
+    void Open(const ModelState &state, const QString &what);
+
+    /// Shows what stays true until the end: beside whatever else there is to say.
+    void Warn(const QString &text);
 
     Sitting &CurrentSitting() const { return *sitting_; }
     LiveFit &Fit() const { return *fit_; }
+    NearRecords &Near() const { return *near_; }
     Pages &ShownPages() const { return *pages_; }
     TModelEditor &Editor() const { return *editor_; }
 
@@ -60,8 +72,18 @@ private:
     void MakeViewMenu();
     void MakeHelpMenu();
     void Follow();
+    void FollowRecords();
+    void ShowRecords();
+    void RecordsEnded();
     void ShowEnd();
     void ShowTables();
+    void ListServer(const QString &database);
+    void ShowTableNames(const QStringList &names, const QString &database);
+    void OpenServer(const QString &database);
+    /// Whether there is another one than was used.
+    bool AskPassword(const QString &database, const QString &used, const QString &why);
+    void ReadAgain();
+    void AskQuery();
     void ShowTitle();
     /// Runs a handler; what goes wrong is told.
     template <class Handler>
@@ -96,7 +118,9 @@ private:
     const QString folder_;
     Sitting *sitting_;
     LiveFit *fit_;
+    NearRecords *near_;
     QListWidget *tables_;
+    TableFinder *finder_;
     TModelEditor *editor_;
     Pages *pages_;
     ModelsTable *models_;
@@ -110,8 +134,14 @@ private:
     QMenu *recent_ = nullptr;
     Guide *guide_ = nullptr; ///< once it was asked for
     bool wasShown_ = false;
-    QString tablesOf_; ///< the database that the list of tables is of
-    QString fieldsOf_; ///< what the editor's fields are of
+    QString tablesOf_;                                     ///< the database that the list of tables is of
+    QString fieldsOf_;                                     ///< what the editor's fields are of
+    QString listing_;                                      ///< the server that is asked for its tables
+    QString fetchedWith_;                                  ///< the password that records are fetched with
+    QString warning_;                                      ///< that stands beside whatever else there is to say
+    QString unsaved_;                                      ///< why the sitting could not be saved; empty where it was
+    bool asking_ = false;                                  ///< for a password
+    std::optional<std::pair<ModelState, QString>> wanted_; ///< a change that waits for its records
 };
 
 } // namespace nuvo

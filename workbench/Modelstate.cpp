@@ -3,12 +3,15 @@
 
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
+#include "platform/Databasename.h"
+#include "platform/Sqltext.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace nuvo {
 
@@ -22,6 +25,28 @@ QString placeName(int place)
     return RegressionModel::property(place);
 }
 
+Dialect dialectOf(const QString &database)
+{
+    if (!isServerName(database))
+        return Dialect::Sqlite;
+    if (database.startsWith(u"postgres"))
+        return Dialect::Postgres;
+    return database.startsWith(u"mysql") ? Dialect::Mysql : Dialect::Other;
+}
+
+/// A value in a statement.
+QString literalOf(const QString &typed, Dialect dialect)
+{
+    bool isNumber = false;
+    const double number = typed.toDouble(&isNumber);
+    if (isNumber && std::isfinite(number)) // behind a minus sign another one would begin a comment
+        return typed.trimmed().at(0).isDigit() ? typed.trimmed() : u'(' + typed.trimmed() + u')';
+    QString text = typed;
+    if (dialect == Dialect::Mysql)
+        text.replace(u'\\', QLatin1String("\\\\"));
+    return u'\'' + text.replace(u'\'', QLatin1String("\'\'")) + u'\'';
+}
+
 void bind(TDataSet &dataset, const ModelState &state)
 {
     if (dataset.DatabaseName() != state.database)
@@ -33,6 +58,25 @@ void bind(TDataSet &dataset, const ModelState &state)
 bool ModelState::isFittable() const
 {
     return hasData() && model.isDefined(0) && !terms().isEmpty();
+}
+
+QString ModelState::statement() const
+{
+    if (params.isEmpty())
+        return sql;
+    const Dialect dialect = dialectOf(database);
+    const ReadingStatement reading = readingStatement(sql, dialect);
+    QStringList values;
+    for (const QString &name : reading.parameters)
+        values.append(literalOf(params.value(name), dialect));
+    return values.isEmpty() ? sql : reading.with(values);
+}
+
+QStringList parametersOf(const ModelState &state)
+{
+    QStringList names = parameterNames(state.sql, dialectOf(state.database));
+    names.removeDuplicates();
+    return names;
 }
 
 QStringList ModelState::terms() const
@@ -66,6 +110,12 @@ QJsonObject toJson(const ModelState &state)
     put("table", state.table);
     put("sql", state.sql);
     put("filter", state.filter);
+    if (!state.params.isEmpty()) {
+        QJsonObject params;
+        for (auto param = state.params.begin(); param != state.params.end(); ++param)
+            params.insert(param.key(), param.value());
+        json.insert(QLatin1StringView("params"), params);
+    }
     for (int place = 0; place < RegressionModel::Places; ++place) {
         if (!state.model.isEmpty(place))
             json.insert(placeName(place), QJsonArray::fromStringList(state.model.strings(place)));
@@ -80,6 +130,9 @@ ModelState stateFromJson(const QJsonObject &json)
     state.table = json.value(QLatin1StringView("table")).toString();
     state.sql = json.value(QLatin1StringView("sql")).toString();
     state.filter = json.value(QLatin1StringView("filter")).toString();
+    const QJsonObject params = json.value(QLatin1StringView("params")).toObject();
+    for (auto param = params.begin(); param != params.end(); ++param)
+        state.params.insert(param.key(), param.value().toString());
     const QString records = json.value(QLatin1StringView("records")).toString();
     const auto *const use = std::find(recordNames.begin(), recordNames.end(), records);
     if (use != recordNames.end())
@@ -106,8 +159,9 @@ void apply(const ModelState &state, TRegression &regression)
         }
     } else if (auto *const query = dynamic_cast<TMLRQuery *>(&regression)) {
         bind(*query, state);
-        if (query->SQL() != state.sql)
-            query->SetSQL(state.sql);
+        const QString statement = state.statement();
+        if (query->SQL() != statement)
+            query->SetSQL(statement);
     }
     if (regression.UseOfRecords() != state.records)
         regression.SetUseOfRecords(state.records);

@@ -5,6 +5,7 @@
 #include "engine/Regression.h"
 
 #include <QJsonObject>
+#include <QMap>
 #include <QString>
 
 namespace nuvo {
@@ -13,10 +14,11 @@ namespace nuvo {
 /// a sitting, commands, code and forms are made of it.
 struct ModelState
 {
-    QString database; ///< as TDataSet::DatabaseName(); empty: nothing is open
-    QString table;    ///< or
-    QString sql;      ///< a statement, where no table is named
-    QString filter;   ///< of a table: an SQL condition; empty for all records
+    QString database;              ///< as TDataSet::DatabaseName(); empty: nothing is open
+    QString table;                 ///< or
+    QString sql;                   ///< a statement, where no table is named
+    QMap<QString, QString> params; ///< what was typed for the statement's parameters, names as written
+    QString filter;                ///< of a table: an SQL condition; empty for all records
     RecordUse records = RecordUse::First;
     RegressionModel model;
 
@@ -25,6 +27,8 @@ struct ModelState
     bool hasData() const { return !database.isEmpty() && !(table.isEmpty() && sql.isEmpty()); }
     /// Whether response and at least one control variable are there.
     bool isFittable() const;
+    /// The statement with the values of its parameters in their places: a number as it is, whatever else as a text.
+    QString statement() const;
     /// The terms of the control variables that take part, in their order.
     QStringList terms() const;
     /// "TOTEMP on GNP, Ln(UNEMP)"; empty where there is no response.
@@ -32,6 +36,9 @@ struct ModelState
 
     friend bool operator==(const ModelState &, const ModelState &) = default;
 };
+
+/// The names of a statement's parameters, each once.
+QStringList parametersOf(const ModelState &state);
 
 /// The state as JSON, definitions string by string, and back. What is missing is as in a new state; what is of
 /// another kind than expected counts as missing.

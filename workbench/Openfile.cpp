@@ -13,6 +13,13 @@ namespace nuvo {
 
 FileKind kindOf(const QString &fileName)
 {
+    const QFileInfo info(fileName);
+    if (info.isDir())
+        throw EPlatformError(
+            QCoreApplication::translate("Openfile", "\"%1\" is a folder; open a file in it.").arg(fileName));
+    if (info.exists() && !info.isFile()) // opening a pipe would wait for its writer
+        throw EPlatformError(
+            QCoreApplication::translate("Openfile", "\"%1\" is a device or a pipe, no file.").arg(fileName));
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         throw EPlatformError(
@@ -21,6 +28,11 @@ FileKind kindOf(const QString &fileName)
         return FileKind::Database;
     if (fileName.endsWith(u".ui", Qt::CaseInsensitive))
         return FileKind::Form;
+    // One of another program, or damaged: said to be one, it is told why it is none.
+    for (const char *const ending : {".db", ".db3", ".sqlite", ".sqlite3"}) {
+        if (fileName.endsWith(QLatin1String(ending), Qt::CaseInsensitive))
+            return FileKind::Database;
+    }
     return FileKind::Csv;
 }
 

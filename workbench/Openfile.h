@@ -5,7 +5,7 @@
 
 namespace nuvo {
 
-/// What a file is by its name and its first bytes. \throws EPlatformError when it cannot be read.
+/// What a file is by its first bytes and its name. \throws EPlatformError when it cannot be read.
 enum class FileKind { Database, Form, Csv };
 FileKind kindOf(const QString &file);
 

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/Recordspage.h"
 
-#include "platform/Errors.h"
-#include "platform/Query.h"
-#include "platform/Table.h"
+#include "workbench/Recordsmodel.h"
 
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
@@ -13,10 +12,19 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace nuvo {
 
+namespace {
+
+constexpr size_t kMostSelected = 100000; // more than any other page shows
+
+} // namespace
+
 RecordsPage::RecordsPage(QWidget *parent)
-    : QWidget(parent), filter_(new QLineEdit(this)), view_(new QTableView(this)), error_(new QLabel(this))
+    : QWidget(parent), model_(new RecordsModel(this)), filter_(new QLineEdit(this)), goTo_(new QLineEdit(this)),
+      view_(new QTableView(this)), error_(new QLabel(this))
 {
     setObjectName(QStringLiteral("RecordsPage"));
     filter_->setObjectName(QStringLiteral("Filter"));
@@ -24,23 +32,56 @@ RecordsPage::RecordsPage(QWidget *parent)
     filter_->setToolTip(tr("An SQL condition; records that do not fulfil it are left out everywhere (Enter)"));
     filter_->setAccessibleName(tr("Filter"));
     filter_->setClearButtonEnabled(true);
+    goTo_->setObjectName(QStringLiteral("GoTo"));
+    goTo_->setToolTip(tr("Number of the record to go to (Enter)"));
+    goTo_->setAccessibleName(tr("Go to record"));
+    goTo_->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Record 1 of 000000000000")));
     view_->setObjectName(QStringLiteral("Records"));
     view_->setAccessibleName(tr("Records"));
     view_->setSelectionBehavior(QAbstractItemView::SelectRows);
     view_->setAlternatingRowColors(true);
     view_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    view_->horizontalHeader()->setSectionsClickable(true);
+    view_->horizontalHeader()->setToolTip(tr("Click to sort the records, by the database"));
+    view_->setCornerButtonEnabled(false);
     view_->setTabKeyNavigation(false);
+    view_->setModel(model_);
     error_->setObjectName(QStringLiteral("RecordsError"));
     error_->setWordWrap(true);
     error_->setTextFormat(Qt::PlainText);
     error_->hide();
+    auto *const line = new QHBoxLayout;
+    line->addWidget(filter_, 1);
+    line->addWidget(goTo_);
     auto *const all = new QVBoxLayout(this);
-    all->addWidget(filter_);
+    all->addLayout(line);
     all->addWidget(error_);
     all->addWidget(view_, 1);
     connect(filter_, &QLineEdit::editingFinished, this, [this] {
         if (filter_->text().trimmed() != state_.filter)
             Q_EMIT FilterTyped(filter_->text().trimmed());
+    });
+    connect(goTo_, &QLineEdit::returnPressed, this, [this] {
+        bool isNumber = false;
+        const qint64 record = QLocale().toLongLong(goTo_->text(), &isNumber);
+        if (isNumber)
+            GoTo(record);
+        goTo_->selectAll();
+    });
+    connect(model_, &RecordsModel::Failed, this, &RecordsPage::ShowError);
+    connect(model_, &RecordsModel::Counted, this, [this] {
+        ShowCount();
+        if (!selected_.empty())
+            ShowSelected();
+    });
+    connect(view_->horizontalHeader(), &QHeaderView::sectionClicked, this, &RecordsPage::Sort);
+    connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (quiet_)
+            return;
+        selected_.clear();
+        if (model_->SortedBy() < 0)
+            Q_EMIT SelectionChanged();
     });
 }
 
@@ -50,80 +91,104 @@ RecordsPage::~RecordsPage()
     view_->setModel(nullptr);
 }
 
-void RecordsPage::SetState(const ModelState &state)
+void RecordsPage::SetState(const ModelState &state, const std::optional<ScanSource> &table, bool atOnce)
 {
     filter_->setText(state.filter);
     filter_->setEnabled(state.hasData() && !state.isQuery());
-    const bool same = state.database == state_.database && state.table == state_.table && state.sql == state_.sql &&
-                      state.filter == state_.filter;
     state_ = state;
-    if (same)
+    const auto same = [](const ScanSource &one, const ScanSource &other) {
+        return one.databaseName == other.databaseName && one.table == other.table && one.filter == other.filter;
+    };
+    if (table.has_value() == table_.has_value() && (!table || same(*table, *table_)))
         return;
-    std::unique_ptr<TDataSet> dataset;
-    QString error;
-    try {
-        if (state.isQuery()) {
-            auto query = std::make_unique<TQuery>();
-            query->SetSQL(state.sql);
-            dataset = std::move(query);
-        } else if (state.hasData()) {
-            auto table = std::make_unique<TTable>();
-            table->SetTableName(state.table);
-            table->SetFilter(state.filter);
-            table->SetFiltered(!state.filter.isEmpty());
-            dataset = std::move(table);
-        }
-        if (dataset) {
-            dataset->SetDatabaseName(state.database);
-            dataset->Open();
-        }
-    } catch (const EPlatformError &failed) {
-        error = failed.Message();
-        dataset.reset();
-    }
-    Show(std::move(dataset), error);
+    table_ = table;
+    atOnce_ = atOnce;
+    ReadAgain();
 }
 
-void RecordsPage::Show(std::unique_ptr<TDataSet> dataset, const QString &error)
+void RecordsPage::ReadAgain()
 {
-    view_->setModel(nullptr);
-    dataset_ = std::move(dataset);
+    ShowError({});
+    selected_.clear();
+    view_->horizontalHeader()->setSortIndicatorShown(false);
+    const QScopedValueRollback<bool> quiet(quiet_, true);
+    model_->SetSource(table_, atOnce_);
+    ShowCount();
+}
+
+void RecordsPage::ShowError(const QString &error)
+{
     error_->setText(error);
     error_->setVisible(!error.isEmpty());
-    if (!dataset_)
-        return;
-    view_->setModel(dataset_->Model());
-    connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        if (!quiet_)
-            Q_EMIT SelectionChanged();
-    });
+}
+
+void RecordsPage::ShowCount()
+{
+    goTo_->setEnabled(model_->IsCounted() && model_->rowCount() > 0);
+    goTo_->clear();
+    goTo_->setPlaceholderText(model_->IsCounted() ? tr("Go to 1 … %1").arg(QLocale().toString(model_->rowCount()))
+                              : table_            ? tr("Counting…")
+                                                  : QString());
+}
+
+void RecordsPage::Sort(int column)
+{
+    QHeaderView &header = *view_->horizontalHeader();
+    const bool again = model_->SortedBy() == column;
+    const bool back = again && downwards_; // the header turns its sign by itself
+    downwards_ = again && !back;
+    const Qt::SortOrder order = downwards_ ? Qt::DescendingOrder : Qt::AscendingOrder;
+    const QScopedValueRollback<bool> quiet(quiet_, true);
+    view_->clearSelection();
+    ShowError({});
+    header.setSortIndicator(column, order);
+    header.setSortIndicatorShown(!back);
+    model_->SortBy(back ? -1 : column, order);
+}
+
+void RecordsPage::GoTo(qint64 record)
+{
+    const auto row = int(std::clamp<qint64>(record, 1, std::max(1, model_->rowCount())) - 1);
+    view_->setCurrentIndex(model_->index(row, 0));
+    view_->scrollTo(model_->index(row, 0), QAbstractItemView::PositionAtCenter);
 }
 
 void RecordsPage::SetSelected(const std::set<qint64> &records)
 {
-    if (!dataset_ || records == Selected())
+    if (records == Selected())
         return;
+    selected_ = records;
+    ShowSelected();
+}
+
+void RecordsPage::ShowSelected()
+{
     const QScopedValueRollback<bool> quiet(quiet_, true);
-    QAbstractItemModel &model = *view_->model();
-    const auto last = records.empty() ? 0 : *records.rbegin();
-    while (model.rowCount() < last && model.canFetchMore({}))
-        model.fetchMore({});
+    if (model_->SortedBy() >= 0 && !selected_.empty()) {
+        // Ordinals are those of the table's own order.
+        view_->horizontalHeader()->setSortIndicatorShown(false);
+        model_->SortBy(-1, Qt::AscendingOrder);
+    }
     QItemSelection selection;
-    for (const qint64 record : records) {
-        if (record >= 1 && record <= model.rowCount())
-            selection.select(model.index(int(record - 1), 0), model.index(int(record - 1), model.columnCount() - 1));
+    for (const qint64 record : selected_) {
+        if (record >= 1 && record <= model_->rowCount()) {
+            const QModelIndex first = model_->index(int(record - 1), 0);
+            selection.select(first, first.siblingAtColumn(model_->columnCount() - 1));
+        }
     }
     view_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    if (!records.empty() && *records.begin() <= model.rowCount())
-        view_->scrollTo(model.index(int(*records.begin() - 1), 0), QAbstractItemView::PositionAtCenter);
+    if (!selected_.empty() && *selected_.begin() <= model_->rowCount())
+        view_->scrollTo(model_->index(int(*selected_.begin() - 1), 0), QAbstractItemView::PositionAtCenter);
 }
 
 std::set<qint64> RecordsPage::Selected() const
 {
     std::set<qint64> records;
-    if (view_->selectionModel() != nullptr) {
-        for (const QModelIndex &row : view_->selectionModel()->selectedRows())
-            records.insert(row.row() + 1);
+    if (model_->SortedBy() >= 0)
+        return records;
+    for (const QItemSelectionRange &range : view_->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom() && records.size() < kMostSelected; ++row)
+            records.insert(row + 1);
     }
     return records;
 }

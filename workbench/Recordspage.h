@@ -1,21 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Scan.h"
 #include "workbench/Modelstate.h"
 
 #include <QWidget>
 
-#include <memory>
+#include <optional>
 #include <set>
 
 class QLabel;
 class QLineEdit;
 class QTableView;
-class TDataSet;
 
 namespace nuvo {
 
-/// The records of a table or a query in a grid that reads on while it is scrolled, and the filter of a table above.
+class RecordsModel;
+
+/// The records of a table in a grid that scrolls through millions, and the filter of a table above. A click on a
+/// heading sorts them, once more the other way round, and a third one takes that back.
 class RecordsPage : public QWidget
 {
     Q_OBJECT
@@ -24,14 +27,20 @@ public:
     explicit RecordsPage(QWidget *parent = nullptr);
     ~RecordsPage() override;
 
-    /// Shows the records that a state is of; an error of the database stands in their place.
-    void SetState(const ModelState &state);
-    /// Selects records by their ordinals, and reads and scrolls as far as the first of them. Sends no signal.
+    /// Shows the filter of a state and the records of a table; an error of the database stands above them.
+    /// \param atOnce whether the table is so small and near that nobody waits for it
+    void SetState(const ModelState &state, const std::optional<ScanSource> &table, bool atOnce);
+    /// Reads them again.
+    void ReadAgain();
+    /// Selects records by their ordinals, in the table's own order, and scrolls to the first of them. Sends no
+    /// signal.
     void SetSelected(const std::set<qint64> &records);
+    /// Nothing while the records are sorted.
     std::set<qint64> Selected() const;
+    /// Scrolls to a record and makes it the current one.
+    void GoTo(qint64 record);
     QTableView &View() { return *view_; }
-    /// The dataset behind the grid; null when there is none.
-    TDataSet *DataSet() const { return dataset_.get(); }
+    RecordsModel &Model() { return *model_; }
 
 Q_SIGNALS:
     /// The person wants another filter.
@@ -40,13 +49,21 @@ Q_SIGNALS:
     void SelectionChanged();
 
 private:
-    void Show(std::unique_ptr<TDataSet> dataset, const QString &error);
+    void Sort(int column);
+    void ShowSelected();
+    void ShowCount();
+    void ShowError(const QString &error);
 
     ModelState state_;
-    std::unique_ptr<TDataSet> dataset_;
+    std::optional<ScanSource> table_;
+    bool atOnce_ = false;
+    std::set<qint64> selected_; ///< that others have
+    RecordsModel *model_;
     QLineEdit *filter_;
+    QLineEdit *goTo_;
     QTableView *view_;
     QLabel *error_;
+    bool downwards_ = false; ///< the order of what is sorted
     bool quiet_ = false;
 };
 

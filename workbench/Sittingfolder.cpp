@@ -24,9 +24,18 @@ SittingFolder::SittingFolder(const QString &base)
         if (lock_->error() != QLockFile::LockFailedError)
             break;
     }
-    throw EPlatformError(
-        QCoreApplication::translate("Sitting", "There is no place to keep the sitting in: \"%1\" cannot be written.")
-            .arg(base));
+    lock_.reset();
+    temporary_ = std::make_unique<QTemporaryDir>();
+    if (!temporary_->isValid())
+        throw EPlatformError(QCoreApplication::translate(
+                                 "Sitting", "There is no place to keep the sitting in: \"%1\" cannot be written, and "
+                                            "there is no room for temporary files: %2.")
+                                 .arg(base, temporary_->errorString()));
+    path_ = temporary_->path();
+    warning_ =
+        QCoreApplication::translate(
+            "Sitting", "This sitting will not come back: \"%1\" cannot be written. Save what you want to keep.")
+            .arg(base);
 }
 
 } // namespace nuvo

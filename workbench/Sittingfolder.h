@@ -3,6 +3,7 @@
 
 #include <QLockFile>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <memory>
 
@@ -13,14 +14,19 @@ namespace nuvo {
 class SittingFolder
 {
 public:
-    /// The first free one below `base`: sitting, sitting-2, …; made where it is not there.
-    /// \throws EPlatformError when none can be made.
+    /// The first free one below `base`: sitting, sitting-2, …; made where it is not there. Where none can be made
+    /// (no home folder, one that cannot be written), one for temporary files that goes with this.
+    /// \throws EPlatformError when there is no place at all.
     explicit SittingFolder(const QString &base);
 
     const QString &path() const { return path_; }
+    /// That the sitting will not come back, and why; empty where it will.
+    const QString &warning() const { return warning_; }
 
 private:
     QString path_;
+    QString warning_;
+    std::unique_ptr<QTemporaryDir> temporary_;
     std::unique_ptr<QLockFile> lock_;
 };
 

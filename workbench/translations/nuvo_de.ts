@@ -2,6 +2,25 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>Asking</name>
+    <message>
+        <source>Password</source>
+        <translation>Kennwort</translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation>&amp;Kennwort:</translation>
+    </message>
+    <message>
+        <source>It is kept until the program ends, and stored nowhere.</source>
+        <translation>Es wird behalten, bis das Programm endet, und nirgends gespeichert.</translation>
+    </message>
+    <message>
+        <source>Values of the parameters</source>
+        <translation>Werte der Parameter</translation>
+    </message>
+</context>
+<context>
     <name>ChoiceTable</name>
     <message>
         <source>infinite</source>
@@ -704,6 +723,14 @@
         <source>Cannot copy &quot;%1&quot;: %2.</source>
         <translation>„%1“ lässt sich nicht kopieren: %2.</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; is a folder; open a file in it.</source>
+        <translation>„%1“ ist ein Ordner; öffnen Sie eine Datei darin.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a device or a pipe, no file.</source>
+        <translation>„%1“ ist ein Gerät oder eine Pipe, keine Datei.</translation>
+    </message>
 </context>
 <context>
     <name>PageWords</name>
@@ -1154,8 +1181,12 @@
 <context>
     <name>Sitting</name>
     <message>
-        <source>There is no place to keep the sitting in: &quot;%1&quot; cannot be written.</source>
-        <translation>Es gibt keinen Ort für die Sitzung: „%1“ lässt sich nicht beschreiben.</translation>
+        <source>There is no place to keep the sitting in: &quot;%1&quot; cannot be written, and there is no room for temporary files: %2.</source>
+        <translation>Die Sitzung kann nirgends aufbewahrt werden: „%1“ ist nicht beschreibbar, und für temporäre Dateien ist kein Platz: %2.</translation>
+    </message>
+    <message>
+        <source>This sitting will not come back: &quot;%1&quot; cannot be written. Save what you want to keep.</source>
+        <translation>Diese Sitzung kommt nicht wieder: „%1“ ist nicht beschreibbar. Speichern Sie, was Sie behalten wollen.</translation>
     </message>
 </context>
 <context>
@@ -1990,6 +2021,10 @@
         <source>Use it anyway</source>
         <translation>Trotzdem verwenden</translation>
     </message>
+    <message>
+        <source>Kept until the program ends, and stored nowhere.</source>
+        <translation>Wird behalten, bis das Programm endet, und nirgends gespeichert.</translation>
+    </message>
 </context>
 <context>
     <name>nuvo::CsvPreview</name>
@@ -2044,6 +2079,10 @@
     <message>
         <source>There are no records below the first line.</source>
         <translation>Unter der ersten Zeile stehen keine Datensätze.</translation>
+    </message>
+    <message>
+        <source>The first records are too long to show more of them.</source>
+        <translation>Die ersten Datensätze sind zu lang, um mehr davon zu zeigen.</translation>
     </message>
 </context>
 <context>
@@ -2749,12 +2788,51 @@
         <source>Leave records out</source>
         <translation>Datensätze weglassen</translation>
     </message>
+    <message>
+        <source>Type an SQL statement and look at what it gives</source>
+        <translation>Eine SQL-Anweisung eingeben und ansehen, was sie liefert</translation>
+    </message>
+    <message>
+        <source>Reading the records…</source>
+        <translation>Die Datensätze werden gelesen…</translation>
+    </message>
+    <message>
+        <source>Reading the records: %1 so far…</source>
+        <translation>Die Datensätze werden gelesen: bisher %1…</translation>
+    </message>
+    <message>
+        <source>The reading was stopped.</source>
+        <translation>Das Lesen wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Opening %1…</source>
+        <translation>%1 wird geöffnet…</translation>
+    </message>
+    <message>
+        <source>Open a database first: a statement reads its tables.</source>
+        <translation>Öffnen Sie zuerst eine Datenbank: eine Anweisung liest ihre Tabellen.</translation>
+    </message>
+    <message>
+        <source>The sitting is not saved: %1</source>
+        <translation>Die Sitzung ist nicht gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>Quer&amp;y…</source>
+        <translation>Abfra&amp;ge…</translation>
+    </message>
 </context>
 <context>
     <name>nuvo::ModelsTable</name>
     <message>
         <source>Models tried</source>
         <translation>Versuchte Modelle</translation>
+    </message>
+</context>
+<context>
+    <name>nuvo::NearRecords</name>
+    <message>
+        <source>There is no place to copy records to: %1.</source>
+        <translation>Es gibt keinen Platz, um Datensätze hinzukopieren: %1.</translation>
     </message>
 </context>
 <context>
@@ -2978,6 +3056,26 @@ Neue Beobachtung, %4 %: %7 bis %8</translation>
         <source>Records</source>
         <translation>Datensätze</translation>
     </message>
+    <message>
+        <source>Number of the record to go to (Enter)</source>
+        <translation>Nummer des Datensatzes, zu dem gegangen wird (Eingabe)</translation>
+    </message>
+    <message>
+        <source>Go to record</source>
+        <translation>Gehe zu Datensatz</translation>
+    </message>
+    <message>
+        <source>Click to sort the records, by the database</source>
+        <translation>Klicken, um die Datensätze von der Datenbank sortieren zu lassen</translation>
+    </message>
+    <message>
+        <source>Go to 1 … %1</source>
+        <translation>Gehe zu 1 … %1</translation>
+    </message>
+    <message>
+        <source>Counting…</source>
+        <translation>Wird gezählt…</translation>
+    </message>
 </context>
 <context>
     <name>nuvo::Sitting</name>
@@ -3007,6 +3105,13 @@ Neue Beobachtung, %4 %: %7 bis %8</translation>
     <message>
         <source>&quot;%1&quot; is no sitting of this program.</source>
         <translation>„%1“ ist keine Sitzung dieses Programms.</translation>
+    </message>
+</context>
+<context>
+    <name>nuvo::TableFinder</name>
+    <message>
+        <source>Find a table</source>
+        <translation>Tabelle suchen</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Recordpages.h"
+
+#include "platform/Connection.h"
+#include "platform/Errors.h"
+#include "platform/Libpq.h"
+#include "platform/Libsqlite.h"
+#include "platform/Tableorder.h"
+
+#include <QSqlError>
+
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <mutex>
+
+namespace nuvo {
+
+namespace {
+
+constexpr size_t mostAnchors = 1000;
+
+} // namespace
+
+class RecordPages::Private
+{
+public:
+    ScanSource source;
+    QString caption;
+    Connection connection;
+    TableOrder order;
+    std::vector<Field> fields;
+    std::map<qint64, QVariantList> anchors; // keys of rows that were read
+    qint64 counted = -1;
+    int sorted = -1;       // field
+    std::mutex cancelling; // while the handles below are used or change
+    std::atomic<bool> cancelled{false};
+    libpq::Canceller canceller;
+    sqlite3 *sqlite = nullptr;
+    const Libsqlite *library = nullptr;
+
+    void close();
+    void checkCancelled() const;
+    void execute(const QString &sql);
+    QStringList texts(const RowSource &row) const;
+    std::vector<QStringList> read(const Select &select, qint64 first, int most, bool backwards);
+    std::vector<QStringList> ownOrder(qint64 first, int most);
+    std::vector<QStringList> sortedRows(qint64 first, int most);
+    void sortSqlite(const QString &by);
+    void sortPostgres(const QString &by);
+    void endSort();
+    QString where() const;
+};
+
+void RecordPages::Private::close()
+{
+    const std::lock_guard lock(cancelling);
+    canceller.forget();
+    sqlite = nullptr;
+    library = nullptr;
+    connection.close();
+}
+
+void RecordPages::Private::checkCancelled() const
+{
+    if (cancelled)
+        throw EDatabaseError(QStringLiteral("The reading of %1 was ended.").arg(caption));
+}
+
+void RecordPages::Private::execute(const QString &sql)
+{
+    const AnswerLimit::Wait wait = connection.waiting();
+    QSqlQuery query = connection.newQuery();
+    if (!query.exec(sql))
+        connection.fail(query.lastError(), caption);
+}
+
+QString RecordPages::Private::where() const
+{
+    const QString condition = order.condition(connection.dialect());
+    return condition.isEmpty() ? QString() : QStringLiteral(" WHERE ") + condition;
+}
+
+QStringList RecordPages::Private::texts(const RowSource &row) const
+{
+    QStringList cells;
+    for (size_t column = 0; column < fields.size(); ++column) {
+        const QVariant value = row.value(int(column));
+        // Of a cell of a hundred megabytes a view needs no copy.
+        if (value.typeId() == QMetaType::QString && value.toString().size() > LongestText)
+            cells.append(value.toString().left(LongestText) + QChar(0x2026));
+        else if (value.typeId() == QMetaType::QByteArray && value.toByteArray().size() > LongestText)
+            cells.append(textFromValue(value.toByteArray().left(LongestText)) + QChar(0x2026));
+        else
+            cells.append(textFromValue(value));
+    }
+    return cells;
+}
+
+std::vector<QStringList> RecordPages::Private::read(const Select &select, qint64 first, int most, bool backwards)
+{
+    std::vector<QStringList> rows;
+    const std::unique_ptr<RowSource> statement = RowSource::open(connection, select, caption);
+    QVariantList firstKey;
+    QVariantList lastKey;
+    while (int(rows.size()) < most && statement->next()) {
+        rows.push_back(texts(*statement));
+        if (select.keyColumns.empty())
+            continue;
+        lastKey.clear();
+        for (const int column : select.keyColumns)
+            lastKey.append(statement->value(column));
+        if (firstKey.isEmpty())
+            firstKey = lastKey;
+    }
+    if (backwards) {
+        std::reverse(rows.begin(), rows.end());
+        std::swap(firstKey, lastKey);
+    }
+    if (!lastKey.isEmpty()) {
+        if (anchors.size() > mostAnchors)
+            anchors.clear();
+        anchors.emplace(first, firstKey);
+        anchors.emplace(first + qint64(rows.size()) - 1, lastKey);
+    }
+    return rows;
+}
+
+/// From the nearest place whose key is known, the beginning and the end among them.
+std::vector<QStringList> RecordPages::Private::ownOrder(qint64 first, int most)
+{
+    ReadPosition position{first, most, 0, {}};
+    const auto above = anchors.lower_bound(first); // the first one not before
+    if (above != anchors.begin() && !order.keyColumns.empty()) {
+        const auto &[row, key] = *std::prev(above);
+        position.afterRow = row + 1;
+        position.after = key;
+    }
+    const qint64 end = counted < 0 ? first + most : std::min(first + most, counted);
+    if (counted >= 0 && end > first && order.isReversible(connection.dialect())) {
+        qint64 behind = counted - end;
+        QVariantList before;
+        const auto known = anchors.lower_bound(end);
+        if (known != anchors.end() && known->first - end < behind) {
+            behind = known->first - end;
+            before = known->second;
+        }
+        if (behind < first - position.afterRow)
+            return read(order.selectBackwards(connection, before, end - first, behind), first, int(end - first),
+                        true);
+    }
+    return read(order.select(connection, position), first, most, false);
+}
+
+std::vector<QStringList> RecordPages::Private::sortedRows(qint64 first, int most)
+{
+    std::vector<QStringList> rows;
+    Select select;
+    if (connection.dialect() == Dialect::Postgres) {
+        execute(QStringLiteral("MOVE ABSOLUTE %1 FROM nuvo_sorted").arg(first));
+        select.sql = QStringLiteral("FETCH FORWARD %1 FROM nuvo_sorted").arg(most);
+        const AnswerLimit::Wait wait = connection.waiting();
+        QSqlQuery query(connection.database());
+        query.setNumericalPrecisionPolicy(QSql::HighPrecision);
+        if (!query.exec(select.sql))
+            connection.fail(query.lastError(), caption);
+        while (query.next()) {
+            QStringList cells;
+            for (size_t column = 0; column < fields.size(); ++column)
+                cells.append(textFromValue(query.value(int(column))).left(LongestText));
+            rows.push_back(cells);
+        }
+        return rows;
+    }
+    select.sql =
+        order.rowNumber.isEmpty()
+            ? QStringLiteral("SELECT * FROM temp.\"nuvo sorted\" WHERE rowid > %1 ORDER BY rowid LIMIT %2")
+                  .arg(first)
+                  .arg(most)
+            : QStringLiteral("SELECT %1 FROM temp.\"nuvo sorted\" CROSS JOIN main.%2 ON %3 = \"nuvo sorted\".k "
+                             "WHERE \"nuvo sorted\".rowid > %4 ORDER BY \"nuvo sorted\".rowid LIMIT %5")
+                  .arg(order.expressions.join(u','), order.source, order.rowNumber)
+                  .arg(first)
+                  .arg(most);
+    return read(select, first, most, false);
+}
+
+/// The numbers of the rows in their new order, in a table beside the database.
+void RecordPages::Private::sortSqlite(const QString &by)
+{
+    const QString what =
+        order.rowNumber.isEmpty() ? order.expressions.join(u',') : order.rowNumber + QLatin1String(" AS k");
+    execute(QStringLiteral("CREATE TEMP TABLE \"nuvo sorted\" AS SELECT %1 FROM %2%3 ORDER BY %4")
+                .arg(what, order.source, where(), by));
+}
+
+/// The server keeps the rows that it has sorted for a cursor.
+void RecordPages::Private::sortPostgres(const QString &by)
+{
+    execute(QStringLiteral("BEGIN READ ONLY"));
+    execute(QStringLiteral("DECLARE nuvo_sorted SCROLL CURSOR FOR SELECT %1 FROM %2%3 ORDER BY %4")
+                .arg(order.expressions.join(u','), order.source, where(), by));
+}
+
+void RecordPages::Private::endSort()
+{
+    if (sorted < 0)
+        return;
+    sorted = -1;
+    execute(connection.dialect() == Dialect::Postgres ? QStringLiteral("ROLLBACK")
+                                                      : QStringLiteral("DROP TABLE IF EXISTS temp.\"nuvo sorted\""));
+}
+
+RecordPages::RecordPages(ScanSource table) : d_(std::make_unique<Private>())
+{
+    d_->source = std::move(table);
+}
+
+RecordPages::~RecordPages()
+{
+    d_->close();
+}
+
+void RecordPages::open()
+{
+    d_->caption = QStringLiteral("table \"%1\"").arg(d_->source.table);
+    d_->checkCancelled();
+    d_->connection.openBeside(d_->source.databaseName);
+    {
+        const std::lock_guard lock(d_->cancelling);
+        if (d_->connection.dialect() == Dialect::Postgres)
+            d_->canceller.use(d_->connection.database());
+        d_->library =
+            d_->connection.dialect() == Dialect::Sqlite ? Libsqlite::of(d_->connection.database()) : nullptr;
+        d_->sqlite = d_->library != nullptr ? Libsqlite::handleOf(d_->connection.database()) : nullptr;
+    }
+    d_->checkCancelled();
+    static_cast<TableDescription &>(d_->order) = TableDescription::of(d_->connection, d_->source.table);
+    d_->order.filter = d_->source.filter;
+    d_->order.filtered = !d_->source.filter.isEmpty();
+    d_->order.makeOrder(d_->connection, d_->caption);
+    for (const Column &column : d_->order.columns)
+        d_->fields.push_back({column.name, isNumeric(column.kind)});
+}
+
+const std::vector<RecordPages::Field> &RecordPages::fields() const
+{
+    return d_->fields;
+}
+
+qint64 RecordPages::count()
+{
+    d_->checkCancelled();
+    Select select;
+    select.sql = QStringLiteral("SELECT COUNT(*) FROM %1%2").arg(d_->order.source, d_->where());
+    select.cursor = d_->sorted < 0; // the sorted rows are in a transaction of their own
+    const std::unique_ptr<RowSource> result = RowSource::open(d_->connection, select, d_->caption);
+    d_->counted = result->next() ? result->value(0).toLongLong() : 0;
+    return d_->counted;
+}
+
+bool RecordPages::canSort() const
+{
+    return d_->connection.dialect() == Dialect::Sqlite || d_->connection.dialect() == Dialect::Postgres;
+}
+
+void RecordPages::sort(int field, bool descending)
+{
+    d_->checkCancelled();
+    d_->endSort();
+    if (field < 0 || !canSort())
+        return;
+    QString by = d_->order.expressions[field] + (descending ? QLatin1String(" DESC") : QLatin1String(""));
+    for (const KeyPart &part : d_->order.order)
+        by += u',' + part.expression;
+    d_->sorted = field;
+    try {
+        if (d_->connection.dialect() == Dialect::Postgres)
+            d_->sortPostgres(by);
+        else
+            d_->sortSqlite(by);
+    } catch (...) {
+        d_->endSort(); // a cursor that could not be declared leaves a transaction
+        throw;
+    }
+}
+
+std::vector<QStringList> RecordPages::rows(qint64 first, int most)
+{
+    d_->checkCancelled();
+    return d_->sorted < 0 ? d_->ownOrder(first, most) : d_->sortedRows(first, most);
+}
+
+void RecordPages::cancel()
+{
+    const std::lock_guard lock(d_->cancelling);
+    d_->cancelled = true;
+    if (d_->sqlite != nullptr)
+        d_->library->interrupt(d_->sqlite);
+    d_->canceller.cancel();
+}
+
+} // namespace nuvo

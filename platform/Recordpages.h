@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Export.h"
+#include "platform/Scan.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace nuvo {
+
+/// Reads any records of a table by their numbers, in the order in which a dataset has them or sorted by a column,
+/// without the ones before: for a view that scrolls through millions. From where it has been, and from the end, the
+/// database goes to a record by its key; elsewhere it passes over those in between. Memory is that of what is asked
+/// for. On a connection of its own, for one thread, which need not be that of the application; the table is as it is
+/// at the time of each call.
+class NUVO_EXPORT RecordPages
+{
+public:
+    struct Field
+    {
+        QString name;
+        bool numeric = false;
+    };
+
+    /// \param table its columns are not looked at. \pre it names a table
+    explicit RecordPages(ScanSource table);
+    RecordPages(const RecordPages &) = delete;
+    RecordPages &operator=(const RecordPages &) = delete;
+    ~RecordPages();
+
+    // \throws EDatabaseError with one sentence, also after cancel().
+
+    void open();
+    const std::vector<Field> &fields() const;
+    /// Counted by the database.
+    qint64 count();
+    /// Whether sort() can be used: SQLite and PostgreSQL.
+    bool canSort() const;
+    /// From now on by a field, nulls where the database puts them; below 0, in the table's own order. The database
+    /// sorts.
+    void sort(int field, bool descending);
+    /// What a view shows of the records from `first` on, from 0, at most so many. A cell is empty for a null, and cut
+    /// off behind `LongestText` characters.
+    std::vector<QStringList> rows(qint64 first, int most);
+
+    static constexpr qsizetype LongestText = 1000;
+
+    /// Ends what is under way from another thread, and refuses what comes later.
+    void cancel();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d_;
+};
+
+} // namespace nuvo

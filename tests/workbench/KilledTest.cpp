@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "workbench/Killing.h"
+
+TEST(KilledAtAnyMoment, TheSittingComesBackAsItWas)
+{
+    killAtRandomMoments(3);
+}
