@@ -40,6 +40,20 @@ QString languageIn(const QStringList &arguments)
     return parser.value(QStringLiteral("language"));
 }
 
+/// Qt itself would end the program with a core dump. What is asked for by name is Qt's to judge.
+bool hasDisplay(int argc, char **argv)
+{
+#ifdef Q_OS_LINUX
+    const bool isChosen =
+        qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || std::any_of(argv + 1, argv + argc, [](const char *argument) {
+            return QLatin1StringView(argument).endsWith(QLatin1StringView("-platform"));
+        });
+    return isChosen || !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+#else
+    return argv[argc] == nullptr; // there always is one
+#endif
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -50,8 +64,10 @@ int main(int argc, char **argv)
         return text == QLatin1StringView("--help") || text == QLatin1StringView("-h") ||
                text == QLatin1StringView("--version") || text == QLatin1StringView("-v");
     });
-    const std::unique_ptr<QCoreApplication> application =
-        onlyTells ? std::make_unique<QCoreApplication>(argc, argv) : std::make_unique<QApplication>(argc, argv);
+    const bool isBlind = !hasDisplay(argc, argv);
+    const std::unique_ptr<QCoreApplication> application = onlyTells || isBlind
+                                                              ? std::make_unique<QCoreApplication>(argc, argv)
+                                                              : std::make_unique<QApplication>(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Nuvo"));
     QCoreApplication::setApplicationName(QStringLiteral("nuvo-workbench"));
     QCoreApplication::setApplicationVersion(QStringLiteral(NUVO_VERSION_TEXT));
@@ -70,6 +86,14 @@ int main(int argc, char **argv)
                      qPrintable(QCoreApplication::translate("Main", "There is no language \"%1\" here: %2.")
                                     .arg(wanted, nuvo::Language::known().join(QStringLiteral(", ")))));
         return 2;
+    }
+    if (isBlind) {
+        std::fprintf(
+            stderr, "%s\n",
+            qPrintable(QCoreApplication::translate(
+                "Main", "There is no display here that a window could be shown on. The program nuvostat does "
+                        "the same from the command line.")));
+        return 1;
     }
     QGuiApplication::setDesktopFileName(QStringLiteral("nuvo-workbench"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Nuvo Workbench"));

@@ -558,6 +558,10 @@
         <source>There is no language &quot;%1&quot; here: %2.</source>
         <translation>Die Sprache „%1“ gibt es hier nicht: %2.</translation>
     </message>
+    <message>
+        <source>There is no display here that a window could be shown on. The program nuvostat does the same from the command line.</source>
+        <translation>Hier gibt es keinen Bildschirm, auf dem ein Fenster gezeigt werden könnte. Das Programm nuvostat tut dasselbe von der Befehlszeile aus.</translation>
+    </message>
 </context>
 <context>
     <name>ModelState</name>
