@@ -52,6 +52,8 @@ extern "C" void onSignal(int signal)
     ::alarm(noticeTime);
 }
 
+constexpr std::array endingSignals = {SIGINT, SIGTERM, SIGHUP, SIGALRM};
+
 void endWith(int signal)
 {
     struct sigaction action = {};
@@ -92,7 +94,7 @@ void prepareProcess()
     }
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGALRM})
+    for (const int signal : endingSignals)
         endWith(signal);
     // The encoding alone: each of the others is a file to open and says what "C" says without one.
     for (const char *category :
@@ -155,6 +157,20 @@ void discardOnSignal(const QStringList &paths)
             std::copy_n(bytes.constData(), bytes.size() + 1, discarded[count++].begin());
     }
     discardedCount = count;
+}
+
+SignalPause::SignalPause()
+{
+    sigset_t ending;
+    sigemptyset(&ending);
+    for (const int signal : endingSignals)
+        sigaddset(&ending, signal);
+    pthread_sigmask(SIG_BLOCK, &ending, &before_);
+}
+
+SignalPause::~SignalPause()
+{
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }
 
 InterruptHold::InterruptHold()

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <csignal>
+
 namespace nuvo {
 
 /// What the process as a whole needs before anything else: the three standard streams are open, a closed pipe and a
@@ -28,6 +30,19 @@ bool errorIsTerminal();
 /// Files, and the folder that they are in as the last one, which a signal that ends the program removes first. At
 /// most four, which replace those named before.
 void discardOnSignal(const QStringList &paths);
+
+/// While one lives, signals that end the program wait: for what must not be torn apart, and takes no time.
+class SignalPause
+{
+public:
+    SignalPause();
+    ~SignalPause();
+    SignalPause(const SignalPause &) = delete;
+    SignalPause &operator=(const SignalPause &) = delete;
+
+private:
+    sigset_t before_;
+};
 
 /// Thrown by InterruptHold::check().
 struct Interrupted

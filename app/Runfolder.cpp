@@ -16,20 +16,22 @@ QString place()
 
 } // namespace
 
-RunFolder::RunFolder() : folder_(place() + QStringLiteral("/nuvostat-XXXXXX"))
+RunFolder::RunFolder()
 {
-    if (!folder_.isValid())
+    const SignalPause pause; // between the making of the folder and the note of it
+    folder_.emplace(place() + QStringLiteral("/nuvostat-XXXXXX"));
+    if (!folder_->isValid())
         throw EPlatformError(
             QStringLiteral("A temporary folder cannot be made in \"%1\" (%2); the variable TMPDIR names "
                            "another place.")
-                .arg(place(), folder_.errorString()));
-    discardOnSignal({folder_.filePath(QStringLiteral("data.db")), folder_.filePath(QStringLiteral("data.db-journal")),
-                     folder_.path()});
+                .arg(place(), folder_->errorString()));
+    discardOnSignal({folder_->filePath(QStringLiteral("data.db")),
+                     folder_->filePath(QStringLiteral("data.db-journal")), folder_->path()});
 }
 
 RunFolder::~RunFolder()
 {
-    folder_.remove();
+    folder_->remove();
     discardOnSignal({});
 }
 

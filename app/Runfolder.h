@@ -4,6 +4,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <optional>
+
 namespace nuvo {
 
 /// A folder of the run's own for a temporary SQLite file: removed at the end, and when a signal ends the program.
@@ -17,10 +19,10 @@ public:
     RunFolder &operator=(const RunFolder &) = delete;
     ~RunFolder();
 
-    QString database() const { return folder_.filePath(QStringLiteral("data.db")); }
+    QString database() const { return folder_->filePath(QStringLiteral("data.db")); }
 
 private:
-    QTemporaryDir folder_;
+    std::optional<QTemporaryDir> folder_;
 };
 
 } // namespace nuvo
