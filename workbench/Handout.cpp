@@ -43,6 +43,15 @@ QString fileNameOf(const QString &text)
     return name;
 }
 
+QAction *addAction(QMenu &menu, const QString &text, const QKeySequence &keys, const QString &hint)
+{
+    QAction *const action = menu.addAction(text);
+    action->setShortcut(keys);
+    action->setStatusTip(hint);
+    action->setToolTip(hint);
+    return action;
+}
+
 } // namespace
 
 Handout::Handout(Sitting &sitting, Pages &pages, QAbstractItemView &models, QWidget &window)
@@ -53,11 +62,7 @@ Handout::Handout(Sitting &sitting, Pages &pages, QAbstractItemView &models, QWid
 void Handout::AddFileActions(QMenu &menu)
 {
     const auto add = [&](const QString &text, const QKeySequence &keys, const QString &hint, auto handler) {
-        QAction *const action = menu.addAction(text);
-        action->setShortcut(keys);
-        action->setStatusTip(hint);
-        action->setToolTip(hint);
-        connect(action, &QAction::triggered, this, handler);
+        connect(addAction(menu, text, keys, hint), &QAction::triggered, this, handler);
     };
     add(tr("Save &Report…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S),
         tr("Save summary, diagnostics and figures: PDF, HTML, text or Markdown"), &Handout::SaveReport);
@@ -79,11 +84,7 @@ void Handout::AddFileActions(QMenu &menu)
 void Handout::AddEditActions(QMenu &menu)
 {
     const auto add = [&](const QString &text, const QKeySequence &keys, const QString &hint, auto handler) {
-        QAction *const action = menu.addAction(text);
-        action->setShortcut(keys);
-        action->setStatusTip(hint);
-        action->setToolTip(hint);
-        connect(action, &QAction::triggered, this, handler);
+        connect(addAction(menu, text, keys, hint), &QAction::triggered, this, handler);
     };
     add(tr("&Copy Page"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
         tr("Copy what the page shows: text and HTML, rows, or the figure"), &Handout::CopyPage);
