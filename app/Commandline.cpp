@@ -19,6 +19,8 @@ constexpr char programUsage[] = R"(Usage:
            --response TERM [--control TERM]... [OPTIONS]
   nuvostat run FORM.ui [--format text|report|json]
   nuvostat fit FILE.csv --response TERM [--control TERM]... [OPTIONS]
+  nuvostat select METHOD FILE.csv --response TERM [--control TERM]...
+           [OPTIONS]
   nuvostat fit FILE.csv --head N
   nuvostat import FILE.csv --database DB --table NAME [--replace]
   nuvostat ftable --database DB --table NAME [--denominators N] [--replace]
@@ -164,12 +166,21 @@ private:
         return asked;
     }
 
+    /// What is often meant where one control variable is followed by another.
+    static QString severalControls(const CLI::App *command)
+    {
+        const CLI::Option *control = command == nullptr ? nullptr : command->get_option_no_throw("--control");
+        return control != nullptr && control->count() > 0
+                   ? QStringLiteral("; --control is given once for each control variable")
+                   : QString();
+    }
+
     QString tooMuch(const CLI::App *command) const
     {
         const std::vector<std::string> left = (command == nullptr ? &program_ : command)->remaining();
         const QString first = left.empty() ? QString() : QString::fromStdString(left.front());
         if (!first.startsWith(u'-'))
-            return QStringLiteral("\"%1\" is one argument too many.").arg(first);
+            return QStringLiteral("\"%1\" is one argument too many%2.").arg(first, severalControls(command));
         QStringList options;
         for (const CLI::Option *option : (command == nullptr ? &program_ : command)->get_options())
             options.append(optionName(option));

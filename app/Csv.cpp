@@ -64,6 +64,7 @@ CsvReader::CsvReader(const QString &fileName, const CsvCorrections &corrections)
     format_ = recogniser.format();
     reasons_ = recogniser.reasons();
     markLength_ = qint64(recogniser.markLength());
+    firstLine_ = recogniser.firstLine();
     rewind();
 }
 
@@ -89,9 +90,10 @@ void CsvReader::rewind()
                                                                                      : QStringDecoder::Utf16BE,
                                   QStringDecoder::Flag::ConvertInitialBom);
     at_ = end_ = nullptr;
-    line_ = 1;
+    line_ = firstLine_;
     recordLine_ = 0;
     expected_ = 0;
+    records_ = 0;
 }
 
 qint64 CsvReader::read()
@@ -138,7 +140,12 @@ void CsvReader::fail(const QString &what, qint64 line) const
 std::string_view CsvReader::cell(size_t index) const
 {
     const size_t from = index == 0 ? 0 : ends_[index - 1];
-    return std::string_view(text_).substr(from, ends_[index] - from);
+    const std::string_view bytes = std::string_view(text_).substr(from, ends_[index] - from);
+    if (corrections_.nulls.empty() || records_ == 1)
+        return bytes;
+    const bool null = std::find(corrections_.nulls.begin(), corrections_.nulls.end(), withoutBlanks(bytes)) !=
+                      corrections_.nulls.end();
+    return null ? std::string_view() : bytes;
 }
 
 bool CsvReader::next()
@@ -152,14 +159,26 @@ bool CsvReader::next()
         while (readCell() == End::Cell) {
         }
     } while (expected_ != 1 && ends_.size() == 1 && withoutBlanks(text_).empty());
+    if (records_ == 0 && format_.rowNames)
+        ends_.insert(ends_.begin(), 0);
     if (expected_ == 0)
         expected_ = ends_.size();
-    if (ends_.size() != expected_)
-        fail(QStringLiteral("%1 where the header row has %2")
-                 .arg(ends_.size() == 1 ? QStringLiteral("1 cell") : QStringLiteral("%1 cells").arg(ends_.size()))
-                 .arg(expected_),
-             recordLine_);
+    checkCells();
+    ++records_;
     return true;
+}
+
+void CsvReader::checkCells()
+{
+    if (ends_.size() == expected_)
+        return;
+    QString what =
+        QStringLiteral("%1 where the header row has %2")
+            .arg(ends_.size() == 1 ? QStringLiteral("1 cell") : QStringLiteral("%1 cells").arg(ends_.size()))
+            .arg(expected_);
+    if (ends_.size() > expected_ && (records_ == 1 || expected_ == 1))
+        what += QStringLiteral("; a title or a comment above the header row has to be taken out");
+    fail(what, recordLine_);
 }
 
 CsvReader::End CsvReader::readCell()
@@ -267,6 +286,11 @@ void takeColumns(CsvSurvey &survey, const std::vector<std::string> &names, const
         const ColumnSurvey &column = columns[i];
         CsvColumn told;
         told.name = decoded(names[i], survey.format.encoding).trimmed();
+        told.cell = i;
+        if (told.name.isEmpty() && column.isEmpty() && columns.size() > 1 && (i > 0 || survey.rows > 0)) {
+            ++survey.leftOut;
+            continue;
+        }
         told.intruder = decoded(column.intruder(decimal), survey.format.encoding).left(longestIntruder);
         told.intruderLine = column.intruderLine(decimal);
         told.intruderLike = writtenLike(told.intruder, QLatin1Char(decimal));
@@ -277,15 +301,18 @@ void takeColumns(CsvSurvey &survey, const std::vector<std::string> &names, const
             told.name = freeRowName(names, survey.format.encoding);
         survey.columns.push_back(told);
         if (told.name.isEmpty())
-            throw EPlatformError(QStringLiteral("Column %1 of \"%2\" has no name in the header row.")
-                                     .arg(survey.columns.size())
+            throw EPlatformError(QStringLiteral("Column %1 of \"%2\" has no name in the header row; give it one, or "
+                                                "take out what stands above the header row.")
+                                     .arg(i + 1)
                                      .arg(fileName));
         if (there.contains(told.name.toCaseFolded()))
             throw EPlatformError(QStringLiteral("The header row of \"%1\" has the name \"%2\" twice; upper and lower "
-                                                "case are the same to a database.")
+                                                "case are the same to a database. Give each a name of its own.")
                                      .arg(fileName, told.name));
         there.insert(told.name.toCaseFolded());
     }
+    if (survey.columns.empty())
+        throw EPlatformError(QStringLiteral("No column of \"%1\" has a name or a value.").arg(fileName));
 }
 
 } // namespace

@@ -22,7 +22,9 @@ namespace nuvo {
 ///
 /// How the file is written is recognised (CsvRecogniser) as far as it is not told. A cell in double quotes may hold
 /// separators, line breaks and doubled quotes; blanks around the quotes are left out. Lines end with LF, CR LF or CR;
-/// empty lines are left out, except where a record has one cell. A byte-order mark is left out.
+/// empty lines are left out, except where a record has one cell. A byte-order mark and a first line "sep=;" are left
+/// out. Where the records name the rows and the header row does not say so (CsvFormat::rowNames), an empty cell
+/// stands in front of its names. From the second record on, a cell that CsvCorrections::nulls names is empty.
 class CsvReader
 {
 public:
@@ -64,6 +66,7 @@ private:
     void readQuoted();
     void readLineBreak(bool keep);
     void append(const char *from, const char *to);
+    void checkCells();
     [[noreturn]] void fail(const QString &what, qint64 line) const;
 
     const CsvCorrections corrections_;
@@ -79,6 +82,8 @@ private:
     QStringDecoder decoder_;
     QByteArray decoded_;  ///< what the buffer holds of UTF-16, as UTF-8
     size_t expected_ = 0; ///< cells of the first record
+    qint64 records_ = 0;
+    qint64 firstLine_ = 1;
     qint64 line_ = 1;
     qint64 recordLine_ = 0;
     std::string text_; ///< the record's cells, one behind the other
@@ -89,6 +94,7 @@ struct CsvColumn
 {
     QString name;
     ColumnType type = ColumnType::Text;
+    size_t cell = 0; ///< its place in a record
     /// In a column of texts that begins with numbers, with numbers whose thousands are parted, or with dates: the
     /// first cell that is no number, its line, and what it is written like (nuvo::writtenLike) where that is known.
     QString intruder;
@@ -103,6 +109,7 @@ struct CsvSurvey
     CsvReasons reasons;
     std::vector<CsvColumn> columns;
     qint64 rows = 0;
+    size_t leftOut = 0; ///< columns without a name and a value
 };
 
 /// Reads the file from its first record, the header row, to the end.
@@ -112,7 +119,8 @@ struct CsvSurvey
 /// make a text of a number ("00123" is a code); a plus sign does not. A whole number outside 64 bits counts as
 /// floating-point; so do "NaN" and "Inf" beside other numbers. Nulls leave the type to the other cells; a column of
 /// nothing else is of texts. Where the first column of several has no name it is called "row" ("row_2" and so on
-/// where another one is): statistics programs write the names of the rows so. \throws EPlatformError as
+/// where another one is): statistics programs write the names of the rows so. Another column without a name is left
+/// out if it has no value either, as spreadsheets write what was once in use. \throws EPlatformError as
 /// CsvReader::next(), and for an empty file, another column without a name and a doubled name (upper and lower case
 /// alike), and for bytes that are no UTF-8 in a file that was said to be.
 CsvSurvey surveyCsv(CsvReader &reader);

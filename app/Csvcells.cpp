@@ -188,7 +188,7 @@ void ColumnSurvey::add(std::string_view cell, qint64 line)
                 seen.example = cell.substr(0, longestKept);
                 seen.exampleLine = line;
             }
-        } else if (sign == DecimalSign::CommaOrThousand) {
+        } else {
             seen.ambiguous = true;
         }
     }
@@ -226,10 +226,12 @@ QString decimalReason(const std::vector<ColumnSurvey> &columns, char decimal)
                 .arg(QString::fromUtf8(column.example(decimal).data(), qsizetype(column.example(decimal).size())));
     }
     for (const ColumnSurvey &column : columns) {
-        if (column.isOpen() && column.isNumeric(','))
+        if (column.isOpen(',') && column.isNumeric(','))
             return CsvWords::tr("commas could be decimal or part thousands; --decimal says which");
+        if (column.isOpen('.') && column.isNumeric('.'))
+            return CsvWords::tr("points could be decimal or part thousands; --decimal says which");
     }
-    return CsvWords::tr("no number has one");
+    return CsvWords::tr("no number has a decimal sign");
 }
 
 QString decoded(std::string_view bytes, CsvEncoding encoding)

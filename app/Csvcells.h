@@ -53,8 +53,10 @@ public:
     bool needs(char decimal) const { return of(decimal).exampleLine > 0; }
     const std::string &example(char decimal) const { return of(decimal).example; }
     qint64 exampleLine(char decimal) const { return of(decimal).exampleLine; }
-    /// Whether it has commas that could be decimal or part thousands.
-    bool isOpen() const { return open_ && by_[1].ambiguous; }
+    /// Whether it has commas, or points, that could be decimal or part thousands.
+    bool isOpen(char decimal) const { return open_ && of(decimal).ambiguous; }
+    /// Whether all its cells are null.
+    bool isEmpty() const { return by_[0].isEmpty() && by_[1].isEmpty(); }
     /// The first cell that is no number in a column that has or begins with numbers, numbers with thousands
     /// separators or dates; and its line, 0 where there is none.
     const std::string &intruder(char decimal) const { return of(decimal).intruder; }
@@ -68,13 +70,14 @@ private:
         bool floating = false;
         bool notFinite = false;
         bool text = false;
-        bool ambiguous = false; ///< a comma that could part thousands
+        bool ambiguous = false; ///< its decimal sign could part thousands
         std::string intruder;
         qint64 intruderLine = 0;
         std::string example; ///< of a number that can have but this decimal sign
         qint64 exampleLine = 0;
 
         void add(CellKind kind, std::string_view cell, qint64 line);
+        bool isEmpty() const { return !whole && !floating && !notFinite && !text; }
     };
     const Seen &of(char decimal) const { return open_ && decimal == ',' ? by_[1] : by_[0]; }
 

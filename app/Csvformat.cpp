@@ -95,6 +95,7 @@ struct RoughRecord
 {
     qint64 line = 0;
     std::vector<std::string_view> cells; ///< without their quotes, those in them doubled
+    bool beginsQuoted = false;
 };
 
 /// The records of a text, as far as they are whole. Rough: what is wrong with a record is for the reader to say.
@@ -117,7 +118,7 @@ std::vector<RoughRecord> recordsOf(std::string_view text, char separator, bool w
         if (record.cells.empty())
             record.line = line;
         size_t begin = at;
-        while (begin < text.size() && (text[begin] == ' ' || (text[begin] == '\t' && separator != '\t')))
+        while (begin < text.size() && text[begin] != separator && (text[begin] == ' ' || text[begin] == '\t'))
             ++begin;
         std::string_view cell;
         if (begin < text.size() && text[begin] == '"') {
@@ -127,6 +128,7 @@ std::vector<RoughRecord> recordsOf(std::string_view text, char separator, bool w
             cell = text.substr(begin + 1, std::max(at, begin + 2) - begin - 2);
             line += std::count(cell.begin(), cell.end(), '\n');
             quoted = true;
+            record.beginsQuoted = record.beginsQuoted || record.cells.empty();
             while (at < text.size() && text[at] != separator && text[at] != '\n' && text[at] != '\r')
                 ++at;
         } else {
@@ -156,6 +158,40 @@ bool agree(const std::vector<RoughRecord> &records)
 {
     return std::all_of(records.begin(), records.end(),
                        [&](const RoughRecord &one) { return one.cells.size() == records[0].cells.size(); });
+}
+
+/// Whether each record has one cell more than the header row, in front: the name of the row. An empty last cell of
+/// all is none, and a comma may be a decimal sign that nobody quoted.
+bool nameRows(const std::vector<RoughRecord> &records, char separator)
+{
+    if (records.size() < 2)
+        return false;
+    const size_t names = records[0].cells.size();
+    bool value = false;
+    for (size_t i = 1; i < records.size(); ++i) {
+        const RoughRecord &one = records[i];
+        if (one.cells.size() != names + 1)
+            return false;
+        const bool text = cellKindOf(one.cells[0], '.') == CellKind::Text;
+        // A title above two columns looks like a header row of one name.
+        if (!one.beginsQuoted && (names == 1 || (separator == ',' && !text)))
+            return false;
+        value = value || !withoutBlanks(one.cells.back()).empty();
+    }
+    return value;
+}
+
+std::vector<ColumnSurvey> columnsOf(const std::vector<RoughRecord> &records)
+{
+    size_t count = 0;
+    for (const RoughRecord &one : records)
+        count = std::max(count, one.cells.size());
+    std::vector<ColumnSurvey> columns(count, ColumnSurvey({}));
+    for (size_t row = 1; row < records.size(); ++row) {
+        for (size_t i = 0; i < records[row].cells.size(); ++i)
+            columns[i].add(records[row].cells[i], records[row].line);
+    }
+    return columns;
 }
 
 QString whyNoComma(char separator, const HeaderRow &header)
@@ -197,8 +233,34 @@ CsvRecogniser::CsvRecogniser(std::string_view bytes, bool whole, const CsvCorrec
         decodedBytes = QString(decoder(QByteArrayView(bytes.data(), qsizetype(bytes.size())))).toUtf8();
         text = {decodedBytes.constData(), size_t(decodedBytes.size())};
     }
-    findSeparator(text, whole);
+    const bool named = takeSeparatorLine(text);
+    if (!named || corrections_.separator)
+        findSeparator(text, whole);
+    format_.rowNames = nameRows(recordsOf(text, format_.separator, whole), format_.separator);
     findDecimal(text, whole);
+}
+
+/// "sep=;" in the first line, which is taken off the text; not what is said otherwise.
+bool CsvRecogniser::takeSeparatorLine(std::string_view &text)
+{
+    constexpr std::string_view name = "sep=";
+    if (text.size() < name.size() + 2 || QLatin1StringView(text.data(), qsizetype(name.size()))
+                                             .compare(QLatin1StringView("sep="), Qt::CaseInsensitive))
+        return false;
+    const char separator = text[name.size()];
+    const std::string_view rest = text.substr(name.size() + 1);
+    const size_t lineEnd = rest.starts_with("\r\n") ? 2 : rest[0] == '\n' || rest[0] == '\r' ? 1 : 0;
+    if (lineEnd == 0 || separator == '"' || separator == '\n' || separator == '\r')
+        return false;
+    const size_t length = name.size() + 1 + lineEnd;
+    const bool wide =
+        format_.encoding == CsvEncoding::Utf16LittleEndian || format_.encoding == CsvEncoding::Utf16BigEndian;
+    text.remove_prefix(length);
+    markLength_ += wide ? 2 * length : length;
+    firstLine_ = 2;
+    format_.separator = separator;
+    reasons_.separator = CsvWords::tr("the first line says so");
+    return true;
 }
 
 void CsvRecogniser::findEncoding(std::string_view bytes, bool whole)
@@ -239,13 +301,17 @@ void CsvRecogniser::findSeparator(std::string_view text, bool whole)
     const HeaderRow header(text);
     format_.separator = header.separator();
     if (header.comma)
-        reasons_.separator = CsvWords::tr("the header row has one");
+        reasons_.separator = CsvWords::tr("the header row has a comma");
     else if (format_.separator == ',')
         reasons_.separator = CsvWords::tr("there is one column");
     else
         reasons_.separator = whyNoComma(format_.separator, header);
     const std::vector<RoughRecord> records = recordsOf(text, format_.separator, whole);
-    if (records.size() < 2 || agree(records))
+    if (format_.separator == ',' && !header.comma) {
+        findBarOrBlank(text, whole);
+        return;
+    }
+    if (records.size() < 2 || agree(records) || nameRows(records, format_.separator))
         return;
     for (const char other : {';', '\t'}) {
         const std::vector<RoughRecord> parted = recordsOf(text, other, whole);
@@ -253,6 +319,26 @@ void CsvRecogniser::findSeparator(std::string_view text, bool whole)
             continue;
         reasons_.separator = whyOther(format_.separator).arg(parted[0].cells.size());
         format_.separator = other;
+        return;
+    }
+}
+
+/// For a header row without comma, semicolon and tab.
+void CsvRecogniser::findBarOrBlank(std::string_view text, bool whole)
+{
+    for (const char other : {'|', ' '}) {
+        const std::vector<RoughRecord> records = recordsOf(text, other, whole);
+        if (records.size() < 2 || !(agree(records) || nameRows(records, other)) || records[1].cells.size() < 2)
+            continue;
+        const std::vector<ColumnSurvey> columns = columnsOf(records);
+        const bool numbers = std::any_of(columns.begin(), columns.end(), [](const ColumnSurvey &column) {
+            return column.isNumeric('.') || column.isNumeric(',');
+        });
+        if (other == ' ' && !numbers)
+            continue;
+        format_.separator = other;
+        reasons_.separator = CsvWords::tr("every record has %1 cells with it, and the header row no other separator")
+                                 .arg(records[1].cells.size());
         return;
     }
 }
@@ -267,11 +353,7 @@ void CsvRecogniser::findDecimal(std::string_view text, bool whole)
     const std::vector<RoughRecord> records = recordsOf(text, format_.separator, whole);
     if (records.empty())
         return;
-    std::vector<ColumnSurvey> columns(records[0].cells.size(), ColumnSurvey({}));
-    for (size_t row = 1; row < records.size(); ++row) {
-        for (size_t i = 0; i < std::min(columns.size(), records[row].cells.size()); ++i)
-            columns[i].add(records[row].cells[i], records[row].line);
-    }
+    const std::vector<ColumnSurvey> columns = columnsOf(records);
     format_.decimal = decimalOf(columns);
     reasons_.decimal = decimalReason(columns, format_.decimal);
 }

@@ -5,7 +5,9 @@
 #include <QString>
 
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace nuvo {
 
@@ -23,6 +25,9 @@ struct CsvFormat
     CsvEncoding encoding = CsvEncoding::Utf8;
     char separator = ','; ///< of the cells
     char decimal = '.';   ///< or ','
+    /// Each record begins with a cell for which the header row has no name, the name of the row: so R's write.table
+    /// writes a table.
+    bool rowNames = false;
 
     bool operator==(const CsvFormat &) const = default;
 };
@@ -33,6 +38,7 @@ struct CsvCorrections
     std::optional<CsvEncoding> encoding;
     std::optional<char> separator;
     std::optional<char> decimal;
+    std::vector<std::string> nulls; ///< cells that stand for a missing value, beside nothing and NA
 };
 
 /// Why a format was taken, each as half a sentence.
@@ -48,9 +54,11 @@ struct CsvReasons
 /// A byte-order mark names UTF-8 and UTF-16; without one, zero bytes at every second place mean UTF-16, and bytes
 /// that are no UTF-8 Windows-1252. Cells are parted by commas where the header row has one, else by its semicolons or
 /// tabs, whichever are more; but where commas would part the records into different numbers of cells, and semicolons
-/// or tabs into the same, by these. Numbers have a decimal comma where cells are not parted by commas, a column is
-/// one of numbers if commas are decimal and has one that cannot part thousands ("1,5", not "1,234"), and no column of
-/// numbers has such a point.
+/// or tabs into the same, by these. Where the header row has none of the three, vertical bars or blanks part the
+/// cells if every record has as many of them and, of blanks, some column is one of numbers. A first line "sep=;", as
+/// spreadsheets write it, names the separator and is no record. Numbers have a decimal comma where cells are not
+/// parted by commas, a column is one of numbers if commas are decimal and has one that cannot part thousands ("1,5",
+/// not "1,234"), and no column of numbers has such a point.
 class CsvRecogniser
 {
 public:
@@ -60,18 +68,23 @@ public:
 
     const CsvFormat &format() const { return format_; }
     const CsvReasons &reasons() const { return reasons_; }
-    /// Bytes of the byte-order mark.
+    /// Bytes of the byte-order mark, and of the line that names the separator.
     size_t markLength() const { return markLength_; }
+    /// The number of the line in which the records begin, from 1.
+    qint64 firstLine() const { return firstLine_; }
 
 private:
     void findEncoding(std::string_view bytes, bool whole);
     void findSeparator(std::string_view text, bool whole);
+    bool takeSeparatorLine(std::string_view &text);
+    void findBarOrBlank(std::string_view text, bool whole);
     void findDecimal(std::string_view text, bool whole);
 
     const CsvCorrections corrections_;
     CsvFormat format_;
     CsvReasons reasons_;
     size_t markLength_ = 0;
+    qint64 firstLine_ = 1;
 };
 
 bool isUtf8(std::string_view bytes);

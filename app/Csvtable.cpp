@@ -71,6 +71,23 @@ private:
     std::vector<QStringList> rows_;
 };
 
+QString leftOutText(size_t count)
+{
+    if (count == 0)
+        return {};
+    return count == 1 ? QStringLiteral("; another one has neither name nor values")
+                      : QStringLiteral("; %1 others have neither names nor values").arg(count);
+}
+
+/// Whether the header row looks like a record.
+bool namedByNumbers(const CsvSurvey &survey)
+{
+    return std::all_of(survey.columns.begin(), survey.columns.end(), [&](const CsvColumn &column) {
+        const CellKind kind = cellKindOf(column.name.toStdString(), survey.format.decimal);
+        return kind == CellKind::Whole || kind == CellKind::Floating;
+    });
+}
+
 /// A cell as it is shown: on one line, and not longer than that.
 QString shown(const QString &cell)
 {
@@ -89,14 +106,14 @@ void fillTable(NewTable &table, CsvReader &reader, const CsvSurvey &survey, bool
     table.create(columns, {}, replace);
     QVariantList row(qsizetype(columns.size()));
     reader.rewind();
-    if (!reader.next() || reader.cellCount() != columns.size())
+    if (!reader.next() || reader.cellCount() != columns.size() + survey.leftOut)
         failChangedCsv();
     qint64 left = survey.rows;
     while (reader.next()) {
         if (left-- == 0)
             failChangedCsv();
         for (size_t i = 0; i < columns.size(); ++i)
-            row[qsizetype(i)] = cellValue(reader.cell(i), columns[i].type, survey.format);
+            row[qsizetype(i)] = cellValue(reader.cell(survey.columns[i].cell), columns[i].type, survey.format);
         table.add(row);
     }
     if (left > 0)
@@ -118,11 +135,12 @@ QString headOf(const CsvOptions &options)
     const int records = options.head.value_or(0);
     const CsvFormat &format = survey.format;
     QString text =
-        QStringLiteral("%1: %2 of %3.\n\n")
+        QStringLiteral("%1: %2 of %3%4.\n\n")
             .arg(withoutControls(reader.fileName()),
                  survey.rows == 1 ? QStringLiteral("1 record") : QStringLiteral("%1 records").arg(survey.rows),
                  survey.columns.size() == 1 ? QStringLiteral("1 column")
-                                            : QStringLiteral("%1 columns").arg(survey.columns.size()));
+                                            : QStringLiteral("%1 columns").arg(survey.columns.size()),
+                 leftOutText(survey.leftOut));
     const auto why = [](const QString &reason) { return reason.isEmpty() ? QString() : u": " % reason; };
     Grid how;
     how.add({QStringLiteral("Encoding"), encodingName(format.encoding) + why(survey.reasons.encoding)});
@@ -130,6 +148,8 @@ QString headOf(const CsvOptions &options)
     how.add(
         {QStringLiteral("Decimal sign"), (format.decimal == ',' ? QStringLiteral("comma") : QStringLiteral("point")) +
                                              why(withoutControls(survey.reasons.decimal))});
+    if (namedByNumbers(survey))
+        how.add({QStringLiteral("Header row"), QStringLiteral("numbers: perhaps the names are missing")});
     text += how.text({}) + u'\n';
 
     Grid columns;
@@ -152,8 +172,8 @@ QString headOf(const CsvOptions &options)
     reader.next();
     for (int row = 0; row < records && reader.next(); ++row) {
         QStringList cells;
-        for (size_t i = 0; i < reader.cellCount(); ++i) {
-            const auto cell = csvText(reader.cell(i).substr(0, 200), format.encoding);
+        for (const CsvColumn &column : survey.columns) {
+            const auto cell = csvText(reader.cell(column.cell).substr(0, 200), format.encoding);
             cells.append(cell ? shown(cell->trimmed()) : QString());
         }
         head.add(cells);

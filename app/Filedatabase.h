@@ -20,7 +20,8 @@ public:
     /// The table is called as the file is, without its folders.
     const QString &table() const { return table_; }
 
-    /// Where the first cell of these fields is that is no number, as a sentence; empty where all of them are.
+    /// Where the first cell of these fields is that is no number, and what can be done about it;
+    /// empty where all of them are.
     QString firstWithoutNumber(const QStringList &fields) const;
 
 private:

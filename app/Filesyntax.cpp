@@ -29,13 +29,14 @@ void FileSyntax::addFile(const char *help, const char *group)
     separator_ = addValue("--separator", "CHAR", "What parts the cells: \",\", \";\", tab, ...", group);
     decimal_ = addValue("--decimal", ".|,", "The decimal sign of its numbers", group);
     encoding_ = addValue("--encoding", "NAME", "utf-8, utf-16le, utf-16be, windows-1252, latin-1", group);
+    nulls_ = addValues("--null", "TEXT", "A cell that stands for a missing value, beside NA", group);
     head_ = addValue("--head", "N", "Show what is understood and N records; no more", group);
 }
 
 std::optional<CsvOptions> FileSyntax::readFile() const
 {
     if (!hasFile()) {
-        for (const CLI::Option *option : {separator_, decimal_, encoding_, head_}) {
+        for (const CLI::Option *option : {separator_, decimal_, encoding_, nulls_, head_}) {
             if (isGiven(option))
                 throw UsageError(
                     QStringLiteral("%1 belongs to a CSV file, and none is named.").arg(optionName(option)));
@@ -54,6 +55,8 @@ std::optional<CsvOptions> FileSyntax::readFile() const
                                                                       {"utf-16be", CsvEncoding::Utf16BigEndian},
                                                                       {"windows-1252", CsvEncoding::Windows1252},
                                                                       {"latin-1", CsvEncoding::Latin1}});
+    for (const QString &null : optionTexts(nulls_))
+        options.corrections.nulls.push_back(null.trimmed().toStdString());
     if (isGiven(head_))
         options.head = wholeNumber(head_, 0, mostShown);
     return options;

@@ -20,7 +20,7 @@ class FileSyntax : public CommandSyntax
 protected:
     using CommandSyntax::CommandSyntax;
 
-    /// FILE.csv, the argument at this place, --separator, --decimal, --encoding and --head.
+    /// FILE.csv, the argument at this place, --separator, --decimal, --encoding, --null and --head.
     void addFile(const char *help, const char *group = "CSV file");
     bool hasFile() const { return isGiven(file_); }
     /// \throws UsageError also for the others without a file.
@@ -31,6 +31,7 @@ private:
     CLI::Option *separator_ = nullptr;
     CLI::Option *decimal_ = nullptr;
     CLI::Option *encoding_ = nullptr;
+    CLI::Option *nulls_ = nullptr;
     CLI::Option *head_ = nullptr;
 };
 

@@ -22,7 +22,8 @@ constexpr char fitUsage[] = R"(Usage:
            [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
   nuvostat fit --database DB --sql TEXT VARIABLES [OPTIONS]
   nuvostat fit FILE.csv [--separator CHAR] [--decimal .|,] [--encoding NAME]
-           [--filter EXPRESSION] [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
+           [--null TEXT]... [--filter EXPRESSION] [--order FIELD[,FIELD...]]
+           VARIABLES [OPTIONS]
   nuvostat fit FILE.csv --head N
 VARIABLES is --response TERM [--control TERM]...
 )";

@@ -9,25 +9,27 @@ namespace {
 
 constexpr char importUsage[] = R"(Usage:
   nuvostat import FILE.csv --database DB --table NAME [--replace]
-           [--separator CHAR] [--decimal .|,] [--encoding NAME]
+           [--separator CHAR] [--decimal .|,] [--encoding NAME] [--null TEXT]...
   nuvostat import FILE.csv --head N
 )";
 
 constexpr char importFooter[] = R"(
 The first row names the columns. How the file is written is recognised and told:
 its separator (the comma where the header row has one, else the semicolon or
-tab), its decimal sign (a comma is none where it parts cells), its encoding
-(UTF-8, UTF-16, else Windows-1252). --head shows that, with the reasons, and the
-options put right what is not understood. Cells in double quotes may hold
-anything.
+tab, else the vertical bar or blank), its decimal sign (a comma is none where it
+parts cells), its encoding (UTF-8, UTF-16, else Windows-1252). --head shows
+that, with the reasons, and the options put right what is not understood. Cells
+in double quotes may hold anything.
 
 A column becomes whole numbers (64 bits) or floating-point numbers when all its
 cells are, and texts otherwise; leading zeros make a text, so that codes like
 00123 stay as they are, and so do thousands separators and dates, which are
-named with their line. An empty cell or NA is a null, in quotes or not. A row
-with too few or too many cells is an error, and so is a column without a name or
-with a name that is there already; only the first may have none and is called
-"row" then, as what is in it is where statistics programs wrote the file.
+named with their line. An empty cell or NA is a null, in quotes or not, and so
+is what --null tells (--null . --null -999). A row with too few or too many
+cells is an error, and so is a column with a name that is there already, or with
+values and without a name; only the first may have none and is called "row"
+then, as what is in it is where statistics programs wrote the file. So are the
+names of rows for which the header row has no cell.
 
 The table is made whole or not at all, in an SQLite file, which is made when it
 is not there, or in a PostgreSQL database.

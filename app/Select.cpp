@@ -22,7 +22,7 @@ constexpr char selectUsage[] = R"(Usage:
            [--order FIELD[,FIELD...]] VARIABLES [OPTIONS]
   nuvostat select METHOD --database DB --sql TEXT VARIABLES [OPTIONS]
   nuvostat select METHOD FILE.csv [--separator CHAR] [--decimal .|,]
-           [--encoding NAME] VARIABLES [OPTIONS]
+           [--encoding NAME] [--null TEXT]... VARIABLES [OPTIONS]
 METHOD is optimal, stepwise, backward or forward.
 VARIABLES is --response TERM [--control TERM]...
 )";

@@ -162,6 +162,9 @@ QString writtenLike(QStringView text, QChar decimal)
         return QStringLiteral("is a date");
     if (time.match(subject).hasMatch())
         return QStringLiteral("is a time of day");
+    static const QRegularExpression percentage(QStringLiteral("^[-+]?\\d+([.,]\\d+)?[ \\x{a0}\\x{202f}]?%$"));
+    if (percentage.match(subject).hasMatch())
+        return QStringLiteral("is a percentage");
     // Points, commas, apostrophes and blanks, of all widths.
     static const QRegularExpression grouped(QStringLiteral(
         "^[-+]?([1-9]\\d{0,2})(([.,' \\x{a0}\\x{2009}\\x{202f}\\x{2019}])\\d{3}(\\3\\d{3})*)([.,]\\d+)?$"));

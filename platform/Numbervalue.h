@@ -14,7 +14,7 @@ namespace nuvo {
 NUVO_EXPORT bool numberFromText(QStringView text, double &value);
 
 /// What a text that is no number is written like, as the end of a sentence about it: "has thousands separators", "is
-/// a date", "is a time of day", "has a decimal comma"; empty for any other text, and for a number.
+/// a date", "is a time of day", "is a percentage", "has a decimal comma"; empty for any other text, and for a number.
 /// \param decimal of the numbers around it, a point or a comma
 NUVO_EXPORT QString writtenLike(QStringView text, QChar decimal = u'.');
 

@@ -61,6 +61,15 @@ private:
                      : tr("Linear combinations of the terms before them: %1. The fitted values hold, what belongs "
                           "to the terms combined means nothing: leave some of them out."))
                     .arg(listed(figures_.dependentTerms));
+        QStringList odd;
+        for (const Figures::Variable &column : figures_.columns) {
+            if (column.oddPower)
+                odd += column.term;
+        }
+        if (!odd.isEmpty())
+            list_ += tr("An odd power is that of the absolute value with a minus sign: %1. Of values above 0 its "
+                        "coefficient has the opposite sign of what it would have otherwise.")
+                         .arg(listed(odd));
     }
 
     void ofTheFit()

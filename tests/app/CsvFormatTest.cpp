@@ -122,7 +122,6 @@ TEST(CsvRecogniser, SeparatorsAreThoseOfTheHeaderRowUnlessRecordsContradict)
     EXPECT_EQ(formatOf("a;b;c\td\n1;2;3\t4\n").separator, ';');
     EXPECT_EQ(formatOf("a\tb;c\td\n1\t2\t3\n").separator, '\t');
     EXPECT_EQ(formatOf("a\n1\n").separator, ',');
-    EXPECT_EQ(formatOf("a|b\n1|2\n").separator, ',');
     // A comma within a name.
     EXPECT_EQ(formatOf("Name;Preis, netto;Menge\nx;1,5;2\ny;2;3\n").separator, ';');
     EXPECT_TRUE(reasonsOf("Name;Preis, netto;Menge\nx;1,5;2\ny;2;3\n").separator.contains(u("3 cells")));
@@ -130,6 +129,46 @@ TEST(CsvRecogniser, SeparatorsAreThoseOfTheHeaderRowUnlessRecordsContradict)
     EXPECT_TRUE(reasonsOf("a;b;c\n").separator.contains(u("2 semicolons and no comma")));
     // What agrees with nothing is told by the reader, by the header row's separator.
     EXPECT_EQ(formatOf("a,b\n1;2;3,4,5\n1\n").separator, ',');
+}
+
+TEST(CsvRecogniser, BarsAndBlanksPartTheCellsOfAHeaderRowWithoutAnotherSeparator)
+{
+    EXPECT_EQ(formatOf("a|b\n1|2\n").separator, '|');
+    EXPECT_EQ(formatOf("a|b\nx|2,5\n"), (CsvFormat{CsvEncoding::Utf8, '|', ','}));
+    EXPECT_TRUE(reasonsOf("a|b|c\n1|2|3\n").separator.contains(u("3 cells")));
+    EXPECT_EQ(formatOf("a|b\n1|2\n3\n").separator, ',');
+    EXPECT_EQ(formatOf("a,b|c\n1,2|3\n").separator, ',');
+    EXPECT_EQ(formatOf("\"a\" \"b c\"\n1 2.5\n3 NA\n").separator, ' ');
+    EXPECT_EQ(formatOf("a b\n1 2,5\n"), (CsvFormat{CsvEncoding::Utf8, ' ', ','}));
+    // Names of two words, and a title.
+    EXPECT_EQ(formatOf("full name\nAnn Smith\nBob Jones\n").separator, ',');
+    EXPECT_EQ(formatOf("my numbers\n1\n2\n").separator, ',');
+}
+
+TEST(CsvRecogniser, TheNamesOfRowsNeedNoCellInTheHeaderRow)
+{
+    EXPECT_TRUE(formatOf("\"a\" \"b\"\n\"1\" 41 190\n\"2\" 36 NA\n").rowNames);
+    EXPECT_EQ(formatOf("\"a\" \"b\"\n\"1\" 41 190\n").separator, ' ');
+    EXPECT_TRUE(formatOf("a\tb\n1\t41\t190\n").rowNames);
+    EXPECT_TRUE(formatOf("\"a\",\"b\"\n\"1\",41,190\n").rowNames);
+    EXPECT_TRUE(formatOf("a,b\nAnn,41,190\n").rowNames);
+    // Decimal commas that nobody quoted, a separator at the end of each record, a title.
+    EXPECT_FALSE(formatOf("a,b\n1,5,2\n2,5,3\n").rowNames);
+    EXPECT_FALSE(formatOf("a;b\n1;2;\n2;3;\n").rowNames);
+    EXPECT_FALSE(formatOf("Prices\na;b\n1;2\n").rowNames);
+    EXPECT_FALSE(formatOf("a;b\n1;2\n").rowNames);
+}
+
+TEST(CsvRecogniser, AFirstLineCanNameTheSeparator)
+{
+    const nuvo::CsvRecogniser recogniser("sep=;\r\na;b,c\r\n1,5;2\r\n", true);
+    EXPECT_EQ(recogniser.format(), (CsvFormat{CsvEncoding::Utf8, ';', ','}));
+    EXPECT_EQ(recogniser.markLength(), 7U);
+    EXPECT_EQ(recogniser.firstLine(), 2);
+    CsvCorrections told;
+    told.separator = ',';
+    EXPECT_EQ(formatOf("sep=;\na,b\n", told).separator, ',');
+    EXPECT_EQ(formatOf("sep=x,b\n1,2\n").separator, ',');
 }
 
 TEST(CsvRecogniser, ADecimalCommaNeedsANumberThatHasNoOtherMeaning)
@@ -142,6 +181,9 @@ TEST(CsvRecogniser, ADecimalCommaNeedsANumberThatHasNoOtherMeaning)
     EXPECT_EQ(formatOf("a;b\n1,234;2,345\n").decimal, '.');
     EXPECT_TRUE(reasonsOf("a;b\n1,234;2,345\n").decimal.contains(u("--decimal")));
     EXPECT_EQ(formatOf("a;b\n1,234;2,5\n").decimal, ',');
+    EXPECT_EQ(reasonsOf("a;b\n1.234;2\n").decimal,
+              u("points could be decimal or part thousands; --decimal says which"));
+    EXPECT_EQ(reasonsOf("a;b\n1.234;2.5\n").decimal, u("line 2 has \"2.5\""));
     // A column of another kind says nothing.
     EXPECT_EQ(formatOf("a;b\n1,5;2\nx,y;3\n").decimal, '.');
     EXPECT_EQ(formatOf("a;b\n1.5;1,5\n").decimal, '.');
@@ -240,6 +282,9 @@ TEST_F(CsvFile, NamesThousandsSeparatorsAndDates)
     for (const char *date :
          {"2024-01-31", "31.12.2024", "12/31/99", "1/2/2024", "2024-01-31 12:30:00", "2024-01-31T12:30Z"})
         EXPECT_EQ(survey(QByteArray("a;b\n2;") + date + '\n'), u("a:whole b:text(2: %1 is a date)").arg(u(date)));
+    for (const char *share : {"12%", "12.5 %", "-3,5%"})
+        EXPECT_EQ(survey(QByteArray("a;b\n2;") + share + '\n'),
+                  u("a:whole b:text(2: %1 is a percentage)").arg(u(share)));
     EXPECT_EQ(survey("a;b\n2;12:30\n"), u("a:whole b:text(2: 12:30 is a time of day)"));
     for (const char *other : {"1.2.3", "2024-13-45", "12,34,5", "0,123,4", "1,23x", "00123", "v1,5"})
         EXPECT_EQ(survey(QByteArray("a;b\n2;") + other + '\n'), u("a:whole b:text")) << other;

@@ -125,6 +125,11 @@ TEST_F(Csv, ARaggedRowIsToldWithItsLineAndBothCounts)
 {
     EXPECT_EQ(read("a,b\n1,\"x\ny\"\n1,2,3\n").last(),
               QStringLiteral("\"file.csv\", line 4: 3 cells where the header row has 2."));
+    const QString title = QStringLiteral("; a title or a comment above the header row has to be taken out.");
+    EXPECT_EQ(read("Sales\nby Ann\n\na,b\n1,2\n").last(),
+              QStringLiteral("\"file.csv\", line 4: 2 cells where the header row has 1") + title);
+    EXPECT_EQ(read("Sales, 2024\na,b,c\n1,2,3\n").last(),
+              QStringLiteral("\"file.csv\", line 2: 3 cells where the header row has 2") + title);
     EXPECT_EQ(read("a,b\n1\n").last(), QStringLiteral("\"file.csv\", line 2: 1 cell where the header row has 2."));
 }
 
@@ -301,21 +306,59 @@ TEST_F(Csv, BytesThatAreNoUtf8MakeTheWholeFileWindows1252)
 TEST_F(Csv, AFirstColumnWithoutANameHoldsThoseOfTheRows)
 {
     EXPECT_EQ(typesOf("\"\",\"x\"\n\"1\",5\n\"2\",6\n"), QStringLiteral("row:whole x:whole"));
+    EXPECT_EQ(typesOf("\"x\" \"y\"\n\"1\" 5 1.5\n\"2\" 6 NA\n"), QStringLiteral("row:whole x:whole y:real"));
+    EXPECT_EQ(read("x\ty\nAnn\t5\t7\n"), lines({"1:[][x][y]", "2:[Ann][5][7]"}));
     EXPECT_EQ(typesOf(",x,Row\na,5,1\nb,6,1\n"), QStringLiteral("row_2:text x:whole Row:whole"));
 }
 
 TEST_F(Csv, AColumnNeedsANameOfItsOwn)
 {
-    EXPECT_EQ(typesOf("a,,c\n1,2,3\n"), QStringLiteral("Column 2 of \"file.csv\" has no name in the header row."));
-    EXPECT_EQ(typesOf("a,\" \",c\n1,2,3\n"),
-              QStringLiteral("Column 2 of \"file.csv\" has no name in the header row."));
+    const QString nameless = QStringLiteral("Column 2 of \"file.csv\" has no name in the header row; give it one, or "
+                                            "take out what stands above the header "
+                                            "row.");
+    EXPECT_EQ(typesOf("a,,c\n1,2,3\n"), nameless);
+    EXPECT_EQ(typesOf("a,\" \",c\n1,2,3\n"), nameless);
     EXPECT_EQ(
         typesOf("Größe,b,GRÖßE\n1,2,3\n"),
         QStringLiteral("The header row of \"file.csv\" has the name \"GRÖßE\" twice; upper and lower case are the "
-                       "same to a database."));
+                       "same to a database. Give each a name of its own."));
     EXPECT_EQ(typesOf(""), QStringLiteral("The file \"file.csv\" is empty."));
     EXPECT_EQ(typesOf("\n\n"), QStringLiteral("The file \"file.csv\" is empty."));
     EXPECT_EQ(typesOf(" a , \"b c\" \n1,2\n"), QStringLiteral("a:whole b c:whole"));
+}
+
+TEST_F(Csv, AColumnWithoutNameAndValuesIsLeftOut)
+{
+    EXPECT_EQ(typesOf("a,b,,\n1,x,,\n2,y,NA,\n"), QStringLiteral("a:whole b:text"));
+    EXPECT_EQ(typesOf(",a,,b\n,1,,2.5\n"), QStringLiteral("a:whole b:real"));
+    EXPECT_EQ(typesOf(",,\n,,\n"), QStringLiteral("No column of \"file.csv\" has a name or a value."));
+    nuvo::CsvReader reader(write("a,,b,\n1,,2,\n"));
+    const nuvo::CsvSurvey survey = nuvo::surveyCsv(reader);
+    EXPECT_EQ(survey.leftOut, 2U);
+    EXPECT_EQ(survey.columns.at(1).cell, 2U);
+}
+
+TEST_F(Csv, ALineThatNamesTheSeparatorIsNoRecord)
+{
+    EXPECT_EQ(read("sep=;\r\na;b,c\r\n1;2\r\n"), lines({"2:[a][b,c]", "3:[1][2]"}));
+    EXPECT_EQ(read("\xEF\xBB\xBFsep=,\na\n1\n"), lines({"2:[a]", "3:[1]"}));
+}
+
+TEST_F(Csv, CellsThatStandForMissingValuesAreNullsWhereThatIsSaid)
+{
+    nuvo::CsvCorrections told;
+    told.nulls = {".", "-999", "N/A"};
+    nuvo::CsvReader reader(write("a,.,c\n1,-999,N/A\n\" . \",2,x\n-9990,2,x\n"), told);
+    const nuvo::CsvSurvey survey = nuvo::surveyCsv(reader);
+    EXPECT_EQ(survey.columns.at(0).type, nuvo::ColumnType::Whole);
+    EXPECT_EQ(survey.columns.at(1).name, QStringLiteral("."));
+    EXPECT_EQ(survey.columns.at(1).type, nuvo::ColumnType::Whole);
+    reader.rewind();
+    reader.next();
+    reader.next();
+    EXPECT_EQ(reader.cell(0), "1");
+    EXPECT_EQ(reader.cell(1), "");
+    EXPECT_EQ(reader.cell(2), "");
 }
 
 TEST_F(Csv, ATextAmongNumbersIsRemembered)

@@ -83,11 +83,60 @@ TEST_F(FitFile, ACellThatIsNoNumberIsNamedWithItsLineAndColumn)
         run.err,
         u("nuvostat: \"1,234.5\" has thousands separators, so it is not read as a number (field \"a b\" of table "
           "\"data.csv\", record 3). In \"data.csv\" the first such cell is in line 6, column \"a b\": "
-          "\"1,234.5\".\n"));
+          "\"1,234.5\". Write the numbers without them.\n"));
     EXPECT_EQ(leftBehind(), QStringList());
     write(u("days.csv"), "y;day\n1;2024-01-31\n2;2024-02-01\n");
     EXPECT_TRUE(this->run(u("fit days.csv --response y --control day"))
                     .err.contains(u("\"2024-01-31\" is a date, so it is not read as a number")));
+    write(u("gaps.csv"), "y,x\n1,2\n2,.\n3,4\n4,1\n");
+    EXPECT_TRUE(this->run(u("fit gaps.csv --response y --control x"))
+                    .err.endsWith(u("Correct it, or, where it stands for a missing value, --null \".\".\n")));
+    write(u("kinds.csv"), "y,kind\n1,it's\n2,b\n");
+    EXPECT_TRUE(this->run(u("fit kinds.csv --response y --control kind"))
+                    .err.endsWith(u("of which --sql makes a column such as \"kind\" = 'it''s' AS indicator.\n")));
+}
+
+TEST_F(FitFile, WhatStandsForAMissingValueCanBeTold)
+{
+    write(u("gaps.csv"), "y,x\n1,2\n2,.\n3,4\n-999,7\n4,1\n");
+    const Json fit = parsed(run(u("fit gaps.csv --null . --null -999 --response y --control x --format json")));
+    EXPECT_EQ(fit["observations"], 3);
+    EXPECT_EQ(fit["leftOut"][0]["null"], 1);
+    EXPECT_EQ(fit["leftOut"][1]["null"], 1);
+    EXPECT_EQ(run(u("import gaps.csv --null . --database gaps.db --table gaps")).out,
+              u("Imported 5 rows into table \"gaps\": y INTEGER, x INTEGER.\n"));
+}
+
+TEST_F(FitFile, OfWhatStatisticsProgramsAndSpreadsheetsWriteIsFitted)
+{
+    const QString model = u(" --response y --control x --format json");
+    write(u("blanks.txt"), "\"x\" \"y\"\n\"1\" 5 1.5\n\"2\" 6 NA\n\"3\" 7 2\n\"4\" 9 4\n");
+    EXPECT_EQ(parsed(run(u("fit blanks.txt") + model))["observations"], 3);
+    write(u("sheet.csv"), "sep=;\r\n;x;;y;\r\n;5;;1,5;\r\n;6;;2;\r\n;9;;4,25;\r\n");
+    const Json sheet = parsed(run(u("fit sheet.csv") + model));
+    EXPECT_EQ(sheet["observations"], 3);
+    EXPECT_EQ(sheet["yMax"], 4.25);
+    const QString head = run(u("fit sheet.csv --head 1")).out;
+    EXPECT_TRUE(head.startsWith(u("sheet.csv: 3 records of 2 columns; 3 others have neither names nor values.\n")))
+        << head.toStdString();
+    EXPECT_TRUE(head.endsWith(u("\nx    y\n5  1,5\n"))) << head.toStdString();
+}
+
+TEST_F(FitFile, ThePageTellsThatAnOddPowerHasAMinusSign)
+{
+    write(u("x.csv"), "x,x^3,y\n1,1,2\n2,8,9\n3,27,26\n4,64,66\n5,125,120\n");
+    const QString warning = u("An odd power is that of the absolute value with a minus sign: x^3.");
+    EXPECT_TRUE(run(u("fit x.csv --response y --control x^3")).out.contains(warning));
+    EXPECT_FALSE(run(u("fit x.csv --response y --control '\"x^3\"'")).out.contains(warning));
+    EXPECT_FALSE(run(u("fit x.csv --response y --control x^2")).out.contains(warning));
+}
+
+TEST_F(FitFile, HeadTellsThatNamesAreNumbers)
+{
+    write(u("bare.csv"), "1,2.5\n2,3\n");
+    EXPECT_TRUE(
+        run(u("fit bare.csv --head 1")).out.contains(u("Header row    numbers: perhaps the names are missing\n")));
+    EXPECT_FALSE(run(u("fit Cement.csv --head 1")).out.contains(u("Header row")));
 }
 
 TEST_F(FitFile, HeadShowsWhatIsUnderstoodAndMakesNothing)

@@ -289,6 +289,16 @@ TEST(PageWarnings, NameTermsWithAVarianceInflationAboveTen)
         << longleyText().toStdString();
 }
 
+TEST(PageWarnings, TellThatAnOddPowerHasAMinusSign)
+{
+    Figures figures = harmless();
+    figures.columns[1].term = u("GNP^3");
+    EXPECT_EQ(warnings(figures), QString()) << "a field of that name";
+    figures.columns[1].oddPower = true;
+    EXPECT_EQ(warnings(figures), u("An odd power is that of the absolute value with a minus sign: GNP^3. Of values "
+                                   "above 0 its coefficient has the opposite sign of what it would have otherwise."));
+}
+
 TEST(PageWarnings, NameRecordsFarOutThatAreBadlyFitted)
 {
     Figures figures = harmless();

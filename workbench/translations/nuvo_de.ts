@@ -255,8 +255,12 @@
         <translation>Kommas könnten Dezimalzeichen sein oder Tausender trennen; das Dezimalzeichen lässt sich angeben</translation>
     </message>
     <message>
-        <source>no number has one</source>
-        <translation>keine Zahl enthält eines</translation>
+        <source>points could be decimal or part thousands; --decimal says which</source>
+        <translation>Punkte könnten Dezimalzeichen sein oder Tausender trennen; das Dezimalzeichen lässt sich angeben</translation>
+    </message>
+    <message>
+        <source>no number has a decimal sign</source>
+        <translation>keine Zahl enthält ein Dezimalzeichen</translation>
     </message>
     <message>
         <source>the header row has a semicolon and no comma</source>
@@ -287,6 +291,14 @@
         <translation>damit hat jeder Datensatz %1 Zellen, mit Komma verschieden viele</translation>
     </message>
     <message>
+        <source>every record has %1 cells with it, and the header row no other separator</source>
+        <translation>damit hat jeder Datensatz %1 Zellen, und die Kopfzeile enthält kein anderes Trennzeichen</translation>
+    </message>
+    <message>
+        <source>the first line says so</source>
+        <translation>die erste Zeile gibt es an</translation>
+    </message>
+    <message>
         <source>the file begins with its byte-order mark</source>
         <translation>die Datei beginnt mit der Marke dieser Kodierung</translation>
     </message>
@@ -307,8 +319,8 @@
         <translation>ein Byte ist kein UTF-8</translation>
     </message>
     <message>
-        <source>the header row has one</source>
-        <translation>die Kopfzeile enthält eines</translation>
+        <source>the header row has a comma</source>
+        <translation>die Kopfzeile enthält ein Komma</translation>
     </message>
     <message>
         <source>there is one column</source>
@@ -1049,6 +1061,10 @@
     <message>
         <source>All terms together are not distinguished from none at 5 % (F test, p = %1).</source>
         <translation>Alle Terme zusammen unterscheiden sich zum Niveau 5 % nicht von gar keinem (F-Test, p = %1).</translation>
+    </message>
+    <message>
+        <source>An odd power is that of the absolute value with a minus sign: %1. Of values above 0 its coefficient has the opposite sign of what it would have otherwise.</source>
+        <translation>Eine ungerade Potenz ist die des Betrags mit Minuszeichen: %1. Bei Werten über 0 hat ihr Koeffizient das umgekehrte Vorzeichen dessen, das er sonst hätte.</translation>
     </message>
     <message>
         <source>Variance inflation above 10: %1. The other terms say nearly what this one says; their coefficients are uncertain and can turn when one of them is left out.</source>
