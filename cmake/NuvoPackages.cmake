@@ -4,10 +4,13 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME nuvostatistics)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_VENDOR "Nuvo Statistics")
-# Nobody reads this address: a release puts its own here (docs/releasing.md), or gives -D NUVO_PACKAGE_CONTACT=...
-set(NUVO_PACKAGE_CONTACT "The Nuvo Statistics authors <nuvostatistics@example.org>" CACHE STRING
-    "Who is asked about the packages")
+# Nobody reads this address, and the packages say so as their maintainer: a release puts its own here (docs/releasing.md), or
+# gives -D NUVO_PACKAGE_CONTACT=...
+set(NUVO_PACKAGE_CONTACT "No contact was given <nuvostatistics@example.org>" CACHE STRING "Who is asked about the packages")
 set(CPACK_PACKAGE_CONTACT ${NUVO_PACKAGE_CONTACT})
+if(NUVO_PACKAGE_CONTACT MATCHES "@example\\.org")
+    message(NOTICE "The packages' contact is a placeholder: -D \"NUVO_PACKAGE_CONTACT=NAME <ADDRESS>\" sets it.")
+endif()
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
