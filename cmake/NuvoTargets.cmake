@@ -74,11 +74,13 @@ function(nuvo_unity target)
         foreach(source IN LISTS in_${folder})
             math(EXPR batch "${index} * ${batches} / ${count}")
             set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES UNITY_GROUP ${name}_${batch})
-            # The batch depends on what its sources do, which CMake does not see to.
+            # The batch depends on what its sources do, which CMake does not see to. CMake 4 takes a batch that it is told
+            # of for a source that is missing, and leaves all others out, unless it knows that the batch is made.
             get_source_file_property(needed ${source} TARGET_DIRECTORY ${target} OBJECT_DEPENDS)
             if(needed)
-                set_property(SOURCE ${binary}/CMakeFiles/${target}.dir/Unity/unity_${name}_${batch}_cxx.cxx
-                             TARGET_DIRECTORY ${target} APPEND PROPERTY OBJECT_DEPENDS ${needed})
+                set(file ${binary}/CMakeFiles/${target}.dir/Unity/unity_${name}_${batch}_cxx.cxx)
+                set_property(SOURCE ${file} TARGET_DIRECTORY ${target} APPEND PROPERTY OBJECT_DEPENDS ${needed})
+                set_property(SOURCE ${file} TARGET_DIRECTORY ${target} PROPERTY GENERATED ON)
             endif()
             math(EXPR index "${index} + 1")
         endforeach()
