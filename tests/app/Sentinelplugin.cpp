@@ -12,7 +12,7 @@ public:
     Sentinel()
     {
         QFile mark(QStringLiteral("plugin-was-loaded"));
-        mark.open(QIODevice::WriteOnly);
+        [[maybe_unused]] const bool left = mark.open(QIODevice::WriteOnly);
     }
 };
 

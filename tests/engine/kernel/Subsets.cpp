@@ -32,7 +32,7 @@ const std::vector<SubsetReference> &subsetReferences()
     return references;
 }
 
-const SubsetReference &subsetReference(const std::string &name)
+const SubsetReference &subsetReference(std::string_view name)
 {
     const auto &all = subsetReferences();
     return *std::find_if(all.begin(), all.end(), [&](const SubsetReference &one) { return one.name == name; });

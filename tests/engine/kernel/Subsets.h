@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Data with its subsets and searches as exact arithmetic has them: tests/data/subsets/reference.json.
@@ -21,7 +22,7 @@ struct SubsetReference
 };
 
 const std::vector<SubsetReference> &subsetReferences();
-const SubsetReference &subsetReference(const std::string &name);
+const SubsetReference &subsetReference(std::string_view name);
 
 /// Sums of these columns, the response last.
 nuvo::SubsetSums subsetSums(const std::vector<std::vector<double>> &columns);
