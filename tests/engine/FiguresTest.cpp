@@ -130,14 +130,14 @@ void PrintTo(const Leftovers &leftovers, std::ostream *out)
     *out << leftovers.toString();
 }
 
-const std::vector<Row> kRecords = {{3, 1, 2, 0},  {5, 2, 0, 1},  {7, 4, 1, 1},     {8, 5, 3, 5},
-                                   {12, 7, 4, 2}, {13, 8, 2, 9}, {11, 9, null, 4}, {20, 3, null, 7}};
+const std::vector<Row> kEightRecords = {{3, 1, 2, 0},  {5, 2, 0, 1},  {7, 4, 1, 1},     {8, 5, 3, 5},
+                                        {12, 7, 4, 2}, {13, 8, 2, 9}, {11, 9, null, 4}, {20, 3, null, 7}};
 
 /// Eight records, of which six have all four numbers. Filters choose among them.
 class BetweenLoadAndFit : public RegressionOver<TMLRTable>
 {
 protected:
-    void SetUp() override { fill("y a b c", kRecords); }
+    void SetUp() override { fill("y a b c", kEightRecords); }
 
     void load(const char *controls, const char *filter = "")
     {

@@ -46,7 +46,7 @@ Exact bound(const Values &a, const Values &b)
            exact(columnOf(b).largest);
 }
 
-class Columns : public testing::Test
+class ProductsOfColumns : public testing::Test
 {
 protected:
     Values filled(int n, const std::function<double()> &value)
@@ -81,7 +81,7 @@ protected:
 
 } // namespace
 
-TEST_F(Columns, DotsAreWithinTheDerivedBoundOfTheExactSum)
+TEST_F(ProductsOfColumns, DotsAreWithinTheDerivedBoundOfTheExactSum)
 {
     for (const auto &[leftName, left] : kinds_) {
         for (const auto &[rightName, right] : kinds_) {
@@ -96,13 +96,13 @@ TEST_F(Columns, DotsAreWithinTheDerivedBoundOfTheExactSum)
     }
 }
 
-TEST_F(Columns, TheBoundAt2500IsTheOneInTheHeader)
+TEST_F(ProductsOfColumns, TheBoundAt2500IsTheOneInTheHeader)
 {
     const Values ones(2500, 1.0);
     EXPECT_LT(bound(ones, ones), exact(2500 * 0x1p-90));
 }
 
-TEST_F(Columns, SumsOfSquaresHaveThirtyDigits)
+TEST_F(ProductsOfColumns, SumsOfSquaresHaveThirtyDigits)
 {
     for (int round = 0; round < 20; ++round) {
         const Values a = filled(2500, kinds_[0].second);
@@ -110,7 +110,7 @@ TEST_F(Columns, SumsOfSquaresHaveThirtyDigits)
     }
 }
 
-TEST_F(Columns, IntegersThatFitGiveTheExactSum)
+TEST_F(ProductsOfColumns, IntegersThatFitGiveTheExactSum)
 {
     for (int round = 0; round < 200; ++round) {
         const Values a = filled(size(), [this] { return static_cast<double>(random_() % 2000000); });
@@ -120,7 +120,7 @@ TEST_F(Columns, IntegersThatFitGiveTheExactSum)
     }
 }
 
-TEST_F(Columns, RoundingsThatAllGoOneWayStayWithinTheBound)
+TEST_F(ProductsOfColumns, RoundingsThatAllGoOneWayStayWithinTheBound)
 {
     // After the first terms each one is a leftover, a little less than half a unit of the sum, and if 600 of them
     // were added up at once, nearly half a place of that sum would be lost at each.
@@ -131,7 +131,7 @@ TEST_F(Columns, RoundingsThatAllGoOneWayStayWithinTheBound)
     EXPECT_LE(abs(exact(dot(a, ones)) - exactDot(a, ones)), bound(a, ones));
 }
 
-TEST_F(Columns, MagnitudesAtTheEndsOfTheRangeAreRight)
+TEST_F(ProductsOfColumns, MagnitudesAtTheEndsOfTheRangeAreRight)
 {
     struct Scales
     {
@@ -163,7 +163,7 @@ TEST_F(Columns, MagnitudesAtTheEndsOfTheRangeAreRight)
     }
 }
 
-TEST_F(Columns, SumsOutOfRangeAreInfiniteOrZero)
+TEST_F(ProductsOfColumns, SumsOutOfRangeAreInfiniteOrZero)
 {
     const Values huge(10, 1e200);
     const Values tiny(10, 1e-200);
@@ -174,7 +174,7 @@ TEST_F(Columns, SumsOutOfRangeAreInfiniteOrZero)
     EXPECT_EQ(dot({}, {}), DoubleDouble(0));
 }
 
-TEST_F(Columns, InfinitiesAndNaNsShowInEverySumTheyAreIn)
+TEST_F(ProductsOfColumns, InfinitiesAndNaNsShowInEverySumTheyAreIn)
 {
     for (const int n : {1, 2, 3, 4, 5, 7, 8, 100, 131, 2500}) {
         const int last = n - 1;
@@ -199,7 +199,7 @@ TEST_F(Columns, InfinitiesAndNaNsShowInEverySumTheyAreIn)
     }
 }
 
-TEST_F(Columns, APairsSumDoesNotDependOnTheOtherPairsOrItsSides)
+TEST_F(ProductsOfColumns, APairsSumDoesNotDependOnTheOtherPairsOrItsSides)
 {
     for (int round = 0; round < 40; ++round) {
         const int n = round == 0 ? 2500 : size();
@@ -222,7 +222,7 @@ TEST_F(Columns, APairsSumDoesNotDependOnTheOtherPairsOrItsSides)
     }
 }
 
-TEST_F(Columns, SumsAndCrossProductsAreThoseOfTheConstantAndTheColumns)
+TEST_F(ProductsOfColumns, SumsAndCrossProductsAreThoseOfTheConstantAndTheColumns)
 {
     const int n = 250;
     std::vector<Values> data{Values(n, 1.0)};
@@ -244,7 +244,7 @@ TEST_F(Columns, SumsAndCrossProductsAreThoseOfTheConstantAndTheColumns)
     EXPECT_EQ(few[0][3], DoubleDouble(0));
 }
 
-TEST_F(Columns, WithoutAvx2EveryBitIsTheSame)
+TEST_F(ProductsOfColumns, WithoutAvx2EveryBitIsTheSame)
 {
     for (const auto &[leftName, left] : kinds_) {
         for (const auto &[rightName, right] : kinds_) {
@@ -261,7 +261,7 @@ TEST_F(Columns, WithoutAvx2EveryBitIsTheSame)
     }
 }
 
-TEST_F(Columns, WithoutAvx2TiesAreTheSame)
+TEST_F(ProductsOfColumns, WithoutAvx2TiesAreTheSame)
 {
     // Terms at or next to half a unit of the running sum, with and without something below them.
     for (int round = 0; round < 20000; ++round) {
@@ -280,7 +280,7 @@ TEST_F(Columns, WithoutAvx2TiesAreTheSame)
     }
 }
 
-TEST_F(Columns, WithoutAvx2TermsBelowTheRangeAreTheSame)
+TEST_F(ProductsOfColumns, WithoutAvx2TermsBelowTheRangeAreTheSame)
 {
     for (int round = 0; round < 2000; ++round) {
         const int exponent = -560 - static_cast<int>(random_() % 400);
@@ -330,7 +330,7 @@ void expectPlain(const std::vector<Values> &data, const char *what)
 
 } // namespace
 
-TEST_F(Columns, MeansAndDeviationsAreThePlainLoopsToTheLastBit)
+TEST_F(ProductsOfColumns, MeansAndDeviationsAreThePlainLoopsToTheLastBit)
 {
     for (const auto &[name, kind] : kinds_) {
         for (int round = 0; round < 100; ++round) {
@@ -345,7 +345,7 @@ TEST_F(Columns, MeansAndDeviationsAreThePlainLoopsToTheLastBit)
     }
 }
 
-TEST_F(Columns, EveryQuotientIsTheRoundedOne)
+TEST_F(ProductsOfColumns, EveryQuotientIsTheRoundedOne)
 {
     // One term that is not zero: the mean is its quotient.
     for (int n = 1; n <= 2500; ++n) {
@@ -363,7 +363,7 @@ TEST_F(Columns, EveryQuotientIsTheRoundedOne)
     }
 }
 
-TEST_F(Columns, MeansOfSubnormalAndHugeValuesAreThePlainLoopsToo)
+TEST_F(ProductsOfColumns, MeansOfSubnormalAndHugeValuesAreThePlainLoopsToo)
 {
     const double least = std::numeric_limits<double>::denorm_min();
     const std::vector<std::pair<const char *, std::function<double()>>> kinds = {
@@ -389,7 +389,7 @@ TEST_F(Columns, MeansOfSubnormalAndHugeValuesAreThePlainLoopsToo)
     }
 }
 
-TEST_F(Columns, OneBadColumnLeavesTheOthersAlone)
+TEST_F(ProductsOfColumns, OneBadColumnLeavesTheOthersAlone)
 {
     std::vector<Values> data(7);
     for (Values &values : data)
@@ -400,7 +400,7 @@ TEST_F(Columns, OneBadColumnLeavesTheOthersAlone)
     expectPlain(data, "mixed");
 }
 
-TEST_F(Columns, OneObservationHasNoDeviation)
+TEST_F(ProductsOfColumns, OneObservationHasNoDeviation)
 {
     const double x = 5;
     const double *column = &x;
@@ -414,7 +414,7 @@ TEST_F(Columns, OneObservationHasNoDeviation)
     EXPECT_EQ(mean, 0);
 }
 
-TEST_F(Columns, KnownMeanAndDeviation)
+TEST_F(ProductsOfColumns, KnownMeanAndDeviation)
 {
     const Values x = {1, 2, 3, 5};
     const double *column = x.data();
@@ -442,7 +442,7 @@ ColumnRange plainRange(const Values &x)
 
 } // namespace
 
-TEST_F(Columns, ExtremesAreThePlainLoopsToTheLastBit)
+TEST_F(ProductsOfColumns, ExtremesAreThePlainLoopsToTheLastBit)
 {
     auto kinds = kinds_;
     kinds.emplace_back("zeros of both signs", [this] { return random_() % 2 ? 0.0 : -0.0; });
@@ -467,7 +467,7 @@ TEST_F(Columns, ExtremesAreThePlainLoopsToTheLastBit)
     }
 }
 
-TEST_F(Columns, AFirstNaNStaysBothExtremes)
+TEST_F(ProductsOfColumns, AFirstNaNStaysBothExtremes)
 {
     for (const int n : {1, 3, 8, 40}) {
         Values x = filled(n, kinds_[0].second);
@@ -479,7 +479,7 @@ TEST_F(Columns, AFirstNaNStaysBothExtremes)
     }
 }
 
-TEST_F(Columns, TheLargestValueIsTheLargestEitherSideOfZero)
+TEST_F(ProductsOfColumns, TheLargestValueIsTheLargestEitherSideOfZero)
 {
     EXPECT_EQ((ColumnRange{-7, 3}.largest()), 7);
     EXPECT_EQ((ColumnRange{-2, 3}.largest()), 3);
@@ -488,7 +488,7 @@ TEST_F(Columns, TheLargestValueIsTheLargestEitherSideOfZero)
     EXPECT_EQ((ColumnRange{-infinity, 0}.largest()), infinity);
 }
 
-TEST_F(Columns, MayBeSummedInSeveralThreads)
+TEST_F(ProductsOfColumns, MayBeSummedInSeveralThreads)
 {
     const Values a = filled(2500, kinds_[0].second);
     const Values b = filled(2500, kinds_[1].second);
