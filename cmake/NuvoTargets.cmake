@@ -75,22 +75,22 @@ function(nuvo_unity target)
         string(MAKE_C_IDENTIFIER "${name}" name)
         list(LENGTH in_${folder} count)
         math(EXPR batches "(${count} + 9) / 10")
+        # CMake 4 takes a batch that it is told of for a source that is missing, and leaves all others out, unless it knows
+        # that the batch is made.
         math(EXPR last "${batches} - 1")
         foreach(batch RANGE ${last})
-            set_property(SOURCE ${binary}/CMakeFiles/${target}.dir/Unity/unity_${name}_${batch}_cxx.cxx
-                         TARGET_DIRECTORY ${target} PROPERTY COMPILE_OPTIONS ${options})
+            set_source_files_properties(${binary}/CMakeFiles/${target}.dir/Unity/unity_${name}_${batch}_cxx.cxx
+                                        TARGET_DIRECTORY ${target} PROPERTIES GENERATED ON COMPILE_OPTIONS "${options}")
         endforeach()
         set(index 0)
         foreach(source IN LISTS in_${folder})
             math(EXPR batch "${index} * ${batches} / ${count}")
             set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES UNITY_GROUP ${name}_${batch})
-            # The batch depends on what its sources do, which CMake does not see to. CMake 4 takes a batch that it is told
-            # of for a source that is missing, and leaves all others out, unless it knows that the batch is made.
+            # The batch depends on what its sources do, which CMake does not see to.
             get_source_file_property(needed ${source} TARGET_DIRECTORY ${target} OBJECT_DEPENDS)
             if(needed)
-                set(file ${binary}/CMakeFiles/${target}.dir/Unity/unity_${name}_${batch}_cxx.cxx)
-                set_property(SOURCE ${file} TARGET_DIRECTORY ${target} APPEND PROPERTY OBJECT_DEPENDS ${needed})
-                set_property(SOURCE ${file} TARGET_DIRECTORY ${target} PROPERTY GENERATED ON)
+                set_property(SOURCE ${binary}/CMakeFiles/${target}.dir/Unity/unity_${name}_${batch}_cxx.cxx
+                             TARGET_DIRECTORY ${target} APPEND PROPERTY OBJECT_DEPENDS ${needed})
             endif()
             math(EXPR index "${index} + 1")
         endforeach()
@@ -101,7 +101,7 @@ endfunction()
 function(nuvo_test_defaults target)
     nuvo_target_defaults(${target})
     # Qt Test names a folder for each target, and a precompiled header takes no macro that differs.
-    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g1> $<$<CONFIG:Debug>:-Og>
+    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g1> $<$<CONFIG:Debug>:-Og -g1>
                            -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
     set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF UNITY_BUILD ${NUVO_UNITY} UNITY_BUILD_BATCH_SIZE 16)
     if(NUVO_UNITY)
