@@ -263,19 +263,15 @@ void CsvReader::append(const char *from, const char *to)
              recordLine_);
 }
 
-namespace {
-
-/// "row", or "row_2" and so on where a column is called so.
-QString freeRowName(const std::vector<std::string> &names, CsvEncoding encoding)
+QString nameOfRows(const QStringList &names)
 {
-    QStringList taken;
-    for (const std::string &name : names)
-        taken.append(decoded(name, encoding).trimmed());
     QString row = QStringLiteral("row");
-    for (int number = 2; taken.contains(row, Qt::CaseInsensitive); ++number)
+    for (int number = 2; names.contains(row, Qt::CaseInsensitive); ++number)
         row = QStringLiteral("row_%1").arg(number);
     return row;
 }
+
+namespace {
 
 void takeColumns(CsvSurvey &survey, const std::vector<std::string> &names, const std::vector<ColumnSurvey> &columns,
                  const QString &fileName)
@@ -297,8 +293,12 @@ void takeColumns(CsvSurvey &survey, const std::vector<std::string> &names, const
         if (column.isNumeric(decimal))
             told.type = column.isWhole(decimal) ? ColumnType::Whole : ColumnType::Floating;
         // What R and pandas write begins with the names of the rows, below nothing.
-        if (told.name.isEmpty() && i == 0 && columns.size() > 1)
-            told.name = freeRowName(names, survey.format.encoding);
+        if (told.name.isEmpty() && i == 0 && columns.size() > 1) {
+            QStringList taken;
+            for (const std::string &name : names)
+                taken.append(decoded(name, survey.format.encoding).trimmed());
+            told.name = nameOfRows(taken);
+        }
         survey.columns.push_back(told);
         if (told.name.isEmpty())
             throw EPlatformError(QStringLiteral("Column %1 of \"%2\" has no name in the header row; give it one, or "

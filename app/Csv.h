@@ -102,6 +102,10 @@ struct CsvColumn
     QString intruderLike;
 };
 
+/// What the first column of several is called where the header row has no name for it: "row", or "row_2" and so on
+/// where another one is called so.
+QString nameOfRows(const QStringList &names);
+
 /// What a look at the whole file tells.
 struct CsvSurvey
 {

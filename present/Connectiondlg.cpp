@@ -138,6 +138,7 @@ void ConnectionDialog::build()
     auto *fileLayout = new QHBoxLayout(b.fileRow);
     fileLayout->setContentsMargins({});
     b.file = line("file");
+    b.file->setAccessibleName(tr("File")); // its label is no neighbour
     auto *browse = new QPushButton(tr("&Browse…"));
     browse->setObjectName(QStringLiteral("browse"));
     browse->setAutoDefault(false);

@@ -115,25 +115,20 @@ QString figuresHtml(const std::vector<Figure> &figures, QChar point)
     return html.isEmpty() ? html : html + QStringLiteral("</div>\n");
 }
 
-} // namespace
-
-QString pageTitle(const Page &page)
-{
-    return page.parts.isEmpty() ? QString() : page.parts.first().text;
-}
-
-QString pageHtml(const Page &page, const std::vector<Figure> &figures)
+QString wholeHtml(const Page &page, const std::vector<Figure> &figures, int gap)
 {
     return QStringLiteral("<!DOCTYPE html>\n<html lang=\"") + PageWords::tr("en", "code of the page's language") +
            QStringLiteral("\"><head><meta charset=\"utf-8\"/>\n<title>") + escaped(pageTitle(page)) +
+           QStringLiteral("</title>\n<style>\n"
+                          ":root { color-scheme: light dark; }\n"
+                          "body { font-family: Arial, \"Liberation Sans\", sans-serif; font-size: 9pt; }\n"
+                          "h1 { font-size: 14pt; }\n"
+                          "h2 { font-size: 11pt; }\n"
+                          "th { font-weight: normal; }\n"
+                          "th, td { white-space: nowrap; padding: 2px 0 2px ") +
+           QString::number(gap) +
            QStringLiteral(
-               "</title>\n<style>\n"
-               ":root { color-scheme: light dark; }\n"
-               "body { font-family: Arial, \"Liberation Sans\", sans-serif; font-size: 9pt; }\n"
-               "h1 { font-size: 14pt; }\n"
-               "h2 { font-size: 11pt; }\n"
-               "th { font-weight: normal; }\n"
-               "th, td { white-space: nowrap; padding: 2px 0 2px 14px; }\n"
+               "px; }\n"
                ".figure { font-family: \"Liberation Mono\", \"Courier New\", monospace; font-size: 8pt; }\n") +
            (figures.empty() ? QString()
                             : QStringLiteral(".figures { display: grid; gap: 16px; "
@@ -144,11 +139,28 @@ QString pageHtml(const Page &page, const std::vector<Figure> &figures)
            QStringLiteral("</body></html>\n");
 }
 
-std::unique_ptr<QTextDocument> pageDocument(const Page &page)
+} // namespace
+
+QString pageTitle(const Page &page)
+{
+    return page.parts.isEmpty() ? QString() : page.parts.first().text;
+}
+
+QString pageHtml(const Page &page, const std::vector<Figure> &figures)
+{
+    return wholeHtml(page, figures, usualGap);
+}
+
+std::unique_ptr<QTextDocument> pageDocument(const Page &page, int gap)
 {
     auto document = std::make_unique<QTextDocument>();
-    document->setHtml(pageHtml(page));
+    document->setHtml(wholeHtml(page, {}, gap));
     return document;
+}
+
+std::unique_ptr<QTextDocument> pageDocument(const Page &page)
+{
+    return pageDocument(page, usualGap);
 }
 
 } // namespace nuvo

@@ -19,6 +19,11 @@ AlignedTable aligned(const Page::Table &table, QChar point);
 /// The page's title; empty without one.
 QString pageTitle(const Page &page);
 
+/// Pixels in front of a table's columns.
+constexpr int usualGap = 14;
+/// The page as a document to show, with so many of them.
+std::unique_ptr<QTextDocument> pageDocument(const Page &page, int gap);
+
 QString padded(const QString &text, int width);
 QString rightAligned(const QString &text, int width);
 

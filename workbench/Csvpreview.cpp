@@ -22,6 +22,7 @@ constexpr int kRecords = 100;
 constexpr int kColumns = 200;
 constexpr qint64 kMostBytes = 8 << 20; // that are read to show them
 constexpr size_t kMostOfACell = 800;   // bytes
+constexpr int kWidest = 40;            // letters of a column
 
 /// Thrown out of the reading where the first records are that long.
 struct LongRecords
@@ -37,6 +38,16 @@ QComboBox *choice(QWidget *parent, const char *name, const std::vector<std::pair
     for (const auto &[text, value] : values)
         box->addItem(text, value);
     return box;
+}
+
+/// To be set from the right.
+bool isNumber(const QString &text, char decimal)
+{
+    if (decimal != '.' && text.contains(u'.'))
+        return false;
+    bool isOne = false;
+    QString(text).replace(QLatin1Char(decimal), u'.').toDouble(&isOne);
+    return isOne;
 }
 
 } // namespace
@@ -71,6 +82,9 @@ CsvPreview::CsvPreview(const QString &file, QWidget *parent)
     records_->setAccessibleName(tr("First records"));
     records_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     records_->setAlternatingRowColors(true);
+    records_->setTabKeyNavigation(false);
+    records_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    records_->horizontalHeader()->setMaximumSectionSize(fontMetrics().averageCharWidth() * kWidest);
     auto *const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     ok_ = buttons->button(QDialogButtonBox::Ok);
     ok_->setText(tr("Read"));
@@ -133,18 +147,22 @@ void CsvPreview::Show()
             if (record == 0) {
                 columns = int(std::min<size_t>(reader.cellCount(), kColumns));
                 records_->setColumnCount(columns);
+                QStringList names;
+                for (int column = 0; column < columns; ++column)
+                    names.append(cellText(size_t(column)).left(200));
+                ShowNames(names);
             } else {
                 records_->insertRow(record - 1);
                 hasRecords = true;
             }
-            for (int column = 0; column < columns; ++column) {
+            for (int column = 0; record > 0 && column < columns; ++column) {
                 auto *const item = new QTableWidgetItem(cellText(size_t(column)).left(200));
-                if (record == 0)
-                    records_->setHorizontalHeaderItem(column, item);
-                else
-                    records_->setItem(record - 1, column, item);
+                if (isNumber(item->text(), format.decimal))
+                    item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+                records_->setItem(record - 1, column, item);
             }
         }
+        records_->resizeColumnsToContents();
         if (!hasRecords)
             error_->setText(tr("There are no records below the first line."));
     } catch (const LongRecords &) {
@@ -156,6 +174,24 @@ void CsvPreview::Show()
     error_->setVisible(!error_->text().isEmpty());
     // What is wrong further on is told when it is read.
     ok_->setEnabled(hasRecords);
+}
+
+void CsvPreview::ShowNames(const QStringList &names)
+{
+    for (int column = 0; column < names.size(); ++column) {
+        QString name = names[column].trimmed();
+        const bool isMissing = name.isEmpty();
+        if (isMissing && column == 0 && names.size() > 1)
+            name = nameOfRows(names);
+        auto *const item = new QTableWidgetItem(name.isEmpty() ? tr("(no name)") : name);
+        if (isMissing) {
+            QFont slanted = records_->font();
+            slanted.setItalic(true);
+            item->setFont(slanted);
+            item->setToolTip(tr("The header row has no name for this column."));
+        }
+        records_->setHorizontalHeaderItem(column, item);
+    }
 }
 
 } // namespace nuvo

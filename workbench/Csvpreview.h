@@ -27,6 +27,8 @@ public:
 private:
     void Correct();
     void Show();
+    /// As the table will have them.
+    void ShowNames(const QStringList &names);
 
     const QString file_;
     CsvCorrections corrections_;

@@ -6,6 +6,7 @@
 #include "platform/Errors.h"
 #include "platform/Modal.h"
 #include "platform/Table.h"
+#include "present/figures/Figurespage.h"
 #include "present/statistics/Observationspage.h"
 #include "workbench/Ascode.h"
 #include "workbench/Ascommand.h"
@@ -139,11 +140,12 @@ void MainWindow::MakeViewMenu()
     model->addSeparator();
     connect(add(model, tr("&Read Again"), QKeySequence::Refresh, tr("Read the records again and fit")),
             &QAction::triggered, this, &MainWindow::ReadAgain);
-    QAction *const out = add(model, tr("Leave Selected Records &Out"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
+    QAction *const out = add(model, tr("&Leave Selected Records Out"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
                              tr("Leave the selected records out of everything, by the filter"));
     connect(out, &QAction::triggered, this, &MainWindow::LeaveSelectedOut);
     pages_->Records().View().addAction(out);
     pages_->Observations().View().addAction(out);
+    pages_->FiguresPage().View().addAction(out);
     connect(add(model, tr("&Compare Two Models…"), {}, tr("Compare the two models that are selected below")),
             &QAction::triggered, this, &MainWindow::CompareModels);
 

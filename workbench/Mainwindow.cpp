@@ -43,16 +43,25 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QStyle>
+
+#include <algorithm>
 
 namespace nuvo {
+
+namespace {
+
+constexpr int kLettersOfAPage = 132; // a table of coefficients in one piece
+
+} // namespace
 
 MainWindow::MainWindow(const QString &folder, QWidget *parent)
     : QMainWindow(parent), folder_(folder), sitting_(new Sitting(this)), fit_(new LiveFit(this)),
       near_(new NearRecords(folder, this)), tables_(new QListWidget(this)), finder_(new TableFinder(*tables_, this)),
       editor_(new TModelEditor(this)), pages_(new Pages(this)), models_(new ModelsTable(*sitting_, this)),
       handout_(new Handout(*sitting_, *pages_, *models_, *this)), centre_(new QStackedWidget(this)),
-      middle_(new QSplitter(Qt::Horizontal, this)), welcome_(new Welcome(this)), message_(new QLabel(this)),
-      progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
+      middle_(new QSplitter(Qt::Horizontal, this)), welcome_(new Welcome(this)), sign_(new QLabel(this)),
+      message_(new QLabel(this)), progress_(new QProgressBar(this)), stop_(new QPushButton(tr("Stop"), this))
 {
     setObjectName(QStringLiteral("Workbench"));
     setAcceptDrops(true);
@@ -171,6 +180,9 @@ void MainWindow::MakeWidgets()
     stop_->hide();
     connect(stop_, &QPushButton::clicked, fit_, &LiveFit::Stop);
     connect(stop_, &QPushButton::clicked, near_, &NearRecords::Stop);
+    sign_->setObjectName(QStringLiteral("MessageSign"));
+    sign_->hide();
+    statusBar()->addWidget(sign_);
     statusBar()->addWidget(message_, 1);
     statusBar()->addPermanentWidget(progress_);
     statusBar()->addPermanentWidget(stop_);
@@ -181,7 +193,8 @@ void MainWindow::RestoreLayout()
     const QSettings settings;
     resize(1360, 820);
     restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
-    restoreState(settings.value(QStringLiteral("layout")).toByteArray());
+    layout_ = settings.value(QStringLiteral("layout")).toByteArray();
+    restoreState(layout_);
     middle_->restoreState(settings.value(QStringLiteral("middle")).toByteArray());
     editor_->findChild<QSplitter *>(QStringLiteral("Halves"))
         ->restoreState(settings.value(QStringLiteral("editor")).toByteArray());
@@ -192,7 +205,12 @@ void MainWindow::Tell(const QString &text, bool isError)
     const QString all = QStringList{text, isError ? QString() : unsaved_, warning_}.join(u' ').trimmed();
     message_->setText(isError ? tr("Error: %1").arg(all) : all);
     message_->setToolTip(all);
-    message_->setForegroundRole(isError ? QPalette::LinkVisited : QPalette::WindowText);
+    sign_->setVisible(isError);
+    if (isError) {
+        const int side = message_->fontMetrics().height();
+        sign_->setPixmap(
+            style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(QSize(side, side), devicePixelRatioF()));
+    }
 }
 
 void MainWindow::Warn(const QString &text)
@@ -238,6 +256,8 @@ void MainWindow::ShowEnd()
                      : tr("Fitted to %1 records.", nullptr, numerus(records)).arg(number));
         } else if (fit_->State().hasData()) {
             Tell(tr("Drag a field to Y and others to X1, X2, …; each change is fitted at once."));
+        } else if (!fit_->State().database.isEmpty()) {
+            Tell(tr("Choose a table on the left."));
         } else {
             Tell(tr("Drop a CSV file or an SQLite database here, or choose File > Open."));
         }
@@ -248,8 +268,7 @@ void MainWindow::ShowTitle()
 {
     const ModelState &state = sitting_->State();
     centre_->setCurrentIndex(state.database.isEmpty() ? 0 : 1);
-    for (QDockWidget *const dock : findChildren<QDockWidget *>())
-        dock->setEnabled(!state.database.isEmpty());
+    ShowDocks(!state.database.isEmpty());
     const QString what = state.isQuery() ? tr("Query") : state.table;
     setWindowTitle(state.database.isEmpty()
                        ? tr("Nuvo Workbench")
@@ -321,7 +340,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     QSettings settings;
     settings.setValue(QStringLiteral("geometry"), saveGeometry());
-    settings.setValue(QStringLiteral("layout"), saveState());
+    settings.setValue(QStringLiteral("layout"), docksShown_ ? saveState() : layout_);
     settings.setValue(QStringLiteral("middle"), middle_->saveState());
     settings.setValue(QStringLiteral("editor"),
                       editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->saveState());
@@ -334,15 +353,41 @@ void MainWindow::closeEvent(QCloseEvent *event)
 void MainWindow::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
-    // Before there is a layout, docks take no sizes.
-    if (!event->spontaneous() && !std::exchange(wasShown_, true) && !QSettings().contains(QStringLiteral("layout"))) {
-        resizeDocks({findChild<QDockWidget *>(QStringLiteral("TablesDock"))}, {fontMetrics().averageCharWidth() * 20},
-                    Qt::Horizontal);
-        resizeDocks({findChild<QDockWidget *>(QStringLiteral("ModelsDock"))}, {fontMetrics().height() * 9},
-                    Qt::Vertical);
-        middle_->setSizes({editor_->minimumSizeHint().width() * 6 / 5, width()}); // the pages need what there is
-        editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->setSizes({1000, 1000});
+    if (!event->spontaneous() && !std::exchange(wasShown_, true) && docksShown_ && layout_.isEmpty())
+        SizeParts();
+}
+
+void MainWindow::ShowDocks(bool shown)
+{
+    if (shown == docksShown_)
+        return;
+    if (!shown && wasShown_)
+        layout_ = saveState();
+    docksShown_ = shown;
+    for (QDockWidget *const dock : findChildren<QDockWidget *>()) {
+        dock->toggleViewAction()->setEnabled(shown);
+        dock->setVisible(shown);
     }
+    if (!shown)
+        return;
+    restoreState(layout_);
+    if (wasShown_ && layout_.isEmpty())
+        SizeParts();
+    if (!sitting_->State().hasData())
+        tables_->setFocus();
+}
+
+void MainWindow::SizeParts()
+{
+    layout()->activate(); // before there is a layout, docks take no sizes
+    resizeDocks({findChild<QDockWidget *>(QStringLiteral("TablesDock"))}, {fontMetrics().averageCharWidth() * 20},
+                Qt::Horizontal);
+    resizeDocks({findChild<QDockWidget *>(QStringLiteral("ModelsDock"))}, {fontMetrics().height() * 9}, Qt::Vertical);
+    layout()->activate();
+    const int page = fontMetrics().averageCharWidth() * kLettersOfAPage;
+    const int least = editor_->minimumSizeHint().width();
+    middle_->setSizes({std::clamp(middle_->width() - page, least, least * 3 / 2), middle_->width()});
+    editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->setSizes({1000, 1000});
 }
 
 void MainWindow::Save()

@@ -67,6 +67,9 @@ protected:
 private:
     void MakeWidgets();
     void RestoreLayout();
+    /// Where nothing is open there is nothing to show in them.
+    void ShowDocks(bool shown);
+    void SizeParts();
     void MakeFileMenu();
     void MakeEditMenu();
     void MakeViewMenu();
@@ -128,12 +131,15 @@ private:
     QStackedWidget *centre_;
     QSplitter *middle_;
     Welcome *welcome_;
+    QLabel *sign_; ///< that the message is an error
     QLabel *message_;
     QProgressBar *progress_;
     QPushButton *stop_;
     QMenu *recent_ = nullptr;
     Guide *guide_ = nullptr; ///< once it was asked for
     bool wasShown_ = false;
+    bool docksShown_ = true;
+    QByteArray layout_;                                    ///< of docks that are not shown
     QString tablesOf_;                                     ///< the database that the list of tables is of
     QString fieldsOf_;                                     ///< what the editor's fields are of
     QString listing_;                                      ///< the server that is asked for its tables

@@ -5,6 +5,7 @@
 #include "workbench/Comparison.h"
 #include "workbench/Sitting.h"
 
+#include <QAction>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLocale>
@@ -145,9 +146,40 @@ ModelsTable::ModelsTable(Sitting &sitting, QWidget *parent) : QTreeView(parent),
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(KeptModelsModel::Name, QHeaderView::Stretch);
     header()->setStretchLastSection(false);
+    // What the keys of the list do, for who opens its menu.
+    const auto add = [this](const QString &text, Qt::Key key, const auto &handler) {
+        const QString keys = QKeySequence(key).toString(QKeySequence::NativeText);
+        auto *const action = new QAction(text + u'\t' + keys, this);
+        connect(action, &QAction::triggered, this, handler);
+        addAction(action);
+    };
+    add(tr("&Bring Back"), Qt::Key_Return, [this] { BringBack(); });
+    add(tr("&Name"), Qt::Key_F2, [this] {
+        if (currentIndex().isValid())
+            edit(currentIndex().siblingAtColumn(KeptModelsModel::Name));
+    });
+    add(tr("Throw A&way"), Qt::Key_Delete, [this] { sitting_.Remove(Selected()); });
     addCopyMenu(*this);
+    KeepPlace();
     connect(this, &QTreeView::doubleClicked, this,
             [this, order](const QModelIndex &index) { sitting_.BringBack(order->mapToSource(index).row()); });
+}
+
+/// Who goes through the list with keys stays where the list is made anew.
+void ModelsTable::KeepPlace()
+{
+    connect(model(), &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        row_ = currentIndex().row();
+        wasSelected_ = Selected().size() == 1;
+    });
+    connect(model(), &QAbstractItemModel::modelReset, this, [this] {
+        if (row_ < 0 || model()->rowCount() == 0)
+            return;
+        const QModelIndex index = model()->index(std::min(row_, model()->rowCount() - 1), KeptModelsModel::Name);
+        selectionModel()->setCurrentIndex(index, wasSelected_
+                                                     ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                                                     : QItemSelectionModel::NoUpdate);
+    });
 }
 
 std::vector<int> ModelsTable::Selected() const
@@ -168,6 +200,12 @@ QString ModelsTable::Comparison() const
     return comparisonText(sitting_.Models()[size_t(rows[0])], sitting_.Models()[size_t(rows[1])]);
 }
 
+void ModelsTable::BringBack()
+{
+    if (const std::vector<int> rows = Selected(); rows.size() == 1)
+        sitting_.BringBack(rows[0]);
+}
+
 void ModelsTable::keyPressEvent(QKeyEvent *event)
 {
     const std::vector<int> rows = Selected();
@@ -175,7 +213,7 @@ void ModelsTable::keyPressEvent(QKeyEvent *event)
         sitting_.Remove(rows);
     } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && rows.size() == 1 &&
                state() != EditingState) {
-        sitting_.BringBack(rows[0]);
+        BringBack();
     } else {
         QTreeView::keyPressEvent(event);
         return;

@@ -46,7 +46,12 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void BringBack();
+    void KeepPlace();
+
     Sitting &sitting_;
+    int row_ = -1; ///< that was the current one
+    bool wasSelected_ = false;
 };
 
 } // namespace nuvo

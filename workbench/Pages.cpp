@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QHeaderView>
 #include <QTabBar>
 #include <QTableView>
 
@@ -39,6 +40,8 @@ Pages::Pages(QWidget *parent)
     for (QWidget *const page : std::initializer_list<QWidget *>{diagnostics_, observations_, figuresPage_, predict_})
         setTabEnabled(indexOf(page), false);
     addCopyMenu(records_->View());
+    QHeaderView *const header = records_->View().horizontalHeader();
+    addSortMenu(records_->View(), [header](int column) { Q_EMIT header->sectionClicked(column); });
     // Whoever selects tells the two others.
     connect(records_, &RecordsPage::SelectionChanged, this, [this] {
         observations_->SetSelected(records_->Selected());

@@ -6,6 +6,7 @@
 #include "present/Filedialog.h"
 #include "workbench/Csvimport.h"
 #include "workbench/Csvpreview.h"
+#include "workbench/Language.h"
 #include "workbench/Livefit.h"
 #include "workbench/Openfile.h"
 #include "workbench/Predicttable.h"
@@ -34,9 +35,10 @@ QString summary(const TablePredictions &done, const QString &file)
     if (done.stopped)
         return Predictions::tr("The predictions were stopped; no file was written.");
     const QLocale locale;
-    QString line = Predictions::tr("Predictions for %1 records in %2").arg(locale.toString(done.records), file);
+    const QString records = locale.toString(done.records);
     if (done.without == 0)
-        return line + u'.';
+        return Predictions::tr("Predictions for %1 records in %2.", nullptr, numerus(done.records))
+            .arg(records, file);
     QStringList reasons;
     for (const MissingValues &field : done.missing) {
         if (field.nulls > 0)
@@ -47,8 +49,9 @@ QString summary(const TablePredictions &done, const QString &file)
     }
     if (done.invalid > 0)
         reasons.append(Predictions::tr("a term cannot be worked out in %1").arg(locale.toString(done.invalid)));
-    return line + Predictions::tr("; %1 of them have no value: %2.")
-                      .arg(locale.toString(done.without), reasons.join(QStringLiteral(", ")));
+    return Predictions::tr("Predictions for %1 records in %2; %3 of them have no value: %4.", nullptr,
+                           numerus(done.without))
+        .arg(records, file, locale.toString(done.without), reasons.join(QStringLiteral(", ")));
 }
 
 QString write(QWidget &window, const LiveFit &fit, TTable &table, const QString &proposed, double level)

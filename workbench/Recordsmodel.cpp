@@ -3,6 +3,7 @@
 
 #include "workbench/Background.h"
 
+#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
@@ -19,6 +20,15 @@ namespace {
 constexpr int kPage = 256;       // records
 constexpr int kPagesKept = 64;   //
 constexpr size_t kMostAsked = 8; // pages; who scrolls by has gone on
+
+/// Numbers have the decimal sign that they have on the other pages, other texts stay as they are.
+QString shown(const QString &text)
+{
+    bool isNumber = false;
+    if (text.contains(u'.'))
+        text.toDouble(&isNumber);
+    return isNumber ? QString(text).replace(u'.', QLocale().decimalPoint()) : text;
+}
 
 } // namespace
 
@@ -254,7 +264,8 @@ QVariant RecordsModel::data(const QModelIndex &index, int role) const
     if (page == nullptr)
         return QString(QChar(0x2026));
     const size_t row = size_t(index.row() % kPage);
-    return row < page->size() ? (*page)[row].value(index.column()) : QString();
+    const QString text = row < page->size() ? (*page)[row].value(index.column()) : QString();
+    return fields_[size_t(index.column())].numeric ? shown(text) : text;
 }
 
 QVariant RecordsModel::headerData(int section, Qt::Orientation orientation, int role) const

@@ -43,6 +43,7 @@ RecordsPage::RecordsPage(QWidget *parent)
     view_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view_->horizontalHeader()->setSectionsClickable(true);
+    view_->horizontalHeader()->setHighlightSections(false);
     view_->horizontalHeader()->setToolTip(tr("Click to sort the records, by the database"));
     view_->setCornerButtonEnabled(false);
     view_->setTabKeyNavigation(false);
@@ -120,6 +121,8 @@ void RecordsPage::ShowError(const QString &error)
 {
     error_->setText(error);
     error_->setVisible(!error.isEmpty());
+    if (!error.isEmpty() && !model_->IsCounted())
+        goTo_->setPlaceholderText({});
 }
 
 void RecordsPage::ShowCount()

@@ -19,6 +19,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -72,8 +73,6 @@ TModelEditor::TModelEditor(QWidget *parent)
     places_->setWidgetResizable(true);
     places_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     places_->setFocusPolicy(Qt::NoFocus);
-    places_->setMinimumWidth(form->minimumSizeHint().width() + places_->verticalScrollBar()->sizeHint().width() +
-                             2 * places_->frameWidth());
     places_->setMinimumHeight(form->fontMetrics().height() * 10);
 
     auto *left = new QWidget(this);
@@ -142,8 +141,7 @@ void TModelEditor::MakeRows(QWidget &form, QGridLayout &grid)
     for (int place = 0; place < RegressionModel::Places; ++place)
         MakeRow(place, form, grid);
     grid.setColumnStretch(1, 4);
-    grid.setColumnStretch(3, 2);
-    grid.setColumnStretch(4, 4);
+    grid.setColumnStretch(4, 3);
     grid.setRowStretch(1 + 2 * RegressionModel::Places, 1);
 }
 
@@ -240,12 +238,26 @@ void TModelEditor::Refresh()
         const bool mine = problem != problems_.cend() && problem->place == row->Place();
         row->Show(model_, mine ? &*problem++ : nullptr);
     }
+    ShowSecondColumn();
     list_->SetModel(model_);
     const QString line = equation(model_);
     constexpr qsizetype most = 240;
     equation_->setText(line.size() <= most ? line : line.first(most) + u'…');
     equation_->setToolTip(line);
     ShowState();
+}
+
+/// It is there where some place has a second field or a number.
+void TModelEditor::ShowSecondColumn()
+{
+    constexpr int column = 3;
+    const bool isNeeded =
+        std::any_of(rows_.begin(), rows_.end(), [](const PlaceRow *row) { return row->HasSecond(); });
+    auto *const grid = static_cast<QGridLayout *>(places_->widget()->layout());
+    grid->setColumnStretch(column, isNeeded ? 2 : 0);
+    grid->itemAtPosition(0, column)->widget()->setVisible(isNeeded);
+    places_->setMinimumWidth(places_->widget()->minimumSizeHint().width() +
+                             places_->verticalScrollBar()->sizeHint().width() + 2 * places_->frameWidth());
 }
 
 void TModelEditor::ShowState()

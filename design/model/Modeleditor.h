@@ -74,6 +74,7 @@ private:
     template <class Change>
     void Alter(Change &&change);
     void Refresh();
+    void ShowSecondColumn();
     void ShowState();
     void Say(const QString &text);
     /// Whether fields that are known have this one as one that can be used; says why not.

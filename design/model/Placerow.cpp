@@ -148,6 +148,11 @@ QList<QWidget *> PlaceRow::Controls() const
     return {slot_, transformation_, second_, number_};
 }
 
+bool PlaceRow::HasSecond() const
+{
+    return !behind_->isHidden();
+}
+
 bool PlaceRow::Holds(const QWidget *widget) const
 {
     if (widget == nullptr)
@@ -199,6 +204,7 @@ void PlaceRow::ShowSecond(const RegressionModel &model)
     number_->setToolTip(hint);
     number_->setAccessibleDescription(hint);
     behind_->setCurrentIndex(behind);
+    behind_->setVisible(behind != NothingBehind); // names of fields have the room
 }
 
 void PlaceRow::Show(const RegressionModel &model, const ModelProblem *problem)

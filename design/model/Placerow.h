@@ -39,6 +39,8 @@ public:
     QList<QWidget *> Controls() const;
     /// Whether one of the row's parts is the widget, or holds it.
     bool Holds(const QWidget *widget) const;
+    /// Whether its transformation takes a second field or a number.
+    bool HasSecond() const;
 
 Q_SIGNALS:
     void TransformationChosen(const QString &keyword);

@@ -21,13 +21,13 @@ TSqlDialog::TSqlDialog(QWidget *parent) : QDialog(parent), editor_(new TSqlEdito
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
     ok->setObjectName(QStringLiteral("SqlOK"));
-    ok->setToolTip(QStringLiteral("Takes the statement (Ctrl+Enter)"));
+    ok->setToolTip(tr("Takes the statement (Ctrl+Enter)"));
     // A shortcut of the button's own would go with its text, which the box sets anew.
     for (const int key : {Qt::Key_Return, Qt::Key_Enter})
         connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this), &QShortcut::activated, ok,
                 &QPushButton::click);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("SqlCancel"));
-    buttons->button(QDialogButtonBox::Cancel)->setToolTip(QStringLiteral("Leaves the statement as it was (Escape)"));
+    buttons->button(QDialogButtonBox::Cancel)->setToolTip(tr("Leaves the statement as it was (Escape)"));
     auto *all = new QVBoxLayout(this);
     all->addWidget(editor_, 1);
     all->addWidget(buttons);

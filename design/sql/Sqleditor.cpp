@@ -3,6 +3,7 @@
 
 #include "design/model/Editorparts.h"
 #include "design/model/Modelfields.h"
+#include "design/sql/Quietcells.h"
 #include "design/sql/Sqlhighlighter.h"
 #include "design/sql/Tabletree.h"
 #include "design/sql/Trial.h"
@@ -11,6 +12,7 @@
 #include "platform/Messages.h"
 
 #include <QEvent>
+#include <QFocusEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -32,19 +34,14 @@ using nuvo::editorButton;
 
 constexpr int LettersOfACell = 200;
 
-QString counted(qsizetype count, const char *one, const char *many)
-{
-    return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
-}
-
 } // namespace
 
 TSqlEditor::TSqlEditor(QWidget *parent)
     : QWidget(parent), trial_(new nuvo::Trial(this)), tables_(new nuvo::TableTree(this)),
       text_(new QPlainTextEdit(this)), highlighter_(new nuvo::SqlHighlighter(*text_->document(), *text_)),
-      try_(editorButton(this, "TrySql", QStringLiteral("&Try"), QStringLiteral("Shows the first ten rows (F5)"))),
-      stop_(editorButton(this, "StopSql", QStringLiteral("&Stop"), QStringLiteral("Ends the trial (Escape)"))),
-      sign_(new QLabel(this)), state_(new QLabel(this)), rows_(new QTableWidget(this))
+      try_(editorButton(this, "TrySql", tr("&Try"), tr("Shows the first ten rows (F5)"))),
+      stop_(editorButton(this, "StopSql", tr("&Stop"), tr("Ends the trial (Escape)"))), sign_(new QLabel(this)),
+      state_(new QLabel(this)), rows_(new QTableWidget(this))
 {
     setObjectName(QStringLiteral("SqlEditor"));
     MakeControls();
@@ -72,8 +69,8 @@ void TSqlEditor::MakeControls()
     text_->setObjectName(QStringLiteral("SqlText"));
     text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     text_->setTabChangesFocus(true);
-    text_->setAccessibleName(QStringLiteral("SQL statement"));
-    text_->setToolTip(QStringLiteral("The statement that is read: SELECT, WITH, VALUES or SHOW"));
+    text_->setAccessibleName(tr("SQL statement"));
+    text_->setToolTip(tr("The statement that is read: SELECT, WITH, VALUES or SHOW"));
     text_->setPlaceholderText(QStringLiteral("SELECT … FROM …"));
     text_->setMinimumHeight(text_->fontMetrics().height() * 4);
     constexpr int lettersSeen = 50;
@@ -85,8 +82,9 @@ void TSqlEditor::MakeControls()
     state_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     state_->setMinimumHeight(2 * state_->fontMetrics().lineSpacing());
     rows_->setObjectName(QStringLiteral("SqlRows"));
-    rows_->setAccessibleName(QStringLiteral("First rows"));
+    rows_->setAccessibleName(tr("First rows"));
     rows_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    rows_->setItemDelegate(new nuvo::QuietCells(this));
     rows_->setTabKeyNavigation(false);
     rows_->setWordWrap(false);
     rows_->setAlternatingRowColors(true);
@@ -117,7 +115,6 @@ void TSqlEditor::MakeControls()
     auto *all = new QVBoxLayout(this);
     all->setContentsMargins({});
     all->addWidget(halves);
-    setFocusProxy(text_);
     setTabOrder(text_, try_);
     setTabOrder(try_, stop_);
     setTabOrder(stop_, rows_);
@@ -177,7 +174,7 @@ void TSqlEditor::Stop()
     trial_->Stop();
     ShowState();
     if (Trying())
-        state_->setText(QStringLiteral("Stopping…"));
+        state_->setText(tr("Stopping…"));
 }
 
 void TSqlEditor::ShowState()
@@ -185,15 +182,15 @@ void TSqlEditor::ShowState()
     const bool trying = Trying();
     stop_->setEnabled(trying);
     if (trying)
-        state_->setText(QStringLiteral("Reading…"));
+        state_->setText(tr("Reading…"));
     else if (rows_->columnCount() == 0)
-        state_->setText(QStringLiteral("F5 tries the statement and shows its first rows."));
+        state_->setText(tr("F5 tries the statement and shows its first rows."));
 }
 
 void TSqlEditor::Show(const nuvo::TrialAnswer &answer)
 {
     if (answer.stopped)
-        state_->setText(QStringLiteral("Stopped."));
+        state_->setText(tr("Stopped."));
     else if (!answer.error.isEmpty())
         ShowError(answer.error, tried_ == Text() ? answer.errorPosition : -1);
     else
@@ -220,21 +217,24 @@ void TSqlEditor::ShowRows(const nuvo::TrialAnswer &answer)
             auto *cell = new QTableWidgetItem(
                 nuvo::withoutControls(text.first(std::min<qsizetype>(text.size(), LettersOfACell))));
             if (value.isNull())
-                cell->setForeground(palette().color(QPalette::PlaceholderText));
+                cell->setData(nuvo::QuietRole, true);
             if (nuvo::isNumeric(one.kind))
                 cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             rows_->setItem(row, column, cell);
         }
     }
     rows_->resizeColumnsToContents();
+    const int columnCount = rows_->columnCount();
+    const int rowCount = rows_->rowCount();
     QString text =
-        QStringLiteral("%1, %2 of them with numbers; %3%4.")
-            .arg(counted(rows_->columnCount(), "column", "columns"))
+        (answer.more ? tr("%1, %2 of them with numbers; the first %3.") : tr("%1, %2 of them with numbers; %3."))
+            .arg(columnCount == 1 ? tr("1 column") : tr("%1 columns").arg(columnCount))
             .arg(numeric)
-            .arg(answer.more ? QStringLiteral("the first ") : QString(), counted(rows_->rowCount(), "row", "rows"));
+            .arg(rowCount == 1 ? tr("1 row") : tr("%1 rows").arg(rowCount));
     if (!answer.nullParameters.isEmpty())
-        text += QStringLiteral(" Without a value, and taken as null here: %1.")
-                    .arg(answer.nullParameters.join(QStringLiteral(", ")));
+        text +=
+            u' ' +
+            tr("Without a value, and taken as null here: %1.").arg(answer.nullParameters.join(QStringLiteral(", ")));
     state_->setText(text);
 }
 
@@ -251,9 +251,8 @@ void TSqlEditor::ShowError(const QString &sentence, qsizetype position)
     }
     QTextCursor place(text_->document());
     place.setPosition(int(std::min<qsizetype>(position, Text().size())));
-    state_->setText(
-        nuvo::withoutControls(sentence) +
-        QStringLiteral(" (Line %1, letter %2.)").arg(place.blockNumber() + 1).arg(place.positionInBlock() + 1));
+    state_->setText(nuvo::withoutControls(sentence) + u' ' +
+                    tr("(Line %1, letter %2.)").arg(place.blockNumber() + 1).arg(place.positionInBlock() + 1));
     text_->setTextCursor(place);
     place.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
     if (!place.hasSelection())
@@ -287,7 +286,14 @@ bool TSqlEditor::CheckStatement()
 
 void TSqlEditor::changeEvent(QEvent *event)
 {
+    // Not at once: the text does not have its new colours yet.
     if (event->type() == QEvent::PaletteChange)
-        highlighter_->rehighlight();
+        QMetaObject::invokeMethod(highlighter_, &QSyntaxHighlighter::rehighlight, Qt::QueuedConnection);
     QWidget::changeEvent(event);
+}
+
+void TSqlEditor::focusInEvent(QFocusEvent *event)
+{
+    // As a proxy it would be gone back to with Tab, and what is beside the editor never reached.
+    text_->setFocus(event->reason());
 }

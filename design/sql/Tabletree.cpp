@@ -2,6 +2,7 @@
 #include "design/sql/Tabletree.h"
 
 #include "design/model/Modelfields.h"
+#include "design/sql/Quietcells.h"
 #include "platform/Connection.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
@@ -22,10 +23,10 @@ enum Roles { NameRole = Qt::UserRole, QuotedRole, ReadRole };
 TableTree::TableTree(QWidget *parent) : QTreeWidget(parent)
 {
     setObjectName(QStringLiteral("SqlTables"));
-    setAccessibleName(QStringLiteral("Tables and their fields"));
-    setAccessibleDescription(QStringLiteral("Enter puts the name into the statement"));
-    setToolTip(QStringLiteral("A double click or Enter puts the name into the statement; it can be dragged, too"));
-    setHeaderLabels({QStringLiteral("Tables and fields"), QStringLiteral("Holds")});
+    setAccessibleName(tr("Tables and their fields"));
+    setAccessibleDescription(tr("Enter puts the name into the statement"));
+    setToolTip(tr("A double click or Enter puts the name into the statement; it can be dragged, too"));
+    setHeaderLabels({tr("Tables and fields"), tr("Holds")});
     setExpandsOnDoubleClick(false);
     setUniformRowHeights(true);
     setDragEnabled(true);
@@ -37,6 +38,7 @@ TableTree::TableTree(QWidget *parent) : QTreeWidget(parent)
     constexpr int lettersSeen = 34;
     setMinimumWidth(fontMetrics().averageCharWidth() * lettersSeen);
     connect(this, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem *item) { ReadFields(*item); });
+    setItemDelegate(new QuietCells(this));
     connect(this, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem *item) {
         if (const QString name = Quoted(*item); !name.isEmpty())
             Q_EMIT Chosen(name);
@@ -55,7 +57,7 @@ void TableTree::AddNote(QTreeWidgetItem *parent, const QString &text)
     auto *note = new QTreeWidgetItem({withoutControls(text)});
     note->setFlags(Qt::ItemIsEnabled);
     note->setToolTip(0, withoutControls(text));
-    note->setForeground(0, palette().color(QPalette::PlaceholderText));
+    note->setData(0, QuietRole, true);
     if (parent != nullptr)
         parent->addChild(note);
     else
@@ -77,7 +79,7 @@ void TableTree::ReadTables()
             item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
         }
         if (topLevelItemCount() == 0)
-            AddNote(nullptr, QStringLiteral("There are no tables."));
+            AddNote(nullptr, tr("There are no tables."));
         else if (topLevelItemCount() == 1)
             topLevelItem(0)->setExpanded(true);
     } catch (const EPlatformError &error) {

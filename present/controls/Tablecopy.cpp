@@ -8,9 +8,13 @@
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLocale>
+#include <QMenu>
 #include <QMimeData>
+#include <QTableView>
+#include <QTreeView>
 
 #include <cmath>
 #include <memory>
@@ -157,6 +161,33 @@ void addCopyMenu(QAbstractItemView &view)
     QObject::connect(text, &QAction::triggered, &view, [&view] { copyTable(tableOf(view)); });
     QObject::connect(markdown, &QAction::triggered, &view, [&view] { copyTableAsMarkdown(tableOf(view)); });
     view.addActions({text, markdown});
+    const auto addSorting = [](auto *sorted, QHeaderView *header) {
+        addSortMenu(*sorted, [sorted, header](int column) {
+            const bool back =
+                header->sortIndicatorSection() == column && header->sortIndicatorOrder() == Qt::AscendingOrder;
+            sorted->sortByColumn(column, back ? Qt::DescendingOrder : Qt::AscendingOrder);
+        });
+    };
+    if (auto *const table = qobject_cast<QTableView *>(&view); table != nullptr && table->isSortingEnabled())
+        addSorting(table, table->horizontalHeader());
+    if (auto *const tree = qobject_cast<QTreeView *>(&view); tree != nullptr && tree->isSortingEnabled())
+        addSorting(tree, tree->header());
+}
+
+void addSortMenu(QAbstractItemView &view, std::function<void(int)> sort)
+{
+    auto *const menu = new QMenu(QCoreApplication::translate("nuvo::Tablecopy", "&Sort by"), &view);
+    menu->setObjectName(QStringLiteral("SortMenu"));
+    // Headings change with what is shown.
+    QObject::connect(menu, &QMenu::aboutToShow, &view, [&view, menu, sort = std::move(sort)] {
+        menu->clear();
+        for (int column = 0; view.model() != nullptr && column < view.model()->columnCount(); ++column) {
+            const QString title = view.model()->headerData(column, Qt::Horizontal).toString();
+            menu->addAction(QString(title).replace(u'&', QLatin1String("&&")), &view,
+                            [sort, column] { sort(column); });
+        }
+    });
+    view.addAction(menu->menuAction());
 }
 
 } // namespace nuvo

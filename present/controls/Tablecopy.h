@@ -8,6 +8,8 @@
 
 #include <functional>
 
+#include <functional>
+
 class QAbstractItemView;
 class QWidget;
 
@@ -35,7 +37,9 @@ NUVO_EXPORT void copyTableAsMarkdown(const Page::Table &table);
 NUVO_EXPORT QString copyTableText();
 NUVO_EXPORT QString copyMarkdownText();
 
-/// Gives a view that has no context menu one with the two.
+/// Gives a view that has no context menu one with the two, and where a click on a heading sorts, with that for keys.
 NUVO_EXPORT void addCopyMenu(QAbstractItemView &view);
+/// Adds a menu of the view's headings to its actions; the chosen column is handed on.
+NUVO_EXPORT void addSortMenu(QAbstractItemView &view, std::function<void(int)> sort);
 
 } // namespace nuvo

@@ -463,5 +463,14 @@ void TFigureView::contextMenuEvent(QContextMenuEvent *event)
     const QPointF middle = Painter().Frame().center();
     menu->addAction(tr("Zoom &In"), this, [this, middle] { Zoom(KeyZoom, middle); })->setShortcut(Qt::Key_Plus);
     menu->addAction(tr("Zoom &Out"), this, [this, middle] { Zoom(1 / KeyZoom, middle); })->setShortcut(Qt::Key_Minus);
+    if (!actions().isEmpty()) {
+        // A person means what the menu was opened on.
+        const int point = event->reason() == QContextMenuEvent::Mouse ? Painter().PointAt(event->pos(), Reach) : -1;
+        if (point >= 0 && std::size_t(point) < figure_.records.size() &&
+            !selected_.contains(figure_.records[std::size_t(point)]))
+            ClickAt(event->pos(), false);
+        menu->addSeparator();
+        menu->addActions(actions());
+    }
     menu->popup(event->globalPos());
 }

@@ -21,7 +21,8 @@
 ///
 /// The keyboard: Left and Right go to the next point by its place across, Up and Down by its height, Home and End to
 /// the ends, and select it; + and - zoom around the middle, 0 shows all; Ctrl+C copies the picture, Ctrl+S asks for a
-/// file's name and saves as PNG, SVG or PDF. The context menu has these too.
+/// file's name and saves as PNG, SVG or PDF. The context menu has these too, and the
+/// widget's actions; a point that it is opened on is selected for them.
 class NUVO_EXPORT TFigureView : public QWidget
 {
     Q_OBJECT

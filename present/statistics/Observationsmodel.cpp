@@ -22,27 +22,32 @@ void ObservationsModel::SetFigures(const Figures &figures)
         records_.push_back(recordOf(figures, i));
         rows_.insert(records_.back(), int(i));
     }
-    const auto add = [this, n](const QString &title, const QString &hint, std::vector<double> values,
-                               Reason reason = None) {
+    const auto add = [this, n](const QString &name, const QString &title, const QString &hint,
+                               std::vector<double> values, Reason reason = None) {
         values.resize(n, Figures::None);
-        columns_.push_back({withoutControls(title), hint, std::move(values), reason});
+        columns_.push_back({withoutControls(title), hint, std::move(values), reason, withoutControls(name)});
     };
-    add(tr("Record"), tr("Place of the record in the dataset"), {records_.begin(), records_.end()}, Any);
-    add(figures.response.term, tr("Response"), figures.observed);
+    add(QStringLiteral("record"), tr("Record"), tr("Place of the record in the dataset"),
+        {records_.begin(), records_.end()}, Any);
+    add(figures.response.term, figures.response.term, tr("Response"), figures.observed);
     for (std::size_t j = 0; j < figures.x.size(); ++j)
-        add(figures.columns[j].term, tr("Term %1").arg(j + 1), figures.x[j]);
-    add(tr("Fitted"), tr("Fitted value"), figures.fitted);
-    add(tr("Residual"), tr("Response less fitted value"), figures.residuals);
+        add(figures.columns[j].term, figures.columns[j].term, tr("Term %1").arg(j + 1), figures.x[j]);
+    add(QStringLiteral("fitted"), tr("Fitted"), tr("Fitted value"), figures.fitted);
+    add(QStringLiteral("residual"), tr("Residual"), tr("Response less fitted value"), figures.residuals);
     const Influence influence = figures.influence.value_or(Influence());
-    add(tr("Leverage"), tr("Leverage; stands out above 2 p/n"), influence.leverage, Leverage);
-    add(tr("Standardized"), tr("Standardized residual"), influence.standardizedResiduals);
-    add(tr("Studentized"), tr("Studentized residual; stands out beyond 2 either way"), influence.studentizedResiduals,
-        Residual);
-    add(QStringLiteral("Cook"), tr("Cook's distance; stands out above 4/n"), influence.cook, Cook);
-    add(QStringLiteral("DFFITS"),
+    add(QStringLiteral("leverage"), tr("Leverage"), tr("Leverage; stands out above 2 p/n"), influence.leverage,
+        Leverage);
+    add(QStringLiteral("standardizedResidual"), tr("Standardized"), tr("Standardized residual"),
+        influence.standardizedResiduals);
+    add(QStringLiteral("studentizedResidual"), tr("Studentized"),
+        tr("Studentized residual; stands out beyond 2 either way"), influence.studentizedResiduals, Residual);
+    add(QStringLiteral("cook"), QStringLiteral("Cook"), tr("Cook's distance; stands out above 4/n"), influence.cook,
+        Cook);
+    add(QStringLiteral("dffits"), QStringLiteral("DFFITS"),
         tr("Change of the fitted value without the observation; stands out beyond 2 sqrt(p/n)"), influence.dffits,
         Dffits);
-    add(tr("Stands out by"), tr("What makes the observation worth looking at"), {}, Any);
+    add(QStringLiteral("standsOutBy"), tr("Stands out by"), tr("What makes the observation worth looking at"), {},
+        Any);
 
     reasons_.assign(n, None);
     words_ = QStringList(qsizetype(n), QString());
@@ -83,6 +88,18 @@ QString ObservationsModel::Exact(int row, int column, QChar point) const
     if (std::isnan(value))
         return {};
     return QString::number(value, 'g', QLocale::FloatingPointShortest).replace(u'.', point);
+}
+
+QString ObservationsModel::Stored(int row, int column) const
+{
+    if (!IsWords(column))
+        return Exact(row, column, u'.');
+    QStringList names;
+    for (const Column &one : columns_) {
+        if (one.reason != Any && (reasons_[std::size_t(row)] & one.reason) != 0)
+            names.append(one.name);
+    }
+    return names.join(u' ');
 }
 
 QString ObservationsModel::Hint(int row, int column) const

@@ -39,6 +39,10 @@ public:
     /// Words or the number with as many digits as tell it from any other; empty where there is none.
     QString Exact(int row, int column, QChar point) const;
     QString Title(int column) const { return columns_[std::size_t(column)].title; }
+    /// What a file calls the column, whatever language is spoken.
+    QString Name(int column) const { return columns_[std::size_t(column)].name; }
+    /// As Exact() with a point, and the reasons by the names of their columns.
+    QString Stored(int row, int column) const;
 
 private:
     enum Reason { None = 0, Leverage = 1, Residual = 2, Cook = 4, Dffits = 8, Any = 16 };
@@ -48,6 +52,7 @@ private:
         QString hint;
         std::vector<double> values;
         Reason reason = None;
+        QString name;
     };
 
     bool IsRecord(int column) const { return column == 0; }

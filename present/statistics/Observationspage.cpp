@@ -178,9 +178,9 @@ void TObservationsPage::SaveCsv(const QString &file) const
             cells += cell(column);
         text += nuvo::csvLine(cells) + u'\n';
     };
-    addLine([&](int column) { return model_->Title(column); });
+    addLine([&](int column) { return model_->Name(column); });
     for (int row = 0; row < model_->rowCount(); ++row)
-        addLine([&](int column) { return model_->Exact(row, column, u'.'); });
+        addLine([&](int column) { return model_->Stored(row, column); });
     nuvo::saveFile(file, [&text](QIODevice &device) { return nuvo::writeText(text, device); });
 }
 

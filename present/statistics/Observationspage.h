@@ -44,7 +44,8 @@ public:
     QString SelectionText() const;
     /// The same onto the clipboard, as text and as HTML.
     void Copy() const;
-    /// All observations in the order of their records, with all digits: commas, decimal points, LF, UTF-8.
+    /// All observations in the order of their records, with all digits: commas, decimal points, LF, UTF-8, and the
+    /// names of columns that nuvostat has, whatever language the page speaks.
     /// \throws EPlatformError when the file cannot be written; no partial file is left.
     void SaveCsv(const QString &file) const;
     /// Asks for a name and saves; an error becomes a message box.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "present/statistics/Pageview.h"
 
+#include "present/Pagelayout.h"
 #include "present/Words.h"
 #include "present/controls/Tablecopy.h"
 
@@ -26,6 +27,8 @@ namespace {
 constexpr int Margin = 12;
 constexpr int TextColumns = 100;
 constexpr double Unbounded = 1e5;
+constexpr int CloseGap = 5;
+const char *const CloseName = "nuvoClose"; // a property of documents that are set closer
 
 /// Where the second half of the page begins.
 auto diagnosticsOf(const nuvo::Page &page)
@@ -97,30 +100,47 @@ void TPageView::SetPage(const nuvo::Page &page)
         if (part.kind == nuvo::Page::Kind::Table)
             widths_.push_back(columnWidths(part.table, page.point));
     }
-    Show(GroupsFor(viewport()->width()));
+    LayOut(true);
     verticalScrollBar()->setValue(0);
 }
 
-TPageView::Groups TPageView::GroupsFor(double width) const
+void TPageView::LayOut(bool anew)
+{
+    const double width = viewport()->width();
+    const auto count = [](const Groups &groups) {
+        std::size_t all = 0;
+        for (const std::vector<int> &counts : groups)
+            all += counts.size();
+        return all;
+    };
+    const Groups usual = GroupsFor(width, 0);
+    const Groups closer = GroupsFor(width, nuvo::usualGap - CloseGap);
+    const bool isClose = count(closer) < count(usual);
+    const Groups &groups = isClose ? closer : usual;
+    if (anew || groups != groups_ || document()->property(CloseName).toBool() != isClose)
+        Show(groups, isClose);
+}
+
+TPageView::Groups TPageView::GroupsFor(double width, double saved) const
 {
     Groups groups;
     for (const std::vector<double> &widths : widths_) {
-        const double names = 2 * Margin + widths.front();
+        const double names = 2 * Margin + widths.front() - saved;
         double used = names;
         std::vector<int> &counts = groups.emplace_back(1, 0);
         for (std::size_t column = 1; column < widths.size(); ++column) {
-            if (used + widths[column] > width && counts.back() > 0) {
+            if (used + widths[column] - saved > width && counts.back() > 0) {
                 counts.push_back(0);
                 used = names;
             }
-            used += widths[column];
+            used += widths[column] - saved;
             ++counts.back();
         }
     }
     return groups;
 }
 
-void TPageView::Show(const Groups &groups)
+void TPageView::Show(const Groups &groups, bool isClose)
 {
     groups_ = groups;
     nuvo::Page shown;
@@ -139,7 +159,8 @@ void TPageView::Show(const Groups &groups)
             from += count;
         }
     }
-    std::unique_ptr<QTextDocument> made = nuvo::pageDocument(shown);
+    std::unique_ptr<QTextDocument> made = nuvo::pageDocument(shown, isClose ? CloseGap : nuvo::usualGap);
+    made->setProperty(CloseName, isClose);
     const QPointer<QTextDocument> before = document(); // the view may take it along
     made->setDocumentMargin(Margin);
     made->setUndoRedoEnabled(false);
@@ -153,9 +174,7 @@ void TPageView::Show(const Groups &groups)
 void TPageView::resizeEvent(QResizeEvent *event)
 {
     QTextBrowser::resizeEvent(event);
-    const Groups groups = GroupsFor(viewport()->width());
-    if (groups != groups_)
-        Show(groups);
+    LayOut(false);
 }
 
 void TPageView::Copy()

@@ -9,9 +9,9 @@
 
 #include <vector>
 
-/// A page of statistics to read, in the colours of the palette. A table that is wider than the view is set in groups
-/// of columns, each with the names of the rows. Ctrl+C copies what is marked, or the whole page when
-/// nothing is; the context menu copies the table that it is opened on. Stands on any form.
+/// A page of statistics to read, in the colours of the palette. A table that is wider than the view is set closer,
+/// and where that is not enough in groups of columns, each with the names of the rows. Ctrl+C copies what is marked,
+/// or the whole page when nothing is; the context menu copies the table that it is opened on. Stands on any form.
 class NUVO_EXPORT TPageView : public QTextBrowser
 {
     Q_OBJECT
@@ -39,10 +39,13 @@ private:
     /// Of each table, how many columns stand in each of its groups.
     using Groups = std::vector<std::vector<int>>;
 
-    Groups GroupsFor(double width) const;
+    /// \param saved pixels of each column
+    Groups GroupsFor(double width, double saved) const;
+    /// As few groups as there can be, in the usual distance where that makes no difference.
+    void LayOut(bool anew);
     /// The table of the page that a place in the document is in, else the first one.
     nuvo::Page::Table TableAt(int position) const;
-    void Show(const Groups &groups);
+    void Show(const Groups &groups, bool isClose);
 
     nuvo::Page page_;
     std::vector<std::vector<double>> widths_; ///< of the columns of each table

@@ -218,6 +218,33 @@ TEST(WindowLayout, IsThereAgainAtTheNextStart)
     EXPECT_NEAR(opened.window->Editor().width(), editor, 4);
 }
 
+TEST(WindowLayout, HasNoDocksWhereNothingIsOpen)
+{
+    OpenedWindow opened;
+    const auto dock = [&](const char *name) { return opened.window->findChild<QDockWidget *>(u(name)); };
+    const auto expectDocks = [&](bool tables, bool models) {
+        QApplication::processEvents();
+        EXPECT_EQ(dock("TablesDock")->isVisible(), tables);
+        EXPECT_EQ(dock("ModelsDock")->isVisible(), models);
+    };
+    expectDocks(false, false);
+    EXPECT_FALSE(dock("ModelsDock")->toggleViewAction()->isEnabled());
+    opened.fitLongley();
+    expectDocks(true, true);
+    EXPECT_LT(dock("TablesDock")->width(), 200) << "narrow from the start";
+    opened.window->resizeDocks({dock("TablesDock")}, {230}, Qt::Horizontal);
+    dock("ModelsDock")->toggleViewAction()->trigger();
+    expectDocks(true, false);
+    const nuvo::ModelState state = opened.window->CurrentSitting().State();
+    opened.window->CurrentSitting().Change({}, u("close"));
+    expectDocks(false, false);
+    opened.begin();
+    expectDocks(false, false);
+    opened.window->CurrentSitting().Change(state, u("open"));
+    expectDocks(true, false);
+    EXPECT_NEAR(dock("TablesDock")->width(), 230, 2) << "as the person has left them";
+}
+
 TEST(WindowLayout, FitsOnASmallScreen)
 {
     for (const char *const code : {"en", "de"}) {

@@ -3,19 +3,28 @@
 
 #include "Openedwindow.h"
 #include "engine/Regression.h"
+#include "platform/Modal.h"
 #include "present/figures/Figurespage.h"
 #include "present/statistics/Observationspage.h"
 #include "present/statistics/Pageview.h"
 #include "workbench/Livefit.h"
+#include "workbench/Predictpage.h"
+#include "workbench/Recordspage.h"
 #include "workbench/Sitting.h"
 
+#include <QAbstractItemView>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabBar>
 #include <QTableView>
+#include <QTextFrame>
 #include <QToolButton>
 #include <QXmlStreamReader>
 
@@ -78,6 +87,16 @@ QString sharedKeys(const QList<QAction *> &actions)
             shared += action->text() + u' ';
     }
     return shared;
+}
+
+QList<QAction *> figureMenu(TFigureView &view)
+{
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), view.mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(&view, &event);
+    auto *const menu = view.findChild<QMenu *>(u("FigureMenu"));
+    const QList<QAction *> actions = menu->actions();
+    menu->close();
+    return actions;
 }
 
 } // namespace
@@ -180,11 +199,77 @@ TEST(GermanWorkbench, HasRoomForItsPagesAt1360)
         EXPECT_FALSE(arrow->isVisible());
 }
 
+TEST(GermanWorkbench, HasTheTableOfCoefficientsInOnePieceAt1360)
+{
+    for (const char *const code : {"en", "de"}) {
+        OpenedWindow opened((u(code)));
+        opened.window->resize(1360, 820);
+        opened.fitLongley();
+        opened.window->Editor().AddFields({u("GNPDEFL"), u("ARMED"), u("POP"), u("YEAR")});
+        opened.pages().setCurrentIndex(1);
+        QApplication::processEvents();
+        ASSERT_EQ(opened.window->Fit().Regression()->GetNumVars(), 6);
+        const TSummaryPage &summary = opened.pages().Summary();
+        EXPECT_EQ(summary.document()->rootFrame()->childFrames().size(), 2) << code << ", with the one of variances";
+        EXPECT_LE(summary.document()->size().width(), summary.viewport()->width()) << code;
+    }
+}
+
+TEST(GermanWorkbench, HasOneDecimalSignOnEveryPageAndReadsWhatItHasCopied)
+{
+    OpenedWindow opened(u("de"));
+    opened.fitLongley();
+    opened.window->Editor().AddFields({u("GNPDEFL")});
+    nuvo::Pages &pages = opened.pages();
+    const auto cell = [](const QTableView &view, const QString &column) {
+        const QAbstractItemModel &model = *view.model();
+        for (int i = 0; i < model.columnCount(); ++i) {
+            if (model.headerData(i, Qt::Horizontal).toString() == column)
+                return model.index(1, i).data().toString();
+        }
+        return QString();
+    };
+    EXPECT_EQ(cell(pages.Records().View(), u("GNPDEFL")), u("88,5"));
+    EXPECT_EQ(cell(pages.Observations().View(), u("GNPDEFL")), u("88,5"));
+    pages.setCurrentIndex(6);
+    EXPECT_TRUE(pages.Prediction().findChild<QLineEdit *>(u("Value_GNPDEFL"))->text().contains(u',') &&
+                !pages.Prediction().findChild<QLineEdit *>(u("Value_GNPDEFL"))->text().contains(u'.'));
+    pages.setCurrentIndex(0);
+    pages.Copy();
+    QFile file(opened.folder.filePath(u("copied.csv")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QApplication::clipboard()->text().toUtf8());
+    file.close();
+    const double slope = opened.window->Fit().Regression()->Getb(3);
+    SetModalRunner([](QDialog &) { return int(QDialog::Accepted); });
+    opened.window->OpenFile(file.fileName());
+    SetModalRunner({});
+    EXPECT_EQ(opened.window->CurrentSitting().State().table, u("copied"));
+    EXPECT_EQ(cell(pages.Records().View(), u("GNPDEFL")), u("88,5"));
+    opened.window->Editor().MakeResponse(u("TOTEMP"));
+    opened.window->Editor().AddFields({u("GNP"), u("UNEMP"), u("GNPDEFL")});
+    EXPECT_EQ(opened.window->Fit().Regression()->Getb(3), slope);
+}
+
+TEST(GermanWorkbench, HasFilesWithTheNamesThatProgramsKnow)
+{
+    OpenedWindow opened(u("de"));
+    opened.fitLongley();
+    opened.pages().Observations().SaveCsv(opened.folder.filePath(u("o.csv")));
+    QFile file(opened.folder.filePath(u("o.csv")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readLine(), "record,TOTEMP,GNP,UNEMP,fitted,residual,leverage,standardizedResidual,"
+                               "studentizedResidual,cook,dffits,standsOutBy\n");
+    EXPECT_FALSE(file.readAll().contains("Residuum"));
+}
+
 TEST(Menus, HaveAKeyOrALetterForEveryActionAndNoLetterTwice)
 {
     for (const char *const code : {"en", "de"}) {
         OpenedWindow opened(u(code));
         EXPECT_EQ(sharedKeys(opened.window->menuBar()->actions()), QString()) << code;
+        for (const QAbstractItemView *const view : opened.window->findChildren<QAbstractItemView *>())
+            EXPECT_EQ(sharedKeys(view->actions()), QString()) << code << view->objectName().toStdString();
         for (const QAction *const title : opened.window->menuBar()->actions()) {
             EXPECT_EQ(sharedKeys(title->menu()->actions()), QString()) << code << title->text().toStdString();
             for (const QAction *const action : title->menu()->actions()) {
@@ -197,5 +282,8 @@ TEST(Menus, HaveAKeyOrALetterForEveryActionAndNoLetterTwice)
                     << code << action->text().toStdString();
             }
         }
+        opened.fitLongley();
+        opened.pages().setCurrentWidget(&opened.pages().FiguresPage());
+        EXPECT_EQ(sharedKeys(figureMenu(opened.pages().FiguresPage().View())), QString()) << code;
     }
 }

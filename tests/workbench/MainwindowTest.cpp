@@ -228,6 +228,28 @@ TEST_F(Workbench, ShowsAFileBeforeItIsReadAndTakesCorrections)
         << message().toStdString();
 }
 
+TEST_F(Workbench, ShowsTheNamesThatColumnsWillHave)
+{
+    QFile file(folder.filePath(u("rows.csv")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(",row,a,\n1,5,1.5,x\n2,6,2.5,y\n");
+    file.close();
+    QStringList names;
+    answer = [&](QDialog &dialog) {
+        auto *const records = dialog.findChild<QTableWidget *>(u("PreviewRecords"));
+        for (int column = 0; column < records->columnCount(); ++column)
+            names.append(records->horizontalHeaderItem(column)->text());
+        EXPECT_TRUE(records->horizontalHeaderItem(0)->font().italic());
+        EXPECT_FALSE(records->horizontalHeaderItem(0)->toolTip().isEmpty());
+        EXPECT_FALSE(records->horizontalHeaderItem(2)->font().italic());
+        EXPECT_TRUE(records->item(0, 2)->textAlignment() & Qt::AlignRight);
+        EXPECT_FALSE(records->item(0, 3)->textAlignment() & Qt::AlignRight);
+        return int(QDialog::Rejected);
+    };
+    drop(file.fileName());
+    EXPECT_EQ(names, (QStringList{u("row_2"), u("row"), u("a"), u("(no name)")}));
+}
+
 TEST_F(Workbench, ReadsNothingOfAFileThatIsGivenUp)
 {
     answer = [](QDialog &) { return int(QDialog::Rejected); };

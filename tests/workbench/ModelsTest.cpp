@@ -7,7 +7,9 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
+#include <QTableView>
 #include <QUndoStack>
 
 namespace {
@@ -125,6 +127,57 @@ TEST_F(Models, AreComparedFromTheMenu)
     entry("ModelMenu", "Compare Two Models…").trigger();
     for (const char *part : {"First: y on x\n", "Second: y on x, z\n", "R²: ", "AIC: ", "F(1, 47)"})
         EXPECT_TRUE(shown.contains(u(part))) << part << '\n' << shown.toStdString();
+}
+
+TEST_F(Models, AndRecordsAreSortedFromTheMenuOfTheirTable)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    const auto sortBy = [](QAbstractItemView &view, const QString &heading) {
+        auto *const menu = view.findChild<QMenu *>(u("SortMenu"));
+        ASSERT_NE(menu, nullptr);
+        EXPECT_TRUE(view.actions().contains(menu->menuAction()));
+        Q_EMIT menu->aboutToShow();
+        for (QAction *const action : menu->actions()) {
+            if (action->text() == heading)
+                return action->trigger();
+        }
+        ADD_FAILURE() << heading.toStdString();
+    };
+    QTableView &records = window->ShownPages().Records().View();
+    sortBy(records, u("z"));
+    EXPECT_EQ(records.model()->index(0, 2).data().toString(), u("0"));
+    sortBy(records, u("z"));
+    EXPECT_EQ(records.model()->index(0, 2).data().toString(), u("16"));
+    auto *const models = window->findChild<nuvo::ModelsTable *>();
+    sortBy(*models, u("R²"));
+    const double first = models->model()->index(0, 2).data(Qt::UserRole).toDouble();
+    const double second = models->model()->index(1, 2).data(Qt::UserRole).toDouble();
+    EXPECT_LT(first, second);
+    sortBy(*models, u("R²"));
+    EXPECT_EQ(models->model()->index(0, 2).data(Qt::UserRole).toDouble(), second);
+}
+
+TEST_F(Models, AreBroughtBackAndThrownAwayFromTheMenuOfTheirTable)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->Editor().AddFields({u("z")});
+    auto *const models = window->findChild<nuvo::ModelsTable *>();
+    const auto trigger = [&](const char *beginning) {
+        for (QAction *const action : models->actions()) {
+            if (action->text().remove(u'&').startsWith(u(beginning)))
+                return action->trigger();
+        }
+        ADD_FAILURE() << beginning;
+    };
+    models->setCurrentIndex(models->model()->index(0, 0));
+    trigger("Bring Back");
+    EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 1);
+    EXPECT_EQ(models->Selected(), std::vector<int>{0}) << "the list is made anew, and the place is the same";
+    trigger("Throw Away");
+    EXPECT_EQ(sitting().Models().size(), 1U);
 }
 
 TEST_F(Models, KeepTheirComparisonOverAStart)

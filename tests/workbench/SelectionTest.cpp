@@ -6,7 +6,9 @@
 #include "workbench/Recordspage.h"
 #include "workbench/Workbenchtest.h"
 
+#include <QContextMenuEvent>
 #include <QItemSelectionModel>
+#include <QMenu>
 #include <QTableView>
 
 namespace {
@@ -93,6 +95,25 @@ TEST_F(Selecting, IsLeftOutOfTheFitAndComesBackByUndo)
     entry("EditMenu", "Undo").trigger();
     entry("EditMenu", "Undo").trigger();
     EXPECT_EQ(used(), 50);
+}
+
+TEST_F(Selecting, APointIsLeftOutByTheMenuThatIsOpenedOnIt)
+{
+    pages().setCurrentWidget(&pages().FiguresPage());
+    QApplication::processEvents();
+    TFigureView &view = pages().FiguresPage().View();
+    ASSERT_FALSE(view.Figure().records.empty());
+    const QPoint place = view.Painter().Place(view.Figure().x[4], view.Figure().y[4]).toPoint();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, view.mapToGlobal(place));
+    QApplication::sendEvent(&view, &event);
+    expectEverywhere({view.Figure().records[4]});
+    auto *const menu = view.findChild<QMenu *>(u("FigureMenu"));
+    ASSERT_NE(menu, nullptr);
+    QAction *const out = &entry("ModelMenu", "Leave Selected Records Out");
+    ASSERT_TRUE(menu->actions().contains(out));
+    out->trigger();
+    menu->close();
+    EXPECT_EQ(used(), 49) << message().toStdString();
 }
 
 TEST_F(Selecting, MustBeThereToBeLeftOut)

@@ -1134,10 +1134,6 @@
         <translation>Die Vorhersagen wurden angehalten; es wurde keine Datei geschrieben.</translation>
     </message>
     <message>
-        <source>Predictions for %1 records in %2</source>
-        <translation>Vorhersagen für %1 Datensätze in %2</translation>
-    </message>
-    <message>
         <source>%1 is null in %2</source>
         <translation>%1 ist in %2 leer</translation>
     </message>
@@ -1148,10 +1144,6 @@
     <message>
         <source>a term cannot be worked out in %1</source>
         <translation>ein Term lässt sich in %1 nicht berechnen</translation>
-    </message>
-    <message>
-        <source>; %1 of them have no value: %2.</source>
-        <translation>; %1 davon haben keinen Wert: %2.</translation>
     </message>
     <message>
         <source>Predictions</source>
@@ -1196,6 +1188,20 @@
     <message>
         <source>The fields that the model is made of are not all there: %1. There are: %2.</source>
         <translation>Die Felder, aus denen das Modell besteht, sind nicht alle da: %1. Es gibt: %2.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Predictions for %1 records in %2.</source>
+        <translation>
+            <numerusform>Vorhersagen für %1 Datensatz in %2.</numerusform>
+            <numerusform>Vorhersagen für %1 Datensätze in %2.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Predictions for %1 records in %2; %3 of them have no value: %4.</source>
+        <translation>
+            <numerusform>Vorhersagen für %1 Datensätze in %2; %3 davon hat keinen Wert: %4.</numerusform>
+            <numerusform>Vorhersagen für %1 Datensätze in %2; %3 davon haben keinen Wert: %4.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1260,7 +1266,7 @@
     </message>
     <message>
         <source>Zoom &amp;Out</source>
-        <translation>Ver&amp;kleinern</translation>
+        <translation>Verk&amp;leinern</translation>
     </message>
 </context>
 <context>
@@ -1659,6 +1665,96 @@
     </message>
 </context>
 <context>
+    <name>TSqlDialog</name>
+    <message>
+        <source>Takes the statement (Ctrl+Enter)</source>
+        <translation>Die Anweisung übernehmen (Strg+Eingabe)</translation>
+    </message>
+    <message>
+        <source>Leaves the statement as it was (Escape)</source>
+        <translation>Die Anweisung lassen, wie sie war (Esc)</translation>
+    </message>
+</context>
+<context>
+    <name>TSqlEditor</name>
+    <message>
+        <source>&amp;Try</source>
+        <translation>&amp;Probieren</translation>
+    </message>
+    <message>
+        <source>Shows the first ten rows (F5)</source>
+        <translation>Die ersten zehn Zeilen zeigen (F5)</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Anhalten</translation>
+    </message>
+    <message>
+        <source>Ends the trial (Escape)</source>
+        <translation>Den Versuch beenden (Esc)</translation>
+    </message>
+    <message>
+        <source>SQL statement</source>
+        <translation>SQL-Anweisung</translation>
+    </message>
+    <message>
+        <source>The statement that is read: SELECT, WITH, VALUES or SHOW</source>
+        <translation>Die Anweisung, die gelesen wird: SELECT, WITH, VALUES oder SHOW</translation>
+    </message>
+    <message>
+        <source>First rows</source>
+        <translation>Erste Zeilen</translation>
+    </message>
+    <message>
+        <source>Stopping…</source>
+        <translation>Wird angehalten…</translation>
+    </message>
+    <message>
+        <source>Reading…</source>
+        <translation>Wird gelesen…</translation>
+    </message>
+    <message>
+        <source>F5 tries the statement and shows its first rows.</source>
+        <translation>F5 probiert die Anweisung aus und zeigt ihre ersten Zeilen.</translation>
+    </message>
+    <message>
+        <source>Stopped.</source>
+        <translation>Angehalten.</translation>
+    </message>
+    <message>
+        <source>%1, %2 of them with numbers; the first %3.</source>
+        <translation>%1, davon %2 mit Zahlen; die ersten %3.</translation>
+    </message>
+    <message>
+        <source>%1, %2 of them with numbers; %3.</source>
+        <translation>%1, davon %2 mit Zahlen; %3.</translation>
+    </message>
+    <message>
+        <source>1 column</source>
+        <translation>1 Spalte</translation>
+    </message>
+    <message>
+        <source>%1 columns</source>
+        <translation>%1 Spalten</translation>
+    </message>
+    <message>
+        <source>1 row</source>
+        <translation>1 Zeile</translation>
+    </message>
+    <message>
+        <source>%1 rows</source>
+        <translation>%1 Zeilen</translation>
+    </message>
+    <message>
+        <source>Without a value, and taken as null here: %1.</source>
+        <translation>Ohne Wert und hier als leer genommen: %1.</translation>
+    </message>
+    <message>
+        <source>(Line %1, letter %2.)</source>
+        <translation>(Zeile %1, Zeichen %2.)</translation>
+    </message>
+</context>
+<context>
     <name>TStepsPage</name>
     <message>
         <source>add</source>
@@ -2045,6 +2141,10 @@
         <source>Kept until the program ends, and stored nowhere.</source>
         <translation>Wird behalten, bis das Programm endet, und nirgends gespeichert.</translation>
     </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
 </context>
 <context>
     <name>nuvo::CsvPreview</name>
@@ -2103,6 +2203,14 @@
     <message>
         <source>The first records are too long to show more of them.</source>
         <translation>Die ersten Datensätze sind zu lang, um mehr davon zu zeigen.</translation>
+    </message>
+    <message>
+        <source>(no name)</source>
+        <translation>(ohne Namen)</translation>
+    </message>
+    <message>
+        <source>The header row has no name for this column.</source>
+        <translation>In der Kopfzeile hat diese Spalte keinen Namen.</translation>
     </message>
 </context>
 <context>
@@ -2785,7 +2893,7 @@
         <translation>&amp;Zuletzt geöffnet</translation>
     </message>
     <message>
-        <source>Leave Selected Records &amp;Out</source>
+        <source>&amp;Leave Selected Records Out</source>
         <translation>Ausgewählte Datensätze &amp;weglassen</translation>
     </message>
     <message>
@@ -2840,12 +2948,28 @@
         <source>Quer&amp;y…</source>
         <translation>Abfra&amp;ge…</translation>
     </message>
+    <message>
+        <source>Choose a table on the left.</source>
+        <translation>Wählen Sie links eine Tabelle.</translation>
+    </message>
 </context>
 <context>
     <name>nuvo::ModelsTable</name>
     <message>
         <source>Models tried</source>
         <translation>Versuchte Modelle</translation>
+    </message>
+    <message>
+        <source>&amp;Bring Back</source>
+        <translation>&amp;Zurückholen</translation>
+    </message>
+    <message>
+        <source>&amp;Name</source>
+        <translation>&amp;Benennen</translation>
+    </message>
+    <message>
+        <source>Throw A&amp;way</source>
+        <translation>&amp;Wegwerfen</translation>
     </message>
 </context>
 <context>
@@ -3135,6 +3259,33 @@ Neue Beobachtung, %4 %: %7 bis %8</translation>
     </message>
 </context>
 <context>
+    <name>nuvo::TableTree</name>
+    <message>
+        <source>Tables and their fields</source>
+        <translation>Tabellen und ihre Felder</translation>
+    </message>
+    <message>
+        <source>Enter puts the name into the statement</source>
+        <translation>Die Eingabetaste setzt den Namen in die Anweisung</translation>
+    </message>
+    <message>
+        <source>A double click or Enter puts the name into the statement; it can be dragged, too</source>
+        <translation>Ein Doppelklick oder die Eingabetaste setzt den Namen in die Anweisung; er lässt sich auch ziehen</translation>
+    </message>
+    <message>
+        <source>Tables and fields</source>
+        <translation>Tabellen und Felder</translation>
+    </message>
+    <message>
+        <source>Holds</source>
+        <translation>Inhalt</translation>
+    </message>
+    <message>
+        <source>There are no tables.</source>
+        <translation>Es gibt keine Tabellen.</translation>
+    </message>
+</context>
+<context>
     <name>nuvo::Tablecopy</name>
     <message>
         <source>Copy &amp;Table</source>
@@ -3143,6 +3294,10 @@ Neue Beobachtung, %4 %: %7 bis %8</translation>
     <message>
         <source>Copy Table as Mar&amp;kdown</source>
         <translation>Tabelle als Mar&amp;kdown kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Sort by</source>
+        <translation>&amp;Sortieren nach</translation>
     </message>
 </context>
 <context>

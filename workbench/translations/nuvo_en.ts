@@ -2,6 +2,23 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>Predictions</name>
+    <message numerus="yes">
+        <source>Predictions for %1 records in %2.</source>
+        <translation>
+            <numerusform>Predictions for %1 record in %2.</numerusform>
+            <numerusform>Predictions for %1 records in %2.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Predictions for %1 records in %2; %3 of them have no value: %4.</source>
+        <translation>
+            <numerusform>Predictions for %1 records in %2; %3 of them has no value: %4.</numerusform>
+            <numerusform>Predictions for %1 records in %2; %3 of them have no value: %4.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>TFiguresPage</name>
     <message numerus="yes">
         <source>%n of the pictures are in this folder already. Replace them?</source>

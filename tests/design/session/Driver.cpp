@@ -61,6 +61,8 @@ private:
         QJsonObject seen;
         if (const int rounds = qEnvironmentVariableIntValue("NUVO_RESETS"); rounds > 0) {
             seen = resetRows(*core_, rounds);
+        } else if (qEnvironmentVariableIsSet("NUVO_FORM")) {
+            seen = lookAtOpenedForm(*core_);
         } else {
             seen = walkThroughDesigner(*core_);
             for (const QJsonObject &more : {walkThroughModels(*core_), walkThroughPage(*core_),

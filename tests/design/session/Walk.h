@@ -21,6 +21,9 @@ QJsonObject walkThroughLongFits(QDesignerFormEditorInterface &core);
 /// What docs/designer.md says, on a form of its own.
 QJsonObject walkThroughPage(QDesignerFormEditorInterface &core);
 
+/// A form that another program has saved: what is on it, and what becomes of it when it is changed and saved.
+QJsonObject lookAtOpenedForm(QDesignerFormEditorInterface &core);
+
 /// Looks at the form's properties, then at a component's, and clicks on the right end of a definition's row, where an
 /// arrow that resets it would be; undoes; so many times. Each round is told on standard error before it begins.
 QJsonObject resetRows(QDesignerFormEditorInterface &core, int rounds);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Runs Qt Designer without a display, with a plugin that works in it and writes seen.json and saved.ui. Settings are its
-# own. Usage: session.sh DESIGNER FOLDER SAMPLES_DB PLUGINS… (folders that hold a folder "designer")
+# own. NUVO_FORM is a form to open instead of an empty one. Usage: session.sh DESIGNER FOLDER SAMPLES_DB PLUGINS… (folders that hold a folder "designer")
 set -euo pipefail
 designer=$1 folder=$2 samples=$3
 shift 3
@@ -32,6 +32,7 @@ cat >"$folder/form.ui" <<'FORM'
 </ui>
 FORM
 cp "$folder/form.ui" "$folder/empty.ui" # the walks save form.ui
+[ -z "${NUVO_FORM-}" ] || cp "$NUVO_FORM" "$folder/form.ui"
 
 # Qt's own screen of 800 x 800 is too small for Designer's windows.
 cat >"$folder/screen.json" <<'SCREEN'
