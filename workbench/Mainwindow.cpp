@@ -49,12 +49,6 @@
 
 namespace nuvo {
 
-namespace {
-
-constexpr int kLettersOfAPage = 132; // a table of coefficients in one piece
-
-} // namespace
-
 MainWindow::MainWindow(const QString &folder, QWidget *parent)
     : QMainWindow(parent), folder_(folder), sitting_(new Sitting(this)), fit_(new LiveFit(this)),
       near_(new NearRecords(folder, this)), tables_(new QListWidget(this)), finder_(new TableFinder(*tables_, this)),
@@ -186,18 +180,6 @@ void MainWindow::MakeWidgets()
     statusBar()->addWidget(message_, 1);
     statusBar()->addPermanentWidget(progress_);
     statusBar()->addPermanentWidget(stop_);
-}
-
-void MainWindow::RestoreLayout()
-{
-    const QSettings settings;
-    resize(1360, 820);
-    restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
-    layout_ = settings.value(QStringLiteral("layout")).toByteArray();
-    restoreState(layout_);
-    middle_->restoreState(settings.value(QStringLiteral("middle")).toByteArray());
-    editor_->findChild<QSplitter *>(QStringLiteral("Halves"))
-        ->restoreState(settings.value(QStringLiteral("editor")).toByteArray());
 }
 
 void MainWindow::Tell(const QString &text, bool isError)
@@ -348,46 +330,6 @@ void MainWindow::closeEvent(QCloseEvent *event)
     near_->Abandon();
     Save();
     event->accept();
-}
-
-void MainWindow::showEvent(QShowEvent *event)
-{
-    QMainWindow::showEvent(event);
-    if (!event->spontaneous() && !std::exchange(wasShown_, true) && docksShown_ && layout_.isEmpty())
-        SizeParts();
-}
-
-void MainWindow::ShowDocks(bool shown)
-{
-    if (shown == docksShown_)
-        return;
-    if (!shown && wasShown_)
-        layout_ = saveState();
-    docksShown_ = shown;
-    for (QDockWidget *const dock : findChildren<QDockWidget *>()) {
-        dock->toggleViewAction()->setEnabled(shown);
-        dock->setVisible(shown);
-    }
-    if (!shown)
-        return;
-    restoreState(layout_);
-    if (wasShown_ && layout_.isEmpty())
-        SizeParts();
-    if (!sitting_->State().hasData())
-        tables_->setFocus();
-}
-
-void MainWindow::SizeParts()
-{
-    layout()->activate(); // before there is a layout, docks take no sizes
-    resizeDocks({findChild<QDockWidget *>(QStringLiteral("TablesDock"))}, {fontMetrics().averageCharWidth() * 20},
-                Qt::Horizontal);
-    resizeDocks({findChild<QDockWidget *>(QStringLiteral("ModelsDock"))}, {fontMetrics().height() * 9}, Qt::Vertical);
-    layout()->activate();
-    const int page = fontMetrics().averageCharWidth() * kLettersOfAPage;
-    const int least = editor_->minimumSizeHint().width();
-    middle_->setSizes({std::clamp(middle_->width() - page, least, least * 3 / 2), middle_->width()});
-    editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->setSizes({1000, 1000});
 }
 
 void MainWindow::Save()
