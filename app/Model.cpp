@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/Model.h"
 
+#include <QRegularExpression>
+
 namespace nuvo {
 namespace {
 
@@ -37,6 +39,25 @@ QStringList fieldsOf(const ModelOptions &options)
     for (const Term &control : options.controls)
         fields += {control.field1, control.field2};
     return fields;
+}
+
+QString writtenOtherwise(const QString &message, const ModelOptions &options)
+{
+    static const QRegularExpression call(QStringLiteral("^(\\w+)\\s*\\("));
+    for (const QString &field : fieldsOf(options)) {
+        if (field.isEmpty() || !message.startsWith(QStringLiteral("No field \"%1\"").arg(field)))
+            continue;
+        const QString function = call.match(field).captured(1).toLower();
+        if (function == u"log" || function == u"ln")
+            return QStringLiteral(" A natural logarithm is written Ln(F).");
+        if (function == u"sqrt")
+            return QStringLiteral(" A square root is written F^1/2.");
+        if (field.contains(u':'))
+            return QStringLiteral(" A product is written F*G.");
+        if (field.contains(u',') || field.contains(u'+'))
+            return QStringLiteral(" --control is given once for each control variable.");
+    }
+    return {};
 }
 
 void defineModel(TDataSet &dataset, TRegression &regression, const ModelOptions &options)

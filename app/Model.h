@@ -19,6 +19,29 @@ void defineModel(TDataSet &dataset, TRegression &regression, const ModelOptions 
 /// The fields of the variables.
 QStringList fieldsOf(const ModelOptions &options);
 
+/// How what was probably meant by a field that is not there is written, as a sentence behind a blank: of "log(x)" or
+/// "a, b"; empty where nothing is known of it.
+QString writtenOtherwise(const QString &message, const ModelOptions &options);
+
+/// Calls with the component, a table or a query, defined and not open.
+template <class Use>
+bool withOwnModel(const ModelOptions &options, const Use &use)
+{
+    if (options.sql) {
+        OnTerminal<TMLRQuery> query;
+        query.SetSQL(*options.sql);
+        defineModel(query, query, options);
+        return use(query);
+    }
+    OnTerminal<TMLRTable> table;
+    table.SetTableName(*options.table);
+    table.SetFilter(options.filter);
+    table.SetFiltered(!options.filter.isEmpty());
+    table.SetIndexFieldNames(options.order);
+    defineModel(table, table, options);
+    return use(table);
+}
+
 /// Calls with the component that the command line asks for, a table or a query, defined and not open.
 /// Of a CSV file it is the table that the file becomes for the time of the call.
 template <class Use>
@@ -37,19 +60,14 @@ bool withModel(const ModelOptions &options, const Use &use)
             throw EConvertError(place.isEmpty() ? error.Message() : error.Message() + u' ' + place);
         }
     }
-    if (options.sql) {
-        OnTerminal<TMLRQuery> query;
-        query.SetSQL(*options.sql);
-        defineModel(query, query, options);
-        return use(query);
+    try {
+        return withOwnModel(options, use);
+    } catch (const EDatabaseError &error) {
+        const QString advice = writtenOtherwise(error.Message(), options);
+        if (advice.isEmpty())
+            throw;
+        throw EDatabaseError(error.Message() + advice);
     }
-    OnTerminal<TMLRTable> table;
-    table.SetTableName(*options.table);
-    table.SetFilter(options.filter);
-    table.SetFiltered(!options.filter.isEmpty());
-    table.SetIndexFieldNames(options.order);
-    defineModel(table, table, options);
-    return use(table);
 }
 
 } // namespace nuvo

@@ -104,10 +104,12 @@ void MainWindow::MakeEditMenu()
     handout_->AddEditActions(*menu);
     const auto copies = [this](QString (*text)(const ModelState &)) {
         return [this, text] {
-            if (sitting_->State().isFittable())
-                QApplication::clipboard()->setText(text(sitting_->State()));
-            else
+            if (!sitting_->State().isFittable()) {
                 Tell(tr("There is no model yet to copy."), true);
+                return;
+            }
+            QApplication::clipboard()->setText(text(sitting_->State()));
+            TellWhereRecordsAre(tr("Copied."));
         };
     };
     connect(add(menu, tr("Copy as Co&mmand"), {}, tr("Copy the nuvostat line that makes this fit")),
@@ -216,9 +218,18 @@ void MainWindow::SaveForm()
             formFile(sitting_->State(), QFileInfo(name).absolutePath(), pages_->Choosing().Chosen());
         if (!file.open(QIODevice::WriteOnly) || file.write(form) != form.size() || !file.commit())
             throw EPlatformError(tr("Cannot write \"%1\": %2.").arg(name, file.errorString()));
-        Tell(tr("Saved %1.").arg(name));
+        TellWhereRecordsAre(tr("Saved %1.").arg(name));
         Remember(name);
     });
+}
+
+/// What came from a CSV file lies where the sitting keeps it, and goes with it.
+void MainWindow::TellWhereRecordsAre(const QString &done)
+{
+    const bool own = sitting_->State().database == QDir(folder_).filePath(QStringLiteral("data.db"));
+    Tell(own ? tr("%1 It names the database of this sitting: File > Save Database first gives it one that stays.")
+                   .arg(done)
+             : done);
 }
 
 void MainWindow::SaveDatabase()

@@ -106,6 +106,7 @@ private:
     void OpenSamples();
     void OpenRecent(const QString &name);
     void SaveForm();
+    void TellWhereRecordsAre(const QString &done);
     void SaveDatabase();
     void LeaveSelectedOut();
     void CompareModels();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/Modelstable.h"
 
+#include "present/Significant.h"
 #include "present/controls/Tablecopy.h"
 #include "workbench/Comparison.h"
 #include "workbench/Sitting.h"
@@ -42,7 +43,7 @@ QString shown(const KeptModel &model, int column)
     if (column == KeptModelsModel::Records)
         return locale.toString(model.n);
     const double figure = figureAt(model, column);
-    return std::isfinite(figure) ? locale.toString(figure, 'g', 6) : QStringLiteral("-");
+    return std::isfinite(figure) ? significant(figure, 6, locale.decimalPoint().front()) : kNoFigure.toString();
 }
 
 } // namespace
@@ -163,6 +164,13 @@ ModelsTable::ModelsTable(Sitting &sitting, QWidget *parent) : QTreeView(parent),
     KeepPlace();
     connect(this, &QTreeView::doubleClicked, this,
             [this, order](const QModelIndex &index) { sitting_.BringBack(order->mapToSource(index).row()); });
+    // A new model is the last one, and the list is short.
+    const auto showCurrent = [this, order] {
+        if (const int current = sitting_.Current(); current >= 0)
+            scrollTo(order->mapFromSource(order->sourceModel()->index(current, KeptModelsModel::Name)));
+    };
+    connect(&sitting, &Sitting::ModelsChanged, this, showCurrent);
+    connect(&sitting, &Sitting::StateChanged, this, showCurrent);
 }
 
 /// Who goes through the list with keys stays where the list is made anew.

@@ -85,8 +85,12 @@ void Pages::ShowFit(LiveFit &fit)
     observations_->SetFigures(figures_);
     choice_->SetState(fit.Here());
     predict_->SetFit(regression, fit.State().model);
-    for (QWidget *const page : std::initializer_list<QWidget *>{diagnostics_, observations_, figuresPage_, predict_})
+    for (QWidget *const page :
+         std::initializer_list<QWidget *>{diagnostics_, observations_, figuresPage_, predict_}) {
+        if (regression == nullptr && page == currentWidget())
+            setCurrentWidget(fit.Why().isEmpty() ? static_cast<QWidget *>(records_) : summary_);
         setTabEnabled(indexOf(page), regression != nullptr);
+    }
     // Whoever has been looking at records wants to see the first fit.
     if (first && currentWidget() == records_)
         setCurrentWidget(summary_);

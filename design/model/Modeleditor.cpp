@@ -205,6 +205,8 @@ void TModelEditor::SetModel(const RegressionModel &model)
 {
     model_ = model;
     Refresh();
+    if (model == RegressionModel())
+        places_->verticalScrollBar()->setValue(0); // the first thing wanted is Y
 }
 
 void TModelEditor::FocusFields()

@@ -122,6 +122,23 @@ TEST_F(FitFile, OfWhatStatisticsProgramsAndSpreadsheetsWriteIsFitted)
     EXPECT_TRUE(head.endsWith(u("\nx    y\n5  1,5\n"))) << head.toStdString();
 }
 
+TEST_F(FitFile, TermsOfOtherProgramsAreToldAsTheyAreWrittenHere)
+{
+    const auto advice = [this](const QString &term) {
+        const Outcome run = this->run(u("fit Cement.csv --response Heat --control '%1'").arg(term));
+        EXPECT_EQ(run.status, 3) << term.toStdString();
+        return run.err.section(u(". "), -1).trimmed();
+    };
+    EXPECT_EQ(advice(u("log(Ferrite)")), u("A natural logarithm is written Ln(F)."));
+    EXPECT_EQ(advice(u("ln (Ferrite)")), u("A natural logarithm is written Ln(F)."));
+    EXPECT_EQ(advice(u("sqrt(Ferrite)")), u("A square root is written F^1/2."));
+    EXPECT_EQ(advice(u("Ferrite:Belite")), u("A product is written F*G."));
+    EXPECT_EQ(advice(u("Ferrite, Belite")), u("--control is given once for each control variable."));
+    EXPECT_EQ(advice(u("Ferrite + Belite")), u("--control is given once for each control variable."));
+    EXPECT_TRUE(advice(u("Iron")).startsWith(u("nuvostat: No field \"Iron\"")));
+    EXPECT_TRUE(run(u("fit Cement.csv --response 'log(Heat)' --control Ferrite")).err.endsWith(u("Ln(F).\n")));
+}
+
 TEST_F(FitFile, ThePageTellsThatAnOddPowerHasAMinusSign)
 {
     write(u("x.csv"), "x,x^3,y\n1,1,2\n2,8,9\n3,27,26\n4,64,66\n5,125,120\n");

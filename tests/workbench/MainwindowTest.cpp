@@ -198,6 +198,25 @@ TEST_F(Workbench, CopiesTheCommand)
     EXPECT_EQ(QApplication::clipboard()->text(), u("nuvostat fit --database %1/data.db --table data --response y "
                                                    "--control x")
                                                      .arg(folder.path()));
+    EXPECT_TRUE(message().startsWith(u("Copied. "))) << message().toStdString();
+    EXPECT_TRUE(message().contains(u("Save Database"))) << "the sitting's own goes with it";
+    nuvo::ModelState state = window->CurrentSitting().State();
+    ASSERT_TRUE(QFile::copy(state.database, folder.filePath(u("kept.db"))));
+    state.database = folder.filePath(u("kept.db"));
+    window->CurrentSitting().Change(state, {});
+    action("Copy as Command").trigger();
+    EXPECT_EQ(message(), u("Copied."));
+}
+
+TEST_F(Workbench, ShowsTheRecordsOfATableThatTakesThePlaceOfAFit)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    auto *const pages = window->findChild<nuvo::Pages *>();
+    pages->setCurrentIndex(3);
+    ASSERT_EQ(pages->tabText(3), u("Observations"));
+    drop(csv("other.csv", 20));
+    EXPECT_EQ(pages->tabText(pages->currentIndex()), u("Records"));
 }
 
 TEST_F(Workbench, ShowsAFileBeforeItIsReadAndTakesCorrections)

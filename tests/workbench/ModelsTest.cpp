@@ -271,3 +271,26 @@ TEST_F(Models, AndStatesComeBackThroughALongWayOfUndoAndRedo)
     }
     EXPECT_FALSE(entry("EditMenu", "Redo").isEnabled());
 }
+
+TEST(ModelsTable, ShowsTheCurrentModelAndFiguresWithTheirLastDigits)
+{
+    nuvo::Sitting sitting;
+    nuvo::ModelsTable table(sitting);
+    table.resize(500, 120);
+    table.show();
+    for (int i = 0; i < 30; ++i) {
+        nuvo::KeptModel model;
+        model.state.filter = u("Year > %1").arg(i);
+        model.aic = 3116.099;
+        sitting.Change(model.state, {});
+        sitting.Keep(model);
+    }
+    const auto isSeen = [&](int row) {
+        return table.viewport()->rect().contains(table.visualRect(table.model()->index(row, 0)));
+    };
+    EXPECT_TRUE(isSeen(29));
+    EXPECT_FALSE(isSeen(0));
+    EXPECT_EQ(table.model()->index(0, nuvo::KeptModelsModel::Aic).data().toString(), u("3116.10"));
+    sitting.Change(sitting.Models()[0].state, {});
+    EXPECT_TRUE(isSeen(0));
+}

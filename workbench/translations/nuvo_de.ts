@@ -2666,6 +2666,14 @@
         <translation>&amp;Wiederholen: %1</translation>
     </message>
     <message>
+        <source>Copied.</source>
+        <translation>Kopiert.</translation>
+    </message>
+    <message>
+        <source>%1 It names the database of this sitting: File &gt; Save Database first gives it one that stays.</source>
+        <translation>%1 Darin steht die Datenbank dieser Sitzung: Datei &gt; Datenbank speichern gibt ihr zuvor eine, die bleibt.</translation>
+    </message>
+    <message>
         <source>There is no model yet to copy.</source>
         <translation>Es gibt noch kein Modell zu kopieren.</translation>
     </message>

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "design/model/Modelhands.h"
 
+#include <QScrollArea>
+#include <QScrollBar>
+
 // Keys, clicks and what is shown.
 
 namespace {
@@ -267,4 +270,19 @@ TEST_F(ModelEditor, CanBeUsedWithTheKeyboardAlone)
                            !widget->objectName().isEmpty();
         EXPECT_FALSE(input && widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
     }
+}
+
+TEST_F(ModelEditor, ShowsThePlaceOfYWhenThereIsNoModelYet)
+{
+    editor.resize(860, 260);
+    editor.SetModel(model({"TOTEMP", "GNP"}));
+    open();
+    editor.resize(860, editor.minimumSizeHint().height());
+    QScrollBar *const bar = part<QScrollArea>(editor, "Places")->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    ASSERT_GT(bar->value(), 0);
+    editor.SetModel(model({"TOTEMP", "GNP", "UNEMP"}));
+    EXPECT_GT(bar->value(), 0) << "whoever is at work there stays there";
+    editor.SetModel({});
+    EXPECT_EQ(bar->value(), 0);
 }
