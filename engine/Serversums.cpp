@@ -312,6 +312,7 @@ void ServerReader::Private::readSample(RecordSums &result, bool partly, int most
             columns[term].push_back(row[1 + term]);
     }
     std::vector<const double *> values;
+    values.reserve(columns.size());
     for (const std::vector<double> &column : columns)
         values.push_back(column.data());
     result.sample.add(values, usable, result.read + 1);

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -163,7 +164,7 @@ TEST(MessageBox, SurvivesTheWindowItStandsInFrontOf)
     auto *window = new QWidget;
     window->show();
     window->activateWindow();
-    QApplication::setActiveWindow(window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     ASSERT_EQ(nuvo::windowInFront(), window);
     QTimer::singleShot(0, [window] { delete window; });
     EXPECT_EQ(nuvo::showMessageBox(QStringLiteral("x"), TMsgDlgType::mtError, mbOK), mrNone);

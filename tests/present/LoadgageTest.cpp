@@ -346,7 +346,8 @@ TEST(LoadDialog, SurvivesTheWindowItStandsInFrontOf)
 {
     auto *form = new QWidget;
     form->show();
-    QApplication::setActiveWindow(form);
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
     TMLRGaugeDlg dialog;
     dialog.Show();
     ASSERT_EQ(dialog.Window()->parentWidget(), form);
