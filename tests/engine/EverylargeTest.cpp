@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "engine/Everyrecords.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <gtest/gtest.h>

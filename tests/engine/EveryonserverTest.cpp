@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "engine/Everyrecords.h"
 
+#include <QElapsedTimer>
+
 #include <gtest/gtest.h>
 
 // Every record of a table on a PostgreSQL server, read or added up there.

@@ -5,6 +5,7 @@
 #include "support/Darkpalette.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QScreen>

@@ -22,9 +22,9 @@
 
 namespace {
 
-const std::vector<double> one = {1, 2, 3, 4, 5, 6};
-const std::vector<double> two = {2, 1, 4, 3, 6, 5};
-const std::vector<double> response = {3.1, 2.9, 7.2, 6.8, 11.1, 10.9};
+const std::vector<double> firstValues = {1, 2, 3, 4, 5, 6};
+const std::vector<double> secondValues = {2, 1, 4, 3, 6, 5};
+const std::vector<double> responseValues = {3.1, 2.9, 7.2, 6.8, 11.1, 10.9};
 
 /// Cross products of the two columns and the response.
 nuvo::CrossProducts productsOfThem()
@@ -34,7 +34,7 @@ nuvo::CrossProducts productsOfThem()
         const nuvo::ColumnRange range = nuvo::minMax(values.data(), int(values.size()));
         return nuvo::DataColumn{values.data(), range.largest()};
     };
-    const std::array columns = {column(one), column(two), column(response)};
+    const std::array columns = {column(firstValues), column(secondValues), column(responseValues)};
     nuvo::CrossProducts products{}; // of the constant, the columns and the response
     nuvo::crossProducts(columns, 6, products);
     //! [DataColumn]
@@ -68,7 +68,7 @@ TEST(NumberExamples, CoefficientsFromCrossProducts)
 
 TEST(NumberExamples, WhatAFitTells)
 {
-    const nuvo::Observations observations = nuvo::Observations::of({one, two}, response);
+    const nuvo::Observations observations = nuvo::Observations::of({firstValues, secondValues}, responseValues);
     //! [Factors]
     const nuvo::ObservedColumns columns = nuvo::columnsOf(observations);
     const nuvo::Factors factors = nuvo::factorize(productsOfThem(), columns);
@@ -85,8 +85,8 @@ TEST(NumberExamples, WhatAFitTells)
     EXPECT_GT(robust.standardErrors[1], 0);
     EXPECT_LT(there.prediction[0], there.confidence[0]);
     //! [Explained]
-    const std::array terms = {nuvo::ExtendedColumn{{one.data(), 6}, nullptr}};
-    const nuvo::Explained explained = nuvo::regressOn(terms, {two.data(), 6}, 6);
+    const std::array terms = {nuvo::ExtendedColumn{{firstValues.data(), 6}, nullptr}};
+    const nuvo::Explained explained = nuvo::regressOn(terms, {secondValues.data(), 6}, 6);
     const double vif = 1 / (1 - explained.rSquared);
     //! [Explained]
     EXPECT_NEAR(vif, inference.vif[0], 1e-9);
@@ -115,8 +115,9 @@ TEST(NumberExamples, SumsByPatternOfAnyNumberOfRows)
 {
     //! [PatternSums]
     nuvo::PatternSums sums(2);
-    const std::array columns = {one.data(), two.data(), response.data()};
-    const std::vector<std::uint32_t> usable = {0b111, 0b111, 0b101, 0b111, 0b111, 0b111}; // `two` is missing once
+    const std::array columns = {firstValues.data(), secondValues.data(), responseValues.data()};
+    const std::vector<std::uint32_t> usable = {0b111, 0b111, 0b101,
+                                               0b111, 0b111, 0b111}; // `secondValues` is missing once
     sums.add(columns, usable);
     const std::int64_t both = sums.count(0b11);
     const std::int64_t first = sums.count(0b01);

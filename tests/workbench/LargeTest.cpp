@@ -10,6 +10,7 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QProgressDialog>
 #include <QScrollBar>

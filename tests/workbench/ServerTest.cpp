@@ -16,6 +16,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDirIterator>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
