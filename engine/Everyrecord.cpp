@@ -71,6 +71,7 @@ LoadedRecords EveryRecord::load(const std::vector<int> &places, ControlSet recor
     if (const RecordError *const error = errorFor(sums_.errors, records, int(request_.columns.size())))
         std::rethrow_exception(error->error);
     std::vector<int> columns; // of the totals, from 1
+    columns.reserve(places.size());
     for (const int place : places)
         columns.push_back(1 + std::popcount(records & ((ControlSet(1) << place) - 1)));
     const Sample &sample = sampleOf(records);
