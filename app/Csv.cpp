@@ -38,11 +38,6 @@ QString filesBeside(const QString &fileName)
            more + perhaps(missing.fileName(), there);
 }
 
-bool isUtf16(CsvEncoding encoding)
-{
-    return encoding == CsvEncoding::Utf16LittleEndian || encoding == CsvEncoding::Utf16BigEndian;
-}
-
 } // namespace
 
 CsvReader::CsvReader(const QString &fileName, const CsvCorrections &corrections)

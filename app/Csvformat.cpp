@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <vector>
 
 namespace nuvo {
@@ -160,14 +161,15 @@ bool agree(const std::vector<RoughRecord> &records)
                        [&](const RoughRecord &one) { return one.cells.size() == records[0].cells.size(); });
 }
 
-/// Whether each record has one cell more than the header row, in front: the name of the row. An empty last cell of
-/// all is none, and a comma may be a decimal sign that nobody quoted.
+/// Whether each record has one cell more than the header row, in front: the name of the row, which no other has. A
+/// last cell that is mostly empty is a column without a name, and a comma may be a decimal sign that nobody quoted.
 bool nameRows(const std::vector<RoughRecord> &records, char separator)
 {
     if (records.size() < 2)
         return false;
     const size_t names = records[0].cells.size();
-    bool value = false;
+    size_t empty = 0;
+    std::set<std::string_view> rows;
     for (size_t i = 1; i < records.size(); ++i) {
         const RoughRecord &one = records[i];
         if (one.cells.size() != names + 1)
@@ -176,9 +178,11 @@ bool nameRows(const std::vector<RoughRecord> &records, char separator)
         // A title above two columns looks like a header row of one name.
         if (!one.beginsQuoted && (names == 1 || (separator == ',' && !text)))
             return false;
-        value = value || !withoutBlanks(one.cells.back()).empty();
+        empty += withoutBlanks(one.cells.back()).empty();
+        if (!rows.insert(one.cells[0]).second)
+            return false;
     }
-    return value;
+    return 2 * empty < records.size() - 1;
 }
 
 std::vector<ColumnSurvey> columnsOf(const std::vector<RoughRecord> &records)
@@ -226,7 +230,7 @@ CsvRecogniser::CsvRecogniser(std::string_view bytes, bool whole, const CsvCorrec
     bytes.remove_prefix(markLength_);
     QByteArray decodedBytes;
     std::string_view text = bytes;
-    if (format_.encoding == CsvEncoding::Utf16LittleEndian || format_.encoding == CsvEncoding::Utf16BigEndian) {
+    if (isUtf16(format_.encoding)) {
         QStringDecoder decoder(format_.encoding == CsvEncoding::Utf16LittleEndian ? QStringDecoder::Utf16LE
                                                                                   : QStringDecoder::Utf16BE,
                                QStringDecoder::Flag::ConvertInitialBom);
@@ -253,10 +257,8 @@ bool CsvRecogniser::takeSeparatorLine(std::string_view &text)
     if (lineEnd == 0 || separator == '"' || separator == '\n' || separator == '\r')
         return false;
     const size_t length = name.size() + 1 + lineEnd;
-    const bool wide =
-        format_.encoding == CsvEncoding::Utf16LittleEndian || format_.encoding == CsvEncoding::Utf16BigEndian;
     text.remove_prefix(length);
-    markLength_ += wide ? 2 * length : length;
+    markLength_ += isUtf16(format_.encoding) ? 2 * length : length;
     firstLine_ = 2;
     format_.separator = separator;
     reasons_.separator = CsvWords::tr("the first line says so");

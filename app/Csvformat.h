@@ -92,6 +92,10 @@ bool isUtf8(std::string_view bytes);
 QString encodingName(CsvEncoding encoding);
 /// "comma", "semicolon", "tab", or the character itself in quotes.
 QString separatorName(char separator);
+inline bool isUtf16(CsvEncoding encoding)
+{
+    return encoding == CsvEncoding::Utf16LittleEndian || encoding == CsvEncoding::Utf16BigEndian;
+}
 /// Whether the cells are read as UTF-8 once the file's encoding is taken away: of UTF-16 too.
 inline bool isUnicode(CsvEncoding encoding)
 {

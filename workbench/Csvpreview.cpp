@@ -10,6 +10,7 @@
 #include <QFormLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -60,10 +61,11 @@ CsvPreview::CsvPreview(const QString &file, QWidget *parent)
                         {QStringLiteral("UTF-16 BE"), int(CsvEncoding::Utf16BigEndian)},
                         {QStringLiteral("Windows-1252"), int(CsvEncoding::Windows1252)},
                         {QStringLiteral("Latin-1"), int(CsvEncoding::Latin1)}})),
-      separator_(choice(this, "Separator",
-                        {{tr("comma"), ','}, {tr("semicolon"), ';'}, {tr("tab"), '\t'}, {tr("bar |"), '|'}})),
-      decimal_(choice(this, "Decimal", {{tr("point"), '.'}, {tr("comma"), ','}})), reasons_(new QLabel(this)),
-      error_(new QLabel(this)), records_(new QTableWidget(this))
+      separator_(choice(
+          this, "Separator",
+          {{tr("comma"), ','}, {tr("semicolon"), ';'}, {tr("tab"), '\t'}, {tr("bar |"), '|'}, {tr("blank"), ' '}})),
+      decimal_(choice(this, "Decimal", {{tr("point"), '.'}, {tr("comma"), ','}})), nulls_(new QLineEdit(this)),
+      reasons_(new QLabel(this)), error_(new QLabel(this)), records_(new QTableWidget(this))
 {
     setObjectName(QStringLiteral("CsvPreview"));
     setWindowTitle(tr("Open %1").arg(QFileInfo(file).fileName()));
@@ -72,6 +74,9 @@ CsvPreview::CsvPreview(const QString &file, QWidget *parent)
     form->addRow(tr("&Encoding:"), encoding_);
     form->addRow(tr("Cells are &parted by:"), separator_);
     form->addRow(tr("&Decimal sign:"), decimal_);
+    form->addRow(tr("&Missing values:"), nulls_);
+    nulls_->setObjectName(QStringLiteral("Nulls"));
+    nulls_->setPlaceholderText(tr("empty cells and NA; further ones, with blanks between: . -999"));
     for (QLabel *const label : {reasons_, error_}) {
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
@@ -99,6 +104,7 @@ CsvPreview::CsvPreview(const QString &file, QWidget *parent)
     resize(700, 500);
     for (QComboBox *const box : {encoding_, separator_, decimal_})
         connect(box, &QComboBox::activated, this, &CsvPreview::Correct);
+    connect(nulls_, &QLineEdit::textChanged, this, &CsvPreview::Correct);
     ok_->setFocus();
     Show();
 }
@@ -113,6 +119,8 @@ void CsvPreview::Correct()
         corrections_.separator = char(said(separator_));
     if (said(decimal_) >= 0)
         corrections_.decimal = char(said(decimal_));
+    for (const QString &null : nulls_->text().split(u' ', Qt::SkipEmptyParts))
+        corrections_.nulls.push_back(null.toStdString());
     Show();
 }
 

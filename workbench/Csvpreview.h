@@ -7,13 +7,15 @@
 
 class QComboBox;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class QTableWidget;
 
 namespace nuvo {
 
 /// What was understood of a CSV file before it is read: its encoding, separator and decimal sign with the reasons,
-/// and its first records. Each of the three can be corrected; the records follow at once.
+/// and its first records. Each of the three can be corrected, and what stands for a missing value be told; the
+/// records follow at once.
 class CsvPreview : public QDialog
 {
     Q_OBJECT
@@ -35,6 +37,7 @@ private:
     QComboBox *encoding_;
     QComboBox *separator_;
     QComboBox *decimal_;
+    QLineEdit *nulls_;
     QLabel *reasons_;
     QLabel *error_;
     QTableWidget *records_;

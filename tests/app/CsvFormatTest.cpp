@@ -155,6 +155,8 @@ TEST(CsvRecogniser, TheNamesOfRowsNeedNoCellInTheHeaderRow)
     // Decimal commas that nobody quoted, a separator at the end of each record, a title.
     EXPECT_FALSE(formatOf("a,b\n1,5,2\n2,5,3\n").rowNames);
     EXPECT_FALSE(formatOf("a;b\n1;2;\n2;3;\n").rowNames);
+    EXPECT_FALSE(formatOf("a;b\n1;2;\n2;3;a note\n").rowNames);
+    EXPECT_FALSE(formatOf("a;b\n1;2;3\n1;3;4\n").rowNames);
     EXPECT_FALSE(formatOf("Prices\na;b\n1;2\n").rowNames);
     EXPECT_FALSE(formatOf("a;b\n1;2\n").rowNames);
 }

@@ -247,6 +247,26 @@ TEST_F(Workbench, ShowsAFileBeforeItIsReadAndTakesCorrections)
         << message().toStdString();
 }
 
+TEST_F(Workbench, IsToldWhatStandsForAMissingValue)
+{
+    QFile file(folder.filePath(u("gaps.csv")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("y,x\n1,2\n.,3\n3,-999\n4,1\n6,7\n");
+    file.close();
+    answer = [](QDialog &dialog) {
+        const auto *const records = dialog.findChild<QTableWidget *>(u("PreviewRecords"));
+        EXPECT_EQ(records->item(1, 0)->text(), u("."));
+        QTest::keyClicks(dialog.findChild<QLineEdit *>(u("Nulls")), u(". -999"));
+        EXPECT_EQ(records->item(1, 0)->text(), QString());
+        EXPECT_EQ(records->item(2, 1)->text(), QString());
+        return int(QDialog::Accepted);
+    };
+    drop(file.fileName());
+    EXPECT_EQ(window->Editor().Fields().numericNames(), (QStringList{u("y"), u("x")}));
+    defineXY();
+    EXPECT_EQ(window->Fit().Regression()->RecordsUsed(), 3);
+}
+
 TEST_F(Workbench, ShowsTheNamesThatColumnsWillHave)
 {
     QFile file(folder.filePath(u("rows.csv")));

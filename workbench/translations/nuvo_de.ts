@@ -2165,6 +2165,18 @@
         <translation>senkrechter Strich |</translation>
     </message>
     <message>
+        <source>blank</source>
+        <translation>Leerzeichen</translation>
+    </message>
+    <message>
+        <source>&amp;Missing values:</source>
+        <translation>&amp;Fehlende Werte:</translation>
+    </message>
+    <message>
+        <source>empty cells and NA; further ones, with blanks between: . -999</source>
+        <translation>leere Zellen und NA; weitere, durch Leerzeichen getrennt: . -999</translation>
+    </message>
+    <message>
         <source>point</source>
         <translation>Punkt</translation>
     </message>
