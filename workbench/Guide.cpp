@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QImageReader>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
@@ -14,9 +15,12 @@
 #include <QSplitter>
 #include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextFragment>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace nuvo {
 
@@ -32,6 +36,9 @@ QString fileOf(const QUrl &url)
 {
     return url.scheme() == u"qrc" ? u':' + url.path() : QString();
 }
+
+/// Of a picture; its format has the one that it is shown in.
+constexpr int OwnSize = QTextFormat::UserProperty;
 
 QToolButton *button(QWidget *parent, const char *name, Qt::ArrowType arrow, const QString &hint)
 {
@@ -84,6 +91,7 @@ Guide::Guide(QWidget *parent)
     all->addWidget(halves, 1);
     resize(1000, 760);
     ShowContents();
+    page_->viewport()->installEventFilter(this);
 
     connect(contents_, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem *item) {
         if (item != nullptr)
@@ -144,6 +152,7 @@ void Guide::ShowUrl(const QUrl &url)
 void Guide::GoToAnchor(const QUrl &url)
 {
     place_ = url.fileName() + (url.hasFragment() ? u'#' + url.fragment() : QString());
+    FitPictures();
     const int position = url.hasFragment() ? guidePosition(*page_->document(), url.fragment()) : -1;
     if (position >= 0) {
         QTextCursor cursor(page_->document());
@@ -191,6 +200,40 @@ void Guide::FindNext()
     }
     said_->setText(tr("\"%1\" is nowhere in the guide.").arg(text));
     said_->show();
+}
+
+void Guide::FitPictures()
+{
+    QTextDocument &document = *page_->document();
+    const QUrl here = urlOf(place_.section(u'#', 0, 0));
+    const double room = page_->viewport()->width() - 2 * document.documentMargin();
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            QTextImageFormat format = part.fragment().charFormat().toImageFormat();
+            if (!format.isValid())
+                continue;
+            if (!format.hasProperty(OwnSize))
+                format.setProperty(OwnSize, QImageReader(fileOf(here.resolved(QUrl(format.name())))).size());
+            const QSizeF own = format.property(OwnSize).toSizeF();
+            const double width = std::min(own.width(), std::max(room, 1.0));
+            if (own.isEmpty() || format.width() == width)
+                continue;
+            format.setWidth(width);
+            format.setHeight(width * own.height() / own.width());
+            QTextCursor cursor(&document);
+            cursor.setPosition(part.fragment().position());
+            cursor.setPosition(part.fragment().position() + part.fragment().length(), QTextCursor::KeepAnchor);
+            cursor.setCharFormat(format);
+            break; // the block's parts are others now
+        }
+    }
+}
+
+bool Guide::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == page_->viewport() && event->type() == QEvent::Resize)
+        FitPictures();
+    return QWidget::eventFilter(watched, event);
 }
 
 void Guide::changeEvent(QEvent *event)

@@ -32,12 +32,15 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void ShowUrl(const QUrl &url);
     void ShowContents();
     /// The browser has a page; it still calls the one before its source.
     void GoToAnchor(const QUrl &url);
+    /// None is wider than the page.
+    void FitPictures();
 
     QTreeWidget *contents_;
     QTextBrowser *page_;

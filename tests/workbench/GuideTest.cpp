@@ -15,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 const nuvo::GuidePage *pageOf(const QString &name)
@@ -140,4 +142,31 @@ TEST(Guide, FindsTextOnOtherPages)
     QTest::keyClick(search, Qt::Key_Return);
     EXPECT_TRUE(guide.findChild<QLabel *>(u("GuideSaid"))->isVisible());
     EXPECT_EQ(guide.Place(), u("figures.md"));
+}
+
+TEST(Guide, HasNoPictureWiderThanItsPage)
+{
+    OpenedWindow opened;
+    nuvo::Guide guide;
+    guide.show();
+    guide.ShowPlace(u("workbench.md"));
+    const auto widest = [&] {
+        QApplication::processEvents();
+        double width = 0;
+        for (QTextBlock block = guide.Page().document()->begin(); block.isValid(); block = block.next()) {
+            for (auto part = block.begin(); !part.atEnd(); ++part) {
+                if (part.fragment().charFormat().isImageFormat())
+                    width = std::max(width, part.fragment().charFormat().toImageFormat().width());
+            }
+        }
+        return width;
+    };
+    const double first = widest();
+    EXPECT_GT(first, 300);
+    EXPECT_LE(first, guide.Page().viewport()->width());
+    guide.resize(1400, 900);
+    const double wider = widest();
+    EXPECT_GT(wider, first);
+    EXPECT_LE(wider, guide.Page().viewport()->width());
+    EXPECT_FALSE(guide.Page().document()->isUndoAvailable());
 }

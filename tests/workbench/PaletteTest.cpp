@@ -95,10 +95,12 @@ double difference(const QImage &one, const QImage &other)
         return 1;
     qint64 different = 0;
     for (int y = 0; y < one.height(); ++y) {
+        const auto *const a = reinterpret_cast<const QRgb *>(one.constScanLine(y));
+        const auto *const b = reinterpret_cast<const QRgb *>(other.constScanLine(y));
         for (int x = 0; x < one.width(); ++x) {
-            const QColor a = one.pixelColor(x, y);
-            const QColor b = other.pixelColor(x, y);
-            if (std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue()) > 24)
+            if (a[x] != b[x] && std::abs(qRed(a[x]) - qRed(b[x])) + std::abs(qGreen(a[x]) - qGreen(b[x])) +
+                                        std::abs(qBlue(a[x]) - qBlue(b[x])) >
+                                    24)
                 ++different;
         }
     }
