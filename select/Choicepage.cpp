@@ -265,7 +265,9 @@ private:
     {
         const QStringList terms = choice_.terms(choice_.selected);
         const QString model = terms.isEmpty() ? tr("The constant alone") : terms.join(QStringLiteral(", "));
-        if (choice_.applied > 0)
+        const bool best =
+            choice_.isOptimal() && choice_.subsets.best && choice_.subsets.best->controls == choice_.selected;
+        if (choice_.applied > 0 && !best)
             return (choice_.isOptimal() ? tr("%1 (number %2 of the list, put in the place of the chosen one).")
                                         : tr("%1 (number %2 of the steps, put in the place of the chosen one)."))
                 .arg(model, QString::number(choice_.applied));

@@ -142,6 +142,9 @@ Left: a, b: the smallest BIC of all subsets, 66.5722.
     EXPECT_TRUE(reportOf(search).contains(
         models + text("a, b, d (number 3 of the list, put in the place of the chosen one).")))
         << qPrintable(reportOf(search));
+    search.SelectModel(2); // the chosen one again
+    EXPECT_TRUE(reportOf(search).contains(models + text("a, b: the smallest BIC of all subsets, 66.5722.")))
+        << qPrintable(reportOf(search));
 }
 
 TEST_F(Forward, NullsAndImpossibleValuesAreAWarningThatNamesWhoTookThem)
