@@ -32,7 +32,8 @@ public:
     std::vector<Field> fields;
     std::map<qint64, QVariantList> anchors; // keys of rows that were read
     qint64 counted = -1;
-    int sorted = -1;       // field
+    int sorted = -1; // field
+    qsizetype longest = LongestText;
     std::mutex cancelling; // while the handles below are used or change
     std::atomic<bool> cancelled{false};
     libpq::Canceller canceller;
@@ -87,10 +88,10 @@ QStringList RecordPages::Private::texts(const RowSource &row) const
     for (size_t column = 0; column < fields.size(); ++column) {
         const QVariant value = row.value(int(column));
         // Of a cell of a hundred megabytes a view needs no copy.
-        if (value.typeId() == QMetaType::QString && value.toString().size() > LongestText)
-            cells.append(value.toString().left(LongestText) + QChar(0x2026));
-        else if (value.typeId() == QMetaType::QByteArray && value.toByteArray().size() > LongestText)
-            cells.append(textFromValue(value.toByteArray().left(LongestText)) + QChar(0x2026));
+        if (value.typeId() == QMetaType::QString && value.toString().size() > longest)
+            cells.append(value.toString().left(longest) + QChar(0x2026));
+        else if (value.typeId() == QMetaType::QByteArray && value.toByteArray().size() > longest)
+            cells.append(textFromValue(value.toByteArray().left(longest)) + QChar(0x2026));
         else
             cells.append(textFromValue(value));
     }
@@ -167,7 +168,7 @@ std::vector<QStringList> RecordPages::Private::sortedRows(qint64 first, int most
         while (query.next()) {
             QStringList cells;
             for (size_t column = 0; column < fields.size(); ++column)
-                cells.append(textFromValue(query.value(int(column))).left(LongestText));
+                cells.append(textFromValue(query.value(int(column))).left(longest));
             rows.push_back(cells);
         }
         return rows;
@@ -285,9 +286,10 @@ void RecordPages::sort(int field, bool descending)
     }
 }
 
-std::vector<QStringList> RecordPages::rows(qint64 first, int most)
+std::vector<QStringList> RecordPages::rows(qint64 first, int most, qsizetype longest)
 {
     d_->checkCancelled();
+    d_->longest = longest;
     return d_->sorted < 0 ? d_->ownOrder(first, most) : d_->sortedRows(first, most);
 }
 

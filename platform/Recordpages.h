@@ -42,11 +42,11 @@ public:
     /// From now on by a field, nulls where the database puts them; below 0, in the table's own order. The database
     /// sorts.
     void sort(int field, bool descending);
-    /// What a view shows of the records from `first` on, from 0, at most so many. A cell is empty for a null, and cut
-    /// off behind `LongestText` characters.
-    std::vector<QStringList> rows(qint64 first, int most);
-
     static constexpr qsizetype LongestText = 1000;
+
+    /// What a view shows of the records from `first` on, from 0, at most so many. A cell is empty for a null, and cut
+    /// off behind so many characters.
+    std::vector<QStringList> rows(qint64 first, int most, qsizetype longest = LongestText);
 
     /// Ends what is under way from another thread, and refuses what comes later.
     void cancel();

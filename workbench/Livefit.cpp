@@ -32,18 +32,25 @@ private:
     const std::function<void(int)> tell_;
 };
 
-/// A component that tells how far it is through the fit that it belongs to.
+/// A component that tells how far it is through the fit that it belongs to. Its dataset, which the window waits for,
+/// may have the first records alone; the thread that reads every record goes to where they are.
 template <class Component>
 class Live : public Component
 {
 public:
-    explicit Live(std::function<void(int)> tell) : tell_(std::move(tell)) {}
+    Live(std::function<void(int)> tell, const std::optional<ScanSource> &every)
+        : tell_(std::move(tell)), every_(every)
+    {
+    }
+
+    ScanSource Source() const override { return every_ ? *every_ : Component::Source(); }
 
 protected:
     std::unique_ptr<Progress> MakeLoadProgress() override { return std::make_unique<QuietProgress>(tell_); }
 
 private:
     const std::function<void(int)> tell_;
+    const std::optional<ScanSource> &every_;
 };
 
 /// Why no record of a load could be used.
@@ -122,7 +129,7 @@ void LiveFit::Make(std::unique_ptr<Component> &component)
 {
     if (component)
         return;
-    component = std::make_unique<Live<Component>>([this](int percentage) { Q_EMIT Progressed(percentage); });
+    component = std::make_unique<Live<Component>>([this](int percentage) { Q_EMIT Progressed(percentage); }, every_);
     component->SetShowWarnings(false);
     connect(component.get(), &Component::LoadEnded, this, [this] {
         if (reading_)
@@ -135,15 +142,17 @@ void LiveFit::Await(const ModelState &state)
     Stop();
     state_ = state;
     here_ = {};
+    every_.reset();
     why_.clear();
     Q_EMIT Ended();
 }
 
-void LiveFit::Fit(const ModelState &state, const ModelState &here)
+void LiveFit::Fit(const ModelState &state, const ModelState &here, const std::optional<ScanSource> &every)
 {
     Stop();
     state_ = state;
     here_ = here;
+    every_ = every;
     why_.clear();
     if (!here_.hasData()) {
         Q_EMIT Ended();

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Scan.h"
 #include "workbench/Modelstate.h"
 
 #include <QObject>
 
 #include <memory>
+#include <optional>
 
 class TMLRQuery;
 class TMLRTable;
@@ -24,9 +26,10 @@ public:
 
     /// Fits a state. One that is under way in the background is ended first. A state that cannot be fitted yet
     /// (ModelState::isFittable) leaves no fit.
-    void Fit(const ModelState &state) { Fit(state, state); }
+    void Fit(const ModelState &state) { Fit(state, state, {}); }
     /// The same, with the records read from another place, where they are at hand.
-    void Fit(const ModelState &state, const ModelState &here);
+    /// \param every where the thread reads every record that is not there; nothing where all are.
+    void Fit(const ModelState &state, const ModelState &here, const std::optional<ScanSource> &every);
     /// The state is wanted, and its records are not here yet: there is no fit, and no component.
     void Await(const ModelState &state);
     /// Reads the records again.
@@ -36,8 +39,8 @@ public:
 
     bool IsReading() const { return reading_; }
     const ModelState &State() const { return state_; }
-    /// The state as the component has it.
-    const ModelState &Here() const { return here_; }
+    /// The state as another component finds all its records: as the component has it, where they are there.
+    const ModelState &Here() const { return every_ ? state_ : here_; }
     /// The component of the last state, with its fit where that came out; null before a state with data.
     TRegression *Regression() const;
     /// Whether the component holds the fit of the state.
@@ -65,6 +68,7 @@ private:
     const std::unique_ptr<Listening> listening_;
     ModelState state_;
     ModelState here_; ///< state_ with the place that its records are read from
+    std::optional<ScanSource> every_;
     std::unique_ptr<TMLRTable> table_;
     std::unique_ptr<TMLRQuery> query_;
     bool reading_ = false;

@@ -101,7 +101,7 @@ void MainWindow::ShowRecords()
         return;
     }
     pages_->Records().SetState(state, near_->Table(state), near_->IsSmall(state));
-    fit_->Fit(state, near_->Here(state));
+    fit_->Fit(state, near_->Here(state), near_->Every(state));
     const QString source = state.database + u'\n' + state.table + u'\n' + state.statement();
     if (source == std::exchange(fieldsOf_, source))
         return;
@@ -154,6 +154,14 @@ void MainWindow::ShowTableNames(const QStringList &names, const QString &databas
     const QList<QListWidgetItem *> found =
         tables_->findItems(sitting_->State().table, Qt::MatchExactly | Qt::MatchCaseSensitive);
     tables_->setCurrentItem(found.value(0));
+}
+
+QStringList MainWindow::TableNames() const
+{
+    QStringList names;
+    for (int row = 0; row < tables_->count(); ++row)
+        names.append(tables_->item(row)->text());
+    return names;
 }
 
 void MainWindow::ListServer(const QString &database)

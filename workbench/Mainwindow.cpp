@@ -81,16 +81,14 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
         state.model = model;
         sitting_->Change(state, tr("Take a chosen model"));
     });
-    const auto predict = [this](QString (*into)(QWidget &, const LiveFit &, double)) {
-        return [this, into](double level) {
-            Try([&] {
-                if (const QString said = into(*this, *fit_, level); !said.isEmpty())
-                    Tell(said);
-            });
-        };
+    const auto tell = [this](const QString &said) {
+        if (!said.isEmpty())
+            Tell(said);
     };
-    connect(&pages_->Prediction(), &PredictPage::TableWanted, this, predict(&predictATable));
-    connect(&pages_->Prediction(), &PredictPage::FileWanted, this, predict(&predictAFile));
+    connect(&pages_->Prediction(), &PredictPage::TableWanted, this,
+            [=, this](double level) { Try([&] { tell(predictATable(*this, *fit_, TableNames(), level)); }); });
+    connect(&pages_->Prediction(), &PredictPage::FileWanted, this,
+            [=, this](double level) { Try([&] { tell(predictAFile(*this, *fit_, level)); }); });
     connect(handout_, &Handout::Said, this, &MainWindow::Tell);
     connect(fit_, &LiveFit::Started, this, [this] {
         Tell(tr("Reading every record…"));

@@ -82,6 +82,8 @@ private:
     void ShowTables();
     void ListServer(const QString &database);
     void ShowTableNames(const QStringList &names, const QString &database);
+    /// That are listed.
+    QStringList TableNames() const;
     void OpenServer(const QString &database);
     /// Whether there is another one than was used.
     bool AskPassword(const QString &database, const QString &used, const QString &why);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/Nearrecords.h"
 
+#include "platform/Connection.h"
 #include "platform/Databasename.h"
+#include "platform/Errors.h"
 #include "platform/Passwords.h"
 #include "platform/Recordcopy.h"
 #include "workbench/Background.h"
@@ -30,6 +32,16 @@ bool isSmallFile(const QString &file)
     return QFileInfo(file).size() < kSmallFile;
 }
 
+bool isSqliteView(const QString &file, const QString &table)
+{
+    Connection connection;
+    connection.openBeside(file);
+    return connection
+        .query(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'view' AND name = ? COLLATE NOCASE"), {table},
+               connection.caption())
+        .next();
+}
+
 ScanSource sourceOf(const ModelState &state)
 {
     ScanSource source;
@@ -41,13 +53,6 @@ ScanSource sourceOf(const ModelState &state)
         source.filter = state.filter;
     }
     return source;
-}
-
-/// Whether a component reads the first records without keeping a window waiting.
-bool isNear(const ModelState &state)
-{
-    return !state.hasData() || (!state.isQuery() && !isServerName(state.database) &&
-                                (state.filter.isEmpty() || isSmallFile(state.database)));
 }
 
 bool isSameSource(const ModelState &one, const ModelState &other)
@@ -104,16 +109,35 @@ const NearRecords::Copy *NearRecords::Find(const ModelState &state) const
     return found == copies_.end() ? nullptr : &*found;
 }
 
+/// Whether a component reads the records without keeping a window waiting. In a large file even the first ones that
+/// can be used may be far behind; how long a view takes is not known.
+bool NearRecords::IsNear(const ModelState &state) const
+{
+    return !state.hasData() ||
+           (!state.isQuery() && !isServerName(state.database) && isSmallFile(state.database) && !IsView(state));
+}
+
+bool NearRecords::IsView(const ModelState &state) const
+{
+    const QPair<QString, QString> key(state.database, state.table);
+    if (const auto known = views_.constFind(key); known != views_.cend())
+        return *known;
+    try {
+        return *views_.insert(key, isSqliteView(state.database, state.table));
+    } catch (const EPlatformError &) {
+        return false; // whoever opens the table says why it cannot be read
+    }
+}
+
 bool NearRecords::IsHere(const ModelState &state) const
 {
-    return isNear(state) || Find(state) != nullptr;
+    return IsNear(state) || Find(state) != nullptr;
 }
 
 ModelState NearRecords::Here(const ModelState &state) const
 {
-    const Copy *const copy = isNear(state) ? nullptr : Find(state);
-    // Every record of a server's table is read on the server.
-    if (copy == nullptr || (!copy->whole && state.records != RecordUse::First))
+    const Copy *const copy = IsNear(state) ? nullptr : Find(state);
+    if (copy == nullptr)
         return state;
     ModelState here = state;
     here.database = copy->file;
@@ -124,23 +148,30 @@ ModelState NearRecords::Here(const ModelState &state) const
     return here;
 }
 
+std::optional<ScanSource> NearRecords::Every(const ModelState &state) const
+{
+    const Copy *const copy = IsNear(state) || state.records == RecordUse::First ? nullptr : Find(state);
+    return copy != nullptr && !copy->whole ? std::optional(sourceOf(state)) : std::nullopt;
+}
+
 std::optional<ScanSource> NearRecords::Table(const ModelState &state) const
 {
     if (!state.hasData())
         return {};
-    const Copy *const copy = isNear(state) ? nullptr : Find(state);
+    const Copy *const copy = IsNear(state) ? nullptr : Find(state);
     return sourceOf(copy != nullptr && copy->whole ? Here(state) : state);
 }
 
 bool NearRecords::IsSmall(const ModelState &state) const
 {
     const std::optional<ScanSource> table = Table(state);
-    return table && !isServerName(table->databaseName) && isSmallFile(table->databaseName);
+    return table && !isServerName(table->databaseName) && isSmallFile(table->databaseName) &&
+           (table->databaseName != state.database || !IsView(state));
 }
 
 bool NearRecords::IsPart(const ModelState &state) const
 {
-    const Copy *const copy = isNear(state) || state.records != RecordUse::First ? nullptr : Find(state);
+    const Copy *const copy = IsNear(state) || state.records != RecordUse::First ? nullptr : Find(state);
     return copy != nullptr && !copy->whole;
 }
 
@@ -225,6 +256,7 @@ void NearRecords::Stop()
 
 void NearRecords::Forget()
 {
+    views_.clear();
     for (const Copy &copy : std::exchange(copies_, {}))
         QFile::remove(copy.file);
 }

@@ -4,6 +4,7 @@
 #include "platform/Scan.h"
 #include "workbench/Modelstate.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <memory>
@@ -14,9 +15,9 @@ class QTemporaryDir;
 
 namespace nuvo {
 
-/// Brings records to where the window can read them without waiting. Those of small SQLite tables, and the first ones
-/// of large ones, are there already. What a server or a statement gives is copied into a file of the sitting's by a
-/// thread, which can be stopped: all that a statement gives, and of a server's table as many as a fit asks for.
+/// Brings records to where the window can read them without waiting. Those of tables in small SQLite files are there
+/// already. What a server, a large file, a view or a statement gives is copied into a file of the sitting's by a
+/// thread, which can be stopped: all that a statement gives, and of a table as many as a fit asks for.
 class NearRecords : public QObject
 {
     Q_OBJECT
@@ -30,6 +31,8 @@ public:
     bool IsHere(const ModelState &state) const;
     /// The state as components read it. \pre IsHere()
     ModelState Here(const ModelState &state) const;
+    /// Where every record is read, by a thread, when Here() has the first ones alone and the state asks for all.
+    std::optional<ScanSource> Every(const ModelState &state) const;
     /// The table that a grid pages through; nothing where there is none. \pre IsHere()
     std::optional<ScanSource> Table(const ModelState &state) const;
     /// Whether Table() is so small and near that nobody waits for any part of it.
@@ -67,10 +70,13 @@ private:
     struct Copy;
 
     const Copy *Find(const ModelState &state) const;
+    bool IsNear(const ModelState &state) const;
+    bool IsView(const ModelState &state) const;
     void Settle(const std::shared_ptr<Job> &job, const QString &error, bool wantsPassword);
 
     const std::unique_ptr<QTemporaryDir> folder_;
     std::vector<Copy> copies_;
+    mutable QHash<QPair<QString, QString>, bool> views_; ///< by file and table: whether it is a view
     std::shared_ptr<Job> job_;
     std::shared_ptr<Job> ending_; ///< was stopped and has not ended yet
     int number_ = 0;

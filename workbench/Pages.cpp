@@ -154,12 +154,10 @@ Page::Table Pages::CurrentTable() const
 {
     QWidget *const page = currentWidget();
     if (page == records_) {
-        const QTableView &view = records_->View();
-        constexpr int most = 100'000;
-        if (view.model() != nullptr && view.model()->rowCount() > most && !view.selectionModel()->hasSelection())
-            throw EPlatformError(
-                tr("%1 records are too many to copy: select some of them.").arg(view.model()->rowCount()));
-        return tableOf(view);
+        std::optional<Page::Table> table = records_->Table();
+        if (!table)
+            throw EPlatformError(tr("The reading was stopped; nothing was copied."));
+        return *std::move(table);
     }
     if (page == observations_)
         return tableOf(observations_->View());

@@ -2,7 +2,7 @@
 #include "workbench/Predictions.h"
 
 #include "platform/Modal.h"
-#include "platform/Table.h"
+#include "platform/Recordrows.h"
 #include "present/Filedialog.h"
 #include "workbench/Csvimport.h"
 #include "workbench/Csvpreview.h"
@@ -10,15 +10,16 @@
 #include "workbench/Livefit.h"
 #include "workbench/Openfile.h"
 #include "workbench/Predicttable.h"
+#include "workbench/Waiting.h"
 
-#include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QLocale>
-#include <QProgressDialog>
 #include <QTemporaryDir>
+
+#include <memory>
 
 namespace nuvo {
 
@@ -32,8 +33,6 @@ struct Predictions
 /// "Predictions for 10 records in out.csv; 3 of them have no value: GNP is null in 2, Ln(UNEMP) cannot be …"
 QString summary(const TablePredictions &done, const QString &file)
 {
-    if (done.stopped)
-        return Predictions::tr("The predictions were stopped; no file was written.");
     const QLocale locale;
     const QString records = locale.toString(done.records);
     if (done.without == 0)
@@ -54,44 +53,53 @@ QString summary(const TablePredictions &done, const QString &file)
         .arg(records, file, locale.toString(done.without), reasons.join(QStringLiteral(", ")));
 }
 
-QString write(QWidget &window, const LiveFit &fit, TTable &table, const QString &proposed, double level)
+QString stopped()
 {
-    checkFields(fit.State().model, table); // before a name is asked for
-    const QString file =
-        askFileName(&window, Predictions::tr("Predictions"), {Predictions::tr("CSV file (*.csv)")}, proposed);
+    return Predictions::tr("The predictions were stopped; no file was written.");
+}
+
+/// Of a table, from where it is: what may keep us waiting is asked by a thread.
+QString write(QWidget &window, const Predictor &predictor, const ScanSource &table, const QString &proposed)
+{
+    const QString title = Predictions::tr("Predictions");
+    // Before a name is asked for.
+    const bool isThere =
+        waitFor(&window, title, Predictions::tr("Opening the table…"), [predictor, table](Task &task) {
+            RecordRows records(table);
+            const Task::Cancelling cancelling(task, [&records] { records.cancel(); });
+            records.open();
+            checkFields(predictor.fields, records.fields());
+        });
+    if (!isThere)
+        return stopped();
+    const QString file = askFileName(&window, title, {Predictions::tr("CSV file (*.csv)")}, proposed);
     if (file.isEmpty())
         return {};
-    table.Open();
-    QProgressDialog progress(Predictions::tr("Writing predictions…"), Predictions::tr("Stop"), 0, 0, &window);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
-    const TablePredictions done =
-        predictTable(*fit.Regression(), fit.State().model, table, file, level, [&progress](qint64 records) {
-            progress.setLabelText(Predictions::tr("%1 records").arg(QLocale().toString(records)));
-            progress.setValue(0);
-            QApplication::processEvents();
-            return !progress.wasCanceled();
-        });
-    return summary(done, file);
+    const auto done = std::make_shared<TablePredictions>();
+    const bool isWritten =
+        waitFor(&window, title, Predictions::tr("Writing predictions…"),
+                [predictor, table, file, done](Task &task) { *done = predictTable(predictor, table, file, task); });
+    return isWritten ? summary(*done, file) : stopped();
 }
 
 } // namespace
 
-QString predictATable(QWidget &window, const LiveFit &fit, double level)
+QString predictATable(QWidget &window, const LiveFit &fit, const QStringList &tables, double level)
 {
-    TTable table;
-    table.SetDatabaseName(fit.State().database);
-    const QStringList names = table.TableNames();
+    const Predictor predictor = predictorOf(*fit.Regression(), fit.State().model, level);
+    const ModelState state = fit.State();
     QInputDialog dialog(&window);
     dialog.setObjectName(QStringLiteral("PredictTableDialog"));
     dialog.setWindowTitle(Predictions::tr("Predict a table"));
     dialog.setLabelText(Predictions::tr("Table with the fields of the model:"));
-    dialog.setComboBoxItems(names);
-    dialog.setTextValue(fit.State().table);
+    dialog.setComboBoxItems(tables);
+    dialog.setTextValue(state.table);
     if (ShowModal(dialog) != QDialog::Accepted)
         return {};
-    table.SetTableName(dialog.textValue());
-    return write(window, fit, table, dialog.textValue() + QLatin1String("-predictions"), level);
+    ScanSource table;
+    table.databaseName = state.database;
+    table.table = dialog.textValue();
+    return write(window, predictor, table, table.table + QLatin1String("-predictions"));
 }
 
 QString predictAFile(QWidget &window, const LiveFit &fit, double level)
@@ -101,20 +109,19 @@ QString predictAFile(QWidget &window, const LiveFit &fit, double level)
         {Predictions::tr("CSV file (*.csv *.tsv *.txt)"), Predictions::tr("All files (*)")}, QString());
     if (file.isEmpty())
         return {};
+    const Predictor predictor = predictorOf(*fit.Regression(), fit.State().model, level);
     CsvPreview preview(file, &window);
     if (ShowModal(preview) != QDialog::Accepted)
         return {};
     const QTemporaryDir folder;
-    const QString database = folder.filePath(QStringLiteral("data.db"));
-    const QString name = newTableFor(file, database);
-    if (!importInBackground(&window, {file, preview.Corrections(), {}}, database, name))
-        return Predictions::tr("The predictions were stopped; no file was written.");
-    TTable table;
-    table.SetDatabaseName(database);
-    table.SetTableName(name);
+    ScanSource table;
+    table.databaseName = folder.filePath(QStringLiteral("data.db"));
+    table.table = newTableFor(file, table.databaseName);
+    if (!importInBackground(&window, {file, preview.Corrections(), {}}, table.databaseName, table.table))
+        return stopped();
     const QFileInfo info(file);
-    return write(window, fit, table, info.dir().filePath(info.completeBaseName() + QLatin1String("-predictions")),
-                 level);
+    return write(window, predictor, table,
+                 info.dir().filePath(info.completeBaseName() + QLatin1String("-predictions")));
 }
 
 } // namespace nuvo

@@ -1,39 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/Predicttable.h"
 
+#include "engine/Fitfigures.h"
 #include "engine/Regression.h"
 #include "engine/Termvalue.h"
 #include "engine/kernel/Prediction.h"
 #include "platform/Csvline.h"
-#include "platform/Dataset.h"
 #include "platform/Errors.h"
+#include "platform/Recordrows.h"
+#include "workbench/Waiting.h"
 
 #include <QCoreApplication>
 #include <QSaveFile>
 
 #include <cmath>
-#include <optional>
 #include <utility>
 
 namespace nuvo {
 
 namespace {
 
-constexpr qint64 kBetween = 1000; // records from one telling to the next
-
 QByteArray cell(double value)
 {
     return std::isfinite(value) ? QByteArray::number(value, 'g', QLocale::FloatingPointShortest) : QByteArray();
-}
-
-/// Nothing for a null and for what is no number.
-std::optional<double> numberOf(const TField &field)
-{
-    try {
-        return field.IsNull() ? std::optional<double>() : field.AsFloat();
-    } catch (const EConvertError &) {
-        return std::nullopt;
-    }
 }
 
 } // namespace
@@ -56,29 +45,46 @@ QStringList fieldsOf(const RegressionModel &model)
     return fields;
 }
 
-void checkFields(const RegressionModel &model, TDataSet &dataset)
+Predictor predictorOf(const TRegression &regression, const RegressionModel &model, double level)
+{
+    Predictor predictor;
+    predictor.fields = fieldsOf(model);
+    for (int j = 1; j <= regression.GetNumVars(); ++j)
+        predictor.terms.push_back(regression.GetcVar(j));
+    predictor.response = regression.ResponseVarY().OutputTerm();
+    predictor.factors = FitFigures(regression.CurrentFit()).factors();
+    predictor.level = level;
+    return predictor;
+}
+
+void checkFields(const QStringList &fields, const QStringList &there)
 {
     QStringList missing;
-    for (const QString &name : fieldsOf(model)) {
-        if (dataset.FindField(name) == nullptr)
+    for (const QString &name : fields) {
+        if (!there.contains(name, Qt::CaseInsensitive))
             missing.append(name);
     }
     if (!missing.isEmpty())
         throw EPlatformError(
             QCoreApplication::translate("Predictions",
                                         "The fields that the model is made of are not all there: %1. There are: %2.")
-                .arg(missing.join(QStringLiteral(", ")), dataset.GetFieldNames().join(QStringLiteral(", "))));
+                .arg(missing.join(QStringLiteral(", ")), there.join(QStringLiteral(", "))));
 }
 
-TablePredictions predictTable(const TRegression &regression, const RegressionModel &model, TDataSet &dataset,
-                              const QString &fileName, double level, const std::function<bool(qint64)> &tell)
+TablePredictions predictTable(const Predictor &predictor, const ScanSource &table, const QString &fileName,
+                              Task &task)
 {
-    checkFields(model, dataset);
-    const QStringList names = fieldsOf(model);
-    std::vector<TField *> fields;
+    RecordRows records(table);
+    const Task::Cancelling cancelling(task, [&records] { records.cancel(); });
+    records.open();
+    checkFields(predictor.fields, records.fields());
+    std::vector<int> fields;
     TablePredictions done;
-    for (const QString &name : names) {
-        fields.push_back(&dataset.FieldByName(name));
+    for (const QString &name : predictor.fields) {
+        int field = 0;
+        while (records.fields()[field].compare(name, Qt::CaseInsensitive) != 0)
+            ++field;
+        fields.push_back(field);
         done.missing.push_back({name});
     }
     QSaveFile file(fileName);
@@ -89,31 +95,30 @@ TablePredictions predictTable(const TRegression &regression, const RegressionMod
     if (!file.open(QIODevice::WriteOnly))
         fail();
     QByteArray line =
-        csvLine(QStringList(QStringLiteral("record")) + names + QStringList(regression.ResponseVarY().OutputTerm()))
-            .toUtf8() +
+        csvLine(QStringList(QStringLiteral("record")) + predictor.fields + QStringList(predictor.response)).toUtf8() +
         ",standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh\n";
-    dataset.First();
-    for (; !dataset.Eof(); dataset.Next()) {
+    while (records.next()) {
         if (file.write(line) != line.size())
             fail();
-        ++done.records;
+        task.records = ++done.records;
         line = QByteArray::number(done.records);
         FieldValues values;
         bool usable = true;
         for (size_t i = 0; i < fields.size(); ++i) {
-            const auto number = numberOf(*fields[i]);
-            const bool isNull = fields[i]->IsNull();
+            const auto number = records.number(fields[i]);
+            const bool isNull = !number && records.isNull(fields[i]);
             line += ',' + (number   ? cell(*number)
                            : isNull ? QByteArray()
-                                    : csvLine({fields[i]->AsString()}).toUtf8());
+                                    : csvLine({records.text(fields[i])}).toUtf8());
             if (number)
-                values.emplace_back(names[qsizetype(i)], *number);
+                values.emplace_back(predictor.fields[qsizetype(i)], *number);
             else if (std::exchange(usable, false))
                 ++(isNull ? done.missing[i].nulls : done.missing[i].noNumbers);
         }
         if (usable) {
             try {
-                const Prediction at = regression.PredictAt(values, level);
+                const TermValues terms = termValues(predictor.terms, values);
+                const Prediction at = predict(predictor.factors, terms.values, terms.low, predictor.level);
                 for (const double figure : {at.value, at.standardError, at.confidence[0], at.confidence[1],
                                             at.prediction[0], at.prediction[1]})
                     line += ',' + cell(figure);
@@ -127,12 +132,10 @@ TablePredictions predictTable(const TRegression &regression, const RegressionMod
             line += ",,,,,,";
         }
         line += '\n';
-        if (tell && done.records % kBetween == 0 && !tell(done.records)) {
-            done.stopped = true;
-            return done;
-        }
     }
-    if (file.write(line) != line.size() || !file.commit())
+    if (file.write(line) != line.size() || !file.flush())
+        fail();
+    if (task.Finish() && !file.commit())
         fail();
     return done;
 }

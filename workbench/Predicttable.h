@@ -2,16 +2,19 @@
 #pragma once
 
 #include "design/model/Regressionmodel.h"
+#include "engine/Mlrtypes.h"
+#include "engine/kernel/Factors.h"
+#include "platform/Scan.h"
 
 #include <QStringList>
 
-#include <functional>
 #include <vector>
 
-class TDataSet;
 class TRegression;
 
 namespace nuvo {
+
+class Task;
 
 /// The fields that the terms of a model's control variables are made of, each once, in their order.
 QStringList fieldsOf(const RegressionModel &model);
@@ -31,18 +34,28 @@ struct TablePredictions
     qint64 without = 0;                 ///< of these, records without a prediction: its cells are empty
     std::vector<MissingValues> missing; ///< why, for each field of the model; a record counts for its first one
     qint64 invalid = 0;                 ///< the others of these: a term cannot be worked out
-    bool stopped = false;
 };
 
-/// \throws EPlatformError that names every field of the model that a dataset has not, and the fields that it has.
-void checkFields(const RegressionModel &model, TDataSet &dataset);
+/// What predicts at the fields of a model: a value, for whatever thread.
+struct Predictor
+{
+    QStringList fields;           ///< fieldsOf() the model
+    std::vector<TIndepVar> terms; ///< that take part, in their order
+    QString response;             ///< as it is called where it was transformed
+    Factors factors;
+    double level = 0.95; ///< of the intervals
+};
 
-/// Writes a line for each record of a dataset: its number, the fields of the model, the prediction with its standard
-/// error and both intervals. Commas, decimal points, LF, UTF-8; a file that cannot be written whole is not there.
-/// \param tell is called now and then with the number of records so far; false ends the work, and there is no file.
-/// \throws EPlatformError as checkFields(), when the dataset cannot be read, and when the file cannot be written.
 /// \pre regression.ResultsCurrent(), of that model
-TablePredictions predictTable(const TRegression &regression, const RegressionModel &model, TDataSet &dataset,
-                              const QString &file, double level, const std::function<bool(qint64)> &tell = {});
+Predictor predictorOf(const TRegression &regression, const RegressionModel &model, double level);
+
+/// \throws EPlatformError that names every field that is not among those that there are, and these.
+void checkFields(const QStringList &fields, const QStringList &there);
+
+/// Writes a line for each record of a table: its number, the fields of the model, the prediction with its standard
+/// error and both intervals. Commas, decimal points, LF, UTF-8; a file that cannot be written whole, or is ended, is
+/// not there. On any thread. \throws EPlatformError as checkFields(), when the table cannot be read, and when the
+/// file cannot be written.
+TablePredictions predictTable(const Predictor &predictor, const ScanSource &table, const QString &file, Task &task);
 
 } // namespace nuvo

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/Recordsmodel.h"
 
+#include "platform/Errors.h"
 #include "workbench/Background.h"
+#include "workbench/Waiting.h"
 
 #include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <exception>
 #include <limits>
 #include <mutex>
 #include <utility>
@@ -17,9 +21,11 @@ namespace nuvo {
 
 namespace {
 
-constexpr int kPage = 256;       // records
-constexpr int kPagesKept = 64;   //
-constexpr size_t kMostAsked = 8; // pages; who scrolls by has gone on
+constexpr int kPage = 256;     // records
+constexpr int kPagesKept = 64; //
+constexpr int kRowsAtOnce = 200000;
+constexpr size_t kMostAsked = 8;                  // pages; who scrolls by has gone on
+constexpr qsizetype kMostCharacters = 50'000'000; // of rows that are copied
 
 /// Numbers have the decimal sign that they have on the other pages, other texts stay as they are.
 QString shown(const QString &text)
@@ -75,6 +81,30 @@ public:
             guarded([this] { sortNow(); });
         changed_.notify_all();
     }
+    /// Reads rows on behalf of another thread, or at once; before a task is ended, and between two pages.
+    Records rows(const std::vector<std::pair<int, int>> &ranges, Task &task)
+    {
+        const auto copy = std::make_shared<Copy>(Copy{ranges});
+        if (atOnce_) {
+            while (readFor(*copy)) {
+            }
+            return std::move(copy->rows);
+        }
+        std::unique_lock lock(mutex_);
+        copy_ = copy;
+        changed_.notify_all();
+        while (!copy->isDone && !ended_ && !over_ && !task.IsStopped()) {
+            changed_.wait_for(lock, std::chrono::milliseconds(50));
+            task.records = copy->read;
+        }
+        if (copy_ == copy)
+            copy_.reset();
+        if (copy->error)
+            std::rethrow_exception(copy->error);
+        if (!copy->isDone && !task.IsStopped())
+            throw EPlatformError(RecordsModel::tr("The records are not shown any more."));
+        return copy->isDone ? std::move(copy->rows) : Records();
+    }
     void end()
     {
         {
@@ -94,6 +124,19 @@ private:
         int column;
         bool descending;
         int order;
+    };
+    /// Rows that somebody waits for. The rest is for who reads, but `read`, `isDone` and `error`, which the lock
+    /// guards.
+    struct Copy
+    {
+        const std::vector<std::pair<int, int>> ranges;
+        Records rows = {};
+        size_t range = 0; ///< that is read next,
+        int from = 0;     ///< after so many of its rows
+        qsizetype characters = 0;
+        qint64 read = 0;
+        bool isDone = false;
+        std::exception_ptr error = {};
     };
 
     /// \param later whether an error is told when a view's question is answered
@@ -122,7 +165,7 @@ private:
         if (atOnce_)
             pages_.emplace(table_);
         pages_->open();
-        Page first = pages_->rows(0, kPage);
+        Records first = pages_->rows(0, kPage);
         const bool all = first.size() < size_t(kPage);
         const qint64 known = qint64(first.size());
         say([fields = pages_->fields(), first = std::move(first)](RecordsModel &model) {
@@ -133,11 +176,55 @@ private:
     }
     void read(qint64 page, int order)
     {
-        Page rows = pages_->rows(page * kPage, kPage);
+        Records rows = pages_->rows(page * kPage, kPage);
         say([page, order, rows = std::move(rows)](RecordsModel &model) {
             if (order == model.order_)
                 model.ShowPage(page, rows);
         });
+    }
+    /// The next page of a copy; false where there is none.
+    bool readFor(Copy &copy)
+    {
+        if (copy.range == copy.ranges.size())
+            return false;
+        const auto &[first, last] = copy.ranges[copy.range];
+        const int most = std::min(kPage, last - first + 1 - copy.from);
+        Records rows = pages_->rows(first + copy.from, most, kMostCharacters);
+        for (QStringList &row : rows) {
+            for (const QString &cell : row)
+                copy.characters += cell.size();
+            copy.rows.push_back(std::move(row));
+        }
+        if (copy.characters > kMostCharacters)
+            throw EPlatformError(RecordsModel::tr("The texts of these records are too long to copy, more than %1 "
+                                                  "characters: select fewer of them.")
+                                     .arg(QLocale().toString(kMostCharacters)));
+        copy.from += most;
+        if (first + copy.from > last || rows.size() < size_t(most)) {
+            ++copy.range;
+            copy.from = 0;
+        }
+        return true;
+    }
+    /// Whoever waits for it may have given up meanwhile. \pre the lock is held
+    void readCopy(std::unique_lock<std::mutex> &lock)
+    {
+        const std::shared_ptr<Copy> copy = copy_;
+        lock.unlock();
+        bool more = false;
+        std::exception_ptr error;
+        try {
+            more = readFor(*copy);
+        } catch (...) {
+            error = std::current_exception();
+        }
+        lock.lock();
+        copy->read = qint64(copy->rows.size());
+        copy->error = error;
+        copy->isDone = !more;
+        if (copy->isDone && copy_ == copy)
+            copy_.reset();
+        changed_.notify_all();
     }
     void sortNow()
     {
@@ -165,12 +252,16 @@ private:
             begin();
             for (;;) {
                 std::unique_lock lock(mutex_);
-                changed_.wait(lock, [this] { return ended_ || wantedSort_ || !asked_.empty(); });
+                changed_.wait(lock, [this] { return ended_ || wantedSort_ || !asked_.empty() || copy_; });
                 if (ended_)
                     return;
                 if (wantedSort_) {
                     lock.unlock();
                     sortNow();
+                    continue;
+                }
+                if (asked_.empty()) {
+                    readCopy(lock);
                     continue;
                 }
                 const qint64 page = asked_.front();
@@ -181,6 +272,7 @@ private:
             }
         });
         const std::lock_guard lock(mutex_);
+        over_ = true;
         pages_.reset(); // in the thread that its connection belongs to
     }
 
@@ -193,7 +285,9 @@ private:
     std::deque<qint64> asked_;
     std::optional<Sort> wantedSort_;
     int order_ = 0;
+    std::shared_ptr<Copy> copy_;
     bool ended_ = false;
+    bool over_ = false; ///< the thread does nothing more, perhaps after an error
 };
 
 RecordsModel::RecordsModel(QObject *parent) : QAbstractTableModel(parent), pages_(kPagesKept) {}
@@ -218,6 +312,7 @@ void RecordsModel::SetSource(const std::optional<ScanSource> &table, bool atOnce
     endResetModel();
     if (!table)
         return;
+    atOnce_ = atOnce;
     reader_ = std::make_shared<Reader>(*this, *table, atOnce);
     order_ = 0;
     reader_->start();
@@ -232,6 +327,26 @@ void RecordsModel::SortBy(int column, Qt::SortOrder order)
     reader_->sort(column, order == Qt::DescendingOrder, ++order_);
     if (rows_ > 0)
         Q_EMIT dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
+}
+
+std::optional<Page::Table> RecordsModel::Rows(const std::vector<std::pair<int, int>> &ranges, QWidget &window) const
+{
+    Page::Table table;
+    for (const RecordPages::Field &field : fields_)
+        table.columns.append({field.name, field.numeric});
+    if (!reader_)
+        return table;
+    const auto rows = std::make_shared<Records>();
+    const auto read = [reader = reader_, ranges, rows](Task &task) { *rows = reader->rows(ranges, task); };
+    if (atOnce_) {
+        Task task;
+        read(task);
+    } else if (!waitFor(&window, tr("Copy records"), tr("Reading the records…"), read)) {
+        return std::nullopt;
+    }
+    for (QStringList &row : *rows)
+        table.rows.append(std::move(row));
+    return table;
 }
 
 int RecordsModel::rowCount(const QModelIndex &parent) const
@@ -254,7 +369,7 @@ QVariant RecordsModel::data(const QModelIndex &index, int role) const
     if (role != Qt::DisplayRole)
         return {};
     const qint64 number = index.row() / kPage;
-    const Page *page = pages_.object(number);
+    const Records *page = pages_.object(number);
     if (page == nullptr) {
         asking_ = true;
         reader_->ask(number, order_);
@@ -279,32 +394,46 @@ QVariant RecordsModel::headerData(int section, Qt::Orientation orientation, int 
     return QAbstractTableModel::headerData(section, orientation, role);
 }
 
-void RecordsModel::ShowFields(std::vector<RecordPages::Field> fields, Page first)
+void RecordsModel::ShowFields(std::vector<RecordPages::Field> fields, Records first)
 {
     beginResetModel();
     fields_ = std::move(fields);
     rows_ = int(first.size());
-    pages_.insert(0, new Page(std::move(first)));
+    pages_.insert(0, new Records(std::move(first)));
     endResetModel();
 }
 
 void RecordsModel::ShowCount(qint64 count)
 {
-    const int rows = int(std::min<qint64>(count, std::numeric_limits<int>::max() - 1));
+    toShow_ = int(std::min<qint64>(count, std::numeric_limits<int>::max() - 1));
+    Grow();
+}
+
+/// A view takes some time for a million rows, so it is given them one after the other.
+void RecordsModel::Grow()
+{
+    const int rows = std::min(toShow_, rows_ + kRowsAtOnce);
     if (rows > rows_) {
         beginInsertRows({}, rows_, rows - 1);
         rows_ = rows;
         endInsertRows();
     }
+    if (rows_ < toShow_) {
+        sayLater([self = QPointer(this), reader = reader_] {
+            if (self && self->reader_ == reader)
+                self->Grow();
+        });
+        return;
+    }
     counted_ = true;
     Q_EMIT Counted();
 }
 
-void RecordsModel::ShowPage(qint64 page, Page rows)
+void RecordsModel::ShowPage(qint64 page, Records rows)
 {
     const int first = int(page * kPage);
     const int last = std::min(first + kPage, rows_) - 1;
-    pages_.insert(page, new Page(std::move(rows)));
+    pages_.insert(page, new Records(std::move(rows)));
     if (first <= last && !asking_)
         Q_EMIT dataChanged(index(first, 0), index(last, columnCount() - 1));
 }

@@ -2,12 +2,15 @@
 #pragma once
 
 #include "platform/Recordpages.h"
+#include "present/Page.h"
 
 #include <QAbstractTableModel>
 #include <QCache>
 
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace nuvo {
 
@@ -30,6 +33,11 @@ public:
     /// Whether the number of records is known.
     bool IsCounted() const { return counted_; }
 
+    /// Rows, first and last, as a table with whole cells: read now, in the order that is shown, while the window
+    /// lives. Nothing where the person ended that. \throws EPlatformError where they cannot be read, and where their
+    /// texts are too long together.
+    std::optional<Page::Table> Rows(const std::vector<std::pair<int, int>> &ranges, QWidget &window) const;
+
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
@@ -43,20 +51,23 @@ Q_SIGNALS:
 
 private:
     class Reader;
-    using Page = std::vector<QStringList>;
+    using Records = std::vector<QStringList>;
 
-    void ShowFields(std::vector<RecordPages::Field> fields, Page first);
+    void ShowFields(std::vector<RecordPages::Field> fields, Records first);
     void ShowCount(qint64 count);
-    void ShowPage(qint64 page, Page rows);
+    void Grow();
+    void ShowPage(qint64 page, Records rows);
     void Fail(const QString &why);
 
     std::shared_ptr<Reader> reader_;
     std::vector<RecordPages::Field> fields_;
+    bool atOnce_ = false;
     int rows_ = 0;
+    int toShow_ = 0; ///< rows that there are to be
     bool counted_ = false;
     int sortedBy_ = -1;
     int order_ = 0; ///< counts the orders; pages of one before are not shown
-    mutable QCache<qint64, Page> pages_;
+    mutable QCache<qint64, Records> pages_;
     mutable bool asking_ = false; ///< while a view asks for a cell
 };
 

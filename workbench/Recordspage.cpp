@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/Recordspage.h"
 
+#include "platform/Errors.h"
 #include "workbench/Recordsmodel.h"
 
 #include <QHBoxLayout>
@@ -19,6 +20,7 @@ namespace nuvo {
 namespace {
 
 constexpr size_t kMostSelected = 100000; // more than any other page shows
+constexpr qint64 kMostCopied = 100000;   // as many as other programs take
 
 } // namespace
 
@@ -154,6 +156,30 @@ void RecordsPage::GoTo(qint64 record)
     const auto row = int(std::clamp<qint64>(record, 1, std::max(1, model_->rowCount())) - 1);
     view_->setCurrentIndex(model_->index(row, 0));
     view_->scrollTo(model_->index(row, 0), QAbstractItemView::PositionAtCenter);
+}
+
+std::optional<Page::Table> RecordsPage::Table()
+{
+    std::vector<std::pair<int, int>> ranges;
+    for (const QItemSelectionRange &range : view_->selectionModel()->selection())
+        ranges.emplace_back(range.top(), range.bottom());
+    if (ranges.empty() && model_->rowCount() > 0)
+        ranges.emplace_back(0, model_->rowCount() - 1);
+    std::sort(ranges.begin(), ranges.end());
+    std::vector<std::pair<int, int>> parted; // each row once
+    qint64 count = 0;
+    for (auto [first, last] : ranges) {
+        if (!parted.empty())
+            first = std::max(first, parted.back().second + 1);
+        if (first > last)
+            continue;
+        parted.emplace_back(first, last);
+        count += last - first + 1;
+    }
+    if (count > kMostCopied)
+        throw EPlatformError(tr("%1 records are too many to copy: select at most %2 of them.")
+                                 .arg(QLocale().toString(count), QLocale().toString(kMostCopied)));
+    return model_->Rows(parted, *this);
 }
 
 void RecordsPage::SetSelected(const std::set<qint64> &records)

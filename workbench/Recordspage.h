@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Scan.h"
+#include "present/Page.h"
 #include "workbench/Modelstate.h"
 
 #include <QWidget>
@@ -39,6 +40,10 @@ public:
     std::set<qint64> Selected() const;
     /// Scrolls to a record and makes it the current one.
     void GoTo(qint64 record);
+    /// The selected records, or all where none is selected, with their values as the database has them, also of those
+    /// that were not read yet; nothing where the person ended the reading. \throws EPlatformError for too many of
+    /// them, and where they cannot be read.
+    std::optional<Page::Table> Table();
     QTableView &View() { return *view_; }
     RecordsModel &Model() { return *model_; }
 

@@ -137,6 +137,7 @@ TEST_F(HostileDatabases, HaveTablesOfEveryKind)
     drop(database("kinds.db", statements));
     for (const char *const table : {"plain", "norow", "seen"}) {
         window->OpenTable(u(table));
+        ASSERT_TRUE(wait([&] { return sitting().State().table == u(table); })) << table;
         defineModel("y", "x");
         ASSERT_TRUE(fit().HasFit()) << table << message().toStdString();
         EXPECT_EQ(fit().Regression()->RecordsUsed(), 30) << table;

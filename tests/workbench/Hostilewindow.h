@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -24,8 +25,16 @@ class LoopGap
 {
 public:
     LoopGap();
-    /// In milliseconds.
-    qint64 largest() const { return largest_; }
+    /// In milliseconds, the time since it worked last counted.
+    qint64 largest() const { return std::max(largest_, since_.elapsed()); }
+    /// The same, and begins anew.
+    qint64 take()
+    {
+        const qint64 taken = largest();
+        since_.restart();
+        largest_ = 0;
+        return taken;
+    }
 
 private:
     QTimer timer_;

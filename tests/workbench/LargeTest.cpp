@@ -137,14 +137,17 @@ TEST_F(LargeWindow, ScrollsThroughFiveMillionRecords)
         window->OpenTable(u("many"));
         ASSERT_TRUE(wait([&] { return page().View().model()->rowCount() > 0; })) << message().toStdString();
         const qint64 first = since.elapsed();
+        const qint64 firstGap = gap.take();
         ASSERT_TRUE(wait([this] { return page().Model().IsCounted(); }, 60000));
         const qint64 counted = since.elapsed();
+        const qint64 countedGap = gap.take();
         EXPECT_EQ(page().View().model()->rowCount(), rows);
         EXPECT_EQ(cell(0, 0), u("1"));
         const qint64 toEnd = timeTo(rows - 1);
         EXPECT_EQ(cell(rows - 1, 0), QString::number(rows));
         const qint64 toMiddle = timeTo(rows / 2);
         EXPECT_EQ(cell(rows / 2, 0), QString::number(rows / 2 + 1));
+        const qint64 goneGap = gap.take();
         const double opened = memoryInUse();
         QScrollBar &bar = *page().View().verticalScrollBar();
         since.restart();
@@ -153,6 +156,7 @@ TEST_F(LargeWindow, ScrollsThroughFiveMillionRecords)
             QTest::qWait(5);
         }
         const qint64 scrolled = since.elapsed();
+        const qint64 scrolledGap = gap.take();
         const double after = memoryInUse();
         since.restart();
         page().Model().SortBy(1, Qt::DescendingOrder);
@@ -160,12 +164,12 @@ TEST_F(LargeWindow, ScrollsThroughFiveMillionRecords)
         std::printf(
             "%s, 5 million records: first ones after %lld ms, counted after %lld ms, the end in %lld ms, the "
             "middle in %lld ms, the scroll bar from top to bottom in 400 steps in %lld ms, sorted in %lld ms; "
-            "memory %.0f MB more when opened, %.0f MB more after scrolling; largest gap of the event loop "
-            "%lld ms\n",
+            "memory %.0f MB more when opened, %.0f MB more after scrolling; largest gaps of the event loop while "
+            "opening, counting, going, scrolling, sorting: %lld, %lld, %lld, %lld, %lld ms\n",
             backendName(backend).c_str(), first, counted, toEnd, toMiddle, scrolled, since.elapsed(), opened - before,
-            after - opened, gap.largest());
+            after - opened, firstGap, countedGap, goneGap, scrolledGap, gap.largest());
         EXPECT_LT(after - opened, 30) << "MB: what was scrolled over is not kept";
-        EXPECT_LT(gap.largest(), 1500);
+        EXPECT_LT(std::max({firstGap, countedGap, goneGap, scrolledGap, gap.largest()}), 1000);
         sitting().Change({}, u("close"));
     }
     // Beside it, the plain way: all of them in a model.
@@ -190,20 +194,22 @@ TEST_F(LargeWindow, ReadsEveryRecordOfAMillionInTheBackground)
     db->makeNumbers(u("many"), 1000000, 11);
     drop(db->name());
     LoopGap gap;
+    ASSERT_TRUE(wait([this] { return !window->Near().IsFetching(); })) << message().toStdString();
     defineModel("x0", "x1");
     ASSERT_TRUE(fit().HasFit()) << message().toStdString();
+    const qint64 before = gap.take();
     QElapsedTimer since;
     since.start();
     action("Every Record").trigger();
     ASSERT_TRUE(fit().IsReading());
     ASSERT_TRUE(wait([this] { return fit().HasFit(); }, 120000)) << message().toStdString();
     EXPECT_EQ(fit().Regression()->RecordsUsed(), 1000000);
-    std::printf("Every record of a million: %.1f s, largest gap of the event loop %lld ms\n",
-                double(since.elapsed()) / 1e3, gap.largest());
+    std::printf("Every record of a million: %.1f s, largest gaps of the event loop before and then %lld, %lld ms\n",
+                double(since.elapsed()) / 1e3, before, gap.largest());
     EXPECT_LT(gap.largest(), 1500);
     // And it is ended by Escape.
     action("Read Again").trigger();
-    ASSERT_TRUE(fit().IsReading()) << message().toStdString();
+    ASSERT_TRUE(wait([this] { return fit().IsReading(); })) << message().toStdString();
     QTest::qWait(50);
     since.restart();
     QTest::keyClick(window.get(), Qt::Key_Escape);

@@ -6,7 +6,6 @@
 #include "engine/kernel/Prediction.h"
 #include "platform/Errors.h"
 #include "platform/Modal.h"
-#include "platform/Table.h"
 #include "present/statistics/Observationspage.h"
 #include "present/statistics/Pageview.h"
 #include "select/choice/Modelspage.h"
@@ -20,6 +19,7 @@
 #include "workbench/Recordspage.h"
 #include "workbench/Sitting.h"
 #include "workbench/Sittingfolder.h"
+#include "workbench/Waiting.h"
 #include "workbench/Workbenchtest.h"
 
 #include <QAction>
@@ -365,13 +365,14 @@ TEST_F(Workbench, WritesPredictionsForATable)
 {
     drop(csv("data.csv", 5));
     defineXY();
-    TTable table;
-    table.SetDatabaseName(window->CurrentSitting().State().database);
-    table.SetTableName(u("data"));
-    table.Open();
+    nuvo::ScanSource table;
+    table.databaseName = window->CurrentSitting().State().database;
+    table.table = u("data");
     const QString name = folder.filePath(u("out.csv"));
-    const nuvo::TablePredictions done =
-        nuvo::predictTable(*window->Fit().Regression(), window->CurrentSitting().State().model, table, name, 0.9);
+    nuvo::Task task;
+    const nuvo::TablePredictions done = nuvo::predictTable(
+        nuvo::predictorOf(*window->Fit().Regression(), window->CurrentSitting().State().model, 0.9), table, name,
+        task);
     EXPECT_EQ(done.records, 5);
     EXPECT_EQ(done.without, 0);
     QFile file(name);

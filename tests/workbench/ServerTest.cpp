@@ -18,10 +18,13 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileDialog>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
@@ -351,4 +354,81 @@ TEST_F(ServerWindow, HasTablesOfSeveralSchemasAndThousandsToFindOneAmong)
     defineModel("y", "x");
     ASSERT_TRUE(wait([this] { return fit().HasFit(); })) << message().toStdString();
     EXPECT_EQ(fit().Regression()->RecordsUsed(), 40);
+}
+
+TEST_F(ServerWindow, OpensNoTableOnTheWindowsThreadForEveryRecord)
+{
+    const auto db = TestDatabase::make(TestDatabase::Postgres);
+    db->makeNumbers(u("few"), 100, 2);
+    db->exec(u("CREATE VIEW late AS SELECT i AS x, 3 + 2 * i + i % 5 AS y FROM generate_series(1, 20000) i, "
+               "(SELECT pg_sleep(0.6)) s"));
+    ASSERT_TRUE(listed(db->name())) << message().toStdString();
+    ASSERT_TRUE(opened(u("late"))) << message().toStdString();
+    defineModel("y", "x");
+    ASSERT_TRUE(wait([this] { return fit().HasFit(); })) << message().toStdString();
+    EXPECT_EQ(fit().Regression()->RecordsUsed(), 2500);
+    LoopGap gap;
+    action("Every Record").trigger();
+    EXPECT_TRUE(fit().IsReading());
+    ASSERT_TRUE(wait([this] { return fit().HasFit(); }, 60000)) << message().toStdString();
+    EXPECT_EQ(fit().Regression()->RecordsUsed(), 20000);
+    EXPECT_LT(gap.largest(), 600) << "each statement sleeps that long";
+    // Ended in the middle, the state asks for every record still, and it can be done again.
+    const nuvo::ModelState state = sitting().State();
+    action("Read Again").trigger();
+    ASSERT_TRUE(wait([this] { return fit().IsReading(); }));
+    QTest::qWait(50); // the button that has the key is shown
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    ASSERT_TRUE(wait([this] { return !fit().IsReading(); }));
+    EXPECT_TRUE(message().contains(u("stopped"))) << message().toStdString();
+    EXPECT_EQ(sitting().State(), state);
+    EXPECT_TRUE(isAlive());
+}
+
+TEST_F(ServerWindow, LivesWhileATableIsPredictedAndEndsThatByEscape)
+{
+    const auto db = TestDatabase::make(TestDatabase::Postgres);
+    db->makeNumbers(u("few"), 100, 2);
+    db->exec(u("CREATE VIEW asleep AS SELECT x0, x1 FROM few, (SELECT pg_sleep(60)) s"));
+    ASSERT_TRUE(listed(db->name())) << message().toStdString();
+    ASSERT_TRUE(opened(u("few"))) << message().toStdString();
+    defineModel("x0", "x1");
+    ASSERT_TRUE(wait([this] { return fit().HasFit(); })) << message().toStdString();
+    const QString written = folder.filePath(u("out.csv"));
+    QString table = u("few");
+    answer = [&](QDialog &dialog) {
+        if (auto *const choose = qobject_cast<QInputDialog *>(&dialog))
+            choose->setTextValue(table);
+        if (auto *const save = qobject_cast<QFileDialog *>(&dialog)) {
+            save->setDirectory(folder.path());
+            save->selectFile(written);
+        }
+        return int(QDialog::Accepted);
+    };
+    auto *const predict = window->findChild<QPushButton *>(u("PredictTable"));
+    predict->click();
+    EXPECT_TRUE(message().startsWith(u("Predictions for 100 records"))) << message().toStdString();
+    ASSERT_TRUE(QFile::remove(written));
+    table = u("asleep");
+    QTimer escape;
+    escape.callOnTimeout([&] {
+        if (auto *const progress = window->findChild<QProgressDialog *>(); progress && progress->isVisible()) {
+            escape.stop();
+            QTest::keyClick(progress, Qt::Key_Escape);
+        }
+    });
+    escape.start(10);
+    LoopGap gap;
+    QElapsedTimer since;
+    since.start();
+    predict->click();
+    EXPECT_LT(since.elapsed(), 30000) << "it would be waited for a minute";
+    EXPECT_LT(2 * gap.largest(), since.elapsed());
+    EXPECT_EQ(message(), u("The predictions were stopped; no file was written."));
+    EXPECT_FALSE(QFile::exists(written));
+    EXPECT_TRUE(wait([&] {
+        return db->value(u("SELECT count(*) FROM pg_stat_activity WHERE wait_event = 'PgSleep' "
+                           "AND datname = current_database()"))
+                   .toInt() == 0;
+    })) << "the server has been told";
 }

@@ -1158,10 +1158,6 @@
         <translation>Vorhersagen werden geschrieben…</translation>
     </message>
     <message>
-        <source>Stop</source>
-        <translation>Anhalten</translation>
-    </message>
-    <message>
         <source>%1 records</source>
         <translation>%1 Datensätze</translation>
     </message>
@@ -1202,6 +1198,10 @@
             <numerusform>Vorhersagen für %1 Datensätze in %2; %3 davon hat keinen Wert: %4.</numerusform>
             <numerusform>Vorhersagen für %1 Datensätze in %2; %3 davon haben keinen Wert: %4.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Opening the table…</source>
+        <translation>Die Tabelle wird geöffnet…</translation>
     </message>
 </context>
 <context>
@@ -3050,8 +3050,8 @@
         <translation>Wählen Sie links eine Tabelle.</translation>
     </message>
     <message>
-        <source>%1 records are too many to copy: select some of them.</source>
-        <translation>%1 Datensätze sind zu viele zum Kopieren: Wählen Sie einige davon aus.</translation>
+        <source>The reading was stopped; nothing was copied.</source>
+        <translation>Das Lesen wurde angehalten; es wurde nichts kopiert.</translation>
     </message>
 </context>
 <context>
@@ -3203,6 +3203,25 @@ Neue Beobachtung, %4 %: %7 bis %8</translation>
     </message>
 </context>
 <context>
+    <name>nuvo::RecordsModel</name>
+    <message>
+        <source>The records are not shown any more.</source>
+        <translation>Die Datensätze werden nicht mehr gezeigt.</translation>
+    </message>
+    <message>
+        <source>The texts of these records are too long to copy, more than %1 characters: select fewer of them.</source>
+        <translation>Die Texte dieser Datensätze sind zum Kopieren zu lang, mehr als %1 Zeichen: Wählen Sie weniger aus.</translation>
+    </message>
+    <message>
+        <source>Copy records</source>
+        <translation>Datensätze kopieren</translation>
+    </message>
+    <message>
+        <source>Reading the records…</source>
+        <translation>Die Datensätze werden gelesen…</translation>
+    </message>
+</context>
+<context>
     <name>nuvo::RecordsPage</name>
     <message>
         <source>Filter: a condition such as  YEAR &gt; 1950</source>
@@ -3239,6 +3258,10 @@ Neue Beobachtung, %4 %: %7 bis %8</translation>
     <message>
         <source>Counting…</source>
         <translation>Wird gezählt…</translation>
+    </message>
+    <message>
+        <source>%1 records are too many to copy: select at most %2 of them.</source>
+        <translation>%1 Datensätze sind zum Kopieren zu viele: Wählen Sie höchstens %2 davon aus.</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#include "workbench/Hostilewindow.h"
+
+#include "engine/Regression.h"
+#include "workbench/Pages.h"
+#include "workbench/Recordsmodel.h"
+#include "workbench/Recordspage.h"
+
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+
+/// Databases that let themselves be waited for.
+class WaitingWindow : public HostileWindow
+{
+protected:
+    QString written;
+
+    void SetUp() override
+    {
+        HostileWindow::SetUp();
+        written = folder.filePath(u("out.csv"));
+    }
+    /// A file with a table t of 100 records, and a view whose first record comes when the last one was looked at.
+    QString withView(const char *name, int looked)
+    {
+        return database(
+            name,
+            {u("CREATE TABLE t (x REAL, y REAL)"),
+             u("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100) "
+               "INSERT INTO t SELECT i, 3 + 2 * i + i % 5 FROM n"),
+             u("CREATE VIEW slow AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
+               "SELECT i %% 1009 AS x, i * 3 %% 997 AS y FROM n WHERE i %% 1000 = 0 ORDER BY i %% 7919")
+                 .arg(looked)
+                 .replace(u("%%"), u("%"))});
+    }
+    /// Answers the dialogs of a prediction of a table.
+    void predict(const QString &table)
+    {
+        answer = [this, table](QDialog &dialog) {
+            if (auto *const choose = qobject_cast<QInputDialog *>(&dialog))
+                choose->setTextValue(table);
+            if (auto *const save = qobject_cast<QFileDialog *>(&dialog)) {
+                save->setDirectory(folder.path());
+                save->selectFile(written);
+            }
+            return int(QDialog::Accepted);
+        };
+        window->findChild<QPushButton *>(u("PredictTable"))->click();
+    }
+    /// Presses Escape in the window of a progress as soon as that is there.
+    static void pressEscape(QTimer &timer, const QWidget &window)
+    {
+        timer.callOnTimeout([&timer, &window] {
+            if (auto *const progress = window.findChild<QProgressDialog *>(); progress && progress->isVisible()) {
+                timer.stop();
+                QTest::keyClick(progress, Qt::Key_Escape);
+            }
+        });
+        timer.start(10);
+    }
+};
+
+constexpr int kSeconds = 4000000; // that many numbers take a second or more
+constexpr int kForever = 2000000000;
+
+TEST_F(WaitingWindow, LivesWhileTheFirstRecordsOfAViewAreLookedFor)
+{
+    drop(withView("view.db", kSeconds));
+    QElapsedTimer since;
+    since.start();
+    LoopGap gap;
+    window->OpenTable(u("slow"));
+    ASSERT_TRUE(wait([this] { return sitting().State().table == u("slow"); }, 60000)) << message().toStdString();
+    const qint64 opened = since.elapsed();
+    EXPECT_GT(opened, 200) << "nothing to wait for";
+    EXPECT_LT(2 * gap.take(), opened);
+    since.restart();
+    defineModel("y", "x");
+    ASSERT_TRUE(wait([this] { return fit().HasFit(); }, 60000)) << message().toStdString();
+    EXPECT_EQ(fit().Regression()->RecordsUsed(), 2500);
+    EXPECT_LT(since.elapsed(), opened) << "they are at hand now";
+    action("Every Record").trigger();
+    ASSERT_TRUE(wait([this] { return fit().HasFit(); }, 60000)) << message().toStdString();
+    EXPECT_EQ(fit().Regression()->RecordsUsed(), kSeconds / 1000);
+    ASSERT_TRUE(wait([this] { return window->ShownPages().Records().Model().IsCounted(); }, 60000));
+    EXPECT_EQ(window->ShownPages().Records().Model().rowCount(), kSeconds / 1000);
+}
+
+TEST_F(WaitingWindow, EndsTheLookingByEscapeAndLeavesTheSittingAsItWas)
+{
+    drop(withView("view.db", kForever));
+    window->OpenTable(u("t"));
+    defineModel("y", "x");
+    ASSERT_TRUE(fit().HasFit());
+    const nuvo::ModelState before = sitting().State();
+    window->OpenTable(u("slow"));
+    QTest::qWait(300);
+    EXPECT_TRUE(window->Near().IsFetching());
+    EXPECT_TRUE(isAlive());
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_TRUE(wait([this] { return !window->Near().IsFetching(); }, 5000));
+    EXPECT_EQ(sitting().State(), before);
+    EXPECT_TRUE(fit().HasFit());
+    EXPECT_TRUE(message().contains(u("stopped"))) << message().toStdString();
+}
+
+TEST_F(WaitingWindow, FindsTheFirstUsableRecordsOfALargeTableWithoutStandingStill)
+{
+    // 30 MB, of which the last records alone can be used.
+    drop(database("late.db", {u("CREATE TABLE t (x REAL, y REAL, note TEXT)"),
+                              u("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 250000) "
+                                "INSERT INTO t SELECT CASE WHEN i > 240000 THEN i END, 2 * i + i % 7, "
+                                "printf('%0100d', i) FROM n")}));
+    ASSERT_TRUE(wait([this] { return sitting().State().table == u("t") && !window->Near().IsFetching(); }));
+    QElapsedTimer since;
+    since.start();
+    LoopGap gap;
+    defineModel("y", "x");
+    ASSERT_TRUE(wait([this] { return fit().HasFit(); }, 60000)) << message().toStdString();
+    EXPECT_EQ(fit().Regression()->RecordsUsed(), 2500);
+    std::printf("Found after %lld ms, longest gap %lld ms\n", since.elapsed(), gap.largest());
+}
+
+TEST_F(WaitingWindow, LivesWhileATableIsPredicted)
+{
+    drop(withView("view.db", kSeconds));
+    window->OpenTable(u("t"));
+    defineModel("y", "x");
+    ASSERT_TRUE(fit().HasFit());
+    QElapsedTimer since;
+    since.start();
+    LoopGap gap;
+    predict(u("slow"));
+    EXPECT_GT(since.elapsed(), 200) << "nothing to wait for";
+    EXPECT_LT(2 * gap.largest(), since.elapsed());
+    QFile file(written);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << message().toStdString();
+    EXPECT_EQ(file.readAll().count('\n'), kSeconds / 1000 + 1);
+    EXPECT_TRUE(message().startsWith(u("Predictions for "))) << message().toStdString();
+}
+
+TEST_F(WaitingWindow, EndsAPredictionByEscapeAndLeavesNoFile)
+{
+    drop(withView("view.db", kForever));
+    window->OpenTable(u("t"));
+    defineModel("y", "x");
+    ASSERT_TRUE(fit().HasFit());
+    const nuvo::ModelState before = sitting().State();
+    QTimer escape;
+    pressEscape(escape, *window);
+    predict(u("slow"));
+    EXPECT_EQ(message(), u("The predictions were stopped; no file was written."));
+    EXPECT_FALSE(QFile::exists(written));
+    EXPECT_EQ(sitting().State(), before);
+    EXPECT_TRUE(fit().HasFit());
+    EXPECT_TRUE(isAlive());
+    predict(u("t"));
+    EXPECT_TRUE(message().startsWith(u("Predictions for 100 records"))) << message().toStdString();
+}
