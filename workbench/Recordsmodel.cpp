@@ -344,8 +344,13 @@ std::optional<Page::Table> RecordsModel::Rows(const std::vector<std::pair<int, i
     } else if (!waitFor(&window, tr("Copy records"), tr("Reading the records…"), read)) {
         return std::nullopt;
     }
-    for (QStringList &row : *rows)
+    for (QStringList &row : *rows) {
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            if (table.columns[i].figures)
+                row[i] = shown(row[i]);
+        }
         table.rows.append(std::move(row));
+    }
     return table;
 }
 
