@@ -95,9 +95,12 @@ bool waitFor(QWidget *parent, const QString &title, const QString &label, std::f
     QProgressDialog progress(label, QCoreApplication::translate("Openfile", "Stop"), 0, 0, parent);
     progress.setWindowTitle(title);
     progress.setWindowModality(Qt::WindowModal);
+    progress.setValue(0); // or the time below is not counted
     progress.setMinimumDuration(kShownAfter);
     progress.setAutoReset(false);
     progress.setAutoClose(false);
+    // Escape is a shortcut while the window is active; a dialog that it closes otherwise counts as well.
+    QObject::connect(&progress, &QDialog::rejected, &progress, &QProgressDialog::cancel);
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &progress, [&] {
         if (progress.wasCanceled()) {
