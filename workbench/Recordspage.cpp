@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace nuvo {
 
@@ -46,6 +47,8 @@ RecordsPage::RecordsPage(QWidget *parent)
     view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view_->horizontalHeader()->setSectionsClickable(true);
     view_->horizontalHeader()->setHighlightSections(false);
+    view_->horizontalHeader()->setResizeContentsPrecision(50);
+    view_->horizontalHeader()->setMaximumSectionSize(fontMetrics().averageCharWidth() * 60);
     view_->horizontalHeader()->setToolTip(tr("Click to sort the records, by the database"));
     view_->setCornerButtonEnabled(false);
     view_->setTabKeyNavigation(false);
@@ -72,6 +75,13 @@ RecordsPage::RecordsPage(QWidget *parent)
             GoTo(record);
         goTo_->selectAll();
     });
+    connect(model_, &RecordsModel::modelAboutToBeReset, this, [this] {
+        if (model_->columnCount() > 0)
+            widths_.clear();
+        for (int column = 0; column < model_->columnCount(); ++column)
+            widths_.append(view_->columnWidth(column));
+    });
+    connect(model_, &RecordsModel::modelReset, this, &RecordsPage::FitColumns);
     connect(model_, &RecordsModel::Failed, this, &RecordsPage::ShowError);
     connect(model_, &RecordsModel::Counted, this, [this] {
         ShowCount();
@@ -107,6 +117,22 @@ void RecordsPage::SetState(const ModelState &state, const std::optional<ScanSour
     table_ = table;
     atOnce_ = atOnce;
     ReadAgain();
+}
+
+/// Those of another table; what the person has made of these stays.
+void RecordsPage::FitColumns()
+{
+    QStringList names;
+    for (int column = 0; column < model_->columnCount(); ++column)
+        names.append(model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    if (names.isEmpty())
+        return;
+    if (names != std::exchange(fitted_, names)) {
+        view_->resizeColumnsToContents();
+        return;
+    }
+    for (int column = 0; column < std::min<qsizetype>(names.size(), widths_.size()); ++column)
+        view_->setColumnWidth(column, widths_[column]);
 }
 
 void RecordsPage::ReadAgain()

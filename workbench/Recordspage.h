@@ -57,6 +57,7 @@ private:
     void Sort(int column);
     void ShowSelected();
     void ShowCount();
+    void FitColumns();
     void ShowError(const QString &error);
 
     ModelState state_;
@@ -70,6 +71,8 @@ private:
     QLabel *error_;
     bool downwards_ = false; ///< the order of what is sorted
     bool quiet_ = false;
+    QStringList fitted_; ///< names of the columns whose widths were fitted
+    QList<int> widths_;  ///< that the columns had before the records were read again
 };
 
 } // namespace nuvo

@@ -16,6 +16,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDialog>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -197,6 +198,20 @@ TEST(GermanWorkbench, HasRoomForItsPagesAt1360)
     EXPECT_GE(bar->width(), bar->sizeHint().width());
     for (const QToolButton *const arrow : bar->findChildren<QToolButton *>())
         EXPECT_FALSE(arrow->isVisible());
+}
+
+TEST(GermanWorkbench, ShowsEveryFieldOfASmallTableAt1360)
+{
+    OpenedWindow opened(u("de"));
+    opened.window->resize(1360, 820);
+    opened.fitLongley();
+    opened.pages().setCurrentIndex(0);
+    QApplication::processEvents();
+    QTableView &view = opened.pages().Records().View();
+    EXPECT_LE(view.horizontalHeader()->length(), view.viewport()->width());
+    view.setColumnWidth(1, 200);
+    opened.pages().Records().ReadAgain();
+    EXPECT_EQ(view.columnWidth(1), 200) << "as the person has left it";
 }
 
 TEST(GermanWorkbench, HasTheTableOfCoefficientsInOnePieceAt1360)
