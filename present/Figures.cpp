@@ -114,11 +114,6 @@ Figures::Matrix classicalCovariance(const Factors &factors)
     return covariance;
 }
 
-bool isOddPower(const TIndepVar &variable)
-{
-    return variable.Transformation() == u"Power" && std::fmod(variable.Exponent().toDouble(), 2) == 1;
-}
-
 } // namespace
 
 Figures figures(TRegression &regression)
@@ -166,7 +161,7 @@ Figures figures(TRegression &regression)
         const TIndepVar &variable = regression.GetcVar(j);
         figures.columns.push_back({variable.OutputTerm(), variable.Transformation() != u"Inactive",
                                    regression.GetxBar(j), regression.GetxStdErr(j), regression.GetxMin(j),
-                                   regression.GetxMax(j), isOddPower(variable)});
+                                   regression.GetxMax(j)});
     }
     for (int i = 0; i <= m; ++i) {
         Figures::Numbers covariances;

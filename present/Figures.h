@@ -56,7 +56,6 @@ struct Figures
         double standardDeviation = 0; ///< divisor n - 1
         double least = 0;
         double greatest = 0;
-        bool oddPower = false; ///< minus the power of the absolute value
     };
     /// The constant or a column.
     struct Coefficient

@@ -5,6 +5,8 @@
 #include "present/Significant.h"
 #include "present/Words.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <cmath>
 
@@ -23,6 +25,13 @@ QString listed(const QStringList &items)
         return items.join(QString());
     return PageWords::tr("%1 and %2", "of a list, all but the last and the last")
         .arg(items.mid(0, items.size() - 1).join(QStringLiteral(", ")), items.last());
+}
+
+/// Minus the power of the absolute value is never above 0, unlike most fields that are called so.
+bool isOddPower(const Figures::Variable &column)
+{
+    static const QRegularExpression power(QStringLiteral("\\^ *\\d*[13579](\\.0*)? *$"));
+    return column.least < 0 && column.greatest <= 0 && power.match(column.term).hasMatch();
 }
 
 class Warnings
@@ -63,7 +72,7 @@ private:
                     .arg(listed(figures_.dependentTerms));
         QStringList odd;
         for (const Figures::Variable &column : figures_.columns) {
-            if (column.oddPower)
+            if (isOddPower(column))
                 odd += column.term;
         }
         if (!odd.isEmpty())

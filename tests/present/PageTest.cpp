@@ -293,10 +293,17 @@ TEST(PageWarnings, TellThatAnOddPowerHasAMinusSign)
 {
     Figures figures = harmless();
     figures.columns[1].term = u("GNP^3");
+    figures.columns[1].least = 1;
+    figures.columns[1].greatest = 27;
     EXPECT_EQ(warnings(figures), QString()) << "a field of that name";
-    figures.columns[1].oddPower = true;
+    figures.columns[1].least = -27;
+    figures.columns[1].greatest = -1;
     EXPECT_EQ(warnings(figures), u("An odd power is that of the absolute value with a minus sign: GNP^3. Of values "
                                    "above 0 its coefficient has the opposite sign of what it would have otherwise."));
+    for (const char *other : {"GNP^2", "GNP^1/2", "GNP^3/5", "GNP"}) {
+        figures.columns[1].term = u(other);
+        EXPECT_EQ(warnings(figures), QString()) << other;
+    }
 }
 
 TEST(PageWarnings, NameRecordsFarOutThatAreBadlyFitted)
