@@ -220,6 +220,12 @@ bool Connection::wantsPassword(const QSqlError &error, int connectTimeout) const
 {
     if (dialect_ == Dialect::Postgres)
         return !(limit_ && limit_->passed()) && libpq::wantsPassword(database_, connectTimeout);
+    if (database_.driverName() == u"QODBC") { // which has each driver's own codes
+        const QString text = error.databaseText() + error.driverText();
+        return text.contains(u"password", Qt::CaseInsensitive) ||
+               text.contains(u"login failed", Qt::CaseInsensitive) ||
+               text.contains(u"access denied", Qt::CaseInsensitive);
+    }
     return dialect_ == Dialect::Mysql && error.nativeErrorCode() == u"1045"; // access denied
 }
 

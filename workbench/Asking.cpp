@@ -3,6 +3,7 @@
 
 #include "platform/Databasename.h"
 #include "platform/Modal.h"
+#include "platform/Passwords.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -10,6 +11,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QVBoxLayout>
 
 namespace nuvo {
@@ -55,6 +57,34 @@ std::optional<QString> askPassword(QWidget *parent, const QString &database, con
     if (ShowModal(dialog) != QDialog::Accepted || edit->text().isEmpty())
         return {};
     return edit->text();
+}
+
+QString keepOdbcPassword(const QString &databaseName)
+{
+    const QLatin1StringView odbc("odbc:");
+    if (!databaseName.startsWith(odbc, Qt::CaseInsensitive))
+        return databaseName;
+    QStringList kept;
+    QString password;
+    // A value between braces may hold semicolons, and "}}" for a brace.
+    static const QRegularExpression part(QStringLiteral("([^;=]*)(=\\s*(\\{(?:[^}]|\\}\\})*\\}|[^;]*))?(;|$)"));
+    for (auto parts = part.globalMatch(databaseName, odbc.size()); parts.hasNext();) {
+        const QRegularExpressionMatch match = parts.next();
+        const QString key = match.captured(1).trimmed().toLower();
+        if (key != u"pwd" && key != u"password") {
+            if (!match.captured(1).isEmpty() || !match.captured(2).isEmpty())
+                kept.append(match.captured(1) + match.captured(2));
+            continue;
+        }
+        password = match.captured(3).trimmed();
+        if (password.startsWith(u'{') && password.endsWith(u'}'))
+            password = password.mid(1, password.size() - 2).replace(QLatin1String("}}"), QLatin1String("}"));
+    }
+    if (password.isEmpty())
+        return databaseName;
+    const QString name = databaseName.left(odbc.size()) + kept.join(u';');
+    setPassword(name, password);
+    return name;
 }
 
 std::optional<QMap<QString, QString>> askParameters(QWidget *parent, const QStringList &names,

@@ -209,8 +209,9 @@ void MainWindow::OpenServer(const QString &database)
     });
 }
 
-void MainWindow::OpenDatabase(const QString &database)
+void MainWindow::OpenDatabase(const QString &name)
 {
+    const QString database = keepOdbcPassword(name);
     if (isServerName(database)) {
         OpenServer(database);
         return;

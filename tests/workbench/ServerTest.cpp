@@ -9,6 +9,10 @@
 #include "support/Badserver.h"
 #include "support/Databases.h"
 #include "support/Postgres.h"
+#include "workbench/Ascode.h"
+#include "workbench/Ascommand.h"
+#include "workbench/Asform.h"
+#include "workbench/Asking.h"
 #include "workbench/Pages.h"
 #include "workbench/Recordsmodel.h"
 #include "workbench/Recordspage.h"
@@ -26,6 +30,7 @@
 #include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QSqlDatabase>
 #include <QTableView>
 #include <QTest>
 
@@ -224,6 +229,64 @@ TEST_F(ServerWindow, IsAskedForItsPasswordWhichIsStoredNowhere)
     EXPECT_TRUE(message().contains(u("password"))) << message().toStdString();
     EXPECT_EQ(sitting().State(), state);
     EXPECT_TRUE(isAlive());
+}
+
+TEST_F(ServerWindow, KeepsThePasswordOfAnOdbcConnectionInMemoryAlone)
+{
+    const QString driver = u("/usr/lib/x86_64-linux-gnu/odbc/psqlodbcw.so");
+    if (!QFile::exists(driver) || !QSqlDatabase::isDriverAvailable(u("QODBC")))
+        GTEST_SKIP() << "odbc-postgresql or libqt6sql6-odbc is not installed";
+    const PostgresServer server(PostgresServer::AsksForAPassword);
+    const QString password = PostgresServer::password();
+    qputenv("PGPASSWORD", password.toUtf8());
+    const auto db = TestDatabase::makeOn(server.url());
+    db->makeNumbers(u("many"), 300, 3);
+    qunsetenv("PGPASSWORD");
+    qputenv("PGPASSFILE", "/dev/null");
+    const nuvo::ServerAddress address = nuvo::serverAddress(db->name());
+    const QString name = u("odbc:Driver=%1;Server=%2;Port=%3;Database=%4;Uid=%5")
+                             .arg(driver, address.host, address.port, address.name, address.user);
+    answer = [&](QDialog &dialog) {
+        if (auto *const edit = dialog.findChild<QLineEdit *>(u("Password")))
+            edit->setText(password);
+        return int(QDialog::Accepted);
+    };
+    for (const bool given : {true, false}) {
+        asked.clear();
+        nuvo::setPassword(name, {});
+        window->OpenDatabase(given ? name + u(";PWD={") + password + u("}") : name);
+        ASSERT_TRUE(wait([&] { return sitting().State().database == name && tables().count() > 0; }))
+            << message().toStdString();
+        EXPECT_EQ(asked.count(u("PasswordDialog")), given ? 0 : 1);
+        EXPECT_EQ(nuvo::passwordOf(name), password);
+        window->OpenTable(u("many"));
+        ASSERT_TRUE(wait([&] { return sitting().State().table == u("many"); })) << message().toStdString();
+        defineModel("x0", "x1");
+        ASSERT_TRUE(wait([this] { return fit().HasFit(); })) << message().toStdString();
+        EXPECT_EQ(fit().Regression()->RecordsUsed(), 300);
+        EXPECT_FALSE(nuvo::fitCommand(sitting().State()).contains(password));
+        EXPECT_FALSE(nuvo::formFile(sitting().State(), folder.path()).contains(password.toUtf8()));
+        EXPECT_FALSE(nuvo::fitProgram(sitting().State()).contains(password));
+        sitting().Change({}, u("close"));
+    }
+    window.reset();
+    EXPECT_FALSE(isStored(password)) << "in sitting, settings or copies";
+    nuvo::setPassword(name, {});
+}
+
+TEST_F(ServerWindow, TakesThePasswordOutOfEveryFormOfAConnectionString)
+{
+    for (const auto &[given, password] : std::initializer_list<std::pair<const char *, const char *>>{
+             {"odbc:sales;PWD=a b", "a b"},
+             {"odbc:sales;pwd = x=y;", "x=y"},
+             {"odbc:Password={a;b}}c};sales", "a;b}c"},
+         }) {
+        EXPECT_EQ(nuvo::keepOdbcPassword(u(given)), u("odbc:sales")) << given;
+        EXPECT_EQ(nuvo::passwordOf(u("odbc:sales")), u(password)) << given;
+    }
+    for (const char *const plain : {"odbc:sales", "odbc:Driver={a;b};Server=c", "/home/me/odbc;PWD=x.db"})
+        EXPECT_EQ(nuvo::keepOdbcPassword(u(plain)), u(plain));
+    nuvo::setPassword(u("odbc:sales"), {});
 }
 
 TEST_F(ServerWindow, ThatGoesAwayIsToldAndComesBack)
