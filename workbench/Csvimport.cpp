@@ -2,6 +2,7 @@
 #include "workbench/Csvimport.h"
 
 #include "app/Csvtable.h"
+#include "platform/Errors.h"
 #include "workbench/Waiting.h"
 
 #include <QCoreApplication>
@@ -40,9 +41,18 @@ void import(const CsvOptions &csv, const QString &database, const QString &table
 
 bool importInBackground(QWidget *parent, const CsvOptions &csv, const QString &database, const QString &table)
 {
-    return waitFor(parent, QCoreApplication::translate("Openfile", "Open %1").arg(QFileInfo(csv.file).fileName()),
+    const QString file = QFileInfo(csv.file).fileName();
+    return waitFor(parent, QCoreApplication::translate("Openfile", "Open %1").arg(file),
                    QCoreApplication::translate("Openfile", "Reading the file…"),
-                   [csv, database, table](Task &task) { import(csv, database, table, task); });
+                   [csv, database, table, file](Task &task) {
+                       try {
+                           import(csv, database, table, task);
+                       } catch (const EPlatformError &error) {
+                           if (error.Message().contains(file))
+                               throw;
+                           throw EPlatformError(file + QLatin1String(": ") + error.Message());
+                       }
+                   });
 }
 
 } // namespace nuvo
