@@ -6,7 +6,10 @@
 #include "workbench/Openfile.h"
 #include "workbench/Sittingfolder.h"
 
+#include <QAction>
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QProcess>
@@ -19,6 +22,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 class HostileFiles : public HostileWindow
 {
@@ -233,4 +237,58 @@ TEST(SittingPlaces, AreElsewhereWhereTheHomeCannotBeWritten)
     EXPECT_TRUE(sitting.warning().contains(u("/proc/none"))) << sitting.warning().toStdString();
     QTemporaryDir good;
     EXPECT_EQ(nuvo::SittingFolder(good.path()).warning(), QString());
+}
+
+TEST_F(HostileFiles, InFoldersThatNobodyMayWriteToAreReadAndNothingIsLost)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "the superuser may write everywhere";
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u("sealed")));
+    const QString file =
+        database("sealed/own.db", {u("CREATE TABLE t (x REAL, y REAL)"),
+                                   u("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
+                                     "WHERE i < 50) INSERT INTO t SELECT i, 2 * i + i % 5 FROM n")});
+    const QString csv = write("log.csv", "y,x\n1,2\n3,5\n");
+    const QString hidden = write("hidden.csv", "y,x\n1,2\n3,5\n");
+    const auto seal = [](const QString &path, bool sealed) {
+        const QFile::Permissions reading = QFile::ReadOwner | QFile::ExeOwner;
+        return QFile::setPermissions(path, sealed ? reading : reading | QFile::WriteOwner);
+    };
+    ASSERT_TRUE(QFile::setPermissions(file, QFile::ReadOwner) && QFile::setPermissions(hidden, {}));
+    ASSERT_TRUE(seal(folder.filePath(u("sealed")), true));
+    drop(file);
+    defineModel("y", "x");
+    EXPECT_TRUE(fit().HasFit()) << message().toStdString();
+    const nuvo::ModelState state = sitting().State();
+    drop(hidden);
+    EXPECT_TRUE(message().startsWith(u("Error: ")) && message().contains(u("hidden.csv"))) << message().toStdString();
+    answer = [this](QDialog &dialog) {
+        if (auto *const save = qobject_cast<QFileDialog *>(&dialog)) {
+            save->setDirectory(folder.filePath(u("sealed")));
+            save->selectFile(folder.filePath(u("sealed/model.ui")));
+        }
+        return int(QDialog::Accepted);
+    };
+    action("Save as Form").trigger();
+    EXPECT_TRUE(message().startsWith(u("Error: Cannot write "))) << message().toStdString();
+    EXPECT_EQ(sitting().State(), state);
+    // The sitting's own folder, on a disk that is mounted anew for reading alone.
+    ASSERT_TRUE(seal(folder.path(), true));
+    drop(csv);
+    EXPECT_TRUE(message().startsWith(u("Error: "))) << message().toStdString();
+    EXPECT_EQ(sitting().State(), state);
+    nuvo::ModelState other = state;
+    other.model = {};
+    sitting().Change(other, u("another model"));
+    EXPECT_TRUE(message().contains(u("not saved")) || message().contains(u("Cannot write")))
+        << message().toStdString();
+    EXPECT_TRUE(isAlive());
+    ASSERT_TRUE(seal(folder.path(), false));
+    action("Undo").trigger();
+    EXPECT_EQ(sitting().State(), state);
+    EXPECT_TRUE(fit().HasFit()) << message().toStdString();
+    window.reset();
+    begin();
+    EXPECT_EQ(sitting().State(), state) << "saved again";
+    ASSERT_TRUE(seal(folder.filePath(u("sealed")), false));
 }
