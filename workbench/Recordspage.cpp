@@ -158,8 +158,8 @@ void RecordsPage::ShowCount()
     goTo_->setEnabled(model_->IsCounted() && model_->rowCount() > 0);
     goTo_->clear();
     goTo_->setPlaceholderText(model_->IsCounted() ? tr("Go to 1 … %1").arg(QLocale().toString(model_->rowCount()))
-                              : table_            ? tr("Counting…")
-                                                  : QString());
+                              : table_ && error_->text().isEmpty() ? tr("Counting…")
+                                                                   : QString());
 }
 
 void RecordsPage::Sort(int column)

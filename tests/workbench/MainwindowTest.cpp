@@ -156,6 +156,7 @@ TEST_F(Workbench, LeavesRecordsOutByAFilter)
     QTest::keyClick(filter, Qt::Key_Return);
     EXPECT_FALSE(window->Fit().HasFit());
     EXPECT_TRUE(message().startsWith(u("Error: "))) << message().toStdString();
+    EXPECT_EQ(window->findChild<QLineEdit *>(u("GoTo"))->placeholderText(), QString()) << "nothing is counted";
     action("Undo").trigger();
     EXPECT_EQ(window->Fit().Regression()->RecordsUsed(), 30);
 }
