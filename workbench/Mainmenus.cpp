@@ -216,7 +216,7 @@ void MainWindow::SaveForm()
         QSaveFile file(name);
         const QByteArray form =
             formFile(sitting_->State(), QFileInfo(name).absolutePath(), pages_->Choosing().Chosen());
-        if (!file.open(QIODevice::WriteOnly) || file.write(form) != form.size() || !file.commit())
+        if (!file.open(QIODevice::WriteOnly) || file.write(form) != form.size() || !file.flush() || !file.commit())
             throw EPlatformError(tr("Cannot write \"%1\": %2.").arg(name, file.errorString()));
         TellWhereRecordsAre(tr("Saved %1.").arg(name));
         Remember(name);

@@ -55,7 +55,7 @@ void saveCopy(const QString &database, const QString &fileName)
     }
     if (from.error() != QFileDevice::NoError)
         fail(from);
-    if (!to.commit())
+    if (!to.flush() || !to.commit())
         fail(to);
 }
 

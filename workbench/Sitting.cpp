@@ -155,7 +155,7 @@ void Sitting::Save(const QString &fileName) const
                            {QStringLiteral("models"), models}};
     QSaveFile file(fileName);
     const QByteArray text = QJsonDocument(json).toJson();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush() || !file.commit())
         throw EPlatformError(tr("Cannot write \"%1\": %2.").arg(fileName, file.errorString()));
 }
 
