@@ -292,3 +292,38 @@ TEST_F(HostileFiles, InFoldersThatNobodyMayWriteToAreReadAndNothingIsLost)
     EXPECT_EQ(sitting().State(), state) << "saved again";
     ASSERT_TRUE(seal(folder.filePath(u("sealed")), false));
 }
+
+TEST_F(HostileFiles, ThatAreSmallAndNoLongerFitKeepWhatWasThere)
+{
+    drop(write("log.csv", "y,x\n1,2\n3,5\n4,7\n6,8\n9,1\n"));
+    defineModel("y", "x");
+    ASSERT_TRUE(fit().HasFit()) << message().toStdString();
+    const nuvo::ModelState before = sitting().State();
+    const QString form = write("model.ui", "what was there");
+    answer = [&](QDialog &dialog) {
+        if (auto *const save = qobject_cast<QFileDialog *>(&dialog))
+            save->selectFile(form);
+        return int(QDialog::Accepted);
+    };
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlim_t was = limit.rlim_cur;
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    limit.rlim_cur = 100;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    action("Save as Form").trigger();
+    const QString said = message();
+    nuvo::ModelState other = before;
+    other.records = nuvo::RecordUse::All;
+    sitting().Change(other, u("every record"));
+    limit.rlim_cur = was;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_TRUE(said.startsWith(u("Error: Cannot write "))) << said.toStdString();
+    QFile there(form);
+    ASSERT_TRUE(there.open(QIODevice::ReadOnly));
+    EXPECT_EQ(there.readAll(), "what was there");
+    nuvo::Sitting last;
+    EXPECT_EQ(errorOf([&] { last.Load(folder.filePath(u("sitting.json"))); }), QString());
+    EXPECT_EQ(last.State(), before);
+}
