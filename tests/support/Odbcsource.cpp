@@ -31,6 +31,11 @@ QString registeredDriver()
 
 } // namespace
 
+QString OdbcSource::driver()
+{
+    return registeredDriver();
+}
+
 bool OdbcSource::isInstalled()
 {
     return QSqlDatabase::isDriverAvailable(QStringLiteral("QODBC")) && !registeredDriver().isEmpty();

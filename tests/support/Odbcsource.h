@@ -11,6 +11,9 @@ public:
     /// Whether Qt's driver for ODBC is installed and PostgreSQL's is known to the driver manager.
     static bool isInstalled();
 
+    /// What the driver manager calls PostgreSQL's driver; empty where it has none.
+    static QString driver();
+
     /// \param url of the database, as TestDatabase::name() has it. \pre isInstalled()
     explicit OdbcSource(const QString &url);
 

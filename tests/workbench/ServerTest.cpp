@@ -8,6 +8,7 @@
 #include "platform/Passwords.h"
 #include "support/Badserver.h"
 #include "support/Databases.h"
+#include "support/Odbcsource.h"
 #include "support/Postgres.h"
 #include "workbench/Ascode.h"
 #include "workbench/Ascommand.h"
@@ -233,8 +234,7 @@ TEST_F(ServerWindow, IsAskedForItsPasswordWhichIsStoredNowhere)
 
 TEST_F(ServerWindow, KeepsThePasswordOfAnOdbcConnectionInMemoryAlone)
 {
-    const QString driver = u("/usr/lib/x86_64-linux-gnu/odbc/psqlodbcw.so");
-    if (!QFile::exists(driver) || !QSqlDatabase::isDriverAvailable(u("QODBC")))
+    if (!OdbcSource::isInstalled())
         GTEST_SKIP() << "odbc-postgresql or libqt6sql6-odbc is not installed";
     const PostgresServer server(PostgresServer::AsksForAPassword);
     const QString password = PostgresServer::password();
@@ -245,7 +245,7 @@ TEST_F(ServerWindow, KeepsThePasswordOfAnOdbcConnectionInMemoryAlone)
     qputenv("PGPASSFILE", "/dev/null");
     const nuvo::ServerAddress address = nuvo::serverAddress(db->name());
     const QString name = u("odbc:Driver=%1;Server=%2;Port=%3;Database=%4;Uid=%5")
-                             .arg(driver, address.host, address.port, address.name, address.user);
+                             .arg(OdbcSource::driver(), address.host, address.port, address.name, address.user);
     answer = [&](QDialog &dialog) {
         if (auto *const edit = dialog.findChild<QLineEdit *>(u("Password")))
             edit->setText(password);
