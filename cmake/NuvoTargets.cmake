@@ -37,6 +37,9 @@ function(nuvo_precompile target)
         if(type STREQUAL SHARED_LIBRARY)
             # As the other's objects are. Qt 6.4 asks for it itself, later ones do not.
             target_compile_options(${target} PRIVATE -fPIC)
+            if(NUVO_UNITY)
+                target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1>) # see nuvo_unity
+            endif()
         endif()
     else()
         target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h)
@@ -44,15 +47,16 @@ function(nuvo_precompile target)
 endfunction()
 
 # nuvo_unity(TARGET): compiles its sources in batches where NUVO_UNITY says so, ten of a folder at most. Called when the
-# target has all of them. Windows and command lines are optimised less then: a third of the time of compiling them would
-# go into speed that nobody sees. What works figures out is compiled as it ships.
+# target has all of them. They are optimised less then, as a third of the time of compiling them would go into speed that
+# a test does not need; the numerics, which are no such target, are compiled as they ship.
 function(nuvo_unity target)
     if(NOT NUVO_UNITY)
         return()
     endif()
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
     # A source is a file that another includes then, in which what is its own alone would be a mistake.
-    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>
+                           $<$<CONFIG:RelWithDebInfo>:-O1>)
     get_target_property(sources ${target} SOURCES)
     get_target_property(base ${target} SOURCE_DIR)
     get_target_property(binary ${target} BINARY_DIR)
@@ -68,10 +72,6 @@ function(nuvo_unity target)
     list(REMOVE_DUPLICATES folders)
     foreach(folder IN LISTS folders)
         file(RELATIVE_PATH name ${PROJECT_SOURCE_DIR} ${folder})
-        set(options "")
-        if(name MATCHES "^(app|design|present|select/choice|workbench)(/|$)")
-            set(options $<$<CONFIG:RelWithDebInfo>:-O1>)
-        endif()
         string(MAKE_C_IDENTIFIER "${name}" name)
         list(LENGTH in_${folder} count)
         math(EXPR batches "(${count} + 9) / 10")
@@ -80,7 +80,7 @@ function(nuvo_unity target)
         math(EXPR last "${batches} - 1")
         foreach(batch RANGE ${last})
             set_source_files_properties(${binary}/CMakeFiles/${target}.dir/Unity/unity_${name}_${batch}_cxx.cxx
-                                        TARGET_DIRECTORY ${target} PROPERTIES GENERATED ON COMPILE_OPTIONS "${options}")
+                                        TARGET_DIRECTORY ${target} PROPERTIES GENERATED ON)
         endforeach()
         set(index 0)
         foreach(source IN LISTS in_${folder})
@@ -101,7 +101,7 @@ endfunction()
 function(nuvo_test_defaults target)
     nuvo_target_defaults(${target})
     # Qt Test names a folder for each target, and a precompiled header takes no macro that differs.
-    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g1> $<$<CONFIG:Debug>:-Og -g1>
+    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g0> $<$<CONFIG:Debug>:-Og -g1>
                            -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
     set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF UNITY_BUILD ${NUVO_UNITY} UNITY_BUILD_BATCH_SIZE 16)
     if(NUVO_UNITY)

@@ -413,13 +413,17 @@ TEST_F(Csv, AnyBytesAreReadOrRefused)
             qint64 rows = -1;
             while (reader.next()) {
                 ++rows;
-                for (size_t i = 0; rows > 0 && i < reader.cellCount(); ++i) {
-                    if (survey.columns[i].type == nuvo::ColumnType::Whole)
-                        nuvo::csvWhole(reader.cell(i));
-                    else if (survey.columns[i].type == nuvo::ColumnType::Floating)
-                        nuvo::csvFloating(reader.cell(i), survey.format.decimal);
+                if (rows == 0)
+                    continue;
+                ASSERT_EQ(reader.cellCount(), survey.columns.size() + survey.leftOut);
+                for (const nuvo::CsvColumn &column : survey.columns) {
+                    const std::string_view cell = reader.cell(column.cell);
+                    if (column.type == nuvo::ColumnType::Whole)
+                        nuvo::csvWhole(cell);
+                    else if (column.type == nuvo::ColumnType::Floating)
+                        nuvo::csvFloating(cell, survey.format.decimal);
                     else
-                        nuvo::csvText(reader.cell(i), survey.format.encoding);
+                        nuvo::csvText(cell, survey.format.encoding);
                 }
             }
             ASSERT_EQ(rows, survey.rows);
