@@ -101,7 +101,7 @@ endfunction()
 function(nuvo_test_defaults target)
     nuvo_target_defaults(${target})
     # Qt Test names a folder for each target, and a precompiled header takes no macro that differs.
-    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g0> $<$<CONFIG:Debug>:-Og -g1>
+    target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0> $<$<CONFIG:Debug>:-Og -g1>
                            -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
     set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF UNITY_BUILD ${NUVO_UNITY} UNITY_BUILD_BATCH_SIZE 16)
     if(NUVO_UNITY)
