@@ -67,7 +67,7 @@ file(WRITE ${PROJECT_BINARY_DIR}/packaging/shlibs
 file(WRITE ${PROJECT_BINARY_DIR}/packaging/triggers "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA
     "${PROJECT_BINARY_DIR}/packaging/shlibs;${PROJECT_BINARY_DIR}/packaging/triggers")
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS "libqt6sql6-sqlite, fonts-liberation")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS "libqt6sql6-sqlite, fonts-liberation, fonts-dejavu-core")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SUGGESTS "libqt6sql6-psql, libqt6sql6-mysql, libqt6sql6-odbc")
 set(same "${library} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
@@ -75,11 +75,11 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${same}, qt6-base-dev (>= 6.4)")
 set(CPACK_DEBIAN_DESIGNER_PACKAGE_DEPENDS "${same}")
 set(CPACK_DEBIAN_DESIGNER_PACKAGE_RECOMMENDS designer-qt6)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "${same}, libqt6sql6-sqlite")
-set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS fonts-liberation)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "fonts-liberation, fonts-dejavu-core")
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SUGGESTS libqt6sql6-psql)
 # Qt has the drivers of databases in packages of their own, which no library asks for.
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "${same}, libqt6sql6-sqlite")
-set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS "fonts-liberation, libqt6sql6-psql, qt6-translations-l10n, shared-mime-info")
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS "fonts-liberation, fonts-dejavu-core, libqt6sql6-psql, qt6-translations-l10n, shared-mime-info")
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SUGGESTS "nuvostat, libqt6sql6-mysql, libqt6sql6-odbc, qt6-wayland")
 
 # Copyright and changelog, as Debian's policy wants them.

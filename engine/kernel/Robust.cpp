@@ -44,6 +44,7 @@ Middle products(const std::vector<Column> &scores, const std::vector<double> &la
     const int n = static_cast<int>(scores[0].size()) - lag;
     Middle result{};
     std::vector<DataColumn> columns;
+    columns.reserve(scores.size());
     for (int k = 0; k < p; ++k)
         columns.push_back({scores[k].data(), largest[k]});
     for (int k = 0; k < p; ++k) {
@@ -59,6 +60,7 @@ Middle middle(const Factors &factors, const Observed &observed, RobustKind kind,
 {
     const std::vector<Column> all = scores(observed, kind);
     std::vector<double> largest;
+    largest.reserve(all.size());
     for (const Column &column : all)
         largest.push_back(minMax(column.data(), observed.n).largest());
     Middle sum = products(all, largest, 0);

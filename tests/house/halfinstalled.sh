@@ -42,7 +42,7 @@ qt() { # VERSION [CONFIG]
     echo "${2-}" >"$work/qt $1/lib/cmake/Qt6/Qt6Config.cmake"
 }
 configure() { # QT PREFIX
-    cmake -S "$work/project" -B "$work/build" --fresh -DQt6_DIR="$work/qt $1/lib/cmake/Qt6" -DCMAKE_PREFIX_PATH="$2"
+    cmake -G Ninja -S "$work/project" -B "$work/build" --fresh -DQt6_DIR="$work/qt $1/lib/cmake/Qt6" -DCMAKE_PREFIX_PATH="$2"
 }
 
 qt 6.2.4
