@@ -93,7 +93,7 @@ TEST(FitFiles, WhatCannotBeWrittenIsStatus3AndNothingIsLeftNorPrinted)
 {
     const QTemporaryDir directory;
     const QString file = directory.filePath(u("file"));
-    QFile(file).open(QIODevice::WriteOnly);
+    ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly));
     const auto fails = [&](const QStringList &more, const QString &reason) {
         const Outcome run = runProgram(airquality(more), directory.path());
         EXPECT_EQ(run.status, 3);

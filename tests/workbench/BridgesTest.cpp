@@ -98,7 +98,7 @@ TEST(FormsOfStates, AreReadAsTheStateThatTheyWereMadeOf)
     for (const bool query : {false, true}) {
         nuvo::ModelState state = longley();
         state.database = folder.filePath(u("data.db"));
-        QFile(state.database).open(QIODevice::WriteOnly);
+        ASSERT_TRUE(QFile(state.database).open(QIODevice::WriteOnly));
         if (query) {
             state.table.clear();
             state.sql = u("SELECT *\nFROM Longley WHERE GNP < 3 AND 'a' = 'ä & <b>'");
