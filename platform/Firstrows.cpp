@@ -1,61 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Firstrows.h"
 
-#include "platform/Connection.h"
 #include "platform/Errors.h"
-#include "platform/Libpq.h"
-#include "platform/Libsqlite.h"
 #include "platform/Querystatement.h"
+#include "platform/Readerconnection.h"
 #include "platform/Resultcolumns.h"
 #include "platform/Rowsource.h"
 #include "platform/Statementerror.h"
-
-#include <atomic>
-#include <mutex>
 
 namespace nuvo {
 
 class FirstRows::Private
 {
 public:
-    void connect();
-    void disconnect();
     void readRows();
 
     ScanSource source;
     int wanted = 0;
-    std::mutex cancelling; // while the handles below are used or change
-    std::atomic<bool> cancelled{false};
-    libpq::Canceller canceller;
-    sqlite3 *sqlite = nullptr;
-    const Libsqlite *library = nullptr;
-
-    Connection connection;
+    ReaderConnection connection;
     std::vector<Column> columns;
     std::vector<QVariantList> rows;
     bool more = false;
     QStringList nullParameters;
     qsizetype errorPosition = -1;
 };
-
-void FirstRows::Private::connect()
-{
-    connection.openBeside(source.databaseName);
-    const std::lock_guard lock(cancelling);
-    if (connection.dialect() == Dialect::Postgres)
-        canceller.use(connection.database());
-    library = connection.dialect() == Dialect::Sqlite ? Libsqlite::of(connection.database()) : nullptr;
-    sqlite = library != nullptr ? Libsqlite::handleOf(connection.database()) : nullptr;
-}
-
-void FirstRows::Private::disconnect()
-{
-    const std::lock_guard lock(cancelling);
-    canceller.forget();
-    sqlite = nullptr;
-    library = nullptr;
-    connection.close();
-}
 
 void FirstRows::Private::readRows()
 {
@@ -74,7 +42,7 @@ void FirstRows::Private::readRows()
             RowSource::open(connection, selectOf(connection, statement, params, caption), caption);
         if (columns.empty())
             columns = read->columns();
-        while (!cancelled && read->next()) {
+        while (!connection.isCancelled() && read->next()) {
             if (int(rows.size()) == wanted) {
                 more = true;
                 break;
@@ -85,7 +53,7 @@ void FirstRows::Private::readRows()
             rows.push_back(row);
         }
     } catch (const EDatabaseError &) {
-        if (!cancelled)
+        if (!connection.isCancelled())
             errorPosition = statementErrorPosition(connection, source.sql);
         throw;
     }
@@ -107,27 +75,24 @@ FirstRows::~FirstRows() = default;
 
 bool FirstRows::read()
 {
+    ReaderConnection &connection = d_->connection;
     try {
-        if (!d_->cancelled)
-            d_->connect();
-        if (!d_->cancelled)
+        if (!connection.isCancelled())
+            connection.open(d_->source.databaseName);
+        if (!connection.isCancelled())
             d_->readRows();
     } catch (...) {
-        d_->disconnect();
-        if (!d_->cancelled)
+        connection.close();
+        if (!connection.isCancelled())
             throw;
     }
-    d_->disconnect();
-    return !d_->cancelled;
+    connection.close();
+    return !connection.isCancelled();
 }
 
 void FirstRows::cancel()
 {
-    const std::lock_guard lock(d_->cancelling);
-    d_->cancelled = true;
-    if (d_->sqlite != nullptr)
-        d_->library->interrupt(d_->sqlite);
-    d_->canceller.cancel();
+    d_->connection.cancel();
 }
 
 const std::vector<Column> &FirstRows::columns() const

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Recordcopy.h"
 
-#include "platform/Connection.h"
 #include "platform/Errors.h"
-#include "platform/Libpq.h"
-#include "platform/Libsqlite.h"
 #include "platform/Querystatement.h"
+#include "platform/Readerconnection.h"
 #include "platform/Records.h"
 #include "platform/Resultcolumns.h"
 #include "platform/Rowsource.h"
@@ -15,8 +13,6 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QSqlError>
-
-#include <mutex>
 
 namespace nuvo {
 
@@ -88,20 +84,14 @@ public:
     ScanSource source;
     QString file;
     QString table;
-    std::mutex cancelling; // while the handles below are used or change
-    std::atomic<bool> cancelled{false};
     std::atomic<qint64> records{0};
     bool whole = false;
-    libpq::Canceller canceller;
-    sqlite3 *sqlite = nullptr;
-    const Libsqlite *library = nullptr;
-    Connection from;
+    ReaderConnection from;
     Connection to;
     std::optional<QSqlQuery> insert;
     std::vector<Column> columns;
     QString caption;
 
-    void connect();
     void disconnect();
     std::unique_ptr<RowSource> begin();
     void copy(qint64 most);
@@ -110,24 +100,10 @@ public:
     void add(const QVariantList &row);
 };
 
-void RecordCopy::Private::connect()
-{
-    from.openBeside(source.databaseName);
-    const std::lock_guard lock(cancelling);
-    if (from.dialect() == Dialect::Postgres)
-        canceller.use(from.database());
-    library = from.dialect() == Dialect::Sqlite ? Libsqlite::of(from.database()) : nullptr;
-    sqlite = library != nullptr ? Libsqlite::handleOf(from.database()) : nullptr;
-}
-
 void RecordCopy::Private::disconnect()
 {
     insert.reset();
     to.close();
-    const std::lock_guard lock(cancelling);
-    canceller.forget();
-    sqlite = nullptr;
-    library = nullptr;
     from.close();
 }
 
@@ -135,11 +111,7 @@ std::unique_ptr<RowSource> RecordCopy::Private::begin()
 {
     if (!source.table.isEmpty()) {
         caption = QStringLiteral("table \"%1\"").arg(source.table);
-        TableOrder order;
-        static_cast<TableDescription &>(order) = TableDescription::of(from, source.table);
-        order.filter = source.filter;
-        order.filtered = !source.filter.isEmpty();
-        order.makeOrder(from, caption);
+        const TableOrder order = TableOrder::of(from, source, caption);
         columns = order.columns;
         return RowSource::open(from, order.select(from, {}), caption);
     }
@@ -201,7 +173,7 @@ void RecordCopy::Private::copy(qint64 most)
     std::vector<QVariantList> first;
     qint64 limit = source.table.isEmpty() ? -1 : most;
     bool more = true;
-    for (qint64 row = 0; !cancelled; ++row) {
+    for (qint64 row = 0; !from.isCancelled(); ++row) {
         more = rows->next();
         if (row == 0 && since.elapsed() > kPatience)
             limit = -1;
@@ -226,7 +198,7 @@ void RecordCopy::Private::copy(qint64 most)
                 add(one);
         }
     }
-    if (cancelled)
+    if (from.isCancelled())
         return;
     if (!insert) {
         takeKindsOfValues(columns, first);
@@ -251,30 +223,26 @@ RecordCopy::~RecordCopy() = default;
 bool RecordCopy::run(qint64 most)
 {
     try {
-        if (!d_->cancelled)
-            d_->connect();
-        if (!d_->cancelled)
+        if (!d_->from.isCancelled())
+            d_->from.open(d_->source.databaseName);
+        if (!d_->from.isCancelled())
             d_->copy(most);
     } catch (...) {
         d_->disconnect();
         QFile::remove(d_->file);
-        if (!d_->cancelled)
+        if (!d_->from.isCancelled())
             throw;
         return false;
     }
     d_->disconnect();
-    if (d_->cancelled)
+    if (d_->from.isCancelled())
         QFile::remove(d_->file);
-    return !d_->cancelled;
+    return !d_->from.isCancelled();
 }
 
 void RecordCopy::cancel()
 {
-    const std::lock_guard lock(d_->cancelling);
-    d_->cancelled = true;
-    if (d_->sqlite != nullptr)
-        d_->library->interrupt(d_->sqlite);
-    d_->canceller.cancel();
+    d_->from.cancel();
 }
 
 qint64 RecordCopy::records() const

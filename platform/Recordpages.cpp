@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Recordpages.h"
 
-#include "platform/Connection.h"
 #include "platform/Errors.h"
-#include "platform/Libpq.h"
-#include "platform/Libsqlite.h"
+#include "platform/Readerconnection.h"
 #include "platform/Tableorder.h"
 
 #include <QSqlError>
 
 #include <algorithm>
-#include <atomic>
 #include <map>
-#include <mutex>
 
 namespace nuvo {
 
@@ -27,21 +23,15 @@ class RecordPages::Private
 public:
     ScanSource source;
     QString caption;
-    Connection connection;
+    ReaderConnection connection;
     TableOrder order;
     std::vector<Field> fields;
     std::map<qint64, QVariantList> anchors; // keys of rows that were read
     qint64 counted = -1;
     int sorted = -1; // field
     qsizetype longest = LongestText;
-    std::mutex cancelling; // while the handles below are used or change
-    std::atomic<bool> cancelled{false};
-    libpq::Canceller canceller;
-    sqlite3 *sqlite = nullptr;
-    const Libsqlite *library = nullptr;
 
-    void close();
-    void checkCancelled() const;
+    void checkCancelled() const { connection.checkCancelled(caption); }
     void execute(const QString &sql);
     QStringList texts(const RowSource &row) const;
     std::vector<QStringList> read(const Select &select, qint64 first, int most, bool backwards);
@@ -52,21 +42,6 @@ public:
     void endSort();
     QString where() const;
 };
-
-void RecordPages::Private::close()
-{
-    const std::lock_guard lock(cancelling);
-    canceller.forget();
-    sqlite = nullptr;
-    library = nullptr;
-    connection.close();
-}
-
-void RecordPages::Private::checkCancelled() const
-{
-    if (cancelled)
-        throw EDatabaseError(QStringLiteral("The reading of %1 was ended.").arg(caption));
-}
 
 void RecordPages::Private::execute(const QString &sql)
 {
@@ -217,29 +192,15 @@ RecordPages::RecordPages(ScanSource table) : d_(std::make_unique<Private>())
     d_->source = std::move(table);
 }
 
-RecordPages::~RecordPages()
-{
-    d_->close();
-}
+RecordPages::~RecordPages() = default;
 
 void RecordPages::open()
 {
     d_->caption = QStringLiteral("table \"%1\"").arg(d_->source.table);
     d_->checkCancelled();
-    d_->connection.openBeside(d_->source.databaseName);
-    {
-        const std::lock_guard lock(d_->cancelling);
-        if (d_->connection.dialect() == Dialect::Postgres)
-            d_->canceller.use(d_->connection.database());
-        d_->library =
-            d_->connection.dialect() == Dialect::Sqlite ? Libsqlite::of(d_->connection.database()) : nullptr;
-        d_->sqlite = d_->library != nullptr ? Libsqlite::handleOf(d_->connection.database()) : nullptr;
-    }
+    d_->connection.open(d_->source.databaseName);
     d_->checkCancelled();
-    static_cast<TableDescription &>(d_->order) = TableDescription::of(d_->connection, d_->source.table);
-    d_->order.filter = d_->source.filter;
-    d_->order.filtered = !d_->source.filter.isEmpty();
-    d_->order.makeOrder(d_->connection, d_->caption);
+    d_->order = TableOrder::of(d_->connection, d_->source, d_->caption);
     for (const Column &column : d_->order.columns)
         d_->fields.push_back({column.name, isNumeric(column.kind)});
 }
@@ -295,11 +256,7 @@ std::vector<QStringList> RecordPages::rows(qint64 first, int most, qsizetype lon
 
 void RecordPages::cancel()
 {
-    const std::lock_guard lock(d_->cancelling);
-    d_->cancelled = true;
-    if (d_->sqlite != nullptr)
-        d_->library->interrupt(d_->sqlite);
-    d_->canceller.cancel();
+    d_->connection.cancel();
 }
 
 } // namespace nuvo

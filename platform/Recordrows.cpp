@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Recordrows.h"
 
-#include "platform/Connection.h"
 #include "platform/Errors.h"
-#include "platform/Libpq.h"
-#include "platform/Libsqlite.h"
 #include "platform/Numbervalue.h"
+#include "platform/Readerconnection.h"
 #include "platform/Records.h"
 #include "platform/Tableorder.h"
-
-#include <atomic>
-#include <mutex>
 
 namespace nuvo {
 
@@ -21,46 +16,13 @@ public:
     QString caption;
     QStringList fields;
     TableOrder order;
-    Connection connection;
-    std::unique_ptr<RowSource> rows;
+    ReaderConnection connection;
+    std::unique_ptr<RowSource> rows; ///< goes before its connection
     qint64 record = 0;
-    std::mutex cancelling; // while the handles below are used or change
-    std::atomic<bool> cancelled{false};
-    libpq::Canceller canceller;
-    sqlite3 *sqlite = nullptr;
-    const Libsqlite *library = nullptr;
 
-    void connect();
-    void close();
-    void checkCancelled() const;
+    void checkCancelled() const { connection.checkCancelled(caption); }
     FieldKind kind(int field) const { return order.columns[size_t(field)].kind; }
 };
-
-void RecordRows::Private::connect()
-{
-    connection.openBeside(source.databaseName);
-    const std::lock_guard lock(cancelling);
-    if (connection.dialect() == Dialect::Postgres)
-        canceller.use(connection.database());
-    library = connection.dialect() == Dialect::Sqlite ? Libsqlite::of(connection.database()) : nullptr;
-    sqlite = library != nullptr ? Libsqlite::handleOf(connection.database()) : nullptr;
-}
-
-void RecordRows::Private::close()
-{
-    rows.reset();
-    const std::lock_guard lock(cancelling);
-    canceller.forget();
-    sqlite = nullptr;
-    library = nullptr;
-    connection.close();
-}
-
-void RecordRows::Private::checkCancelled() const
-{
-    if (cancelled)
-        throw EDatabaseError(QStringLiteral("The reading of %1 was ended.").arg(caption));
-}
 
 RecordRows::RecordRows(ScanSource table) : d_(std::make_unique<Private>())
 {
@@ -68,20 +30,14 @@ RecordRows::RecordRows(ScanSource table) : d_(std::make_unique<Private>())
     d_->source = std::move(table);
 }
 
-RecordRows::~RecordRows()
-{
-    d_->close();
-}
+RecordRows::~RecordRows() = default;
 
 void RecordRows::open()
 {
     d_->checkCancelled();
-    d_->connect();
+    d_->connection.open(d_->source.databaseName);
     d_->checkCancelled();
-    static_cast<TableDescription &>(d_->order) = TableDescription::of(d_->connection, d_->source.table);
-    d_->order.filter = d_->source.filter;
-    d_->order.filtered = !d_->source.filter.isEmpty();
-    d_->order.makeOrder(d_->connection, d_->caption);
+    d_->order = TableOrder::of(d_->connection, d_->source, d_->caption);
     for (const Column &column : d_->order.columns)
         d_->fields.append(column.name);
 }
@@ -133,11 +89,7 @@ QString RecordRows::text(int field) const
 
 void RecordRows::cancel()
 {
-    const std::lock_guard lock(d_->cancelling);
-    d_->cancelled = true;
-    if (d_->sqlite != nullptr)
-        d_->library->interrupt(d_->sqlite);
-    d_->canceller.cancel();
+    d_->connection.cancel();
 }
 
 } // namespace nuvo

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Scan.h"
 
-#include "platform/Connection.h"
 #include "platform/Errors.h"
-#include "platform/Libpq.h"
-#include "platform/Libsqlite.h"
 #include "platform/Nearestname.h"
 #include "platform/Numbervalue.h"
 #include "platform/Querystatement.h"
+#include "platform/Readerconnection.h"
 #include "platform/Resultcolumns.h"
 #include "platform/Rowsource.h"
 #include "platform/Tabledescription.h"
@@ -19,7 +17,6 @@
 #include <atomic>
 #include <bit>
 #include <cmath>
-#include <mutex>
 #include <utility>
 
 namespace nuvo {
@@ -83,13 +80,9 @@ public:
     void close();
 
     const ScanSource source;
-    std::mutex cancelling; // while the handle below is used or changes
-    std::atomic<bool> cancelled{false};
+    ReaderConnection connection;
     std::atomic<qint64> records{0};
     std::atomic<double> share{-1};
-    libpq::Canceller canceller;
-    sqlite3 *sqlite = nullptr;
-    const Libsqlite *library = nullptr;
     std::optional<RowNumbers> numbers; // of the whole table, where its rows have them
     bool stateIsShared = false;
 
@@ -106,7 +99,6 @@ private:
     void put(ScanBlock &block, int row, int column, const QVariant &value);
     [[noreturn]] void failSqlite() const;
 
-    Connection connection_;
     std::unique_ptr<RowSource> rows_;
     sqlite3_stmt *statement_ = nullptr;
     std::vector<int> places_;      // of the columns in the result
@@ -143,14 +135,7 @@ void Scan::Private::open()
     records = 0;
     share = -1;
     try {
-        connection_.openBeside(source.databaseName);
-        {
-            const std::lock_guard lock(cancelling);
-            if (connection_.dialect() == Dialect::Postgres)
-                canceller.use(connection_.database());
-            library = connection_.dialect() == Dialect::Sqlite ? Libsqlite::of(connection_.database()) : nullptr;
-            sqlite = library != nullptr ? Libsqlite::handleOf(connection_.database()) : nullptr;
-        }
+        connection.open(source.databaseName);
         places_.clear();
         kinds_.clear();
         Select select;
@@ -161,7 +146,7 @@ void Scan::Private::open()
         begin(select);
         done_ = false;
     } catch (...) {
-        const bool asked = cancelled;
+        const bool asked = connection.isCancelled();
         close();
         if (!asked)
             throw;
@@ -170,7 +155,7 @@ void Scan::Private::open()
 
 void Scan::Private::openTable(Select &select)
 {
-    const TableDescription table = TableDescription::of(connection_, source.table);
+    const TableDescription table = TableDescription::of(connection, source.table);
     QStringList selected;
     for (const QString &name : source.columns) {
         const int column = columnOf(name, table.columns);
@@ -178,7 +163,7 @@ void Scan::Private::openTable(Select &select)
         kinds_.push_back(table.columns[size_t(column)].kind);
         selected.append(table.expressions[column]);
     }
-    const QString condition = filterCondition(source.filter, connection_.dialect());
+    const QString condition = filterCondition(source.filter, connection.dialect());
     QString from = table.source;
     if (condition.isEmpty()) {
         askForSize(table);
@@ -199,26 +184,25 @@ void Scan::Private::openTable(Select &select)
 /// What the engine knows without a count: the first and the last row number, or the size at the last ANALYZE.
 void Scan::Private::askForSize(const TableDescription &table)
 {
-    if (connection_.dialect() == Dialect::Sqlite && !table.rowNumber.isEmpty() && library != nullptr) {
+    if (connection.dialect() == Dialect::Sqlite && !table.rowNumber.isEmpty() && connection.library() != nullptr) {
         // In a transaction the table stays as it is now until the scan is closed.
-        connection_.query(QStringLiteral("BEGIN"), {}, caption());
-        QSqlQuery query =
-            connection_.query(QStringLiteral("SELECT (SELECT min(%1) FROM %2), (SELECT max(%1) FROM %2)")
-                                  .arg(table.rowNumber, table.source),
-                              {}, caption());
+        connection.query(QStringLiteral("BEGIN"), {}, caption());
+        QSqlQuery query = connection.query(QStringLiteral("SELECT (SELECT min(%1) FROM %2), (SELECT max(%1) FROM %2)")
+                                               .arg(table.rowNumber, table.source),
+                                           {}, caption());
         if (!query.next() || query.value(0).isNull())
             return;
         numbers = {query.value(0).toLongLong(), query.value(1).toLongLong()};
         firstRowNumber_ = double(numbers->first);
         rowNumbers_ = double(numbers->last) - double(numbers->first) + 1;
-        query = connection_.query(QStringLiteral("PRAGMA journal_mode"), {}, caption());
+        query = connection.query(QStringLiteral("PRAGMA journal_mode"), {}, caption());
         stateIsShared = query.next() && query.value(0).toString() != u"wal";
-    } else if (connection_.dialect() == Dialect::Postgres) {
+    } else if (connection.dialect() == Dialect::Postgres) {
         QVariantList none;
         QSqlQuery query =
-            connection_.query(QStringLiteral("SELECT reltuples FROM pg_class WHERE oid = to_regclass(%1)")
-                                  .arg(connection_.bound(table.source, none)),
-                              {}, caption());
+            connection.query(QStringLiteral("SELECT reltuples FROM pg_class WHERE oid = to_regclass(%1)")
+                                 .arg(connection.bound(table.source, none)),
+                             {}, caption());
         if (query.next())
             expected_ = query.value(0).toDouble();
     }
@@ -226,11 +210,11 @@ void Scan::Private::askForSize(const TableDescription &table)
 
 void Scan::Private::openQuery(Select &select)
 {
-    const ReadingStatement statement = readingStatement(source.sql, connection_.dialect());
-    std::vector<Column> columns = describeStatement(connection_, statement);
-    select = selectOf(connection_, statement, source.params, caption());
+    const ReadingStatement statement = readingStatement(source.sql, connection.dialect());
+    std::vector<Column> columns = describeStatement(connection, statement);
+    select = selectOf(connection, statement, source.params, caption());
     if (columns.empty()) {
-        rows_ = RowSource::open(connection_, select, caption());
+        rows_ = RowSource::open(connection, select, caption());
         columns = rows_->columns();
     }
     makeNamesUnique(columns);
@@ -244,8 +228,8 @@ void Scan::Private::begin(const Select &select)
 {
     if (rows_)
         return;
-    if (library == nullptr || !select.values.isEmpty()) {
-        rows_ = RowSource::open(connection_, select, caption());
+    if (connection.library() == nullptr || !select.values.isEmpty()) {
+        rows_ = RowSource::open(connection, select, caption());
         return;
     }
     prepare(select.sql);
@@ -254,16 +238,17 @@ void Scan::Private::begin(const Select &select)
 void Scan::Private::prepare(const QString &sql)
 {
     const QByteArray text = sql.toUtf8();
-    if (library->prepare(sqlite, text.constData(), int(text.size()), &statement_, nullptr) != 0)
+    if (connection.library()->prepare(connection.sqlite(), text.constData(), int(text.size()), &statement_,
+                                      nullptr) != 0)
         failSqlite();
 }
 
 void Scan::Private::readOnly(RowNumbers rows)
 {
     staysOpen_ = true;
-    if (library == nullptr)
+    if (connection.library() == nullptr)
         return; // ended from another thread
-    library->finalize(std::exchange(statement_, nullptr));
+    connection.library()->finalize(std::exchange(statement_, nullptr));
     firstRowNumber_ = double(rows.first);
     rowNumbers_ = double(rows.last) - double(rows.first) + 1;
     share = 0;
@@ -274,26 +259,23 @@ void Scan::Private::readOnly(RowNumbers rows)
 
 void Scan::Private::failSqlite() const
 {
-    const QSqlError error(QString(), QString::fromUtf8(library->message(sqlite)), QSqlError::StatementError,
-                          QString::number(library->errorCode(sqlite)));
-    connection_.fail(error, caption());
+    const QSqlError error(QString(), QString::fromUtf8(connection.library()->message(connection.sqlite())),
+                          QSqlError::StatementError,
+                          QString::number(connection.library()->errorCode(connection.sqlite())));
+    connection.fail(error, caption());
 }
 
 void Scan::Private::close()
 {
     if (statement_ != nullptr)
-        library->finalize(std::exchange(statement_, nullptr));
+        connection.library()->finalize(std::exchange(statement_, nullptr));
     rows_.reset();
     numbers.reset();
     stateIsShared = false;
     staysOpen_ = false;
     expected_ = 0;
     done_ = true;
-    const std::lock_guard lock(cancelling);
-    canceller.forget();
-    sqlite = nullptr;
-    library = nullptr;
-    connection_.close();
+    connection.close();
 }
 
 void Scan::Private::put(ScanBlock &block, int row, int column, const QVariant &value)
@@ -312,6 +294,7 @@ void Scan::Private::put(ScanBlock &block, int row, int column, const QVariant &v
 
 void Scan::Private::readSqlite(ScanBlock &block)
 {
+    const Libsqlite *const library = connection.library();
     const int columns = int(places_.size());
     double rowNumber = 0;
     while (block.rows_ < ScanBlock::kMostRows) {
@@ -356,7 +339,7 @@ void Scan::Private::readSqlite(ScanBlock &block)
 void Scan::Private::readRows(ScanBlock &block)
 {
     while (block.rows_ < ScanBlock::kMostRows) {
-        if (cancelled || !rows_->next()) {
+        if (connection.isCancelled() || !rows_->next()) {
             if (rows_->isLost())
                 throw EDatabaseError(
                     QStringLiteral("Cannot read %1: the transaction around the scan has ended.").arg(caption()));
@@ -377,8 +360,8 @@ bool Scan::Private::next(ScanBlock &block)
     block.odd_.clear();
     block.firstRecord_ = records + 1;
     block.cells_.resize(places_.size() * ScanBlock::kMostRows);
-    if (done_ || cancelled) {
-        if (!staysOpen_ || cancelled)
+    if (done_ || connection.isCancelled()) {
+        if (!staysOpen_ || connection.isCancelled())
             close();
         return false;
     }
@@ -388,14 +371,14 @@ bool Scan::Private::next(ScanBlock &block)
         else
             readRows(block);
     } catch (...) {
-        const bool asked = cancelled;
+        const bool asked = connection.isCancelled();
         close();
         block.rows_ = 0;
         if (!asked)
             throw;
         return false;
     }
-    if (cancelled) {
+    if (connection.isCancelled()) {
         close();
         block.rows_ = 0;
         return false;
@@ -448,16 +431,12 @@ bool Scan::next(ScanBlock &block)
 
 void Scan::cancel()
 {
-    const std::lock_guard lock(d_->cancelling);
-    d_->cancelled = true;
-    if (d_->sqlite != nullptr)
-        d_->library->interrupt(d_->sqlite);
-    d_->canceller.cancel();
+    d_->connection.cancel();
 }
 
 bool Scan::cancelled() const
 {
-    return d_->cancelled;
+    return d_->connection.isCancelled();
 }
 
 qint64 Scan::records() const

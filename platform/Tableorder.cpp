@@ -3,6 +3,7 @@
 
 #include "platform/Errors.h"
 #include "platform/Nearestname.h"
+#include "platform/Scan.h"
 
 #include <algorithm>
 #include <limits>
@@ -92,28 +93,46 @@ QString TableOrder::condition(Dialect dialect) const
     return filtered ? filterCondition(filter, dialect) : QString();
 }
 
-Select TableOrder::select(const Connection &connection, const ReadPosition &position) const
+TableOrder TableOrder::of(const Connection &connection, const ScanSource &table, const QString &caption)
+{
+    TableOrder order;
+    static_cast<TableDescription &>(order) = TableDescription::of(connection, table.table);
+    order.filter = table.filter;
+    order.filtered = !table.filter.isEmpty();
+    order.makeOrder(connection, caption);
+    return order;
+}
+
+/// The records whose key is on one side ("<", ">") of a row's, or all where none is given, in no order.
+Select TableOrder::selectBeside(const Connection &connection, QChar side, const QVariantList &key) const
 {
     Select select;
     QStringList conditions;
     const QString wanted = condition(connection.dialect());
     if (!wanted.isEmpty())
         conditions.append(wanted);
-    const QStringList keys = keyExpressions();
-    if (!position.after.isEmpty()) {
+    if (!key.isEmpty()) {
         QStringList values;
-        for (const QVariant &value : position.after)
+        for (const QVariant &value : key)
             values.append(connection.bound(value, select.values));
-        conditions.append(keys.size() == 1 ? QStringLiteral("%1 > %2").arg(keys[0], values[0])
-                                           : QStringLiteral("(%1) > (%2)").arg(keys.join(u','), values.join(u',')));
+        const bool one = values.size() == 1;
+        conditions.append((one ? QStringLiteral("%1 %2 %3") : QStringLiteral("(%1) %2 (%3)"))
+                              .arg(keyExpressions().join(u','), side, values.join(u',')));
     }
     select.sql = QStringLiteral("SELECT %1 FROM %2").arg(selected.join(u','), source);
     if (!conditions.isEmpty())
         select.sql += QLatin1String(" WHERE ") + conditions.join(QLatin1String(" AND "));
+    select.keyColumns = keyColumns;
+    return select;
+}
+
+Select TableOrder::select(const Connection &connection, const ReadPosition &position) const
+{
+    Select select = selectBeside(connection, u'>', position.after);
+    const QStringList keys = keyExpressions();
     const bool scanOrder = rowNumberIsScan && keys.size() == 1 && order[0].field < 0;
     if (!keys.isEmpty() && !scanOrder)
         select.sql += QLatin1String(" ORDER BY ") + keys.join(u',');
-    select.keyColumns = keyColumns;
     const qint64 skip = position.row - position.afterRow;
     // Rows that the order does not tell apart can change places from one LIMIT to another.
     if (connection.dialect() == Dialect::Other || !orderIsUnique) {
@@ -139,27 +158,11 @@ bool TableOrder::isReversible(Dialect dialect) const
 Select TableOrder::selectBackwards(const Connection &connection, const QVariantList &before, qint64 limit,
                                    qint64 skip) const
 {
-    Select select;
-    QStringList conditions;
-    const QString wanted = condition(connection.dialect());
-    if (!wanted.isEmpty())
-        conditions.append(wanted);
-    const QStringList keys = keyExpressions();
-    if (!before.isEmpty()) {
-        QStringList values;
-        for (const QVariant &value : before)
-            values.append(connection.bound(value, select.values));
-        conditions.append(keys.size() == 1 ? QStringLiteral("%1 < %2").arg(keys[0], values[0])
-                                           : QStringLiteral("(%1) < (%2)").arg(keys.join(u','), values.join(u',')));
-    }
-    select.sql = QStringLiteral("SELECT %1 FROM %2").arg(selected.join(u','), source);
-    if (!conditions.isEmpty())
-        select.sql += QLatin1String(" WHERE ") + conditions.join(QLatin1String(" AND "));
+    Select select = selectBeside(connection, u'<', before);
     select.sql += QStringLiteral(" ORDER BY %1 DESC LIMIT %2 OFFSET %3")
-                      .arg(keys.join(QLatin1String(" DESC,")))
+                      .arg(keyExpressions().join(QLatin1String(" DESC,")))
                       .arg(limit)
                       .arg(skip);
-    select.keyColumns = keyColumns;
     select.limited = true;
     return select;
 }

@@ -6,6 +6,8 @@
 
 namespace nuvo {
 
+struct ScanSource;
+
 /// A table with the order that its records are read in, and the statements that read them in it.
 struct TableOrder : TableDescription
 {
@@ -20,6 +22,8 @@ struct TableOrder : TableDescription
     QStringList selected; ///< expressions, and what is selected beyond them to begin again behind a row
     std::vector<int> keyColumns;
 
+    /// A table as it is scanned, its order made.
+    static TableOrder of(const Connection &connection, const ScanSource &table, const QString &caption);
     /// The order of the records, made unique where the table allows, and what a row's key is read from.
     void makeOrder(const Connection &connection, const QString &caption);
     /// The filter as it stands behind WHERE; empty for none.
@@ -33,6 +37,7 @@ struct TableOrder : TableDescription
     Select selectBackwards(const Connection &connection, const QVariantList &before, qint64 limit, qint64 skip) const;
 
 private:
+    Select selectBeside(const Connection &connection, QChar side, const QVariantList &key) const;
     std::vector<int> indexFields(const QString &caption) const;
     QStringList keyExpressions() const;
 };

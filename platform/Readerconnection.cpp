@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Readerconnection.h"
+
+#include "platform/Errors.h"
+
+namespace nuvo {
+
+void ReaderConnection::open(const QString &databaseName)
+{
+    openBeside(databaseName);
+    const std::lock_guard lock(mutex_);
+    if (dialect() == Dialect::Postgres)
+        canceller_.use(database());
+    library_ = dialect() == Dialect::Sqlite ? Libsqlite::of(database()) : nullptr;
+    sqlite_ = library_ != nullptr ? Libsqlite::handleOf(database()) : nullptr;
+}
+
+void ReaderConnection::close()
+{
+    const std::lock_guard lock(mutex_);
+    canceller_.forget();
+    sqlite_ = nullptr;
+    library_ = nullptr;
+    Connection::close();
+}
+
+void ReaderConnection::cancel()
+{
+    const std::lock_guard lock(mutex_);
+    cancelled_ = true;
+    if (sqlite_ != nullptr)
+        library_->interrupt(sqlite_);
+    canceller_.cancel();
+}
+
+void ReaderConnection::checkCancelled(const QString &what) const
+{
+    if (cancelled_)
+        throw EDatabaseError(QStringLiteral("The reading of %1 was ended.").arg(what));
+}
+
+} // namespace nuvo
