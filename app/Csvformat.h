@@ -4,9 +4,11 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace nuvo {
@@ -18,6 +20,13 @@ struct CsvWords
 };
 
 enum class CsvEncoding { Utf8, Utf16LittleEndian, Utf16BigEndian, Windows1252, Latin1 };
+/// What each is called on a command line and in files.
+inline constexpr std::initializer_list<std::pair<const char *, CsvEncoding>> csvEncodings{
+    {"utf-8", CsvEncoding::Utf8},
+    {"utf-16le", CsvEncoding::Utf16LittleEndian},
+    {"utf-16be", CsvEncoding::Utf16BigEndian},
+    {"windows-1252", CsvEncoding::Windows1252},
+    {"latin-1", CsvEncoding::Latin1}};
 
 /// How a CSV file is written.
 struct CsvFormat

@@ -50,11 +50,7 @@ std::optional<CsvOptions> FileSyntax::readFile() const
     if (isGiven(decimal_))
         options.corrections.decimal = oneOf<char>(decimal_, {{".", '.'}, {",", ','}});
     if (isGiven(encoding_))
-        options.corrections.encoding = oneOf<CsvEncoding>(encoding_, {{"utf-8", CsvEncoding::Utf8},
-                                                                      {"utf-16le", CsvEncoding::Utf16LittleEndian},
-                                                                      {"utf-16be", CsvEncoding::Utf16BigEndian},
-                                                                      {"windows-1252", CsvEncoding::Windows1252},
-                                                                      {"latin-1", CsvEncoding::Latin1}});
+        options.corrections.encoding = oneOf<CsvEncoding>(encoding_, csvEncodings);
     for (const QString &null : optionTexts(nulls_))
         options.corrections.nulls.push_back(null.trimmed().toStdString());
     if (isGiven(head_))

@@ -7,6 +7,10 @@
 #include "platform/Records.h"
 #include "platform/Tableorder.h"
 
+#include <QLocale>
+
+#include <cmath>
+
 namespace nuvo {
 
 class RecordRows::Private
@@ -85,6 +89,15 @@ bool RecordRows::isNull(int field) const
 QString RecordRows::text(int field) const
 {
     return textFromValue(d_->rows->value(field));
+}
+
+QString RecordRows::exactText(int field) const
+{
+    const QVariant value = d_->rows->value(field);
+    if (value.typeId() != QMetaType::Double && value.typeId() != QMetaType::Float)
+        return textFromValue(value);
+    const double number = value.toDouble();
+    return std::isfinite(number) ? QString::number(number, 'g', QLocale::FloatingPointShortest) : QString();
 }
 
 void RecordRows::cancel()

@@ -37,6 +37,9 @@ public:
     bool isNull(int field) const;
     /// As TField::AsString().
     QString text(int field) const;
+    /// The same with so many digits of a floating-point number that it is read back as it is; empty where that is
+    /// none (a NaN, an infinity).
+    QString exactText(int field) const;
 
     /// Ends what is under way from another thread, and refuses what comes later. May be called again as long as it
     /// has not ended.

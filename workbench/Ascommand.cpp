@@ -4,6 +4,7 @@
 #include "app/Terms.h"
 #include "app/Usage.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 
 namespace nuvo {
@@ -49,6 +50,35 @@ QString shellWord(QString text)
     return u'\'' + text.replace(u'\'', QLatin1String("'\\''")) + u'\'';
 }
 
+void addOption(QStringList &words, const char *option, const QString &value)
+{
+    const QString name = QLatin1String(option);
+    if (value.startsWith(u'-')) // by itself it would be taken for another option
+        words.append(name + u'=' + shellWord(value));
+    else
+        words += {name, shellWord(value)};
+}
+
+QStringList beginning()
+{
+    return {QStringLiteral("nuvostat"), QStringLiteral("fit")};
+}
+
+/// What is the same wherever the records are.
+void addModel(QStringList &words, const ModelState &state)
+{
+    if (!state.filter.isEmpty() && !state.isQuery())
+        addOption(words, "--filter", state.filter);
+    addOption(words, "--response", commandTerm(state.model, 0));
+    for (int place = 1; place < RegressionModel::Places; ++place) {
+        if (state.model.isDefined(place))
+            addOption(words, "--control", commandTerm(state.model, place));
+    }
+    if (state.records != RecordUse::First)
+        addOption(words, "--records",
+                  state.records == RecordUse::All ? QStringLiteral("all") : QStringLiteral("server"));
+}
+
 } // namespace
 
 QString commandTerm(const RegressionModel &model, int place)
@@ -67,25 +97,46 @@ QString commandTerm(const RegressionModel &model, int place)
 
 QString fitCommand(const ModelState &state)
 {
-    QStringList words{QStringLiteral("nuvostat"), QStringLiteral("fit")};
-    const auto add = [&words](const char *option, const QString &value) {
-        words += {QLatin1String(option), shellWord(value)};
-    };
-    add("--database", state.database);
+    QStringList words = beginning();
+    addOption(words, "--database", state.database);
     if (state.isQuery())
-        add("--sql", state.statement());
+        addOption(words, "--sql", state.statement());
     else
-        add("--table", state.table);
-    if (!state.filter.isEmpty() && !state.isQuery())
-        add("--filter", state.filter);
-    add("--response", commandTerm(state.model, 0));
-    for (int place = 1; place < RegressionModel::Places; ++place) {
-        if (state.model.isDefined(place))
-            add("--control", commandTerm(state.model, place));
-    }
-    if (state.records != RecordUse::First)
-        add("--records", state.records == RecordUse::All ? QStringLiteral("all") : QStringLiteral("server"));
+        addOption(words, "--table", state.table);
+    addModel(words, state);
     return words.join(u' ');
+}
+
+QString fitCommand(const ModelState &state, const CsvOrigin &origin)
+{
+    const CsvCorrections &said = origin.corrections;
+    QStringList words = beginning();
+    words.append(shellWord(origin.file));
+    for (const auto &[name, encoding] : csvEncodings) {
+        if (encoding == said.encoding)
+            addOption(words, "--encoding", QLatin1String(name));
+    }
+    if (said.separator)
+        addOption(words, "--separator",
+                  *said.separator == '\t' ? QStringLiteral("tab") : QString(QLatin1Char(*said.separator)));
+    if (said.decimal)
+        addOption(words, "--decimal", QString(QLatin1Char(*said.decimal)));
+    for (const std::string &null : said.nulls)
+        addOption(words, "--null", QString::fromStdString(null));
+    addModel(words, state);
+    return words.join(u' ');
+}
+
+QString csvHindrance(const ModelState &state, const CsvOrigin &origin)
+{
+    // There the table is called otherwise.
+    static const QRegularExpression subquery(QStringLiteral("\\bselect\\b"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpression qualified(QRegularExpression::escape(state.table) + QStringLiteral("[\"\\]`]?\\s*\\."),
+                                       QRegularExpression::CaseInsensitiveOption);
+    if (subquery.match(state.filter).hasMatch() || qualified.match(state.filter).hasMatch())
+        return QCoreApplication::translate("Ascommand", "the filter names the table");
+    return origin.whyNot();
 }
 
 } // namespace nuvo

@@ -8,7 +8,10 @@
 #include "workbench/Modelstable.h"
 #include "workbench/Pages.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -48,7 +51,34 @@ void addKeys(const QMenu &menu, QStringList &lines)
     }
 }
 
+/// What is typed into: itself, or the line of a box that has the keys.
+QLineEdit *lineOf(QObject *watched)
+{
+    if (auto *const box = qobject_cast<QAbstractSpinBox *>(watched))
+        return box->findChild<QLineEdit *>();
+    return qobject_cast<QLineEdit *>(watched);
+}
+
 } // namespace
+
+/// Undo and redo are the line's that is typed into as long as it has something to undo or redo, then the model's.
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::ShortcutOverride)
+        return QMainWindow::eventFilter(watched, event);
+    const auto *const keys = static_cast<QKeyEvent *>(event);
+    const bool undo = keys->matches(QKeySequence::Undo);
+    if (!undo && !keys->matches(QKeySequence::Redo))
+        return QMainWindow::eventFilter(watched, event);
+    const QLineEdit *const line = lineOf(watched);
+    if (line == nullptr || line->window() != this)
+        return QMainWindow::eventFilter(watched, event);
+    // A name is the model's when it is whole, a number with every digit.
+    const bool isName = line->objectName() == QLatin1String("FieldEdit") || models_->isAncestorOf(line);
+    const bool isNumber = editor_->isAncestorOf(line) && line->objectName().startsWith(QLatin1String("Number"));
+    event->setAccepted(isName || (!isNumber && (undo ? line->isUndoAvailable() : line->isRedoAvailable())));
+    return true;
+}
 
 void MainWindow::MakeHelpMenu()
 {

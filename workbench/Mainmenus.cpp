@@ -102,20 +102,10 @@ void MainWindow::MakeEditMenu()
     redo->setEnabled(false);
     menu->addSeparator();
     handout_->AddEditActions(*menu);
-    const auto copies = [this](QString (*text)(const ModelState &)) {
-        return [this, text] {
-            if (!sitting_->State().isFittable()) {
-                Tell(tr("There is no model yet to copy."), true);
-                return;
-            }
-            QApplication::clipboard()->setText(text(sitting_->State()));
-            TellWhereRecordsAre(tr("Copied."));
-        };
-    };
     connect(add(menu, tr("Copy as Co&mmand"), {}, tr("Copy the nuvostat line that makes this fit")),
-            &QAction::triggered, this, copies(&fitCommand));
+            &QAction::triggered, this, &MainWindow::CopyCommand);
     connect(add(menu, tr("Copy as C&++"), {}, tr("Copy the program that makes this fit")), &QAction::triggered, this,
-            copies(&fitProgram));
+            &MainWindow::CopyProgram);
 }
 
 void MainWindow::MakeViewMenu()
@@ -223,13 +213,54 @@ void MainWindow::SaveForm()
     });
 }
 
-/// What came from a CSV file lies where the sitting keeps it, and goes with it.
-void MainWindow::TellWhereRecordsAre(const QString &done)
+bool MainWindow::HasModelToCopy()
 {
-    const bool own = sitting_->State().database == QDir(folder_).filePath(QStringLiteral("data.db"));
-    Tell(own ? tr("%1 It names the database of this sitting: File > Save Database first gives it one that stays.")
-                   .arg(done)
-             : done);
+    const bool isThere = sitting_->State().isFittable();
+    if (!isThere)
+        Tell(tr("There is no model yet to copy."), true);
+    return isThere;
+}
+
+void MainWindow::CopyCommand()
+{
+    if (!HasModelToCopy())
+        return;
+    const ModelState &state = sitting_->State();
+    const CsvOrigin *const origin = IsOwn() ? sitting_->Origin(state.table) : nullptr;
+    const QString hindrance = origin != nullptr ? csvHindrance(state, *origin) : QString();
+    const bool namesTheFile = origin != nullptr && hindrance.isEmpty();
+    QApplication::clipboard()->setText(namesTheFile ? fitCommand(state, *origin) : fitCommand(state));
+    if (namesTheFile)
+        Tell(tr("Copied."));
+    else
+        TellWhereRecordsAre(tr("Copied."), hindrance);
+}
+
+void MainWindow::CopyProgram()
+{
+    if (!HasModelToCopy())
+        return;
+    QApplication::clipboard()->setText(fitProgram(sitting_->State()));
+    TellWhereRecordsAre(tr("Copied."));
+}
+
+bool MainWindow::IsOwn() const
+{
+    return sitting_->State().database == QDir(folder_).filePath(QStringLiteral("data.db"));
+}
+
+/// What came from a CSV file lies where the sitting keeps it, and goes with it.
+void MainWindow::TellWhereRecordsAre(const QString &done, const QString &why)
+{
+    if (!IsOwn())
+        Tell(done);
+    else if (why.isEmpty())
+        Tell(tr("%1 It names the database of this sitting: File > Save Database first gives it one that stays.")
+                 .arg(done));
+    else
+        Tell(
+            tr("%1 It names the database of this sitting, as %2: File > Save Database first gives it one that stays.")
+                .arg(done, why));
 }
 
 void MainWindow::SaveDatabase()

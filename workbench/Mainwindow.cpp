@@ -26,6 +26,7 @@
 #include "workbench/Tablefinder.h"
 #include "workbench/Welcome.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QDockWidget>
@@ -105,6 +106,7 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
     connect(tables_, &QListWidget::itemClicked, this,
             [this](const QListWidgetItem *item) { OpenTable(item->text()); });
 
+    qApp->installEventFilter(this);
     RestoreLayout();
     const QString saved = QDir(folder_).filePath(QStringLiteral("sitting.json"));
     try {
@@ -182,6 +184,7 @@ void MainWindow::MakeWidgets()
 
 void MainWindow::Tell(const QString &text, bool isError)
 {
+    said_ = {text, isError};
     const QString all = QStringList{text, isError ? QString() : unsaved_, warning_}.join(u' ').trimmed();
     message_->setText(isError ? tr("Error: %1").arg(all) : all);
     message_->setToolTip(all);
@@ -293,10 +296,12 @@ bool MainWindow::OpenCsv(const QString &file)
             fit_->FitAgain();
     });
     state.table = newTableFor(file, state.database);
+    const CsvOrigin origin = originOf(state.table, file, preview.Corrections());
     if (!importInBackground(this, {file, preview.Corrections(), {}}, state.database, state.table))
         return false;
     readOn.dismiss();
     tablesOf_.clear(); // it has got one more
+    sitting_->SetOrigin(origin);
     sitting_->Change(state, tr("Open a CSV file"));
     return true;
 }
@@ -334,11 +339,21 @@ void MainWindow::Save()
 {
     try {
         sitting_->Save(QDir(folder_).filePath(QStringLiteral("sitting.json")));
-        unsaved_.clear();
     } catch (const EPlatformError &error) {
         Tell(error.Message(), true);
         unsaved_ = tr("The sitting is not saved: %1").arg(error.Message());
+        return;
     }
+    if (unsaved_.isEmpty())
+        return;
+    // What stands there says otherwise.
+    const auto [text, isError] = said_;
+    const bool wasThat = isError && unsaved_.endsWith(text);
+    unsaved_.clear();
+    if (wasThat)
+        Tell(tr("The sitting is saved again."));
+    else
+        Tell(text, isError);
 }
 
 } // namespace nuvo

@@ -63,6 +63,7 @@ protected:
     void dropEvent(QDropEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void MakeWidgets();
@@ -108,7 +109,14 @@ private:
     void OpenSamples();
     void OpenRecent(const QString &name);
     void SaveForm();
-    void TellWhereRecordsAre(const QString &done);
+    void CopyCommand();
+    void CopyProgram();
+    /// Whether there is a model; else that is told.
+    bool HasModelToCopy();
+    /// Whether the records are where the sitting keeps what came from CSV files.
+    bool IsOwn() const;
+    /// \param why the file itself is not named, as half a sentence; may be empty
+    void TellWhereRecordsAre(const QString &done, const QString &why = {});
     void SaveDatabase();
     void LeaveSelectedOut();
     void CompareModels();
@@ -149,6 +157,7 @@ private:
     QString fetchedWith_;                                  ///< the password that records are fetched with
     QString warning_;                                      ///< that stands beside whatever else there is to say
     QString unsaved_;                                      ///< why the sitting could not be saved; empty where it was
+    std::pair<QString, bool> said_;                        ///< what was told last, and whether it is an error
     bool asking_ = false;                                  ///< for a password
     std::optional<std::pair<ModelState, QString>> wanted_; ///< a change that waits for its records
 };

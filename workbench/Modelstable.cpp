@@ -165,12 +165,22 @@ ModelsTable::ModelsTable(Sitting &sitting, QWidget *parent) : QTreeView(parent),
     connect(this, &QTreeView::doubleClicked, this,
             [this, order](const QModelIndex &index) { sitting_.BringBack(order->mapToSource(index).row()); });
     // A new model is the last one, and the list is short.
-    const auto showCurrent = [this, order] {
-        if (const int current = sitting_.Current(); current >= 0)
-            scrollTo(order->mapFromSource(order->sourceModel()->index(current, KeptModelsModel::Name)));
-    };
-    connect(&sitting, &Sitting::ModelsChanged, this, showCurrent);
-    connect(&sitting, &Sitting::StateChanged, this, showCurrent);
+    connect(&sitting, &Sitting::ModelsChanged, this, &ModelsTable::ShowCurrent);
+    connect(&sitting, &Sitting::StateChanged, this, &ModelsTable::ShowCurrent);
+}
+
+void ModelsTable::ShowCurrent()
+{
+    const auto *const order = static_cast<const QSortFilterProxyModel *>(model());
+    if (const int current = sitting_.Current(); current >= 0)
+        scrollTo(order->mapFromSource(order->sourceModel()->index(current, KeptModelsModel::Name)));
+}
+
+/// A sitting is there before the window has its size.
+void ModelsTable::resizeEvent(QResizeEvent *event)
+{
+    QTreeView::resizeEvent(event);
+    ShowCurrent();
 }
 
 /// Who goes through the list with keys stays where the list is made anew.

@@ -44,9 +44,12 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void BringBack();
+    /// Scrolls to the model that is shown.
+    void ShowCurrent();
     void KeepPlace();
 
     Sitting &sitting_;

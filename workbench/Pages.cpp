@@ -30,6 +30,9 @@ Pages::Pages(QWidget *parent)
     setAccessibleName(tr("Pages"));
     tabBar()->setAccessibleName(tr("Pages"));
     setDocumentMode(true);
+    // All of them are seen in a narrow window too, cut if need be; their hints have the whole names.
+    setElideMode(Qt::ElideRight);
+    setUsesScrollButtons(false);
     Add(records_, tr("Records"));
     Add(summary_, tr("Summary"));
     Add(diagnostics_, tr("Diagnostics"));

@@ -48,9 +48,14 @@ QString summary(const TablePredictions &done, const QString &file)
     }
     if (done.invalid > 0)
         reasons.append(Predictions::tr("a term cannot be worked out in %1").arg(locale.toString(done.invalid)));
+    const QString why = reasons.join(QStringLiteral(", "));
+    if (done.without == done.records)
+        return Predictions::tr("%1 records in %2, and none of them has a value: %3.", nullptr, numerus(done.records))
+            .arg(records, file, why);
+    // Of more than one record.
     return Predictions::tr("Predictions for %1 records in %2; %3 of them have no value: %4.", nullptr,
                            numerus(done.without))
-        .arg(records, file, locale.toString(done.without), reasons.join(QStringLiteral(", ")));
+        .arg(records, file, locale.toString(done.without), why);
 }
 
 QString stopped()

@@ -25,6 +25,25 @@ QByteArray cell(double value)
     return std::isfinite(value) ? QByteArray::number(value, 'g', QLocale::FloatingPointShortest) : QByteArray();
 }
 
+/// The first line: ours before and behind the columns of the table, each called as no other is.
+QByteArray headings(const Predictor &predictor, const QStringList &columns)
+{
+    QStringList names = columns;
+    const auto own = [&names](const QString &wanted) {
+        QString name = wanted;
+        for (int number = 2; names.contains(name, Qt::CaseInsensitive); ++number)
+            name = QStringLiteral("%1_%2").arg(wanted).arg(number);
+        return name;
+    };
+    names.prepend(own(QStringLiteral("record")));
+    const bool isTaken = columns.contains(predictor.response, Qt::CaseInsensitive); // by what was observed
+    names.append(own(isTaken ? QLatin1String("predicted ") + predictor.response : predictor.response));
+    for (const char *const figure :
+         {"standardError", "confidenceLow", "confidenceHigh", "predictionLow", "predictionHigh"})
+        names.append(own(QLatin1String(figure)));
+    return csvLine(names).toUtf8() + '\n';
+}
+
 } // namespace
 
 QStringList fieldsOf(const RegressionModel &model)
@@ -94,26 +113,21 @@ TablePredictions predictTable(const Predictor &predictor, const ScanSource &tabl
     };
     if (!file.open(QIODevice::WriteOnly))
         fail();
-    QByteArray line =
-        csvLine(QStringList(QStringLiteral("record")) + predictor.fields + QStringList(predictor.response)).toUtf8() +
-        ",standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh\n";
+    QByteArray line = headings(predictor, records.fields());
     while (records.next()) {
         if (file.write(line) != line.size())
             fail();
         task.records = ++done.records;
         line = QByteArray::number(done.records);
+        for (int field = 0; field < int(records.fields().size()); ++field)
+            line += ',' + csvLine({records.exactText(field)}).toUtf8();
         FieldValues values;
         bool usable = true;
         for (size_t i = 0; i < fields.size(); ++i) {
-            const auto number = records.number(fields[i]);
-            const bool isNull = !number && records.isNull(fields[i]);
-            line += ',' + (number   ? cell(*number)
-                           : isNull ? QByteArray()
-                                    : csvLine({records.text(fields[i])}).toUtf8());
-            if (number)
+            if (const auto number = records.number(fields[i]))
                 values.emplace_back(predictor.fields[qsizetype(i)], *number);
             else if (std::exchange(usable, false))
-                ++(isNull ? done.missing[i].nulls : done.missing[i].noNumbers);
+                ++(records.isNull(fields[i]) ? done.missing[i].nulls : done.missing[i].noNumbers);
         }
         if (usable) {
             try {

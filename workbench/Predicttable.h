@@ -52,10 +52,11 @@ Predictor predictorOf(const TRegression &regression, const RegressionModel &mode
 /// \throws EPlatformError that names every field that is not among those that there are, and these.
 void checkFields(const QStringList &fields, const QStringList &there);
 
-/// Writes a line for each record of a table: its number, the fields of the model, the prediction with its standard
-/// error and both intervals. Commas, decimal points, LF, UTF-8; a file that cannot be written whole, or is ended, is
-/// not there. On any thread. \throws EPlatformError as checkFields(), when the table cannot be read, and when the
-/// file cannot be written.
+/// Writes a line for each record of a table: its number, all its columns in their order, the prediction with its
+/// standard error and both intervals. The prediction is called as the response, "predicted y" where the table has a
+/// column y; a heading of ours that the table has already gets a number ("record_2"). Commas, decimal points, LF,
+/// UTF-8; a file that cannot be written whole, or is ended, is not there. On any thread. \throws EPlatformError as
+/// checkFields(), when the table cannot be read, and when the file cannot be written.
 TablePredictions predictTable(const Predictor &predictor, const ScanSource &table, const QString &file, Task &task);
 
 } // namespace nuvo

@@ -145,14 +145,31 @@ int Sitting::Current() const
     return -1;
 }
 
+void Sitting::SetOrigin(const CsvOrigin &origin)
+{
+    std::erase_if(origins_, [&](const CsvOrigin &one) { return one.table == origin.table; });
+    origins_.push_back(origin);
+}
+
+const CsvOrigin *Sitting::Origin(const QString &table) const
+{
+    const auto found =
+        std::find_if(origins_.begin(), origins_.end(), [&](const CsvOrigin &one) { return one.table == table; });
+    return found == origins_.end() ? nullptr : &*found;
+}
+
 void Sitting::Save(const QString &fileName) const
 {
     QJsonArray models;
     for (const KeptModel &model : models_)
         models.append(toJson(model));
+    QJsonArray origins;
+    for (const CsvOrigin &origin : origins_)
+        origins.append(toJson(origin));
     const QJsonObject json{{QStringLiteral("sitting"), kVersion},
                            {QStringLiteral("state"), toJson(state_)},
-                           {QStringLiteral("models"), models}};
+                           {QStringLiteral("models"), models},
+                           {QStringLiteral("origins"), origins}};
     QSaveFile file(fileName);
     const QByteArray text = QJsonDocument(json).toJson();
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush() || !file.commit())
@@ -170,6 +187,9 @@ void Sitting::Load(const QString &fileName)
     std::vector<KeptModel> models;
     for (const auto &model : json.value(QLatin1StringView("models")).toArray())
         models.push_back(keptFromJson(model.toObject()));
+    origins_.clear();
+    for (const auto &origin : json.value(QLatin1StringView("origins")).toArray())
+        origins_.push_back(originFromJson(origin.toObject()));
     undo_.clear();
     SetModels(std::move(models));
     SetState(stateFromJson(json.value(QLatin1StringView("state")).toObject()));

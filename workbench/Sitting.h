@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "workbench/Csvorigin.h"
 #include "workbench/Keptmodels.h"
 
 #include <QObject>
@@ -36,10 +37,15 @@ public:
     /// The model whose state is the present one; -1 when there is none.
     int Current() const;
 
+    /// Says where a table of the sitting's own database came from; saved with the next change.
+    void SetOrigin(const CsvOrigin &origin);
+    /// Null for a table that nothing was said of.
+    const CsvOrigin *Origin(const QString &table) const;
+
     QUndoStack &Undo() { return undo_; }
 
-    /// The sitting as a file: state and models, not the way to them. \throws EPlatformError when it cannot be
-    /// written; what was there stays then.
+    /// The sitting as a file: state, models and where tables came from, not the way to them. \throws EPlatformError
+    /// when it cannot be written; what was there stays then.
     void Save(const QString &file) const;
     /// \throws EPlatformError when it cannot be read or is no sitting; this one stays as it is then.
     void Load(const QString &file);
@@ -57,6 +63,7 @@ private:
 
     ModelState state_;
     std::vector<KeptModel> models_;
+    std::vector<CsvOrigin> origins_;
     QUndoStack undo_;
 };
 

@@ -214,7 +214,12 @@ TEST_F(HostileFiles, LeaveEverythingAsItWasWhereTheDiskIsFull)
         EXPECT_EQ(errorOf([&] { last.Load(folder.filePath(u("sitting.json"))); }), QString()) << "the last good one";
         EXPECT_EQ(last.State().table, before.table);
     }
-    // The disk has room again.
+    // The disk has room again, and the next thing that is told comes before it is saved.
+    nuvo::ModelState without = before;
+    without.model = {};
+    sitting().Change(without, u("no model"));
+    EXPECT_TRUE(message().startsWith(u("Drag a field"))) << message().toStdString();
+    EXPECT_FALSE(message().contains(u("not saved"))) << message().toStdString();
     sitting().Change(before, u("back"));
     nuvo::Sitting last;
     last.Load(folder.filePath(u("sitting.json")));

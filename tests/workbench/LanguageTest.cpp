@@ -200,6 +200,27 @@ TEST(GermanWorkbench, HasRoomForItsPagesAt1360)
         EXPECT_FALSE(arrow->isVisible());
 }
 
+TEST(GermanWorkbench, ShowsAllItsTabsAt1024)
+{
+    for (const char *const code : {"en", "de"}) {
+        OpenedWindow opened((u(code)));
+        opened.window->resize(1024, 720);
+        opened.begin();
+        opened.fitLongley();
+        opened.window->resize(1024, 720);
+        QApplication::processEvents();
+        ASSERT_EQ(opened.window->width(), 1024) << code;
+        const QTabBar &bar = *opened.pages().tabBar();
+        for (const QToolButton *const arrow : bar.findChildren<QToolButton *>())
+            EXPECT_FALSE(arrow->isVisible()) << code;
+        for (int page = 0; page < bar.count(); ++page) {
+            EXPECT_TRUE(bar.rect().contains(bar.tabRect(page))) << code << page;
+            EXPECT_GT(bar.tabRect(page).width(), bar.fontMetrics().averageCharWidth() * 5) << code << page;
+            EXPECT_TRUE(bar.tabToolTip(page).startsWith(bar.tabText(page))) << "the whole name";
+        }
+    }
+}
+
 TEST(GermanWorkbench, ShowsEveryFieldOfASmallTableAt1360)
 {
     OpenedWindow opened(u("de"));

@@ -40,6 +40,7 @@
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUndoStack>
 
 #include <gtest/gtest.h>
 
@@ -74,6 +75,76 @@ TEST_F(Workbench, UndoesAndRedoesEveryChange)
     action("Redo").trigger();
     action("Redo").trigger();
     EXPECT_EQ(window->Fit().Regression()->GetNumVars(), 2);
+}
+
+TEST_F(Workbench, UndoesWhatIsTypedInALineBeforeTheModel)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    const auto press = [](QWidget *widget, bool again = false) {
+        QTest::keyClick(widget, Qt::Key_Z, again ? Qt::ControlModifier | Qt::ShiftModifier : Qt::ControlModifier);
+    };
+    const QUndoStack &steps = window->CurrentSitting().Undo();
+    const int all = steps.index();
+    for (const char *const name : {"Filter", "FieldFilter", "Value_x"}) {
+        window->ShownPages().setCurrentIndex(u(name) == u("Value_x") ? 6 : 0);
+        auto *const edit = window->findChild<QLineEdit *>(u(name));
+        edit->setFocus();
+        const QString before = edit->text();
+        edit->end(false);
+        QTest::keyClicks(edit, u("3"));
+        press(edit);
+        EXPECT_EQ(edit->text(), before) << name;
+        EXPECT_EQ(steps.index(), all) << name;
+        press(edit, true);
+        EXPECT_EQ(edit->text(), before + u'3') << name;
+        press(edit);
+        press(edit);
+        EXPECT_EQ(steps.index(), all - 1) << name << ": there is nothing more to undo in it";
+        window->CurrentSitting().Undo().redo();
+    }
+    // A number is a part of the model with every digit.
+    nuvo::ModelState state = window->CurrentSitting().State();
+    state.model.setTransformation(1, u("Power"));
+    state.model.setNumber(1, u("2"));
+    window->CurrentSitting().Change(state, {});
+    auto *const number = window->findChild<QLineEdit *>(u("NumberX1"));
+    number->setFocus();
+    number->end(false);
+    QTest::keyClicks(number, u("3"));
+    EXPECT_EQ(window->CurrentSitting().State().model.number(1), u("23"));
+    press(number);
+    EXPECT_EQ(window->CurrentSitting().State(), state);
+    EXPECT_EQ(number->text(), u("2"));
+    press(number);
+    EXPECT_EQ(steps.index(), all);
+}
+
+TEST_F(Workbench, UndoesWhatIsTypedForAFieldAlsoWhileNamesAreOffered)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    const QUndoStack &steps = window->CurrentSitting().Undo();
+    const int all = steps.index();
+    auto *const slot = window->findChild<QWidget *>(u("FieldX2"));
+    slot->setFocus();
+    QTest::keyClicks(slot, u("y"));
+    auto *const edit = slot->findChild<QLineEdit *>();
+    ASSERT_NE(edit, nullptr);
+    QTest::keyClick(edit, Qt::Key_Backspace);
+    QTest::keyClicks(edit, u("z"));
+    QWidget *const offered = QApplication::activePopupWidget();
+    ASSERT_NE(offered, nullptr);
+    QTest::keyClick(offered, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(edit->text(), QString());
+    EXPECT_EQ(steps.index(), all);
+    for (int i = 0; i < 5; ++i)
+        QTest::keyClick(edit, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(steps.index(), all) << "who types a name has not come to the model yet";
 }
 
 TEST_F(Workbench, BringsTheSittingBack)
@@ -191,21 +262,43 @@ TEST_F(Workbench, GoesOnWhenTheModelChangesWhileEveryRecordIsRead)
     EXPECT_EQ(window->Fit().Regression()->RecordsUsed(), 5000);
 }
 
-TEST_F(Workbench, CopiesTheCommand)
+TEST_F(Workbench, CopiesTheCommandWithTheFileThatTheTableWasMadeOf)
 {
-    drop(csv("data.csv", 50));
+    const QString file = csv("data.csv", 50);
+    drop(file);
     defineXY();
-    action("Copy as Command").trigger();
-    EXPECT_EQ(QApplication::clipboard()->text(), u("nuvostat fit --database %1/data.db --table data --response y "
-                                                   "--control x")
-                                                     .arg(folder.path()));
-    EXPECT_TRUE(message().startsWith(u("Copied. "))) << message().toStdString();
+    const auto copied = [this] {
+        action("Copy as Command").trigger();
+        return QApplication::clipboard()->text();
+    };
+    const QString ofFile = u("nuvostat fit %1 --response y --control x").arg(file);
+    const QString ofSitting = u("nuvostat fit --database %1/data.db --table data --response y --control x");
+    EXPECT_EQ(copied(), ofFile);
+    EXPECT_EQ(message(), u("Copied."));
+    begin();
+    EXPECT_EQ(copied(), ofFile) << "another day";
+    action("Copy as C++").trigger();
     EXPECT_TRUE(message().contains(u("Save Database"))) << "the sitting's own goes with it";
-    nuvo::ModelState state = window->CurrentSitting().State();
-    ASSERT_TRUE(QFile::copy(state.database, folder.filePath(u("kept.db"))));
-    state.database = folder.filePath(u("kept.db"));
+    const nuvo::ModelState state = window->CurrentSitting().State();
+    nuvo::ModelState other = state;
+    other.filter = u("x > (SELECT avg(x) FROM data)");
+    window->CurrentSitting().Change(other, {});
+    EXPECT_TRUE(copied().startsWith(u("nuvostat fit --database "))) << "there the table is called otherwise";
+    EXPECT_TRUE(message().contains(u(", as the filter names the table: "))) << message().toStdString();
     window->CurrentSitting().Change(state, {});
-    action("Copy as Command").trigger();
+    csv("data.csv", 51);
+    EXPECT_EQ(copied(), ofSitting.arg(folder.path()));
+    EXPECT_TRUE(message().startsWith(u("Copied. It names the database of this sitting, as data.csv has changed ")))
+        << message().toStdString();
+    EXPECT_TRUE(message().contains(u("Save Database")));
+    ASSERT_TRUE(QFile::remove(file));
+    EXPECT_EQ(copied(), ofSitting.arg(folder.path()));
+    EXPECT_TRUE(message().contains(u("data.csv is no longer there"))) << message().toStdString();
+    ASSERT_TRUE(QFile::copy(state.database, folder.filePath(u("kept.db"))));
+    other = state;
+    other.database = folder.filePath(u("kept.db"));
+    window->CurrentSitting().Change(other, {});
+    copied();
     EXPECT_EQ(message(), u("Copied."));
 }
 
@@ -380,10 +473,13 @@ TEST_F(Workbench, WritesPredictionsForATable)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QList<QByteArray> lines = file.readAll().split('\n');
     ASSERT_EQ(lines.size(), 7);
-    EXPECT_EQ(lines[0], "record,x,y,standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh");
+    EXPECT_EQ(lines[0], "record,y,x,z,note,predicted y,standardError,confidenceLow,confidenceHigh,predictionLow,"
+                        "predictionHigh");
     const nuvo::Prediction at = window->Fit().Regression()->PredictAt({{u("x"), 5}}, 0.9);
-    EXPECT_EQ(lines[5].split(',')[2].toDouble(), at.value);
-    EXPECT_EQ(lines[5].split(',')[7].toDouble(), at.prediction[1]);
+    EXPECT_TRUE(lines[5].startsWith("5,12.")) << lines[5].constData();
+    EXPECT_EQ(lines[5].split(',').mid(2, 3), (QList<QByteArray>{"5", "8", "n5"}));
+    EXPECT_EQ(lines[5].split(',')[5].toDouble(), at.value);
+    EXPECT_EQ(lines[5].split(',')[10].toDouble(), at.prediction[1]);
 }
 
 TEST_F(Workbench, ComparesAndThrowsAwayModels)

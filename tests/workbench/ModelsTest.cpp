@@ -192,6 +192,26 @@ TEST_F(Models, KeepTheirComparisonOverAStart)
     EXPECT_NE(before, QString());
 }
 
+TEST_F(Models, OfALongListShowTheCurrentOneAtTheStart)
+{
+    drop(csv("data.csv", 50));
+    defineXY();
+    const nuvo::KeptModel first = sitting().Models().front();
+    for (int i = 1; i < 40; ++i) {
+        nuvo::KeptModel model = first;
+        model.state.filter = u("x > %1").arg(i);
+        sitting().Keep(model);
+    }
+    sitting().BringBack(39);
+    window.reset();
+    begin();
+    QApplication::processEvents();
+    auto *const models = window->findChild<nuvo::ModelsTable *>();
+    ASSERT_EQ(sitting().Current(), 39);
+    EXPECT_LT(models->viewport()->height(), 20 * models->fontMetrics().height());
+    EXPECT_TRUE(models->viewport()->rect().contains(models->visualRect(models->model()->index(39, 0))));
+}
+
 TEST_F(Models, AndStatesComeBackThroughALongWayOfUndoAndRedo)
 {
     drop(csv("data.csv", 60));

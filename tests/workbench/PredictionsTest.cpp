@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Errors.h"
 #include "workbench/Csvpreview.h"
+#include "workbench/Language.h"
 #include "workbench/Predictpage.h"
 #include "workbench/Predicttable.h"
 #include "workbench/Workbenchtest.h"
@@ -60,14 +61,54 @@ TEST_F(Predicting, AFileOfNewRecordsSaysWhyOneHasNoValue)
     predictFrom(file("new.csv", "z;x;note\n3;1,5;a\n;2;b\n4;;c\n5;60;d\nNA;NA;e\n"));
     const QStringList out = lines();
     ASSERT_EQ(out.size(), 7) << message().toStdString();
-    EXPECT_EQ(out[0], u("record,x,z,y,standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh"));
+    EXPECT_EQ(out[0], u("record,z,x,note,y,standardError,confidenceLow,confidenceHigh,predictionLow,predictionHigh"));
     const nuvo::Prediction at = window->Fit().Regression()->PredictAt({{u("x"), 1.5}, {u("z"), 3}});
-    EXPECT_EQ(out[1].split(u',')[3].toDouble(), at.value);
-    EXPECT_EQ(out[1].split(u',')[8].toDouble(), at.prediction[1]);
-    EXPECT_EQ(out[2], u("2,2,,,,,,,"));
+    EXPECT_TRUE(out[1].startsWith(u("1,3,1.5,a,"))) << out[1].toStdString();
+    EXPECT_EQ(out[1].split(u',')[4].toDouble(), at.value);
+    EXPECT_EQ(out[1].split(u',')[9].toDouble(), at.prediction[1]);
+    EXPECT_EQ(out[2], u("2,,2,b,,,,,,"));
     EXPECT_TRUE(message().contains(u("Predictions for 5 records in "))) << message().toStdString();
     EXPECT_TRUE(message().endsWith(u("; 3 of them have no value: x is null in 2, z is null in 1.")))
         << message().toStdString();
+}
+
+TEST_F(Predicting, TheOtherColumnsAreBesideThePredictionsAsTheyAre)
+{
+    predictFrom(file("new.csv", "key,record,Y,x,z,\"who, \"\"when\"\"\",predictionlow,share\n"
+                                "9007199254740993,00123,1,1,2,\"Ann, \"\"9\"\" \",low,0.1\n"
+                                ",A7,,2,3,\"two\nlines\",,1e300\n"));
+    const QString out = lines().join(u'\n');
+    EXPECT_TRUE(out.startsWith(u("record_2,key,record,Y,x,z,\"who, \"\"when\"\"\",predictionlow,share,predicted y,"
+                                 "standardError,confidenceLow,confidenceHigh,predictionLow_2,predictionHigh\n"
+                                 "1,9007199254740993,00123,1,1,2,\"Ann, \"\"9\"\" \",low,0.1,")))
+        << out.toStdString() << message().toStdString();
+    EXPECT_TRUE(out.contains(u("\n2,,A7,,2,3,\"two\nlines\",,1e+300,"))) << out.toStdString();
+    // It is a file like any other.
+    const QString first = written;
+    written = folder.filePath(u("again.csv"));
+    predictFrom(first);
+    EXPECT_TRUE(message().startsWith(u("Predictions for 2 records in "))) << message().toStdString();
+    EXPECT_TRUE(lines().value(0).startsWith(u("record_3,record_2,key,record,Y,"))) << lines().value(0).toStdString();
+}
+
+TEST_F(Predicting, OneRecordIsToldAsOneInBothLanguages)
+{
+    const struct
+    {
+        const char *code;
+        const char *alone;
+        const char *oneOfTwo;
+    } said[] = {
+        {"en", "1 record in %1, without a value: x is null in 1.", "; 1 of them has no value: "},
+        {"de", "1 Datensatz in %1, ohne Wert: x ist in 1 leer.", "; 1 davon hat keinen Wert: "},
+    };
+    for (const auto &[code, alone, oneOfTwo] : said) {
+        const nuvo::Language language((u(code)));
+        predictFrom(file("new.csv", "x,z\n,2\n"));
+        EXPECT_EQ(message(), u(alone).arg(written));
+        predictFrom(file("new.csv", "x,z\n,2\n1,2\n"));
+        EXPECT_TRUE(message().contains(u(oneOfTwo))) << message().toStdString();
+    }
 }
 
 TEST_F(Predicting, AFileWithoutAFieldOfTheModelIsToldSo)

@@ -5,6 +5,7 @@
 #include "workbench/Ascode.h"
 #include "workbench/Ascommand.h"
 #include "workbench/Asform.h"
+#include "workbench/Csvimport.h"
 #include "workbench/Modelstate.h"
 
 #include <QFile>
@@ -135,9 +136,10 @@ protected:
         return coefficients;
     }
     /// What the copied line of a shell prints as JSON.
-    std::vector<double> ofCommand()
+    std::vector<double> ofCommand() { return ofLine(nuvo::fitCommand(state)); }
+    std::vector<double> ofLine(const QString &command)
     {
-        const QString line = nuvo::fitCommand(state) + u(" --format json");
+        const QString line = command + u(" --format json");
         const Ran ran = run(u("bash"), {u("-c"), line}, folder.path());
         EXPECT_EQ(ran.status, 0) << line.toStdString() << '\n' << ran.errors.toStdString();
         return numbers(QJsonDocument::fromJson(ran.output.toUtf8()).object().value(u("coefficients")));
@@ -226,6 +228,47 @@ TEST_F(Bridges, ACopiedCommandHasAStatement)
     make(60);
     makeQuery();
     EXPECT_EQ(ofCommand(), expected());
+}
+
+TEST_F(Bridges, ACopiedCommandNamesTheCsvFileWithWhatWasSaidOfIt)
+{
+    nuvo::CsvCorrections bars;
+    bars.separator = '|';
+    nuvo::CsvCorrections all;
+    all.encoding = nuvo::CsvEncoding::Latin1;
+    all.separator = '\t';
+    all.decimal = ',';
+    all.nulls = {"-x", "-999", "it's"};
+    const struct
+    {
+        const char *content;
+        nuvo::CsvCorrections said;
+        const char *filter;
+    } files[] = {{"y|x 1|note\n3|1|a\n4|2|b,c\n9|3|\n7|-4|d\n8|5|e\n", bars, "-\"x 1\" > -5"},
+                 {"y\tx 1\tnote\n1,5\t2\ta\n-x\t2\tb\n3\t-999\tc\n2,25\t4\t\n9\tit's\te\n1\t7\tf\n4\t1,5\t\xdf\n"
+                  "5,5\t3\th\n",
+                  all, "note <> 'f' OR note IS NULL"}};
+    int number = 0;
+    for (const auto &[content, said, filter] : files) {
+        const QString name = folder.filePath(u("it's new %1.csv").arg(++number));
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        state = {};
+        state.database = folder.filePath(u("data.db"));
+        state.table = u("new_%1").arg(number);
+        const nuvo::CsvOrigin origin = nuvo::originOf(state.table, name, said);
+        ASSERT_TRUE(nuvo::importInBackground(nullptr, {name, said, {}}, state.database, state.table));
+        define(0, "None", "y", "");
+        define(1, "None", "x 1", "");
+        state.filter = u(filter);
+        EXPECT_EQ(nuvo::csvHindrance(state, origin), QString());
+        const QString line = nuvo::fitCommand(state, nuvo::originFromJson(nuvo::toJson(origin)));
+        EXPECT_EQ(line, nuvo::fitCommand(state, origin)) << "another day";
+        EXPECT_FALSE(line.contains(u("--database"))) << line.toStdString();
+        EXPECT_EQ(ofLine(line), expected());
+    }
 }
 
 TEST_F(Bridges, ACopiedProgramCompilesAndMakesTheSameFit)

@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>Ascommand</name>
+    <message>
+        <source>the filter names the table</source>
+        <translation>der Filter die Tabelle nennt</translation>
+    </message>
+    <message>
+        <source>%1 is no longer there</source>
+        <translation>%1 nicht mehr da ist</translation>
+    </message>
+    <message>
+        <source>%1 has changed since it was read</source>
+        <translation>%1 sich seit dem Einlesen geändert hat</translation>
+    </message>
+</context>
+<context>
     <name>Asking</name>
     <message>
         <source>Password</source>
@@ -1202,6 +1217,13 @@
     <message>
         <source>Opening the table…</source>
         <translation>Die Tabelle wird geöffnet…</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 records in %2, and none of them has a value: %3.</source>
+        <translation>
+            <numerusform>%1 Datensatz in %2, ohne Wert: %3.</numerusform>
+            <numerusform>%1 Datensätze in %2, und keiner davon hat einen Wert: %3.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2971,6 +2993,14 @@
     <message>
         <source>Choose a table on the left.</source>
         <translation>Wählen Sie links eine Tabelle.</translation>
+    </message>
+    <message>
+        <source>%1 It names the database of this sitting, as %2: File &gt; Save Database first gives it one that stays.</source>
+        <translation>%1 Darin steht die Datenbank dieser Sitzung, weil %2: Datei &gt; Datenbank speichern gibt ihr zuvor eine, die bleibt.</translation>
+    </message>
+    <message>
+        <source>The sitting is saved again.</source>
+        <translation>Die Sitzung ist wieder gespeichert.</translation>
     </message>
 </context>
 <context>

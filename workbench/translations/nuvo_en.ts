@@ -17,6 +17,13 @@
             <numerusform>Predictions for %1 records in %2; %3 of them have no value: %4.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%1 records in %2, and none of them has a value: %3.</source>
+        <translation>
+            <numerusform>%1 record in %2, without a value: %3.</numerusform>
+            <numerusform>%1 records in %2, and none of them has a value: %3.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>TFiguresPage</name>
