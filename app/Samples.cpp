@@ -73,7 +73,7 @@ void makeDatabase(const QString &path)
 class NewFiles
 {
 public:
-    explicit NewFiles(QDir folder) : folder_(std::move(folder)) {}
+    explicit NewFiles(const QDir &folder) : folder_(folder) {}
     NewFiles(const NewFiles &) = delete;
     NewFiles &operator=(const NewFiles &) = delete;
     ~NewFiles()
