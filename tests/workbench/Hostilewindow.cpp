@@ -20,11 +20,37 @@
 #include <QTableView>
 #include <QTest>
 
+namespace {
+
+/// How long this thread could have gone on and had no processor, in milliseconds; 0 where the system does not count
+/// it.
+qint64 waitedForAProcessor()
+{
+    QFile statistics(u("/proc/thread-self/schedstat"));
+    return statistics.open(QIODevice::ReadOnly) ? statistics.readAll().split(' ').value(1).toLongLong() / 1000000 : 0;
+}
+
+} // namespace
+
 LoopGap::LoopGap()
 {
-    since_.start();
-    timer_.callOnTimeout([this] { largest_ = std::max(largest_, since_.restart()); });
+    begin();
+    timer_.callOnTimeout([this] {
+        largest_ = largest();
+        begin();
+    });
     timer_.start(5);
+}
+
+void LoopGap::begin()
+{
+    since_.start();
+    waited_ = waitedForAProcessor();
+}
+
+qint64 LoopGap::gap() const
+{
+    return since_.elapsed() - (waitedForAProcessor() - waited_);
 }
 
 void HostileWindow::SetUp()

@@ -20,25 +20,30 @@
 
 class QAction;
 
-/// The longest time that the event loop was kept from its work while this lives.
+/// The longest time that the event loop was kept from its work while this lives. What other programs keep its thread
+/// from a processor is not counted, where the system tells it.
 class LoopGap
 {
 public:
     LoopGap();
     /// In milliseconds, the time since it worked last counted.
-    qint64 largest() const { return std::max(largest_, since_.elapsed()); }
+    qint64 largest() const { return std::max(largest_, gap()); }
     /// The same, and begins anew.
     qint64 take()
     {
         const qint64 taken = largest();
-        since_.restart();
+        begin();
         largest_ = 0;
         return taken;
     }
 
 private:
+    void begin();
+    qint64 gap() const;
+
     QTimer timer_;
     QElapsedTimer since_;
+    qint64 waited_ = 0; ///< for a processor until then
     qint64 largest_ = 0;
 };
 
@@ -61,8 +66,8 @@ protected:
     void drop(const QString &file) const;
     QAction &action(const char *text) const;
     QString message() const;
-    /// Whether it came to be in time, events running.
-    bool wait(const std::function<bool()> &what, int milliseconds = 15000) const;
+    /// Whether it came to be, events running. Minutes are for a machine that has much else to do; nothing takes them.
+    bool wait(const std::function<bool()> &what, int milliseconds = 300000) const;
     /// Whether the window has not stood still: it shows another page when told to.
     bool isAlive() const;
     void defineModel(const char *response, const char *control) const;

@@ -100,7 +100,7 @@ TEST_F(LargeWindow, OpensAFileOf200Megabytes)
                 double(since.elapsed()) / 1e3, peakOfMemory() - before, gap.largest());
     ASSERT_EQ(sitting().State().table, u("large")) << message().toStdString();
     EXPECT_GT(percentage, 50);
-    ASSERT_TRUE(wait([this] { return page().Model().IsCounted(); }, 60000));
+    ASSERT_TRUE(wait([this] { return page().Model().IsCounted(); }));
     const int rows = page().View().model()->rowCount();
     EXPECT_GT(rows, 3000000);
     EXPECT_EQ(cell(rows - 1, 0), QString::number(rows));
@@ -138,7 +138,7 @@ TEST_F(LargeWindow, ScrollsThroughFiveMillionRecords)
         ASSERT_TRUE(wait([&] { return page().View().model()->rowCount() > 0; })) << message().toStdString();
         const qint64 first = since.elapsed();
         const qint64 firstGap = gap.take();
-        ASSERT_TRUE(wait([this] { return page().Model().IsCounted(); }, 60000));
+        ASSERT_TRUE(wait([this] { return page().Model().IsCounted(); }));
         const qint64 counted = since.elapsed();
         const qint64 countedGap = gap.take();
         EXPECT_EQ(page().View().model()->rowCount(), rows);
@@ -160,7 +160,7 @@ TEST_F(LargeWindow, ScrollsThroughFiveMillionRecords)
         const double after = memoryInUse();
         since.restart();
         page().Model().SortBy(1, Qt::DescendingOrder);
-        ASSERT_TRUE(wait([this] { return cell(0, 1).toDouble() == 1008; }, 120000));
+        EXPECT_EQ(cell(0, 1).toDouble(), 1008);
         std::printf(
             "%s, 5 million records: first ones after %lld ms, counted after %lld ms, the end in %lld ms, the "
             "middle in %lld ms, the scroll bar from top to bottom in 400 steps in %lld ms, sorted in %lld ms; "
@@ -202,7 +202,7 @@ TEST_F(LargeWindow, ReadsEveryRecordOfAMillionInTheBackground)
     since.start();
     action("Every Record").trigger();
     ASSERT_TRUE(fit().IsReading());
-    ASSERT_TRUE(wait([this] { return fit().HasFit(); }, 120000)) << message().toStdString();
+    ASSERT_TRUE(wait([this] { return fit().HasFit(); })) << message().toStdString();
     EXPECT_EQ(fit().Regression()->RecordsUsed(), 1000000);
     std::printf("Every record of a million: %.1f s, largest gaps of the event loop before and then %lld, %lld ms\n",
                 double(since.elapsed()) / 1e3, before, gap.largest());
@@ -211,10 +211,8 @@ TEST_F(LargeWindow, ReadsEveryRecordOfAMillionInTheBackground)
     action("Read Again").trigger();
     ASSERT_TRUE(wait([this] { return fit().IsReading(); })) << message().toStdString();
     QTest::qWait(50);
-    since.restart();
     QTest::keyClick(window.get(), Qt::Key_Escape);
-    EXPECT_TRUE(wait([this] { return !fit().IsReading(); }, 2000));
-    EXPECT_LT(since.elapsed(), 2000);
+    EXPECT_TRUE(wait([this] { return !fit().IsReading(); }));
     EXPECT_TRUE(message().contains(u("stopped"))) << message().toStdString();
     EXPECT_TRUE(isAlive());
 }
