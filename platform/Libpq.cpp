@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Libpq.h"
 
-#include "platform/Quietthread.h"
-
 #include <QLibrary>
 #include <QSqlDatabase>
 #include <QSqlDriver>
@@ -11,9 +9,7 @@
 #include <QVariant>
 
 #include <array>
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -66,73 +62,22 @@ int columnType(const QSqlQuery &query, int column)
     return type != nullptr && result != nullptr ? int(type(result, column)) : 0;
 }
 
-struct Canceller::Order
+CancelRequest cancelRequest(const QSqlDatabase &database)
 {
-    Order(void *request, int itsSocket) : cancel(request), socket(itsSocket) {}
-    Order(const Order &) = delete;
-    Order &operator=(const Order &) = delete;
-    ~Order() { symbol<void (*)(void *)>("PQfreeCancel")(cancel); }
-
-    void *const cancel;
-    const int socket;
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool asking = false;
-    bool watched = false;
-    bool forgotten = false;
-};
-
-void Canceller::use(const QSqlDatabase &database)
-{
-    forget();
     const auto get = symbol<void *(*)(void *)>("PQgetCancel");
-    const auto socketOf = symbol<int (*)(const void *)>("PQsocket");
-    void *connection = connectionOf(database);
-    void *const cancel = get != nullptr && connection != nullptr ? get(connection) : nullptr;
-    if (cancel != nullptr)
-        order_ = std::make_shared<Order>(cancel, socketOf != nullptr ? socketOf(connection) : -1);
-}
-
-void Canceller::forget()
-{
-    if (!order_)
-        return;
-    {
-        const std::lock_guard lock(order_->mutex);
-        order_->forgotten = true;
-    }
-    order_->changed.notify_all();
-    order_.reset();
-}
-
-void Canceller::cancel() const
-{
-    constexpr std::chrono::milliseconds moment(200);
-    static constexpr std::chrono::seconds patience(3);
     const auto ask = symbol<int (*)(void *, char *, int)>("PQcancel");
-    const std::shared_ptr<Order> order = order_;
-    if (!order || ask == nullptr)
-        return;
-    std::unique_lock lock(order->mutex);
-    if (std::exchange(order->asking, true))
-        return;
-    // The library waits for a server that is silent as long as that is.
-    quietThread([order, ask] {
-        std::array<char, 256> words;
-        ask(order->cancel, words.data(), int(words.size()));
-        {
-            const std::lock_guard asked(order->mutex);
-            order->asking = false;
-        }
-        order->changed.notify_all();
-    }).detach();
-    if (!std::exchange(order->watched, true))
-        quietThread([order] {
-            std::unique_lock watch(order->mutex);
-            if (!order->changed.wait_for(watch, patience, [&] { return order->forgotten; }) && order->socket >= 0)
-                ::shutdown(order->socket, SHUT_RDWR);
-        }).detach();
-    order->changed.wait_for(lock, moment, [&] { return !order->asking; });
+    const auto socketOf = symbol<int (*)(const void *)>("PQsocket");
+    void *const connection = connectionOf(database);
+    if (get == nullptr || ask == nullptr || connection == nullptr)
+        return {};
+    const std::shared_ptr<void> cancel(get(connection), symbol<void (*)(void *)>("PQfreeCancel"));
+    if (!cancel)
+        return {};
+    return {[cancel, ask] {
+                std::array<char, 256> words;
+                ask(cancel.get(), words.data(), int(words.size()));
+            },
+            true, socketOf != nullptr ? socketOf(connection) : -1};
 }
 
 bool wantsPassword(const QSqlDatabase &database, int connectTimeout)

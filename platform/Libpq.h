@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Canceller.h"
+
 #include <QString>
 
-#include <memory>
-
-class QSqlDatabase;
 class QSqlQuery;
 
 namespace nuvo {
@@ -25,24 +24,9 @@ QString errorMessage(const QSqlDatabase &database);
 /// Qt's own knowledge of it went with Qt 6.8.
 int columnType(const QSqlQuery &query, int column);
 
-/// Asks the server, over a connection of its own, to end the statement that a connection waits for. One that does not
-/// answer even that within some seconds is given up: whoever waits sees a lost connection.
-class Canceller
-{
-public:
-    void use(const QSqlDatabase &database);
-    /// Called before the connection closes.
-    void forget();
-    /// False also where the driver is not PostgreSQL's own.
-    bool isUsed() const { return order_ != nullptr; }
-    /// Usable on any thread, not beside the two above. Does nothing where no database is in use. Waits until the
-    /// server has heard it, and for a moment at most.
-    void cancel() const;
-
-private:
-    struct Order;
-    std::shared_ptr<Order> order_;
-};
+/// How the server is asked, over a connection of its own, to end the statement that a connection waits for; empty
+/// where the driver is not PostgreSQL's own.
+CancelRequest cancelRequest(const QSqlDatabase &database);
 
 /// Whether a server refuses these parts of an address for want of a password, or of another one. Connects anew.
 bool wantsPassword(const QSqlDatabase &database, int connectTimeout);

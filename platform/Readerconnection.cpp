@@ -9,8 +9,7 @@ void ReaderConnection::open(const QString &databaseName)
 {
     openBeside(databaseName);
     const std::lock_guard lock(mutex_);
-    if (dialect() == Dialect::Postgres)
-        canceller_.use(database());
+    canceller_.use(database());
     library_ = dialect() == Dialect::Sqlite ? Libsqlite::of(database()) : nullptr;
     sqlite_ = library_ != nullptr ? Libsqlite::handleOf(database()) : nullptr;
 }
@@ -28,8 +27,6 @@ void ReaderConnection::cancel()
 {
     const std::lock_guard lock(mutex_);
     cancelled_ = true;
-    if (sqlite_ != nullptr)
-        library_->interrupt(sqlite_);
     canceller_.cancel();
 }
 

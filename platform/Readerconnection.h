@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Canceller.h"
 #include "platform/Connection.h"
-#include "platform/Libpq.h"
 #include "platform/Libsqlite.h"
 
 #include <atomic>
@@ -10,8 +10,7 @@
 
 namespace nuvo {
 
-/// A connection of its own for a reader in a thread, whose statements another thread can end: SQLite is interrupted,
-/// a PostgreSQL server is asked; elsewhere a statement goes on to its end.
+/// A connection of its own for a reader in a thread, whose statements another thread can end, as Canceller does.
 class ReaderConnection : public Connection
 {
 public:
@@ -37,7 +36,7 @@ public:
 private:
     std::mutex mutex_; ///< while what follows is used by cancel() or changes
     std::atomic<bool> cancelled_{false};
-    libpq::Canceller canceller_;
+    Canceller canceller_;
     const Libsqlite *library_ = nullptr;
     sqlite3 *sqlite_ = nullptr;
 };

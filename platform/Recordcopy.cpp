@@ -93,7 +93,8 @@ public:
     QString caption;
 
     void disconnect();
-    std::unique_ptr<RowSource> begin();
+    std::unique_ptr<RowSource> begin(qint64 &limit);
+    std::unique_ptr<RowSource> first(const TableOrder &order, qint64 rows) const;
     void copy(qint64 most);
     void execute(const QString &sql) const;
     void makeTable();
@@ -107,13 +108,31 @@ void RecordCopy::Private::disconnect()
     from.close();
 }
 
-std::unique_ptr<RowSource> RecordCopy::Private::begin()
+/// The first rows of a table, or all of them where the number is below 0.
+std::unique_ptr<RowSource> RecordCopy::Private::first(const TableOrder &order, qint64 rows) const
+{
+    Select select = order.select(from, {0, rows, 0, {}});
+    if (rows >= 0 && !select.limited)
+        select.sql += QStringLiteral(" LIMIT %1").arg(rows);
+    return RowSource::open(from, select, caption);
+}
+
+/// \param limit how many rows are wanted; below 0, all, as it becomes where the first one keeps us waiting.
+std::unique_ptr<RowSource> RecordCopy::Private::begin(qint64 &limit)
 {
     if (!source.table.isEmpty()) {
         caption = QStringLiteral("table \"%1\"").arg(source.table);
         const TableOrder order = TableOrder::of(from, source, caption);
         columns = order.columns;
-        return RowSource::open(from, order.select(from, {}), caption);
+        if (from.dialect() != Dialect::Mysql)
+            return RowSource::open(from, order.select(from, {}), caption);
+        // Its driver brings all of a result before the first row, so how long that takes is tried with it alone.
+        QElapsedTimer since;
+        since.start();
+        first(order, 1)->next();
+        if (since.elapsed() > kPatience)
+            limit = -1;
+        return first(order, limit < 0 ? -1 : limit + 1); // one more tells whether there are more
     }
     caption = queryCaption(source.sql);
     const ReadingStatement statement = readingStatement(source.sql, from.dialect());
@@ -169,13 +188,13 @@ void RecordCopy::Private::copy(qint64 most)
 {
     QElapsedTimer since;
     since.start();
-    const std::unique_ptr<RowSource> rows = begin();
-    std::vector<QVariantList> first;
     qint64 limit = source.table.isEmpty() ? -1 : most;
+    const std::unique_ptr<RowSource> rows = begin(limit);
+    std::vector<QVariantList> first;
     bool more = true;
     for (qint64 row = 0; !from.isCancelled(); ++row) {
         more = rows->next();
-        if (row == 0 && since.elapsed() > kPatience)
+        if (row == 0 && since.elapsed() > kPatience && from.dialect() != Dialect::Mysql)
             limit = -1;
         if (!more || row == limit)
             break;

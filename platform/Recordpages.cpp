@@ -28,7 +28,8 @@ public:
     std::vector<Field> fields;
     std::map<qint64, QVariantList> anchors; // keys of rows that were read
     qint64 counted = -1;
-    int sorted = -1; // field
+    int sorted = -1;                                // field
+    std::vector<std::pair<QString, bool>> sortedBy; // expressions, and whether downwards
     qsizetype longest = LongestText;
 
     void checkCancelled() const { connection.checkCancelled(caption); }
@@ -37,6 +38,8 @@ public:
     std::vector<QStringList> read(const Select &select, qint64 first, int most, bool backwards);
     std::vector<QStringList> ownOrder(qint64 first, int most);
     std::vector<QStringList> sortedRows(qint64 first, int most);
+    std::vector<QStringList> sortedAnew(qint64 first, int most);
+    QString sorting(bool backwards = false) const;
     void sortSqlite(const QString &by);
     void sortPostgres(const QString &by);
     void endSort();
@@ -148,6 +151,8 @@ std::vector<QStringList> RecordPages::Private::sortedRows(qint64 first, int most
         }
         return rows;
     }
+    if (connection.dialect() != Dialect::Sqlite)
+        return sortedAnew(first, most);
     select.sql =
         order.rowNumber.isEmpty()
             ? QStringLiteral("SELECT * FROM temp.\"nuvo sorted\" WHERE rowid > %1 ORDER BY rowid LIMIT %2")
@@ -159,6 +164,30 @@ std::vector<QStringList> RecordPages::Private::sortedRows(qint64 first, int most
                   .arg(first)
                   .arg(most);
     return read(select, first, most, false);
+}
+
+/// Of a database that keeps no sorted rows for us, from the nearer end.
+std::vector<QStringList> RecordPages::Private::sortedAnew(qint64 first, int most)
+{
+    const bool limited = connection.dialect() == Dialect::Mysql; // others have other words for it
+    const qint64 end = counted < 0 ? first + most : std::min(first + most, counted);
+    const bool backwards = limited && counted >= 0 && counted - end < first;
+    Select select;
+    select.sql = QStringLiteral("SELECT %1 FROM %2%3 ORDER BY %4")
+                     .arg(order.expressions.join(u','), order.source, where(), sorting(backwards));
+    if (limited)
+        select.sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(end - first).arg(backwards ? counted - end : first);
+    else
+        select.skip = first;
+    return end > first ? read(select, first, int(end - first), backwards) : std::vector<QStringList>();
+}
+
+QString RecordPages::Private::sorting(bool backwards) const
+{
+    QStringList by;
+    for (const auto &[expression, descending] : sortedBy)
+        by.append(expression + (descending != backwards ? QLatin1String(" DESC") : QLatin1String("")));
+    return by.join(u',');
 }
 
 /// The numbers of the rows in their new order, in a table beside the database.
@@ -183,8 +212,10 @@ void RecordPages::Private::endSort()
     if (sorted < 0)
         return;
     sorted = -1;
-    execute(connection.dialect() == Dialect::Postgres ? QStringLiteral("ROLLBACK")
-                                                      : QStringLiteral("DROP TABLE IF EXISTS temp.\"nuvo sorted\""));
+    if (connection.dialect() == Dialect::Postgres)
+        execute(QStringLiteral("ROLLBACK"));
+    else if (connection.dialect() == Dialect::Sqlite)
+        execute(QStringLiteral("DROP TABLE IF EXISTS temp.\"nuvo sorted\""));
 }
 
 RecordPages::RecordPages(ScanSource table) : d_(std::make_unique<Private>())
@@ -221,26 +252,26 @@ qint64 RecordPages::count()
     return d_->counted;
 }
 
-bool RecordPages::canSort() const
-{
-    return d_->connection.dialect() == Dialect::Sqlite || d_->connection.dialect() == Dialect::Postgres;
-}
-
 void RecordPages::sort(int field, bool descending)
 {
     d_->checkCancelled();
     d_->endSort();
-    if (field < 0 || !canSort())
+    if (field < 0)
         return;
-    QString by = d_->order.expressions[field] + (descending ? QLatin1String(" DESC") : QLatin1String(""));
+    d_->sortedBy = {{d_->order.expressions[field], descending}};
     for (const KeyPart &part : d_->order.order)
-        by += u',' + part.expression;
+        d_->sortedBy.emplace_back(part.expression, false);
+    // What is sorted anew for each page has to come out the same each time.
+    if (d_->connection.dialect() == Dialect::Mysql && !d_->order.orderIsUnique) {
+        for (const QString &expression : d_->order.expressions)
+            d_->sortedBy.emplace_back(expression, false);
+    }
     d_->sorted = field;
     try {
         if (d_->connection.dialect() == Dialect::Postgres)
-            d_->sortPostgres(by);
-        else
-            d_->sortSqlite(by);
+            d_->sortPostgres(d_->sorting());
+        else if (d_->connection.dialect() == Dialect::Sqlite)
+            d_->sortSqlite(d_->sorting());
     } catch (...) {
         d_->endSort(); // a cursor that could not be declared leaves a transaction
         throw;

@@ -37,10 +37,8 @@ public:
     const std::vector<Field> &fields() const;
     /// Counted by the database.
     qint64 count();
-    /// Whether sort() can be used: SQLite and PostgreSQL.
-    bool canSort() const;
     /// From now on by a field, nulls where the database puts them; below 0, in the table's own order. The database
-    /// sorts.
+    /// sorts: SQLite and PostgreSQL once, others for each call of rows().
     void sort(int field, bool descending);
     static constexpr qsizetype LongestText = 1000;
 

@@ -61,10 +61,12 @@ void ServerSession::open(const QString &databaseName)
         canceller_.use(connection_.database());
     }
     QString number;
-    if (connection_.dialect() == Dialect::Mysql)
-        number = QStringLiteral("SELECT CONNECTION_ID()");
-    else if (connection_.dialect() == Dialect::Postgres && !canceller_.isUsed()) // over ODBC
-        number = QStringLiteral("SELECT pg_backend_pid()");
+    if (!canceller_.isUsed()) { // over ODBC
+        if (connection_.dialect() == Dialect::Mysql)
+            number = QStringLiteral("SELECT CONNECTION_ID()");
+        else if (connection_.dialect() == Dialect::Postgres)
+            number = QStringLiteral("SELECT pg_backend_pid()");
+    }
     if (!number.isEmpty()) {
         const auto found = rows(number, {}, connection_.caption());
         const std::lock_guard lock(mutex_);

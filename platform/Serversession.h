@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Canceller.h"
 #include "platform/Connection.h"
 #include "platform/Export.h"
-#include "platform/Libpq.h"
 
 #include <QString>
 #include <QVariantList>
@@ -58,8 +58,8 @@ private:
     std::condition_variable changed_;
     bool running_ = false; ///< a statement
     bool closed_ = true;
-    libpq::Canceller canceller_;
-    qint64 session_ = 0; ///< its number to the server, where another session has to ask; 0 for none
+    Canceller canceller_;
+    qint64 session_ = 0; ///< its number to the server, where the driver cannot ask it; 0 for none
     std::thread asking_;
 };
 

@@ -39,6 +39,11 @@ void MariadbServer::kill()
     mariadbScript.run("kill", state());
 }
 
+void MariadbServer::startAgain()
+{
+    mariadbScript.run("restart", state());
+}
+
 QString MariadbServer::state() const
 {
     return directory_.filePath(QStringLiteral("state"));

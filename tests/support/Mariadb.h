@@ -24,6 +24,7 @@ public:
     QString url() const { return url_; }
     /// Stops it at once, connections and all.
     void kill();
+    void startAgain();
 
 private:
     QString state() const;
