@@ -9,8 +9,8 @@ account=mysql
 missing="No MariaDB server is installed (Debian package mariadb-server-core): its tests are skipped."
 
 mariadbd=$(PATH=$PATH:/usr/sbin:/usr/local/sbin:/usr/libexec command -v mariadbd || true)
-# The statements that make its own tables lie below its prefix, under one of two names.
-tables=$(find "${mariadbd%/*/*}"/share/{mysql,mariadb}/mysql_system_tables.sql 2>/dev/null | head -n 1 || true)
+# The statements that make its own tables lie below its prefix, under one of two names in one of two folders.
+tables=$(find "${mariadbd%/*/*}"/share/{mysql,mariadb}/{mysql,mariadb}_system_tables.sql 2>/dev/null | head -n 1 || true)
 
 is_installed() { [[ -n $mariadbd && -n $tables ]]; }
 url_on() { echo "mysql://nuvo@127.0.0.1:$1/"; }
@@ -29,7 +29,7 @@ SQL
     "${as[@]}" mkdir "$1/data"
     {
         printf '%s\n' 'CREATE DATABASE mysql;' 'USE mysql;'
-        cat "$tables" "${tables%/*}/mysql_performance_tables.sql"
+        cat "$tables" "${tables%system_tables.sql}performance_tables.sql"
     } | (cd / && "${as[@]}" env LC_ALL=C "$mariadbd" --no-defaults --bootstrap "--datadir=$1/data")
 }
 
