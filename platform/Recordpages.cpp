@@ -3,11 +3,14 @@
 
 #include "platform/Errors.h"
 #include "platform/Readerconnection.h"
+#include "platform/Records.h"
+#include "platform/Resultcolumns.h"
 #include "platform/Tableorder.h"
 
 #include <QSqlError>
 
 #include <algorithm>
+#include <exception>
 #include <map>
 
 namespace nuvo {
@@ -15,6 +18,7 @@ namespace nuvo {
 namespace {
 
 constexpr size_t mostAnchors = 1000;
+constexpr int firstRows = 64; // that tell a dataset the kinds of columns without a type
 
 } // namespace
 
@@ -26,6 +30,7 @@ public:
     ReaderConnection connection;
     TableOrder order;
     std::vector<Field> fields;
+    std::optional<RowLayout> layout;        // of values()
     std::map<qint64, QVariantList> anchors; // keys of rows that were read
     qint64 counted = -1;
     int sorted = -1;                                // field
@@ -35,8 +40,17 @@ public:
     void checkCancelled() const { connection.checkCancelled(caption); }
     void execute(const QString &sql);
     QStringList texts(const RowSource &row) const;
-    std::vector<QStringList> read(const Select &select, qint64 first, int most, bool backwards);
-    std::vector<QStringList> ownOrder(qint64 first, int most);
+    QVariantList stored(const RowSource &row) const;
+    QVariantList values(const RowSource &row) const;
+    template <class Row>
+    using RowOf = Row (Private::*)(const RowSource &row) const;
+    template <class Row>
+    std::vector<Row> read(const Select &select, qint64 first, int most, bool backwards, RowOf<Row> rowOf);
+    template <class Row>
+    std::vector<Row> ownOrder(qint64 first, int most, RowOf<Row> rowOf);
+    std::unique_ptr<RowSource> figures(const QString &sql) const;
+    template <class Figure>
+    std::optional<Figure> ask(const QString &sql, Figure (*figureOf)(const RowSource &row));
     std::vector<QStringList> sortedRows(qint64 first, int most);
     std::vector<QStringList> sortedAnew(qint64 first, int most);
     QString sorting(bool backwards = false) const;
@@ -76,14 +90,34 @@ QStringList RecordPages::Private::texts(const RowSource &row) const
     return cells;
 }
 
-std::vector<QStringList> RecordPages::Private::read(const Select &select, qint64 first, int most, bool backwards)
+QVariantList RecordPages::Private::stored(const RowSource &row) const
 {
-    std::vector<QStringList> rows;
+    QVariantList result;
+    for (size_t column = 0; column < fields.size(); ++column)
+        result.append(row.value(int(column)));
+    return result;
+}
+
+QVariantList RecordPages::Private::values(const RowSource &row) const
+{
+    Block block(*layout, 0);
+    block.append([&row](int column) { return row.value(column); });
+    QVariantList result;
+    for (size_t column = 0; column < fields.size(); ++column)
+        result.append(block.value(0, int(column)));
+    return result;
+}
+
+template <class Row>
+std::vector<Row> RecordPages::Private::read(const Select &select, qint64 first, int most, bool backwards,
+                                            RowOf<Row> rowOf)
+{
+    std::vector<Row> rows;
     const std::unique_ptr<RowSource> statement = RowSource::open(connection, select, caption);
     QVariantList firstKey;
     QVariantList lastKey;
     while (int(rows.size()) < most && statement->next()) {
-        rows.push_back(texts(*statement));
+        rows.push_back((this->*rowOf)(*statement));
         if (select.keyColumns.empty())
             continue;
         lastKey.clear();
@@ -106,7 +140,8 @@ std::vector<QStringList> RecordPages::Private::read(const Select &select, qint64
 }
 
 /// From the nearest place whose key is known, the beginning and the end among them.
-std::vector<QStringList> RecordPages::Private::ownOrder(qint64 first, int most)
+template <class Row>
+std::vector<Row> RecordPages::Private::ownOrder(qint64 first, int most, RowOf<Row> rowOf)
 {
     ReadPosition position{first, most, 0, {}};
     const auto above = anchors.lower_bound(first); // the first one not before
@@ -125,10 +160,10 @@ std::vector<QStringList> RecordPages::Private::ownOrder(qint64 first, int most)
             before = known->second;
         }
         if (behind < first - position.afterRow)
-            return read(order.selectBackwards(connection, before, end - first, behind), first, int(end - first),
-                        true);
+            return read(order.selectBackwards(connection, before, end - first, behind), first, int(end - first), true,
+                        rowOf);
     }
-    return read(order.select(connection, position), first, most, false);
+    return read(order.select(connection, position), first, most, false, rowOf);
 }
 
 std::vector<QStringList> RecordPages::Private::sortedRows(qint64 first, int most)
@@ -163,7 +198,7 @@ std::vector<QStringList> RecordPages::Private::sortedRows(qint64 first, int most
                   .arg(order.expressions.join(u','), order.source, order.rowNumber)
                   .arg(first)
                   .arg(most);
-    return read(select, first, most, false);
+    return read(select, first, most, false, &Private::texts);
 }
 
 /// Of a database that keeps no sorted rows for us, from the nearer end.
@@ -179,7 +214,8 @@ std::vector<QStringList> RecordPages::Private::sortedAnew(qint64 first, int most
         select.sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(end - first).arg(backwards ? counted - end : first);
     else
         select.skip = first;
-    return end > first ? read(select, first, int(end - first), backwards) : std::vector<QStringList>();
+    return end > first ? read(select, first, int(end - first), backwards, &Private::texts)
+                       : std::vector<QStringList>();
 }
 
 QString RecordPages::Private::sorting(bool backwards) const
@@ -282,7 +318,82 @@ std::vector<QStringList> RecordPages::rows(qint64 first, int most, qsizetype lon
 {
     d_->checkCancelled();
     d_->longest = longest;
-    return d_->sorted < 0 ? d_->ownOrder(first, most) : d_->sortedRows(first, most);
+    return d_->sorted < 0 ? d_->ownOrder(first, most, &Private::texts) : d_->sortedRows(first, most);
+}
+
+std::vector<QVariantList> RecordPages::values(qint64 first, int most)
+{
+    d_->checkCancelled();
+    if (!d_->layout) {
+        std::vector<Column> columns = d_->order.columns;
+        if (std::any_of(columns.begin(), columns.end(),
+                        [](const Column &column) { return column.kind == FieldKind::Unknown; }))
+            takeKindsOfValues(columns, d_->ownOrder(0, firstRows, &Private::stored));
+        std::vector<FieldKind> kinds;
+        for (const Column &column : columns)
+            kinds.push_back(column.kind);
+        d_->layout.emplace(kinds);
+    }
+    return d_->ownOrder(first, most, &Private::values);
+}
+
+std::unique_ptr<RowSource> RecordPages::Private::figures(const QString &sql) const
+{
+    Select select;
+    select.sql = sql;
+    std::unique_ptr<RowSource> row = RowSource::open(connection, select, caption);
+    row->next();
+    return row;
+}
+
+/// Nothing where the database does not take the statement. \throws EDatabaseError where it takes no other one either
+template <class Figure>
+std::optional<Figure> RecordPages::Private::ask(const QString &sql, Figure (*figureOf)(const RowSource &row))
+{
+    checkCancelled();
+    try {
+        return figureOf(*figures(sql));
+    } catch (const EDatabaseError &) {
+        const std::exception_ptr why = std::current_exception();
+        checkCancelled();
+        try {
+            figures(QStringLiteral("SELECT 1 FROM %1 WHERE 1 = 0").arg(order.source));
+        } catch (const EDatabaseError &) {
+            checkCancelled();
+            std::rethrow_exception(why);
+        }
+        return {};
+    }
+}
+
+std::optional<qint64> RecordPages::count(const QString &condition, qint64 most)
+{
+    const Dialect dialect = d_->connection.dialect();
+    QString sql =
+        QStringLiteral("SELECT 1 FROM %1 WHERE %2").arg(d_->order.source, filterCondition(condition, dialect));
+    if (dialect == Dialect::Other)
+        sql.replace(0, 8, QStringLiteral("SELECT COUNT(*)"));
+    else
+        sql = QStringLiteral("SELECT COUNT(*) FROM (%1 LIMIT %2) AS found").arg(sql).arg(most);
+    const auto figure = [](const RowSource &row) { return row.value(0).toLongLong(); };
+    const std::optional<qint64> found = d_->ask<qint64>(sql, figure);
+    return found ? std::optional(std::min(*found, most)) : std::nullopt;
+}
+
+std::optional<bool> RecordPages::areTold(const QString &condition, const QString &field, qint64 records)
+{
+    const QString sql =
+        QStringLiteral("SELECT COUNT(*), MAX(n) FROM (SELECT COUNT(*) AS n FROM %1 WHERE %2 GROUP BY %3) AS found")
+            .arg(d_->order.source, filterCondition(condition, d_->connection.dialect()), field);
+    struct Groups
+    {
+        qint64 count;
+        qint64 largest;
+    };
+    const auto groups = d_->ask<Groups>(sql, [](const RowSource &row) {
+        return Groups{row.value(0).toLongLong(), row.value(1).toLongLong()};
+    });
+    return groups ? std::optional(groups->count == records && groups->largest == 1) : std::nullopt;
 }
 
 void RecordPages::cancel()

@@ -5,8 +5,10 @@
 #include "platform/Scan.h"
 
 #include <QStringList>
+#include <QVariantList>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace nuvo {
@@ -45,6 +47,14 @@ public:
     /// What a view shows of the records from `first` on, from 0, at most so many. A cell is empty for a null, and cut
     /// off behind so many characters.
     std::vector<QStringList> rows(qint64 first, int most, qsizetype longest = LongestText);
+    /// The same records as TField::Value() gives them, an invalid value for a null. \pre not sorted
+    std::vector<QVariantList> values(qint64 first, int most);
+    /// How many records of the table fulfil a condition, whatever the source's filter; `most` and more count as
+    /// `most`. Nothing where the database does not take the condition.
+    std::optional<qint64> count(const QString &condition, qint64 most);
+    /// Whether each of so many records of the table that fulfil a condition has a value of its own in a field: as
+    /// count(). \param field as it stands in a statement
+    std::optional<bool> areTold(const QString &condition, const QString &field, qint64 records);
 
     /// Ends what is under way from another thread, and refuses what comes later.
     void cancel();

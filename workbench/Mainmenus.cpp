@@ -291,7 +291,16 @@ void MainWindow::LeaveSelectedOut()
         const std::set<qint64> selected = pages_->Records().Selected();
         if (selected.empty())
             throw EPlatformError(tr("Select what to leave out first: records, observations, or points of a figure."));
-        sitting_->Change(leavingOut(sitting_->State(), selected), tr("Leave records out"));
+        const ModelState before = sitting_->State();
+        const std::optional<ModelState> without = leavingOut(*this, before, selected);
+        ModelState state = sitting_->State();
+        if (!without)
+            Tell(tr("The reading was stopped."));
+        if (!without || state.database != before.database || state.table != before.table ||
+            state.filter != before.filter) // meanwhile
+            return;
+        state.filter = without->filter;
+        sitting_->Change(state, tr("Leave records out"));
     });
 }
 

@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QMimeData>
+#include <QProgressDialog>
 #include <QSettings>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -140,6 +141,17 @@ bool HostileWindow::isAlive() const
     const bool alive = window->ShownPages().currentIndex() == 0 && window->isVisible();
     window->ShownPages().setCurrentIndex(page);
     return alive;
+}
+
+void HostileWindow::pressEscape(QTimer &timer) const
+{
+    timer.callOnTimeout([this, &timer] {
+        if (auto *const progress = window->findChild<QProgressDialog *>(); progress && progress->isVisible()) {
+            timer.stop();
+            QTest::keyClick(progress, Qt::Key_Escape);
+        }
+    });
+    timer.start(10);
 }
 
 void HostileWindow::defineModel(const char *response, const char *control) const

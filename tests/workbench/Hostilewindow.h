@@ -73,6 +73,8 @@ protected:
     void defineModel(const char *response, const char *control) const;
     nuvo::Sitting &sitting() const { return window->CurrentSitting(); }
     nuvo::LiveFit &fit() const { return window->Fit(); }
+    /// Presses Escape in the window of a progress as soon as that is there.
+    void pressEscape(QTimer &timer) const;
     /// Text of a cell of the grid, once it is read.
     QString cell(int row, int column) const;
 };

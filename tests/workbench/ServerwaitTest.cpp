@@ -15,7 +15,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QProgressDialog>
 #include <QTableView>
 
 TEST_F(ServerWindow, ThatGoesAwayIsToldAndComesBack)
@@ -177,6 +176,91 @@ TEST_F(ServerWindow, OpensNoTableOnTheWindowsThreadForEveryRecord)
     EXPECT_TRUE(isAlive());
 }
 
+TEST_F(ServerWindow, LeavesOutRecordsOfTablesWithAndWithoutAKey)
+{
+    const auto db = TestDatabase::make(TestDatabase::Postgres);
+    db->makeNumbers(u("keyed"), 300, 2);
+    db->exec(u("CREATE TABLE keyless AS SELECT CASE i WHEN 1 THEN 9 WHEN 2 THEN 8 ELSE 1 END AS a, i % 2 = 0 AS e, "
+               "(i % 4)::numeric(6,2) / 4 AS b, CASE WHEN i <> 3 THEN 'it''s ' || i / 2 END AS t "
+               "FROM generate_series(1, 8) i"));
+    ASSERT_TRUE(listed(db->name())) << message().toStdString();
+    const auto leaveOut = [&](const QString &table, const std::set<qint64> &records) {
+        EXPECT_TRUE(opened(table)) << message().toStdString();
+        EXPECT_TRUE(wait([this] { return page().Model().IsCounted(); }));
+        page().SetSelected(records);
+        action("Leave Selected Records Out").trigger();
+        const QString filter = sitting().State().filter;
+        EXPECT_EQ(db->value(u("SELECT count(*) FROM %1 WHERE %2").arg(table, filter)).toInt(),
+                  db->value(u("SELECT count(*) FROM %1").arg(table)).toInt() - int(records.size()))
+            << filter.toStdString();
+        return filter;
+    };
+    EXPECT_EQ(leaveOut(u("keyed"), {2, 3, 4, 200}), u("\"id\" NOT IN (2, 3, 4, 200)"));
+    ASSERT_TRUE(wait([this] { return page().Model().IsCounted(); })) << message().toStdString();
+    EXPECT_EQ(cell(1, 0), u("5"));
+    EXPECT_EQ(leaveOut(u("keyless"), {1, 2, 3, 8}),
+              u("\"a\" NOT IN (9, 8) AND (\"t\" <> 'it''s 4' OR \"t\" IS NULL) AND "
+                "(\"a\" <> 1 OR \"a\" IS NULL OR \"t\" IS NOT NULL OR \"b\" <> 0.75 OR \"b\" IS NULL)"));
+}
+
+TEST_F(ServerWindow, LeavesNothingOutWhereTheServerGoesAwayOrFallsSilent)
+{
+    const auto db = TestDatabase::make(TestDatabase::Postgres);
+    db->makeNumbers(u("few"), 100, 2);
+    db->makeNumbers(u("other"), 10, 2);
+    for (const auto behaviour : {BadServer::Close, BadServer::FallSilent}) {
+        BadServer bad(db->name(), behaviour, 1000000);
+        ASSERT_TRUE(listed(bad.url())) << message().toStdString();
+        ASSERT_TRUE(opened(u("few"))) << message().toStdString();
+        defineModel("x0", "x1");
+        ASSERT_TRUE(wait([this] { return fit().HasFit() && page().Model().IsCounted(); })) << message().toStdString();
+        page().SetSelected({7});
+        const nuvo::ModelState before = sitting().State();
+        bad.behaveBadly();
+        QTimer escape;
+        pressEscape(escape);
+        LoopGap gap;
+        QElapsedTimer since;
+        since.start();
+        action("Leave Selected Records Out").trigger();
+        EXPECT_LT(since.elapsed(), 10000);
+        EXPECT_LT(gap.largest(), 1000);
+        EXPECT_TRUE(behaviour == BadServer::Close ? message().startsWith(u("Error: "))
+                                                  : message() == u("The reading was stopped."))
+            << message().toStdString();
+        EXPECT_FALSE(message().contains(u("not the only one"))) << message().toStdString();
+        EXPECT_EQ(sitting().State(), before);
+        EXPECT_TRUE(fit().HasFit());
+        EXPECT_TRUE(isAlive());
+        sitting().Change({}, u("close"));
+    }
+}
+
+TEST_F(ServerWindow, EndsTheLeavingOutOfRecordsOnTheServerByEscape)
+{
+    const auto db = TestDatabase::make(TestDatabase::Postgres);
+    db->makeNumbers(u("few"), 100, 2);
+    ASSERT_TRUE(listed(db->name())) << message().toStdString();
+    ASSERT_TRUE(opened(u("few"))) << message().toStdString();
+    ASSERT_TRUE(wait([this] { return page().Model().IsCounted(); }));
+    page().SetSelected({7});
+    const nuvo::ModelState before = sitting().State();
+    db->exec(u("BEGIN"));
+    db->exec(u("LOCK TABLE few IN ACCESS EXCLUSIVE MODE")); // nobody else reads it
+    QTimer escape;
+    pressEscape(escape);
+    action("Leave Selected Records Out").trigger();
+    EXPECT_EQ(message(), u("The reading was stopped."));
+    EXPECT_EQ(sitting().State(), before);
+    EXPECT_TRUE(wait([&] {
+        return db->value(u("SELECT count(*) FROM pg_locks WHERE NOT granted AND relation = 'few'::regclass"))
+                   .toInt() == 0;
+    })) << "the server has been told";
+    db->exec(u("ROLLBACK"));
+    action("Leave Selected Records Out").trigger();
+    EXPECT_EQ(sitting().State().filter, u("\"id\" <> 7")) << message().toStdString();
+}
+
 TEST_F(ServerWindow, LivesWhileATableIsPredictedAndEndsThatByEscape)
 {
     const auto db = TestDatabase::make(TestDatabase::Postgres);
@@ -203,13 +287,7 @@ TEST_F(ServerWindow, LivesWhileATableIsPredictedAndEndsThatByEscape)
     ASSERT_TRUE(QFile::remove(written));
     table = u("asleep");
     QTimer escape;
-    escape.callOnTimeout([&] {
-        if (auto *const progress = window->findChild<QProgressDialog *>(); progress && progress->isVisible()) {
-            escape.stop();
-            QTest::keyClick(progress, Qt::Key_Escape);
-        }
-    });
-    escape.start(10);
+    pressEscape(escape);
     LoopGap gap;
     QElapsedTimer since;
     since.start();

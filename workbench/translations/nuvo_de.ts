@@ -558,6 +558,14 @@
         <source>Record %1 is not the only one with its values: a filter cannot leave it out alone.</source>
         <translation>Datensatz %1 ist nicht der einzige mit seinen Werten: Ein Filter kann ihn nicht allein weglassen.</translation>
     </message>
+    <message>
+        <source>Leave records out</source>
+        <translation>Datensätze weglassen</translation>
+    </message>
+    <message>
+        <source>Looking for what tells the records…</source>
+        <translation>Woran die Datensätze zu erkennen sind, wird gesucht…</translation>
+    </message>
 </context>
 <context>
     <name>Main</name>
