@@ -89,7 +89,7 @@ bool withoutGrouping(QStringView text, QString &digits)
     if (groups.size() > 1 && groups[0].startsWith(u'0')) // "0,125" is a fraction
         return false;
     for (qsizetype i = 0; i < groups.size() && groups.size() > 1; ++i) {
-        const bool size = i == 0 ? groups[i].size() >= 1 && groups[i].size() <= 3 : groups[i].size() == 3;
+        const bool size = i == 0 ? !groups[i].isEmpty() && groups[i].size() <= 3 : groups[i].size() == 3;
         if (!size || !std::all_of(groups[i].begin(), groups[i].end(), [](QChar c) { return c >= u'0' && c <= u'9'; }))
             return false;
     }

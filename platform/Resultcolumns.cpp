@@ -55,6 +55,7 @@ std::vector<Column> columnsOf(const QSqlQuery &query, Dialect dialect)
 {
     const QSqlRecord record = query.record();
     std::vector<Column> columns;
+    columns.reserve(std::size_t(record.count()));
     for (int i = 0; i < record.count(); ++i)
         columns.push_back(columnOf(record.field(i), dialect, libpq::columnType(query, i)));
     return columns;

@@ -32,6 +32,7 @@ TEST(UsableRecords, CrossProductsAreThoseOfAllColumnsAtOnce)
             sources.push_back(source);
         }
         std::vector<int> records;
+        records.reserve(n);
         for (int i = 0; i < n; ++i)
             records.push_back(i + i / 7);
         nuvo::UsableRecords set(records, 3000, 8);
@@ -51,11 +52,13 @@ TEST(UsableRecords, CrossProductsAreThoseOfAllColumnsAtOnce)
             for (const int number : numbers) {
                 const auto view = set.column(number, sources[std::size_t(number)]);
                 std::vector<double> values;
+                values.reserve(records.size());
                 for (const int record : records)
                     values.push_back(sources[std::size_t(number)][std::size_t(record)]);
                 EXPECT_EQ(std::vector<double>(view.values, view.values + n), values);
                 gathered.push_back(values);
             }
+            columns.reserve(gathered.size());
             for (const std::vector<double> &values : gathered)
                 columns.push_back({values.data(), nuvo::minMax(values.data(), n).largest()});
             nuvo::CrossProducts expected{};
@@ -91,6 +94,7 @@ TEST(UsableRecords, LowPartsAreInTheCrossProductsAsInThoseOfAllColumnsAtOnce)
         records.push_back(i);
     const auto gathered = [&](const std::vector<double> &source) {
         std::vector<double> values;
+        values.reserve(records.size());
         for (const int record : records)
             values.push_back(source[std::size_t(record)]);
         return values;
