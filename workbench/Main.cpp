@@ -105,12 +105,7 @@ int main(int argc, char **argv)
         window.show();
         if (!sitting.warning().isEmpty())
             window.Warn(sitting.warning());
-        for (const QString &name : parser.positionalArguments()) {
-            if (name.contains(u"://"))
-                window.OpenDatabase(name);
-            else
-                window.OpenFile(name);
-        }
+        window.OpenSoon(parser.positionalArguments());
         return QApplication::exec();
     } catch (const EPlatformError &error) {
         MessageDlg(error.Message(), TMsgDlgType::mtError);

@@ -185,7 +185,7 @@ void MainWindow::OpenSamples()
     });
 }
 
-void MainWindow::OpenRecent(const QString &name)
+void MainWindow::OpenNamed(const QString &name)
 {
     if (name.contains(u"://"))
         OpenDatabase(name);
@@ -334,7 +334,7 @@ void MainWindow::ShowRecent()
     int number = 0;
     for (const QString &file : files) {
         const QString text = QStringLiteral("&%1 ").arg(++number) + QString(file).replace(u'&', QLatin1String("&&"));
-        connect(recent_->addAction(text), &QAction::triggered, this, [this, file] { OpenRecent(file); });
+        connect(recent_->addAction(text), &QAction::triggered, this, [this, file] { OpenNamed(file); });
     }
     welcome_->SetRecent(files);
     recent_->setEnabled(!files.isEmpty());

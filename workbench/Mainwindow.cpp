@@ -28,6 +28,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDir>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -159,7 +160,7 @@ void MainWindow::MakeWidgets()
     connect(welcome_, &Welcome::ServerWanted, this, &MainWindow::AskServer);
     connect(welcome_, &Welcome::SamplesWanted, this, &MainWindow::OpenSamples);
     connect(welcome_, &Welcome::GuideWanted, this, &MainWindow::ShowGuide);
-    connect(welcome_, &Welcome::RecentWanted, this, &MainWindow::OpenRecent);
+    connect(welcome_, &Welcome::RecentWanted, this, &MainWindow::OpenNamed);
 
     message_->setObjectName(QStringLiteral("Message"));
     message_->setTextFormat(Qt::PlainText);
@@ -281,6 +282,19 @@ void MainWindow::OpenFile(const QString &name)
     });
 }
 
+void MainWindow::OpenSoon(const QStringList &names)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, names] {
+            for (const QString &name : names) {
+                if (isVisible()) // it may have been closed meanwhile
+                    OpenNamed(name);
+            }
+        },
+        Qt::QueuedConnection);
+}
+
 bool MainWindow::OpenCsv(const QString &file)
 {
     CsvPreview preview(file, this);
@@ -329,6 +343,11 @@ void MainWindow::closeEvent(QCloseEvent *event)
     settings.setValue(QStringLiteral("middle"), middle_->saveState());
     settings.setValue(QStringLiteral("editor"),
                       editor_->findChild<QSplitter *>(QStringLiteral("Halves"))->saveState());
+    // What is asked, or under way, in front of the window is given up; a progress may not have been shown yet.
+    for (QDialog *const dialog : findChildren<QDialog *>()) {
+        if (dialog->isModal())
+            dialog->reject();
+    }
     fit_->Stop();
     near_->Abandon();
     Save();

@@ -43,6 +43,9 @@ public:
     /// Opens a file by what it is: an SQLite database, a form, a CSV file, which becomes a table of the sitting.
     /// What cannot be opened is told in the window.
     void OpenFile(const QString &file);
+    /// The same for files and servers one after the other, as soon as the application runs: what is closed before it
+    /// does would not end it.
+    void OpenSoon(const QStringList &names);
     void OpenDatabase(const QString &database);
     void OpenTable(const QString &table);
     /// Makes a state the present one as soon as its records are at hand; what keeps them away is told, and the
@@ -107,7 +110,8 @@ private:
     void AskAndOpen();
     void AskServer();
     void OpenSamples();
-    void OpenRecent(const QString &name);
+    /// A file, or the address of a server.
+    void OpenNamed(const QString &name);
     void SaveForm();
     void CopyCommand();
     void CopyProgram();
