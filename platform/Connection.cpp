@@ -14,6 +14,7 @@
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlField>
+#include <QUrl>
 #include <QVariant>
 
 #include <atomic>
@@ -40,6 +41,14 @@ Dialect dialectOf(const QSqlDatabase &database)
 int sqliteCode(const QSqlError &error)
 {
     return error.nativeErrorCode().toInt() & 0xff;
+}
+
+/// Whether SQLite keeps changes of a file in another one beside it, which readers share as well.
+bool hasWriteAheadLog(const QString &path)
+{
+    constexpr qint64 readVersion = 19; // its place in the header
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.read(readVersion + 1).endsWith('\2');
 }
 
 /// The first line of a message, without the server's word for how grave it is ("FATAL:  ", in its own language).
@@ -125,10 +134,11 @@ void Connection::openSqlite(const QString &path, Access access, const QString &f
     openOwn(QStringLiteral("QSQLITE"), QStringLiteral("libqt6sql6-sqlite"));
     database_.setDatabaseName(plain);
     // SQLite looks into the file at the first statement only.
-    const auto tryOpen = [&](Access how) {
-        database_.setConnectOptions(how == Access::Write
-                                        ? QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000")
-                                        : QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000;QSQLITE_OPEN_READONLY"));
+    const auto tryOpen = [&](Access how, const QString &further = {}) {
+        database_.setConnectOptions((how == Access::Write
+                                         ? QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000")
+                                         : QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000;QSQLITE_OPEN_READONLY")) +
+                                    further);
         if (!database_.open())
             return database_.lastError();
         QSqlQuery probe = newQuery();
@@ -143,8 +153,23 @@ void Connection::openSqlite(const QString &path, Access access, const QString &f
         if (!error.isValid())
             error = tryOpen(Access::Read);
     }
-    if (error.isValid()) {
-        const QString why = reason(error);
+    QString why = error.isValid() ? reason(error) : QString();
+    if (sqliteCode(error) == 14 && !directory.isWritable() && hasWriteAheadLog(plain)) {
+        // Nobody can make there what readers of it share, so nobody writes either.
+        if (QFileInfo(plain + QStringLiteral("-wal")).size() > 0) {
+            why =
+                QStringLiteral("its last changes are still in \"%1-wal\", and its directory cannot be written; copy "
+                               "both files to where they can")
+                    .arg(file.fileName());
+        } else {
+            database_.close();
+            database_.setDatabaseName(
+                QStringLiteral("file:%1?immutable=1").arg(QString::fromLatin1(QUrl::toPercentEncoding(plain, "/"))));
+            error = tryOpen(Access::Read, QStringLiteral(";QSQLITE_OPEN_URI"));
+            why = error.isValid() ? reason(error) : QString();
+        }
+    }
+    if (!why.isEmpty()) {
         close();
         refuse(why);
     }

@@ -175,11 +175,21 @@ bool NearRecords::IsPart(const ModelState &state) const
     return copy != nullptr && !copy->whole;
 }
 
+/// A disk may be mounted anew for reading alone while the window is open.
+void NearRecords::MakeRoom()
+{
+    if (folder_->isValid() && QFileInfo(folder_->path()).isWritable())
+        return;
+    folder_->setAutoRemove(false); // the copies in it can still be read
+    folder_ = std::make_unique<QTemporaryDir>();
+}
+
 void NearRecords::Fetch(const ModelState &state)
 {
     Abandon();
     stopped_ = wantsPassword_ = false;
     why_.clear();
+    MakeRoom();
     if (!folder_->isValid()) {
         why_ = tr("There is no place to copy records to: %1.").arg(folder_->errorString());
         Q_EMIT Ended();

@@ -23,7 +23,7 @@ class NearRecords : public QObject
     Q_OBJECT
 
 public:
-    /// \param folder where copies live as long as this does.
+    /// \param folder where copies live as long as this does; where it cannot be written, they are temporary files.
     explicit NearRecords(const QString &folder, QObject *parent = nullptr);
     ~NearRecords() override;
 
@@ -72,9 +72,10 @@ private:
     const Copy *Find(const ModelState &state) const;
     bool IsNear(const ModelState &state) const;
     bool IsView(const ModelState &state) const;
+    void MakeRoom();
     void Settle(const std::shared_ptr<Job> &job, const QString &error, bool wantsPassword);
 
-    const std::unique_ptr<QTemporaryDir> folder_;
+    std::unique_ptr<QTemporaryDir> folder_;
     std::vector<Copy> copies_;
     mutable QHash<QPair<QString, QString>, bool> views_; ///< by file and table: whether it is a view
     std::shared_ptr<Job> job_;

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 
 namespace nuvo {
 
@@ -32,6 +33,9 @@ SittingFolder::SittingFolder(const QString &base)
                                             "there is no room for temporary files: %2.")
                                  .arg(base, temporary_->errorString()));
     path_ = temporary_->path();
+    // What was saved there before can still be seen.
+    const QString saved = QStringLiteral("/sitting.json");
+    QFile::copy(QDir(base).filePath(QStringLiteral("sitting")) + saved, path_ + saved);
     warning_ =
         QCoreApplication::translate(
             "Sitting", "This sitting will not come back: \"%1\" cannot be written. Save what you want to keep.")

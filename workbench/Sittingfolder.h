@@ -15,7 +15,8 @@ class SittingFolder
 {
 public:
     /// The first free one below `base`: sitting, sitting-2, …; made where it is not there. Where none can be made
-    /// (no home folder, one that cannot be written), one for temporary files that goes with this.
+    /// (no home folder, one that cannot be written), one for temporary files that goes with this and begins with the
+    /// sitting that was saved there before.
     /// \throws EPlatformError when there is no place at all.
     explicit SittingFolder(const QString &base);
 
