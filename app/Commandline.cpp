@@ -88,12 +88,12 @@ class CommandLine
 public:
     CommandLine()
     {
+        setUsage(program_, programUsage);
         program_.description("Multiple linear regression on the tables and queries of a database.");
         program_.set_help_flag("-h,--help", "Show this help; COMMAND --help shows a command's");
         program_.set_version_flag("--version", "nuvostat " NUVO_VERSION, "Show the version");
         program_.require_subcommand(1);
         program_.footer(programFooter);
-        setUsage(program_, programUsage);
     }
     // CLI11 keeps pointers into it.
     CommandLine(const CommandLine &) = delete;
@@ -123,8 +123,7 @@ public:
             program_.parse(std::move(arguments));
             return read(command);
         } catch (const CLI::CallForHelp &) {
-            return PrintOptions{QString::fromStdString((command == nullptr ? &program_ : command)->help())
-                                    .replace(QStringLiteral("\n\n\n"), QStringLiteral("\n\n"))};
+            return PrintOptions{QString::fromStdString((command == nullptr ? &program_ : command)->help())};
         } catch (const CLI::CallForVersion &version) {
             return PrintOptions{QString::fromUtf8(version.what()) + u'\n'};
         } catch (const CLI::ExtrasError &) {

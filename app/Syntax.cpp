@@ -6,23 +6,57 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
+#include <vector>
 
 namespace nuvo {
 namespace {
 
-/// CLI11's layout with a usage line of our own.
-class HelpLayout : public CLI::Formatter
+/// A layout of our own: CLI11's changes from version to version, and breaks the lines of what is laid out already.
+class HelpLayout : public CLI::FormatterBase
 {
 public:
-    explicit HelpLayout(std::string usage) : usage_(std::move(usage))
+    explicit HelpLayout(std::string usage) : usage_(std::move(usage)) {}
+
+    std::string make_help(const CLI::App *app, std::string, CLI::AppFormatMode) const override
     {
-        column_width(28);
-        label("Positionals", "Arguments");
+        std::string text = app->get_description() + "\n\n" + usage_;
+        text +=
+            group("Arguments", app->get_options([](const CLI::Option *option) { return option->get_positional(); }));
+        for (const std::string &name : app->get_groups())
+            text += group(name, app->get_options([&name](const CLI::Option *option) {
+                return option->nonpositional() && option->get_group() == name;
+            }));
+        std::string commands;
+        for (const CLI::App *command : app->get_subcommands({}))
+            commands += line(command->get_name(), command->get_description());
+        if (!commands.empty())
+            text += "\nCommands:\n" + commands;
+        return text + app->get_footer() + '\n';
     }
-    std::string make_usage(const CLI::App *, std::string) const override { return usage_; }
-    std::string make_description(const CLI::App *app) const override { return app->get_description() + "\n\n"; }
 
 private:
+    static std::string group(const std::string &name, const std::vector<const CLI::Option *> &options)
+    {
+        std::string text;
+        for (const CLI::Option *option : options) {
+            const bool isValue = option->get_type_size() != 0 && !option->get_type_name().empty();
+            text += line(option->get_name(option->get_positional(), true) +
+                             (isValue ? ' ' + option->get_type_name() : std::string()) +
+                             (option->get_required() ? " REQUIRED" : ""),
+                         option->get_description());
+        }
+        return text.empty() ? text : '\n' + name + ":\n" + text;
+    }
+
+    static std::string line(const std::string &name, const std::string &meaning)
+    {
+        constexpr std::size_t column = 28;
+        const std::string left = "  " + name;
+        const std::string gap =
+            left.size() < column ? std::string(column - left.size(), ' ') : '\n' + std::string(column, ' ');
+        return left + gap + meaning + '\n';
+    }
+
     std::string usage_;
 };
 
@@ -31,6 +65,7 @@ private:
 void setUsage(CLI::App &app, const char *usage)
 {
     app.formatter(std::make_shared<HelpLayout>(usage));
+    app.option_defaults()->group("Options"); // newer versions of CLI11 write it in capitals
 }
 
 CommandSyntax::CommandSyntax(CLI::App &program, const char *name, const char *description, const char *usage,

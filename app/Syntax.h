@@ -45,7 +45,7 @@ private:
     CLI::App *app_;
 };
 
-/// A usage of ours above the options in CLI11's layout.
+/// The usage that an application's help tells above its options, which are added afterwards.
 void setUsage(CLI::App &app, const char *usage);
 
 bool isGiven(const CLI::Option *option);

@@ -317,6 +317,15 @@ bool sameValue(const QVariant &value, const QVariant &wanted)
     return textFromValue(value) == textFromValue(wanted);
 }
 
+QVariant ofOneIntegerType(QVariant value)
+{
+    if (value.typeId() == QMetaType::Long)
+        value.convert(QMetaType::fromType<qlonglong>());
+    else if (value.typeId() == QMetaType::ULong)
+        value.convert(QMetaType::fromType<qulonglong>());
+    return value;
+}
+
 QString textFromValue(const QVariant &value)
 {
     switch (value.typeId()) {

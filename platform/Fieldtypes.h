@@ -63,6 +63,9 @@ std::unique_ptr<TField> makeField(FieldKind kind, TDataSet &dataset, int index, 
 bool isExactNumber(const QVariant &value);
 /// Whether a record's value is the one looked for: as numbers where both are numbers, else as texts.
 bool sameValue(const QVariant &value, const QVariant &wanted);
+/// A long, which newer versions of Qt's ODBC driver give, as the integer of 64 bits that the other drivers give: to
+/// QVariant they are two types, though a long has 64 bits too.
+NUVO_EXPORT QVariant ofOneIntegerType(QVariant value);
 /// What a view shows of a value.
 QString textFromValue(const QVariant &value);
 /// A date, a time or both from what a driver handed over; a text in ISO 8601, whole seconds since 1970 in UTC, or a

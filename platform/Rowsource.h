@@ -50,7 +50,7 @@ public:
     /// Tells how many bytes a row takes, so that not too many are fetched at once.
     void setRowBytes(qint64 bytes) { rowBytes_ = bytes; }
 
-    QVariant value(int column) const { return query_.value(column); }
+    QVariant value(int column) const { return ofOneIntegerType(query_.value(column)); }
     /// The columns of the result; asked before the first row.
     virtual std::vector<Column> columns();
 

@@ -46,8 +46,9 @@ configure() { # QT PREFIX
 }
 
 qt 6.2.4
-told 'an older Qt' 'was built with Qt 6\.[0-9]+ and needs that or a newer one; here is Qt 6\.2\.4 \(.*/qt 6\.2\.4/' \
-    configure 6.2.4 "$stage"
+ln -s "$work/qt 6.2.4" "$work/again"
+told 'an older Qt' 'was built with Qt 6\.[0-9]+ and needs that or a newer one; here is Qt 6\.2\.4 \([^,;]*/qt 6\.2\.4/[^,;]*\)\.' \
+    configure 6.2.4 "$stage;$work/again"
 # shellcheck disable=SC2016
 libraries='foreach(part Core Gui Widgets Sql PrintSupport Svg)
     add_library(Qt6::${part} INTERFACE IMPORTED)

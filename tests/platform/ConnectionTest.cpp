@@ -270,6 +270,15 @@ protected:
     std::unique_ptr<TestDatabase> db = TestDatabase::make(TestDatabase::Postgres);
 
     int largeObjects() { return db->value(u("SELECT COUNT(*) FROM pg_largeobject_metadata")).toInt(); }
+    /// Servers from version 16 refuse to make one while they only read; older ones make it, and it goes with the
+    /// reading.
+    const bool refuses = db->value(u("SHOW server_version_num")).toInt() >= 160000;
+    void expectWhatTheServerDoes(const QString &error, const char *function) const
+    {
+        EXPECT_EQ(error.contains(u("in a read-only transaction")), refuses)
+            << function << ": " << error.toStdString();
+        EXPECT_EQ(error.isEmpty(), !refuses) << function << ": " << error.toStdString();
+    }
 };
 
 TEST_F(WritingFunctions, OfAQueryLeaveNothing)
@@ -280,10 +289,13 @@ TEST_F(WritingFunctions, OfAQueryLeaveNothing)
          {"lo_create(0)", "lo_creat(-1)", "lo_from_bytea(0, 'text')", "lo_import('/etc/passwd')",
           "lo_create(g::oid) FROM generate_series(1, 3000) n(g)"}) {
         query.SetSQL(u("SELECT %1").arg(u(function)));
-        query.Open();
-        query.RecordCount();
-        query.Last();
-        EXPECT_FALSE(query.Fields(0).IsNull());
+        expectWhatTheServerDoes(errorOf<EDatabaseError>([&] {
+                                    query.Open();
+                                    query.RecordCount();
+                                    query.Last();
+                                    EXPECT_FALSE(query.Fields(0).IsNull());
+                                }),
+                                function);
         query.Close();
         EXPECT_EQ(largeObjects(), 0) << function;
     }
@@ -297,10 +309,13 @@ TEST_F(WritingFunctions, OfAFilterLeaveNothing)
     table.SetTableName(u("numbers"));
     table.SetFilter(u("lo_create(0) > 0"));
     table.SetFiltered(true);
-    table.Open();
-    EXPECT_EQ(table.RecordCount(), 300);
-    EXPECT_TRUE(table.FindKey({250}));
-    table.Last();
+    expectWhatTheServerDoes(errorOf<EDatabaseError>([&] {
+                                table.Open();
+                                EXPECT_EQ(table.RecordCount(), 300);
+                                EXPECT_TRUE(table.FindKey({250}));
+                                table.Last();
+                            }),
+                            "lo_create");
     table.Close();
     EXPECT_EQ(largeObjects(), 0);
 }
@@ -349,8 +364,9 @@ TEST(ProgramsEnd, ClosesTheConnectionsOfDatasetsThatAreStillOpen)
             qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) { ++warnings; });
             QCoreApplication *application = QCoreApplication::instance();
             application->~QCoreApplication(); // it stands on the stack of main()
+            const bool quiet = warnings == 0; // newer versions warn of any question after the application
             const bool closed = QSqlDatabase::connectionNames().filter(u("nuvo")).isEmpty() && !left->Active();
-            std::_Exit(closed && warnings == 0 ? 7 : 1);
+            std::_Exit(closed && quiet ? 7 : 1);
         },
         testing::ExitedWithCode(7), "");
 }

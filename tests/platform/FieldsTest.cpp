@@ -244,6 +244,16 @@ TEST_P(FieldsOn, MoneyOfAQueryIsANumber)
     EXPECT_EQ(query.Fields(0).AsFloat(), -1234.5);
 }
 
+TEST(FieldValues, OfEveryTypeOf64BitsAreOfOne)
+{
+    const QVariant whole = nuvo::ofOneIntegerType(QVariant::fromValue(9223372036854775807L));
+    EXPECT_EQ(whole.typeId(), QMetaType::LongLong);
+    EXPECT_EQ(whole.toLongLong(), 9223372036854775807);
+    EXPECT_EQ(nuvo::ofOneIntegerType(QVariant::fromValue(18446744073709551615UL)), QVariant(18446744073709551615ULL));
+    EXPECT_TRUE(nuvo::ofOneIntegerType(QVariant(QMetaType::fromType<long>())).isNull());
+    EXPECT_EQ(nuvo::ofOneIntegerType(0.5), QVariant(0.5));
+}
+
 TEST_P(FieldsOn, AFieldThatAProgramMadeReadsItsColumn)
 {
     db->exec(u("CREATE TABLE t (id INTEGER PRIMARY KEY, x DOUBLE PRECISION)"));

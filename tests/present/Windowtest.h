@@ -106,6 +106,7 @@ inline void choose(const QWidget &window, const char *menuName, const char *item
     }
     const QRect place = menu->actionGeometry(item);
     ASSERT_FALSE(place.isEmpty()) << itemName;
+    QTest::mouseMove(menu, place.topLeft());
     QTest::mouseMove(menu, place.center());
     QTest::mouseClick(menu, Qt::LeftButton, {}, place.center());
 }

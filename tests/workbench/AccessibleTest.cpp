@@ -24,6 +24,11 @@
 
 namespace {
 
+/// Newer versions of Qt shrink a window that comes back to its screen, and the one off screen is small.
+[[maybe_unused]] const bool hasALargeScreen =
+    (qEnvironmentVariable("QT_QPA_PLATFORM", u("offscreen")) == u"offscreen") &&
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" SCREEN);
+
 /// Visible widgets that can have the focus.
 std::vector<QWidget *> focusable(QWidget &root)
 {

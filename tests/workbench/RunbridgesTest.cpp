@@ -12,6 +12,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLibraryInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSqlDatabase>
@@ -154,8 +155,9 @@ protected:
         const QString program = folder.filePath(u("program"));
         QStringList arguments{u("-std=c++20"), u("-fPIC"),    u("-Wall"),      u("-Wextra"), u("-Werror"),
                               u("-I"),         folder.path(), file.fileName(), u("-o"),      program};
+        const QString qt = QLibraryInfo::path(QLibraryInfo::HeadersPath);
         for (const QString &include : QStringLiteral(INCLUDE_FOLDERS).split(u'|', Qt::SkipEmptyParts))
-            arguments += u("-I") + include; // one of the system's own changes nothing so
+            arguments += {include.startsWith(qt) ? u("-isystem") : u("-I"), include}; // its warnings are not ours
         arguments += QStringLiteral(LINKED_FILES).split(u'|');
         arguments += QStringLiteral("-Wl,-rpath," LIBRARY_FOLDER);
         const Ran ran = run(QStringLiteral(COMPILER), arguments, folder.path());
