@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/Predictions.h"
 
+#include "platform/Errors.h"
 #include "platform/Modal.h"
 #include "platform/Recordrows.h"
 #include "present/Filedialog.h"
@@ -58,6 +59,14 @@ QString summary(const TablePredictions &done, const QString &file)
         .arg(records, file, locale.toString(done.without), why);
 }
 
+/// The component of the fit; while every record is read it has none.
+const TRegression &fitted(const LiveFit &fit)
+{
+    if (!fit.HasFit())
+        throw EPlatformError(Predictions::tr("Every record is being read: predictions are made when that is done."));
+    return *fit.Regression();
+}
+
 QString stopped()
 {
     return Predictions::tr("The predictions were stopped; no file was written.");
@@ -91,7 +100,7 @@ QString write(QWidget &window, const Predictor &predictor, const ScanSource &tab
 
 QString predictATable(QWidget &window, const LiveFit &fit, const QStringList &tables, double level)
 {
-    const Predictor predictor = predictorOf(*fit.Regression(), fit.State().model, level);
+    const Predictor predictor = predictorOf(fitted(fit), fit.State().model, level);
     const ModelState state = fit.State();
     QInputDialog dialog(&window);
     dialog.setObjectName(QStringLiteral("PredictTableDialog"));
@@ -109,12 +118,13 @@ QString predictATable(QWidget &window, const LiveFit &fit, const QStringList &ta
 
 QString predictAFile(QWidget &window, const LiveFit &fit, double level)
 {
+    fitted(fit); // before a file is asked for
     const QString file = askExistingFile(
         &window, Predictions::tr("File with the fields of the model"),
         {Predictions::tr("CSV file (*.csv *.tsv *.txt)"), Predictions::tr("All files (*)")}, QString());
     if (file.isEmpty())
         return {};
-    const Predictor predictor = predictorOf(*fit.Regression(), fit.State().model, level);
+    const Predictor predictor = predictorOf(fitted(fit), fit.State().model, level);
     CsvPreview preview(file, &window);
     if (ShowModal(preview) != QDialog::Accepted)
         return {};

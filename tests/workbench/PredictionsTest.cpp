@@ -56,6 +56,20 @@ protected:
 
 } // namespace
 
+TEST_F(Predicting, WaitsUntilEveryRecordIsRead)
+{
+    const QString trial = csv("new.csv", 20);
+    action("Every Record").trigger();
+    ASSERT_TRUE(window->Fit().IsReading());
+    for (const char *const button : {"PredictTable", "PredictFile"}) {
+        window->findChild<QPushButton *>(u(button))->click();
+        EXPECT_TRUE(message().startsWith(u("Error: Every record is being read"))) << message().toStdString();
+    }
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->Fit().HasFit(); }, 60000)) << message().toStdString();
+    predictFrom(trial);
+    EXPECT_EQ(lines().size(), 22) << message().toStdString();
+}
+
 TEST_F(Predicting, AFileOfNewRecordsSaysWhyOneHasNoValue)
 {
     predictFrom(file("new.csv", "z;x;note\n3;1,5;a\n;2;b\n4;;c\n5;60;d\nNA;NA;e\n"));

@@ -1233,6 +1233,10 @@
             <numerusform>%1 Datensätze in %2, und keiner davon hat einen Wert: %3.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Every record is being read: predictions are made when that is done.</source>
+        <translation>Jeder Datensatz wird gerade gelesen: Vorhersagen gibt es, wenn das getan ist.</translation>
+    </message>
 </context>
 <context>
     <name>Sitting</name>
