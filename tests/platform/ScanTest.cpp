@@ -111,7 +111,7 @@ TEST_P(Scans, ReadValuesAsFieldsDo)
     TTable fields;
     fields.SetDatabaseName(db->name());
     fields.SetTableName(u("t"));
-    for (nuvo::ScanSource source : {table("t", columns), query(u("SELECT * FROM t ORDER BY id"), columns)}) {
+    for (const nuvo::ScanSource &source : {table("t", columns), query(u("SELECT * FROM t ORDER BY id"), columns)}) {
         fields.Open();
         nuvo::Scan scan(source);
         scan.open();

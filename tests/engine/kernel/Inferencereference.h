@@ -9,7 +9,7 @@
 #include <vector>
 
 /// Data of tests/data/inference with the figures that belong to them, worked out there with 100 digits.
-struct ReferenceSet
+struct ReferenceSet // NOLINT(bugprone-exception-escape): JSON's moves are said to throw nothing
 {
     nlohmann::json figures;
     std::vector<std::vector<double>> columns;
