@@ -58,8 +58,11 @@ void ModelSyntax::readData(ModelOptions &options) const
     options.sql = optionalText(sql_);
     if (options.csv && (isGiven(database_) || options.table || options.sql))
         throw UsageError(
-            QStringLiteral("\"%1\" is taken for a CSV file, which excludes --database, --table and --sql.")
-                .arg(options.csv->file));
+            QStringLiteral("\"%1\" is taken for a CSV file, which excludes --database, --table and --sql.%2")
+                .arg(options.csv->file, options.sql && !isGiven(database_)
+                                            ? QStringLiteral(" \"nuvostat import\" makes a table of it that a "
+                                                             "statement reads.")
+                                            : QString()));
     if (options.csv)
         return;
     if (!isGiven(database_))

@@ -107,6 +107,8 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
     connect(tables_, &QListWidget::itemClicked, this,
             [this](const QListWidgetItem *item) { OpenTable(item->text()); });
 
+    editor_->SetAdvice(
+        tr("File > Query can make a number of it, such as CASE WHEN %1 = 'yes' THEN 1 ELSE 0 END AS yes."));
     qApp->installEventFilter(this);
     RestoreLayout();
     const QString saved = QDir(folder_).filePath(QStringLiteral("sitting.json"));

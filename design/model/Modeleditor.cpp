@@ -4,6 +4,7 @@
 #include "design/model/Editorparts.h"
 #include "design/model/Fieldlist.h"
 #include "design/model/Placerow.h"
+#include "platform/Fieldtypes.h"
 #include "platform/Messages.h"
 
 #include <QGridLayout>
@@ -286,8 +287,11 @@ bool TModelEditor::Usable(const QString &name)
     const nuvo::ModelField *field = fields_.find(name);
     if (field == nullptr || field->numeric)
         return true;
-    Say(tr("%1 holds no number (%2): it cannot be a variable of a regression.")
-            .arg(nuvo::withoutControls(field->name), field->kind));
+    const QString shown = nuvo::withoutControls(field->name);
+    QString text = tr("%1 holds no number (%2): it cannot be a variable of a regression.").arg(shown, field->kind);
+    if (!advice_.isEmpty() && field->kind == nuvo::fieldKind(nuvo::FieldKind::String))
+        text += u' ' + advice_.arg(u'"' + QString(shown).replace(u'"', QLatin1String("\"\"")) + u'"');
+    Say(text);
     return false;
 }
 

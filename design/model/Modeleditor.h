@@ -35,6 +35,10 @@ public:
     /// As they were set.
     const nuvo::ModelFields &Fields() const { return fields_; }
 
+    /// What is told behind the refusal of a field of texts: how a number is made of one here, with %1 where the field
+    /// is named as SQL has it. None at first.
+    void SetAdvice(const QString &sentence) { advice_ = sentence; }
+
     /// Shows a model; ModelChanged() is not sent. A name that is being typed is dropped.
     void SetModel(const nuvo::RegressionModel &model);
     /// What is shown. A definition that nobody has changed is the one that was set, string by string.
@@ -86,6 +90,7 @@ private:
     bool PlaceKey(int place, const QKeyEvent &event);
 
     nuvo::ModelFields fields_;
+    QString advice_;
     nuvo::RegressionModel model_;
     std::vector<nuvo::ModelProblem> problems_;
     std::vector<nuvo::PlaceRow *> rows_;

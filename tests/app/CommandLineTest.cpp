@@ -284,6 +284,10 @@ TEST(CommandLine, AWrongOneIsRefusedInOneSentenceWithAHint)
     EXPECT_EQ(with({"u"}), QStringLiteral("\"u\" is taken for a CSV file, which excludes --database, --table and "
                                           "--sql.") +
                                hint);
+    EXPECT_EQ(refusal({"fit", "u.csv", "--sql", "SELECT 1", "--response", "y"}),
+              QStringLiteral("\"u.csv\" is taken for a CSV file, which excludes --database, --table and --sql. "
+                             "\"nuvostat import\" makes a table of it that a statement reads.") +
+                  hint);
     EXPECT_EQ(with({"u", "v"}), QStringLiteral("\"v\" is one argument too many.") + hint);
     EXPECT_EQ(with({"--responce", "z"}),
               QStringLiteral("There is no option \"--responce\" (perhaps \"--response\").") + hint);

@@ -417,6 +417,25 @@ TEST_F(Workbench, SaysWhatIsWrongWithAFile)
     EXPECT_FALSE(window->CurrentSitting().State().hasData());
 }
 
+TEST_F(Workbench, SaysHowANumberIsMadeOfATextAndThatWayWorks)
+{
+    drop(csv("data.csv", 50));
+    window->Editor().AddFields({u("note")});
+    const QString said = window->Editor().findChild<QLabel *>(u("Said"))->text();
+    const QString expression = u("CASE WHEN \"note\" = 'yes' THEN 1 ELSE 0 END AS yes");
+    EXPECT_EQ(said, u("note holds no number (text): it cannot be a variable of a regression. File > Query can make a "
+                      "number of it, such as %1.")
+                        .arg(expression));
+    nuvo::ModelState state = window->CurrentSitting().State();
+    state.sql = u("SELECT y, %1 FROM data").arg(QString(expression).replace(u("'yes'"), u("'n3'")));
+    state.table.clear();
+    window->Open(state, {});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->CurrentSitting().State().isQuery(); }, 10000));
+    window->Editor().MakeResponse(u("y"));
+    window->Editor().AddFields({u("yes")});
+    EXPECT_TRUE(window->Fit().HasFit()) << message().toStdString();
+}
+
 TEST_F(Workbench, TakesAModelThatWasChosen)
 {
     drop(csv("data.csv", 50));

@@ -5,12 +5,16 @@
 #include "workbench/Pages.h"
 #include "workbench/Recordsmodel.h"
 #include "workbench/Recordspage.h"
+#include "workbench/Waiting.h"
 
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
+#include <QThread>
+
+#include <atomic>
 
 /// Databases that let themselves be waited for.
 class WaitingWindow : public HostileWindow
@@ -165,4 +169,28 @@ TEST_F(WaitingWindow, EndsAPredictionByEscapeAndLeavesNoFile)
     EXPECT_TRUE(isAlive());
     predict(u("t"));
     EXPECT_TRUE(message().startsWith(u("Predictions for 100 records"))) << message().toStdString();
+}
+
+TEST_F(WaitingWindow, TakesAnEscapeThatComesAsTheWorkEnds)
+{
+    std::atomic<bool> pressed{false};
+    std::atomic<bool> done{false};
+    QTimer escape;
+    escape.callOnTimeout([&] {
+        auto *const progress = window->findChild<QProgressDialog *>();
+        if (progress == nullptr || !progress->isVisible())
+            return;
+        escape.stop();
+        QTest::keyClick(progress, Qt::Key_Escape);
+        pressed = true;
+        while (!done)
+            QThread::msleep(1);
+        QThread::msleep(20); // and the thread has said so
+    });
+    escape.start(10);
+    EXPECT_FALSE(nuvo::waitFor(window.get(), u("Title"), u("Label"), [&](nuvo::Task &) {
+        while (!pressed)
+            QThread::msleep(1);
+        done = true;
+    }));
 }

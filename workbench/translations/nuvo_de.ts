@@ -3014,6 +3014,10 @@
         <source>The sitting is saved again.</source>
         <translation>Die Sitzung ist wieder gespeichert.</translation>
     </message>
+    <message>
+        <source>File &gt; Query can make a number of it, such as CASE WHEN %1 = &apos;yes&apos; THEN 1 ELSE 0 END AS yes.</source>
+        <translation>Datei &gt; Abfrage kann eine Zahl daraus machen, etwa CASE WHEN %1 = &apos;ja&apos; THEN 1 ELSE 0 END AS ja.</translation>
+    </message>
 </context>
 <context>
     <name>nuvo::ModelsTable</name>
