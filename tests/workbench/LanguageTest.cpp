@@ -132,6 +132,9 @@ TEST(Translations, SayOneAndManyInBothLanguages)
         const nuvo::Language german(u("de"));
         EXPECT_EQ(fitted(1), u("An 1 Datensatz angepasst."));
         EXPECT_EQ(fitted(2), u("An 2 Datensätze angepasst."));
+        EXPECT_EQ(QCoreApplication::translate("PageWords", "%1 of %2 records were used, %3 could not be.")
+                      .arg(u("4"), u("5"), u("1")),
+                  u("4 von 5 Datensätzen wurden verwendet, 1 nicht."));
     }
     EXPECT_EQ(fitted(2), u("Fitted to 2 records.")) << "without a translator";
 }
@@ -169,8 +172,8 @@ TEST(GermanWorkbench, SpeaksGermanOnEveryPage)
     QStringList tabs;
     for (int page = 0; page < opened.pages().count(); ++page)
         tabs.append(opened.pages().tabText(page));
-    EXPECT_EQ(tabs, (QStringList{u("Datensätze"), u("Übersicht"), u("Diagnosen"), u("Beobachtungen"),
-                                 u("Abbildungen"), u("Modellwahl"), u("Vorhersage")}));
+    EXPECT_EQ(tabs, (QStringList{u("Daten"), u("Übersicht"), u("Diagnose"), u("Beobachtungen"), u("Bilder"),
+                                 u("Auswahl"), u("Vorhersage")}));
     const QString summary = opened.pages().Summary().toPlainText();
     for (const char *const word : {"Lineare Regression von TOTEMP auf GNP, UNEMP", "Schätzwert", "Standardfehler",
                                    "Varianzanalyse", "Quadratsumme", "korrigiertes R²", "16 von 16 Datensätzen"})

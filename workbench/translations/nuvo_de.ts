@@ -825,11 +825,11 @@
     </message>
     <message>
         <source>%1 of %2 records were used, %3 could not be.</source>
-        <translation>%1 von %2 Datensätzen wurden verwendet, %3 waren nicht brauchbar.</translation>
+        <translation>%1 von %2 Datensätzen wurden verwendet, %3 nicht.</translation>
     </message>
     <message>
         <source>%1 of %2 records were used, %3 could not be: %4.</source>
-        <translation>%1 von %2 Datensätzen wurden verwendet, %3 waren nicht brauchbar: %4.</translation>
+        <translation>%1 von %2 Datensätzen wurden verwendet, %3 nicht: %4.</translation>
     </message>
     <message>
         <source>These are the first 2,500 records; --records all uses every one (in a form, AllRecords).</source>
@@ -3053,7 +3053,7 @@
     </message>
     <message>
         <source>Records</source>
-        <translation>Datensätze</translation>
+        <translation>Daten</translation>
     </message>
     <message>
         <source>Summary</source>
@@ -3061,7 +3061,7 @@
     </message>
     <message>
         <source>Diagnostics</source>
-        <translation>Diagnosen</translation>
+        <translation>Diagnose</translation>
     </message>
     <message>
         <source>Observations</source>
@@ -3069,11 +3069,11 @@
     </message>
     <message>
         <source>Figures</source>
-        <translation>Abbildungen</translation>
+        <translation>Bilder</translation>
     </message>
     <message>
         <source>Choice</source>
-        <translation>Modellwahl</translation>
+        <translation>Auswahl</translation>
     </message>
     <message>
         <source>Predict</source>
