@@ -59,6 +59,7 @@ public:
     }
 
     std::optional<LoadedRecords> load(const ModelDefinitions &definitions);
+    void put(LoadedRecords &&loaded) { put_ = std::move(loaded); }
     void standBehind();
     void forgetPlace() { lastWalked_ = -1; }
 
@@ -114,6 +115,7 @@ private:
     /// them: the walks had ended before.
     std::unordered_map<std::uint64_t, std::shared_ptr<UsableRecords>> byTerms_;
     int lastWalked_ = -1; // by the last load, where that was one of these
+    std::optional<LoadedRecords> put_;
 };
 
 /// The number of a term. A new one makes everything begin anew.
@@ -350,6 +352,8 @@ std::shared_ptr<UsableRecords> ColumnCache::Private::usedLast(const std::shared_
 std::optional<LoadedRecords> ColumnCache::Private::load(const ModelDefinitions &definitions)
 {
     lastWalked_ = -1;
+    if (put_)
+        return std::exchange(put_, std::nullopt);
     if (!dataset.Active())
         return {};
     if (terms_.size() > MaxTerms - MaxControls) {
@@ -403,6 +407,11 @@ ColumnCache::~ColumnCache() = default;
 std::optional<LoadedRecords> ColumnCache::load(const ModelDefinitions &definitions)
 {
     return d_->load(definitions);
+}
+
+void ColumnCache::put(LoadedRecords loaded)
+{
+    d_->put(std::move(loaded));
 }
 
 void ColumnCache::standBehind()

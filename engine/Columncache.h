@@ -32,6 +32,8 @@ public:
     /// Empty, with nothing done, where the records have to be asked. The dataset stays wherever the records were read
     /// to.  \throws EDatabaseError when fetching fails.
     std::optional<LoadedRecords> load(const ModelDefinitions &definitions);
+    /// What another reader has made of the same rows: the next load gives it, whose definitions have to be its own.
+    void put(LoadedRecords loaded);
     /// Puts the dataset where a RecordLoad in place of the last load would have left it: behind the last record that
     /// it walked.  \throws EDatabaseError when fetching fails.
     void standBehind();

@@ -8,7 +8,7 @@
 #include "platform/Readerconnection.h"
 #include "platform/Resultcolumns.h"
 #include "platform/Rowsource.h"
-#include "platform/Tabledescription.h"
+#include "platform/Tableorder.h"
 
 #include <QSqlError>
 #include <QSqlRecord>
@@ -61,6 +61,12 @@ void ScanBlock::fail(int column, int row) const
             requireNumber(odd.reading, odd.value, odd.place);
     }
     throw EDatabaseError(QStringLiteral("Record %1 holds a number there.").arg(firstRecord_ + row));
+}
+
+void ScanBlock::keepFirst(int rows)
+{
+    rows_ = rows;
+    std::erase_if(odd_, [rows](const Odd &odd) { return odd.row >= rows; });
 }
 
 std::pair<RowNumbers, RowNumbers> RowNumbers::halves() const
@@ -155,7 +161,11 @@ void Scan::Private::open()
 
 void Scan::Private::openTable(Select &select)
 {
-    const TableDescription table = TableDescription::of(connection, source.table);
+    TableOrder table;
+    static_cast<TableDescription &>(table) = TableDescription::of(connection, source.table);
+    if (source.inOrder)
+        table.makeOrder(connection, caption());
+    const bool byOtherThanNumber = !table.order.empty() && table.order.front().field >= 0;
     QStringList selected;
     for (const QString &name : source.columns) {
         const int column = columnOf(name, table.columns);
@@ -165,7 +175,7 @@ void Scan::Private::openTable(Select &select)
     }
     const QString condition = filterCondition(source.filter, connection.dialect());
     QString from = table.source;
-    if (condition.isEmpty()) {
+    if (condition.isEmpty() && !byOtherThanNumber) {
         askForSize(table);
         if (numbers) {
             rowNumber_ = table.rowNumber;
@@ -179,6 +189,7 @@ void Scan::Private::openTable(Select &select)
     if (!condition.isEmpty())
         select.sql += QLatin1String(" WHERE ") + condition;
     tableSql_ = select.sql;
+    select.sql += table.orderBy();
 }
 
 /// What the engine knows without a count: the first and the last row number, or the size at the last ANALYZE.

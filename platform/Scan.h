@@ -24,6 +24,8 @@ struct ScanSource
     QString sql;        ///< a statement that reads, where no table is named
     QVariantMap params; ///< of the statement, names in lower case
     QStringList columns;
+    /// Whether a scan gives the records of a table in the order in which a dataset has them, and not in the engine's.
+    bool inOrder = false;
 };
 
 /// Records of a scan as numbers, column by column: what TField::AsFloat() and IsNull() say of them.
@@ -37,6 +39,8 @@ public:
     qint64 firstRecord() const { return firstRecord_; }
     /// rows() cells; a cell without a number is a NaN.
     const double *column(int column) const { return cells_.data() + size_t(column) * kMostRows; }
+    /// Forgets the others.  \pre so many rows
+    void keepFirst(int rows);
     /// Whether there is nothing, or a number that is not finite.
     bool isNull(int column, int row) const;
     /// Whether there is a cell that is neither a number nor null.
@@ -71,9 +75,9 @@ struct NUVO_EXPORT RowNumbers
     bool operator==(const RowNumbers &) const = default;
 };
 
-/// Reads every record once, forward, in the engine's own order, on a connection of its own: for one thread, which
-/// need not be that of the application. Memory is that of a block, whatever the size of the table. The statement
-/// stays open to the end, so that a writer of an SQLite file waits for it.
+/// Reads every record once, forward, in the engine's own order where nothing else is asked for, on a connection of
+/// its own: for one thread, which need not be that of the application. Memory is that of a block, whatever the size
+/// of the table. The statement stays open to the end, so that a writer of an SQLite file waits for it.
 class NUVO_EXPORT Scan
 {
 public:
@@ -93,7 +97,7 @@ public:
     bool isStateShared() const;
     /// Goes on with the rows of these numbers alone, instead of all or after others have been read to their end; from
     /// now on the scan stays open at an end, and share() is of these rows. records() counts on.
-    /// \pre rowNumbers() has a value.  \throws EDatabaseError
+    /// \pre rowNumbers() has a value, and no order is asked for.  \throws EDatabaseError
     void readOnly(RowNumbers numbers);
     /// Ends the reading, in the thread that opened it.
     void close();

@@ -126,13 +126,16 @@ Select TableOrder::selectBeside(const Connection &connection, QChar side, const 
     return select;
 }
 
+QString TableOrder::orderBy() const
+{
+    const bool scanOrder = rowNumberIsScan && order.size() == 1 && order[0].field < 0;
+    return order.empty() || scanOrder ? QString() : QLatin1String(" ORDER BY ") + keyExpressions().join(u',');
+}
+
 Select TableOrder::select(const Connection &connection, const ReadPosition &position) const
 {
     Select select = selectBeside(connection, u'>', position.after);
-    const QStringList keys = keyExpressions();
-    const bool scanOrder = rowNumberIsScan && keys.size() == 1 && order[0].field < 0;
-    if (!keys.isEmpty() && !scanOrder)
-        select.sql += QLatin1String(" ORDER BY ") + keys.join(u',');
+    select.sql += orderBy();
     const qint64 skip = position.row - position.afterRow;
     // Rows that the order does not tell apart can change places from one LIMIT to another.
     if (connection.dialect() == Dialect::Other || !orderIsUnique) {

@@ -28,6 +28,8 @@ struct TableOrder : TableDescription
     void makeOrder(const Connection &connection, const QString &caption);
     /// The filter as it stands behind WHERE; empty for none.
     QString condition(Dialect dialect) const;
+    /// " ORDER BY …"; empty where the records come so anyway.
+    QString orderBy() const;
     /// The records from a position on.
     Select select(const Connection &connection, const ReadPosition &position) const;
     /// Whether selectBackwards() can be used.

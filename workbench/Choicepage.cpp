@@ -10,6 +10,7 @@
 #include "select/Choicepage.h"
 #include "select/choice/Modelspage.h"
 #include "select/choice/Stepspage.h"
+#include "workbench/Elsewhere.h"
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
@@ -41,6 +42,7 @@ QDoubleSpinBox *probabilityBox(QWidget *parent, const char *name, double value)
 
 struct ChoicePage::Work
 {
+    std::optional<ScanSource> every;
     std::unique_ptr<TDataSet> dataset;
     std::unique_ptr<TCorvane> selector; ///< goes before what it is bound to
 
@@ -119,13 +121,14 @@ void ChoicePage::ShowControls()
         widget->setVisible(method == ChoiceSettings::Stepwise || method == ChoiceSettings::Backward);
 }
 
-void ChoicePage::SetState(const ModelState &state)
+void ChoicePage::SetState(const ModelState &state, const std::optional<ScanSource> &every)
 {
     const bool sameData = state.database == state_.database && state.table == state_.table &&
                           state.sql == state_.sql && state.filter == state_.filter &&
                           state.records == state_.records && state.model.strings(0) == state_.model.strings(0);
     const bool sameModel = state.model == state_.model;
     state_ = state;
+    every_ = every;
     choose_->setEnabled(state.isFittable());
     if (sameData && work_ && sameModel)
         return;
@@ -170,14 +173,15 @@ void ChoicePage::Choose()
         return int(mrOk);
     });
     auto work = std::make_unique<Work>();
+    work->every = every_;
     try {
         work->selector = selectorFor(Settings());
         if (state_.isQuery()) {
-            auto query = std::make_unique<TMLRQuery>();
+            auto query = std::make_unique<Elsewhere<TMLRQuery>>(work->every);
             work->selector->SetQuery(query.get());
             work->dataset = std::move(query);
         } else {
-            auto table = std::make_unique<TMLRTable>();
+            auto table = std::make_unique<Elsewhere<TMLRTable>>(work->every);
             work->selector->SetTable(table.get());
             work->dataset = std::move(table);
         }

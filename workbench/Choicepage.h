@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Scan.h"
 #include "present/Page.h"
 #include "select/Choice.h"
 #include "workbench/Choicesettings.h"
@@ -32,8 +33,9 @@ public:
     explicit ChoicePage(QWidget *parent = nullptr);
     ~ChoicePage() override;
 
-    /// The state to choose from. What is shown of a choice stays as long as its data do.
-    void SetState(const ModelState &state);
+    /// The state to choose from, as a component opens it without waiting, and where every record is read that is not
+    /// there. What is shown of a choice stays as long as its data do.
+    void SetState(const ModelState &state, const std::optional<ScanSource> &every = {});
     /// What the controls say; nothing before a choice was made with them.
     std::optional<ChoiceSettings> Chosen() const;
     /// Puts the controls; nothing is chosen yet.
@@ -59,6 +61,7 @@ private:
     void Take(int model);
 
     ModelState state_;
+    std::optional<ScanSource> every_;
     std::unique_ptr<Work> work_;
     QComboBox *method_;
     QComboBox *criterion_;

@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/Livefit.h"
 
+#include "engine/Columncache.h"
+#include "engine/Firstrecords.h"
 #include "engine/Leftout.h"
 #include "engine/Mlrquery.h"
 #include "engine/Mlrtable.h"
 #include "platform/Errors.h"
 #include "platform/Messages.h"
+#include "workbench/Background.h"
+#include "workbench/Elsewhere.h"
 #include "workbench/Language.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLocale>
+#include <QPointer>
 
 #include <functional>
 
@@ -32,26 +38,50 @@ private:
     const std::function<void(int)> tell_;
 };
 
-/// A component that tells how far it is through the fit that it belongs to. Its dataset, which the window waits for,
-/// may have the first records alone; the thread that reads every record goes to where they are.
+/// A component that tells how far it is through the fit that it belongs to.
 template <class Component>
-class Live : public Component
+class Live : public Elsewhere<Component>
 {
 public:
     Live(std::function<void(int)> tell, const std::optional<ScanSource> &every)
-        : tell_(std::move(tell)), every_(every)
+        : Elsewhere<Component>(every), tell_(std::move(tell))
     {
     }
-
-    ScanSource Source() const override { return every_ ? *every_ : Component::Source(); }
 
 protected:
     std::unique_ptr<Progress> MakeLoadProgress() override { return std::make_unique<QuietProgress>(tell_); }
 
 private:
     const std::function<void(int)> tell_;
-    const std::optional<ScanSource> &every_;
 };
+
+constexpr qint64 kLargeFile = 512 * 1024; // bytes: of a smaller one nobody notices that all of it is read
+constexpr qint64 kAtOnce = 8192;          // records: likewise
+constexpr int kPace = 50;                 // milliseconds
+
+RecordRequest requestOf(TRegression &regression)
+{
+    RecordRequest request;
+    request.source = regression.DataSet().Source();
+    request.response = regression.ResponseVarY();
+    for (int place = 1; place < RegressionModel::Places; ++place) {
+        if (regression.ControlVar(place).Transformation() != u"Undefined")
+            request.columns.push_back(regression.ControlVar(place));
+    }
+    return request;
+}
+
+/// Whether the first records that can be used lie so far back that looking for them keeps a window waiting.
+bool areFarBack(const RecordRequest &request)
+{
+    if (request.source.table.isEmpty() || QFileInfo(request.source.databaseName).size() < kLargeFile)
+        return false;
+    try {
+        return !FirstRecords(request).load(kAtOnce);
+    } catch (const EPlatformError &) {
+        return false; // the load says so itself
+    }
+}
 
 /// Why no record of a load could be used.
 QString whyNothing(TRegression &regression)
@@ -76,6 +106,16 @@ QString whyNothing(TRegression &regression)
 }
 
 } // namespace
+
+/// The first records, looked for in a thread.
+struct LiveFit::Looking
+{
+    explicit Looking(const RecordRequest &request) : records(request) {}
+
+    FirstRecords records;
+    std::optional<LoadedRecords> loaded;
+    QString error;
+};
 
 /// Collects what the components say instead of showing it. While records are read in the background it hears what
 /// comes when no dialog is open, which is theirs.
@@ -107,6 +147,7 @@ LiveFit::LiveFit(QObject *parent) : QObject(parent), listening_(std::make_unique
 
 LiveFit::~LiveFit()
 {
+    EndLooking();
     table_.reset();
     query_.reset();
 }
@@ -143,6 +184,7 @@ void LiveFit::Await(const ModelState &state)
     state_ = state;
     here_ = {};
     every_.reset();
+    stopped_ = false;
     why_.clear();
     Q_EMIT Ended();
 }
@@ -153,6 +195,7 @@ void LiveFit::Fit(const ModelState &state, const ModelState &here, const std::op
     state_ = state;
     here_ = here;
     every_ = every;
+    stopped_ = false;
     why_.clear();
     if (!here_.hasData()) {
         Q_EMIT Ended();
@@ -168,6 +211,7 @@ void LiveFit::Fit(const ModelState &state, const ModelState &here, const std::op
 void LiveFit::FitAgain()
 {
     Stop();
+    stopped_ = false;
     why_.clear();
     if (here_.hasData())
         Begin(true);
@@ -191,6 +235,8 @@ void LiveFit::Begin(bool anew)
             if (background) {
                 regression.StartReLoad();
                 reading_ = true;
+            } else if (areFarBack(requestOf(regression))) {
+                Look();
             } else {
                 regression.ReLoad();
                 Settle();
@@ -234,10 +280,75 @@ void LiveFit::ReadingEnded()
     Q_EMIT Ended();
 }
 
+void LiveFit::Look()
+{
+    looking_ = std::make_shared<Looking>(requestOf(*Regression()));
+    reading_ = true;
+    timer_ = startTimer(kPace);
+    inBackground([looking = looking_, here = QPointer(this)] {
+        try {
+            looking->loaded = looking->records.load();
+        } catch (const std::exception &failed) {
+            looking->error = QString::fromUtf8(failed.what());
+        }
+        sayLater([looking, here] {
+            if (here)
+                here->Found(looking);
+        });
+    });
+}
+
+void LiveFit::timerEvent(QTimerEvent *)
+{
+    if (looking_ && looking_->records.share() > 0)
+        Q_EMIT Progressed(int(100 * looking_->records.share()));
+}
+
+void LiveFit::Found(const std::shared_ptr<Looking> &looking)
+{
+    if (looking != looking_)
+        return; // it was stopped
+    EndLooking();
+    ++listening_->calls;
+    try {
+        if (looking->loaded) {
+            TRegression &regression = *Regression();
+            const auto cache = std::make_shared<ColumnCache>(regression.DataSet(), std::span<const TIndepVar>());
+            cache->put(*std::move(looking->loaded));
+            regression.SetColumnCache(cache);
+            regression.ReLoad();
+            regression.SetColumnCache(nullptr);
+            Settle();
+        } else {
+            why_ = looking->error;
+        }
+    } catch (const EPlatformError &error) {
+        why_ = error.Message();
+    }
+    --listening_->calls;
+    Q_EMIT Ended();
+}
+
+bool LiveFit::EndLooking()
+{
+    if (!looking_)
+        return false;
+    looking_->records.cancel();
+    looking_.reset();
+    killTimer(timer_);
+    reading_ = false;
+    return true;
+}
+
 void LiveFit::Stop()
 {
-    if (reading_)
+    if (EndLooking()) {
+        stopped_ = true;
+        why_ = tr("The reading was stopped.");
+        Q_EMIT Ended();
+    } else if (reading_) {
         Regression()->StopLoad();
+    }
 }
 
 } // namespace nuvo

@@ -14,8 +14,9 @@ class TMLRTable;
 
 namespace nuvo {
 
-/// A regression component that follows a state: the first 2500 records are fitted at once, every record in the
-/// background while the window lives on. What the components have to say is collected instead of shown in boxes.
+/// A regression component that follows a state: the first 2500 records are fitted at once where they are soon found;
+/// where they lie far back, and every record, in the background while the window lives on. What the components have
+/// to say is collected instead of shown in boxes.
 class LiveFit : public QObject
 {
     Q_OBJECT
@@ -38,9 +39,13 @@ public:
     void Stop();
 
     bool IsReading() const { return reading_; }
+    /// Whether the last thing that came of a state is that the looking for its first records was ended.
+    bool WasStopped() const { return stopped_; }
     const ModelState &State() const { return state_; }
-    /// The state as another component finds all its records: as the component has it, where they are there.
-    const ModelState &Here() const { return every_ ? state_ : here_; }
+    /// The state as another component opens it without waiting, and where that reads every record; nothing where all
+    /// are there.
+    const ModelState &Here() const { return here_; }
+    const std::optional<ScanSource> &Every() const { return every_; }
     /// The component of the last state, with its fit where that came out; null before a state with data.
     TRegression *Regression() const;
     /// Whether the component holds the fit of the state.
@@ -56,14 +61,21 @@ Q_SIGNALS:
     /// A fit came out, or none did: HasFit(), Why().
     void Ended();
 
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
 private:
     class Listening;
+    struct Looking;
 
     template <class Component>
     void Make(std::unique_ptr<Component> &component);
     void Begin(bool anew);
     void Settle();
     void ReadingEnded();
+    void Look();
+    void Found(const std::shared_ptr<Looking> &looking);
+    bool EndLooking();
 
     const std::unique_ptr<Listening> listening_;
     ModelState state_;
@@ -71,7 +83,10 @@ private:
     std::optional<ScanSource> every_;
     std::unique_ptr<TMLRTable> table_;
     std::unique_ptr<TMLRQuery> query_;
+    std::shared_ptr<Looking> looking_; ///< for first records that lie far back
+    int timer_ = 0;                    ///< while that is under way
     bool reading_ = false;
+    bool stopped_ = false;
     QString why_;
 };
 

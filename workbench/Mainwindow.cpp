@@ -93,7 +93,7 @@ MainWindow::MainWindow(const QString &folder, QWidget *parent)
             [=, this](double level) { Try([&] { tell(predictAFile(*this, *fit_, level)); }); });
     connect(handout_, &Handout::Said, this, &MainWindow::Tell);
     connect(fit_, &LiveFit::Started, this, [this] {
-        Tell(tr("Reading every record…"));
+        Tell(fit_->State().records == RecordUse::First ? tr("Reading the records…") : tr("Reading every record…"));
         progress_->setRange(0, 100);
         progress_->setValue(0);
         progress_->show();
@@ -228,7 +228,7 @@ void MainWindow::ShowEnd()
         pages_->ShowFit(*fit_);
         TRegression *const regression = fit_->Regression();
         if (near_->IsPart(fit_->State()) && regression != nullptr && fit_->State().isFittable() &&
-            !regression->MoreRecords()) {
+            !regression->MoreRecords() && !fit_->WasStopped()) {
             near_->Fetch(fit_->State()); // the first ones were too few that can be used
         } else if (!fit_->Why().isEmpty()) {
             Tell(fit_->Why(), true);

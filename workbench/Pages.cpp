@@ -86,7 +86,7 @@ void Pages::ShowFit(LiveFit &fit)
         summary_->SetPage(NoFit(fit));
     diagnostics_->SetFigures(figures_);
     observations_->SetFigures(figures_);
-    choice_->SetState(fit.Here());
+    choice_->SetState(fit.Here(), fit.Every());
     predict_->SetFit(regression, fit.State().model);
     for (QWidget *const page :
          std::initializer_list<QWidget *>{diagnostics_, observations_, figuresPage_, predict_}) {

@@ -6,6 +6,7 @@
 #include "support/Badserver.h"
 #include "support/Databases.h"
 #include "support/Postgres.h"
+#include "workbench/Choicepage.h"
 #include "workbench/Recordsmodel.h"
 
 #include <QAction>
@@ -163,10 +164,13 @@ TEST_F(ServerWindow, OpensNoTableOnTheWindowsThreadForEveryRecord)
     EXPECT_TRUE(fit().IsReading());
     ASSERT_TRUE(wait([this] { return fit().HasFit(); }, 60000)) << message().toStdString();
     EXPECT_EQ(fit().Regression()->RecordsUsed(), 20000);
-    EXPECT_LT(gap.largest(), 600) << "each statement sleeps that long";
+    EXPECT_LT(gap.take(), 600) << "each statement sleeps that long";
+    window->ShownPages().Choosing().Choose();
+    EXPECT_FALSE(window->ShownPages().Choosing().CurrentTable().rows.isEmpty());
+    EXPECT_LT(gap.take(), 600);
     // Ended in the middle, the state asks for every record still, and it can be done again.
     const nuvo::ModelState state = sitting().State();
-    action("Read Again").trigger();
+    fit().FitAgain(); // what is there of a slow server is not brought again, all of it perhaps
     ASSERT_TRUE(wait([this] { return fit().IsReading(); }));
     QTest::qWait(50); // the button that has the key is shown
     QTest::keyClick(window.get(), Qt::Key_Escape);
