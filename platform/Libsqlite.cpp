@@ -32,7 +32,8 @@ bool Libsqlite::resolve()
            find(library, "sqlite3_column_double", columnDouble) &&
            find(library, "sqlite3_column_int64", columnInteger) && find(library, "sqlite3_column_text", columnText) &&
            find(library, "sqlite3_column_bytes", columnBytes) && find(library, "sqlite3_errmsg", message) &&
-           find(library, "sqlite3_extended_errcode", errorCode) && find(library, "sqlite3_interrupt", interrupt);
+           find(library, "sqlite3_extended_errcode", errorCode) && find(library, "sqlite3_interrupt", interrupt) &&
+           find(library, "sqlite3_progress_handler", progressHandler);
 }
 
 sqlite3 *Libsqlite::handleOf(const QSqlDatabase &database)

@@ -35,6 +35,7 @@ public:
     const char *(*message)(sqlite3 *) = nullptr;
     int (*errorCode)(sqlite3 *) = nullptr;
     void (*interrupt)(sqlite3 *) = nullptr;
+    void (*progressHandler)(sqlite3 *, int, int (*)(void *), void *) = nullptr;
     int (*errorOffset)(sqlite3 *) = nullptr; ///< null before version 3.38
 
 private:

@@ -12,6 +12,11 @@ void ReaderConnection::open(const QString &databaseName)
     canceller_.use(database());
     library_ = dialect() == Dialect::Sqlite ? Libsqlite::of(database()) : nullptr;
     sqlite_ = library_ != nullptr ? Libsqlite::handleOf(database()) : nullptr;
+    // An interrupt that comes as a statement begins is lost.
+    constexpr int steps = 10000;
+    const auto isCancelled = [](void *flag) { return int(static_cast<std::atomic<bool> *>(flag)->load()); };
+    if (sqlite_ != nullptr)
+        library_->progressHandler(sqlite_, steps, isCancelled, &cancelled_);
 }
 
 void ReaderConnection::close()

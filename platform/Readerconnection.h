@@ -21,8 +21,8 @@ public:
     void open(const QString &databaseName);
     void close();
 
-    /// From another thread, at any time: ends the statement that is under way. One that comes between two statements
-    /// ends none, so it is called again until the reader has ended.
+    /// From another thread, at any time: ends the statement that is under way, of SQLite the next one, too. To a
+    /// server one that comes between two statements says nothing, so it is called again until the reader has ended.
     void cancel();
     /// Whether it was ever called.
     bool isCancelled() const { return cancelled_; }

@@ -3,6 +3,7 @@
 
 #include "platform/Errors.h"
 #include "platform/Query.h"
+#include "platform/Recordpages.h"
 #include "platform/Table.h"
 #include "support/Badserver.h"
 #include "support/Databases.h"
@@ -13,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <thread>
 
@@ -263,4 +265,46 @@ TEST(ScansOfServers, ThatFallSilentAreGivenUp)
                   }
               }),
               u("Cannot read table \"numbers\": the server has not answered within 1 s."));
+}
+
+TEST(RecordPages, OfAnSqliteFileEndWheneverTheyAreTold)
+{
+    const auto db = TestDatabase::make(TestDatabase::Sqlite);
+    db->exec(u("CREATE VIEW endless AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+               "SELECT i FROM n WHERE i < 0"));
+    nuvo::ScanSource source;
+    source.databaseName = db->name();
+    source.table = u("endless");
+    for (int microseconds = 0; microseconds < 60; ++microseconds) {
+        nuvo::RecordPages pages(source);
+        std::atomic<bool> begins{false};
+        std::atomic<bool> ended{false};
+        std::thread reader([&] {
+            EXPECT_THROW(
+                {
+                    pages.open();
+                    begins = true;
+                    pages.count();
+                },
+                EDatabaseError);
+            ended = true;
+        });
+        while (!begins)
+            std::this_thread::yield();
+        QElapsedTimer since;
+        since.start();
+        while (since.nsecsElapsed() < microseconds * 1000) {
+        }
+        pages.cancel(); // once
+        since.restart();
+        while (!ended && since.elapsed() < 5000)
+            std::this_thread::yield();
+        EXPECT_TRUE(ended) << microseconds;
+        const bool wasLost = !ended;
+        while (!ended)
+            pages.cancel();
+        reader.join();
+        if (wasLost)
+            return;
+    }
 }
