@@ -45,7 +45,7 @@ cd "$folder"
 export HOME=$folder/home XDG_CONFIG_HOME=$folder/home XDG_RUNTIME_DIR=$folder/runtime
 export QT_QPA_PLATFORM=${NUVO_PLATFORM:-offscreen:configfile=screen.json} QT_PLUGIN_PATH=$plugins LC_ALL=C.UTF-8
 status=0
-timeout ${NUVO_TIMEOUT:-120} env ${NUVO_PRELOAD:+LD_PRELOAD="$NUVO_PRELOAD"} "$designer" form.ui >designer.log 2>&1 || status=$?
+timeout ${NUVO_TIMEOUT:-280} env ${NUVO_PRELOAD:+LD_PRELOAD="$NUVO_PRELOAD"} "$designer" form.ui >designer.log 2>&1 || status=$?
 if [ "$status" -ne 0 ] || [ ! -s seen.json ]; then
     echo "Qt Designer ended with status $status; it said:"
     cat designer.log
