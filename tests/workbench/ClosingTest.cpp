@@ -19,7 +19,7 @@ protected:
     QTimer closing;
     QElapsedTimer since; ///< the close
 
-    /// A file with a table t of 100 records, a view of which none comes in a lifetime, and one that goes on for ever.
+    /// A file with a table t of 100 records, a view of which none comes for long, and one that goes on for long.
     QString withView() const
     {
         return database("view.db",
@@ -27,10 +27,10 @@ protected:
                          u("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100) "
                            "INSERT INTO t SELECT i, i % 7, 3 + 2 * i + i % 5 FROM n"),
                          u("CREATE VIEW endless AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
-                           "SELECT i + 1 FROM n WHERE i < 2000000000) SELECT i AS x, i AS z, i AS y "
+                           "SELECT i + 1 FROM n WHERE i < 60000000) SELECT i AS x, i AS z, i AS y "
                            "FROM n WHERE i % 7 = 8"),
                          u("CREATE VIEW slow AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE "
-                           "i < 2000000000) "
+                           "i < 60000000) "
                            "SELECT i % 1009 AS x, i % 13 AS z, i * 3 % 997 AS y FROM n WHERE i % 100 = 0")});
     }
     /// Closes the window so many milliseconds from now, or as soon as a dialog is in front of it.
