@@ -15,8 +15,8 @@ const char *const Missing = "Cannot open the database \"nowhere.db\": there is n
 TEST_F(Designer, ShowsTwoPagesOnThePaletteInOrderAndWithIcons)
 {
     QMap<QString, Strings> pages;
-    for (const QJsonValue &page : seen("pages").toArray()) {
-        for (const QJsonValue &widget : page[QLatin1String("widgets")].toArray())
+    for (const auto &page : seen("pages").toArray()) {
+        for (const auto &widget : page[QLatin1String("widgets")].toArray())
             pages[page[QLatin1String("page")].toString()] += widget.toString();
     }
     EXPECT_EQ(pages[QStringLiteral("Nuvo Statistics")],
@@ -29,7 +29,7 @@ TEST_F(Designer, KnowsWhatEveryComponentIsAndWhereItsHeaderIs)
 {
     const QJsonArray classes = seen("classes").toArray();
     EXPECT_EQ(classes.size(), 8);
-    for (const QJsonValue &component : classes) {
+    for (const auto &component : classes) {
         SCOPED_TRACE(component[QLatin1String("name")].toString().toStdString());
         EXPECT_FALSE(component[QLatin1String("toolTip")].toString().isEmpty());
         EXPECT_FALSE(component[QLatin1String("whatsThis")].toString().isEmpty());
@@ -47,7 +47,7 @@ TEST_F(Designer, ShowsANewComponentWithASensibleNameThatFits)
     ASSERT_EQ(put.size(), 2);
     EXPECT_EQ(put[0][QLatin1String("name")].toString(), QStringLiteral("mlrTable"));
     EXPECT_EQ(put[1][QLatin1String("name")].toString(), QStringLiteral("stepWiseMLR"));
-    for (const QJsonValue &component : put) {
+    for (const auto &component : put) {
         EXPECT_TRUE(component[QLatin1String("visible")].toBool());
         EXPECT_TRUE(component[QLatin1String("designing")].toBool());
         EXPECT_GT(component[QLatin1String("width")].toInt(), 32);
@@ -186,7 +186,7 @@ TEST_F(Designer, ShowsNoComponentInThePreview)
 {
     const QJsonArray previews = seen("previews").toArray();
     EXPECT_EQ(previews.size(), 2);
-    for (const QJsonValue &component : previews) {
+    for (const auto &component : previews) {
         EXPECT_FALSE(component[QLatin1String("visible")].toBool(true));
         EXPECT_FALSE(component[QLatin1String("designing")].toBool(true));
     }

@@ -34,7 +34,7 @@ protected:
     Strings list(const char *what) const
     {
         Strings strings;
-        for (const QJsonValue &value : seen(what).toArray())
+        for (const auto &value : seen(what).toArray())
             strings += value.toString();
         return strings;
     }

@@ -105,7 +105,7 @@ int main(int argc, char **argv)
                  i % 5 == 0 ? u("date and time") : u("whole number"), i % 5 != 0});
         nuvo::RegressionModel longNames;
         for (int place = 0; place < nuvo::RegressionModel::Places; ++place)
-            longNames.setField(place, many.fields[std::size_t(place * 5 + 1)].name);
+            longNames.setField(place, many.fields[std::size_t(place) * 5 + 1].name);
         longNames.setTransformation(2, u("Quotient"));
         longNames.setSecondField(2, many.fields[3].name);
         TModelDialog dialog;
