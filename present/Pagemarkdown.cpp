@@ -23,6 +23,8 @@ QString plain(const QString &text)
 
 QString tableMarkdown(const Page::Table &source, QChar point)
 {
+    if (source.columns.isEmpty())
+        return {};
     Page::Table escaped = source;
     for (Page::Column &column : escaped.columns)
         column.heading = plain(column.heading);

@@ -132,6 +132,8 @@ QString tableMarkdown(const Page::Table &table)
 
 void copyTable(const Page::Table &table)
 {
+    if (table.columns.isEmpty())
+        return;
     auto content = std::make_unique<QMimeData>();
     content->setText(tableText(table));
     content->setHtml(tableHtml(table));
@@ -140,6 +142,8 @@ void copyTable(const Page::Table &table)
 
 void copyTableAsMarkdown(const Page::Table &table)
 {
+    if (table.columns.isEmpty())
+        return;
     QGuiApplication::clipboard()->setText(tableMarkdown(table));
 }
 

@@ -28,7 +28,7 @@ NUVO_EXPORT QString tableHtml(const Page::Table &table);
 /// Markdown with tables (as GitHub has them), aligned in its source as well.
 NUVO_EXPORT QString tableMarkdown(const Page::Table &table);
 
-/// Onto the clipboard, as text and HTML at once.
+/// Onto the clipboard, as text and HTML at once. A table without a column leaves there what is there; so below.
 NUVO_EXPORT void copyTable(const Page::Table &table);
 /// Onto the clipboard as Markdown.
 NUVO_EXPORT void copyTableAsMarkdown(const Page::Table &table);

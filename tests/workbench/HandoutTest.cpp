@@ -9,6 +9,7 @@
 #include "workbench/Recordspage.h"
 #include "workbench/Workbenchtest.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDir>
@@ -266,6 +267,24 @@ TEST_F(Handout, CopiesTheSelectedRowsOfATable)
     entry("EditMenu", "Copy Table").trigger();
     EXPECT_EQ(clipboard().text().section(u'\n', 1, 1).section(u'\t', 1, 1), u("7"));
     EXPECT_EQ(clipboard().text().count(u'\n'), 2);
+}
+
+TEST_F(Workbench, CopiesNothingFromTablesThatAreEmpty)
+{
+    QGuiApplication::clipboard()->setText(u("kept"));
+    int empty = 0;
+    for (const QAbstractItemView *view : window->findChildren<QAbstractItemView *>()) {
+        if (view->model() == nullptr || view->model()->columnCount() > 0)
+            continue;
+        for (QAction *action : view->actions()) {
+            if (action->menu() == nullptr) {
+                ++empty;
+                action->trigger();
+            }
+        }
+    }
+    EXPECT_GE(empty, 2) << "no view is empty";
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u("kept"));
 }
 
 TEST_F(Handout, CopiesTheTableOfATextThatTheMouseIsOn)
