@@ -212,7 +212,8 @@ public:
     explicit ControlsOff(TDataSet &dataset) : dataset_(dataset) { dataset_.DisableControls(); }
     ControlsOff(const ControlsOff &) = delete;
     ControlsOff &operator=(const ControlsOff &) = delete;
-    ~ControlsOff() { dataset_.EnableControls(); }
+    // What a slot of its signals throws ends the program, as Qt has it.
+    ~ControlsOff() { dataset_.EnableControls(); } // NOLINT(bugprone-exception-escape)
 
 private:
     TDataSet &dataset_;
