@@ -13,6 +13,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMetaProperty>
@@ -358,7 +359,10 @@ private:
                            dialog = qobject_cast<QFileDialog *>(window);
                        if (dialog == nullptr)
                            qFatal("no file dialog but %s", window->metaObject()->className());
-                       dialog->selectFile(file);
+                       // The whole path, typed: what is marked would count before it, and a name alone is looked for
+                       // in a folder that is read meanwhile.
+                       dialog->findChild<QListView *>(u("listView"))->clearSelection();
+                       dialog->findChild<QLineEdit *>(u("fileNameEdit"))->setText(file);
                        QMetaObject::invokeMethod(dialog, "accept");
                    });
             return table->DatabaseName();
