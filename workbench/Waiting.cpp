@@ -119,8 +119,8 @@ bool waitFor(QWidget *parent, const QString &title, const QString &label, std::f
     timer.start(kBetweenPaintings);
     if (!outcome->ended)
         loop.exec();
-    // The program ends, or the person has ended the work, be it in the moment in which it was done: what would follow it
-    // is not wanted. Most work is then undone within a moment.
+    // The program ends, or the person has ended the work, be it in the moment in which it was done: what would follow
+    // it is not wanted. Most work is then undone within a moment.
     const bool stopped = (!outcome->ended || progress.wasCanceled()) && task->Stop();
     if (stopped)
         cancelUntilEnded(task, outcome);
