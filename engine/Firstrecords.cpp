@@ -12,11 +12,10 @@ namespace nuvo {
 
 namespace {
 
-ScanSource orderedSourceOf(const RecordRequest &request)
+ScanSource firstSourceOf(const RecordRequest &request)
 {
     ScanSource source = request.source;
     source.columns = BlockTerms(request.columns, request.response).fields();
-    source.inOrder = true;
     return source;
 }
 
@@ -64,7 +63,10 @@ private:
 
 } // namespace
 
-FirstRecords::FirstRecords(RecordRequest request) : request_(std::move(request)), scan_(orderedSourceOf(request_)) {}
+FirstRecords::FirstRecords(RecordRequest request) : request_(std::move(request)), scan_(firstSourceOf(request_))
+{
+    scan_.keepOrder();
+}
 
 std::optional<LoadedRecords> FirstRecords::load(qint64 most)
 {

@@ -86,6 +86,7 @@ public:
     void close();
 
     const ScanSource source;
+    bool inOrder = false;
     ReaderConnection connection;
     std::atomic<qint64> records{0};
     std::atomic<double> share{-1};
@@ -163,7 +164,7 @@ void Scan::Private::openTable(Select &select)
 {
     TableOrder table;
     static_cast<TableDescription &>(table) = TableDescription::of(connection, source.table);
-    if (source.inOrder)
+    if (inOrder)
         table.makeOrder(connection, caption());
     const bool byOtherThanNumber = !table.order.empty() && table.order.front().field >= 0;
     QStringList selected;
@@ -418,6 +419,11 @@ void Scan::open()
 std::optional<RowNumbers> Scan::rowNumbers() const
 {
     return d_->numbers;
+}
+
+void Scan::keepOrder()
+{
+    d_->inOrder = true;
 }
 
 bool Scan::isStateShared() const

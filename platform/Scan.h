@@ -24,8 +24,6 @@ struct ScanSource
     QString sql;        ///< a statement that reads, where no table is named
     QVariantMap params; ///< of the statement, names in lower case
     QStringList columns;
-    /// Whether a scan gives the records of a table in the order in which a dataset has them, and not in the engine's.
-    bool inOrder = false;
 };
 
 /// Records of a scan as numbers, column by column: what TField::AsFloat() and IsNull() say of them.
@@ -86,6 +84,8 @@ public:
     Scan &operator=(const Scan &) = delete;
     ~Scan();
 
+    /// The records of a table come in the order in which a dataset has them. \pre not open
+    void keepOrder();
     /// Connects and begins; beside a registered connection, on one of its own to the same database. \throws
     /// EDatabaseError with one sentence: no such database, table, column; a statement that does not read.
     void open();

@@ -31,6 +31,9 @@ using nuvo::PlaceRow;
 using nuvo::RegressionModel;
 using nuvo::sentenceLabel;
 
+// A released class keeps its size.
+constexpr char kAdvice[] = "nuvoAdvice";
+
 /// The model as a line: "TOTEMP = B0 + B1 Ln(GNP) + B2 UNEMP".
 QString equation(const RegressionModel &model)
 {
@@ -282,6 +285,11 @@ void TModelEditor::Say(const QString &text)
                             "name. Everything can be dragged."));
 }
 
+void TModelEditor::SetAdvice(const QString &sentence)
+{
+    setProperty(kAdvice, sentence);
+}
+
 bool TModelEditor::Usable(const QString &name)
 {
     const nuvo::ModelField *field = fields_.find(name);
@@ -289,8 +297,9 @@ bool TModelEditor::Usable(const QString &name)
         return true;
     const QString shown = nuvo::withoutControls(field->name);
     QString text = tr("%1 holds no number (%2): it cannot be a variable of a regression.").arg(shown, field->kind);
-    if (!advice_.isEmpty() && field->kind == nuvo::fieldKind(nuvo::FieldKind::String))
-        text += u' ' + advice_.arg(u'"' + QString(shown).replace(u'"', QLatin1String("\"\"")) + u'"');
+    const QString advice = property(kAdvice).toString();
+    if (!advice.isEmpty() && field->kind == nuvo::fieldKind(nuvo::FieldKind::String))
+        text += u' ' + advice.arg(u'"' + QString(shown).replace(u'"', QLatin1String("\"\"")) + u'"');
     Say(text);
     return false;
 }

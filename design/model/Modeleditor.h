@@ -37,7 +37,7 @@ public:
 
     /// What is told behind the refusal of a field of texts: how a number is made of one here, with %1 where the field
     /// is named as SQL has it. None at first.
-    void SetAdvice(const QString &sentence) { advice_ = sentence; }
+    void SetAdvice(const QString &sentence);
 
     /// Shows a model; ModelChanged() is not sent. A name that is being typed is dropped.
     void SetModel(const nuvo::RegressionModel &model);
@@ -90,7 +90,6 @@ private:
     bool PlaceKey(int place, const QKeyEvent &event);
 
     nuvo::ModelFields fields_;
-    QString advice_;
     nuvo::RegressionModel model_;
     std::vector<nuvo::ModelProblem> problems_;
     std::vector<nuvo::PlaceRow *> rows_;
