@@ -8,8 +8,6 @@
 
 #include <functional>
 
-#include <functional>
-
 class QAbstractItemView;
 class QWidget;
 
